@@ -1,0 +1,15 @@
+# GoogleTest is built from the system's copy of its sources, for whichever target is being built.
+find_path(ORN_GOOGLETEST CMakeLists.txt PATHS /usr/src/googletest NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+set(INSTALL_GTEST OFF)
+set(gtest_disable_pthreads OFF)
+set(CMAKE_WARN_DEPRECATED OFF)
+add_subdirectory("${ORN_GOOGLETEST}" "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
+
+# One test program, run as one process (under Wine for Windows).
+function(orn_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} orn-strict GTest::gmock GTest::gtest_main)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+endfunction()

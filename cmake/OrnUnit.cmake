@@ -1,0 +1,48 @@
+# A unit is a set of neighbours that share a name: X.h, X.cpp (unless everything is inline), XTest.cpp, and where there
+# is something for them XInnerTest.cpp (needs the inside of the library or injects failures) and XBench.cpp.
+#
+#   orn_unit(geometry/Extent)
+#
+# collects them; a unit without a test does not configure. A unit of the seam, os/X, has its source in os/windows/X.cpp
+# and os/posix/X.cpp, and its test belongs to the inside.
+function(orn_unit unit)
+  cmake_path(GET unit PARENT_PATH folder)
+  cmake_path(GET unit FILENAME name)
+  set(base "${CMAKE_CURRENT_SOURCE_DIR}/${unit}")
+  set(tests "")
+  set(inner "")
+
+  if(NOT EXISTS "${base}.h")
+    message(FATAL_ERROR "orn_unit(${unit}): there is no ${unit}.h")
+  endif()
+  if(folder STREQUAL "os")
+    set(source "${CMAKE_CURRENT_SOURCE_DIR}/os/${ORN_OS}/${name}.cpp")
+    set_property(GLOBAL APPEND PROPERTY ORN_OS_SOURCES "${source}")
+    set(inner "${base}Test.cpp")
+  else()
+    if(EXISTS "${base}.cpp")
+      set_property(GLOBAL APPEND PROPERTY ORN_SOURCES "${base}.cpp")
+    endif()
+    set_property(GLOBAL APPEND PROPERTY ORN_PUBLIC_HEADERS "${unit}.h")
+    set(tests "${base}Test.cpp")
+    if(EXISTS "${base}InnerTest.cpp")
+      list(APPEND inner "${base}InnerTest.cpp")
+    endif()
+  endif()
+  foreach(test ${tests} ${inner})
+    if(NOT EXISTS "${test}")
+      message(FATAL_ERROR "orn_unit(${unit}): a unit needs its test, and there is no ${test}")
+    endif()
+  endforeach()
+
+  if(tests)
+    set_property(GLOBAL APPEND PROPERTY ORN_TESTED_FOLDERS "${folder}")
+    set_property(GLOBAL APPEND PROPERTY "ORN_TESTS_${folder}" "${tests}")
+  endif()
+  if(inner)
+    set_property(GLOBAL APPEND PROPERTY ORN_INNER_TESTS "${inner}")
+  endif()
+  if(EXISTS "${base}Bench.cpp")
+    set_property(GLOBAL APPEND PROPERTY ORN_BENCHES "${base}Bench.cpp")
+  endif()
+endfunction()

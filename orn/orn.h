@@ -1,0 +1,6 @@
+/// Every public header of the library.
+#pragma once
+
+#include "orn/foundation/Error.h"
+#include "orn/text/Encoding.h"
+#include "orn/text/Printf.h"

@@ -1,0 +1,34 @@
+#include "orn/os/ErrorText.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace {
+
+TEST(ErrorText, KnownCodesHaveATextAndUnknownOnesLeaveTheArgumentAlone) {
+    for (DWORD const code : {2u, 5u, 6u, 87u, 122u, 234u, 0x80004005u}) {
+        std::wstring text;
+        EXPECT_TRUE(ORN::os::errorText(code, nullptr, text)) << code;
+        EXPECT_FALSE(text.empty()) << code;
+    }
+    std::wstring text = L"kept";
+    EXPECT_FALSE(ORN::os::errorText(0xDEADBEEF, nullptr, text));
+    EXPECT_FALSE(ORN::os::errorText(5, L"no-such-module.dll", text));
+    EXPECT_EQ(text, L"kept");
+}
+
+TEST(ErrorText, TheLastErrorBelongsToItsThread) {
+    DWORD first = 0, second = 0;
+    ORN::os::setLastError(5);
+    EXPECT_EQ(ORN::os::lastError(), 5u);
+    std::thread{[&] {
+        first = ORN::os::lastError();
+        ORN::os::setLastError(6);
+        second = ORN::os::lastError();
+    }}.join();
+    EXPECT_NE(first, 5u);
+    EXPECT_EQ(second, 6u);
+}
+
+}

@@ -1,0 +1,2 @@
+orn_unit(os/Com)
+orn_unit(os/ErrorText)

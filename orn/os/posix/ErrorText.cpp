@@ -1,0 +1,72 @@
+#include "orn/os/ErrorText.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace ORN::os {
+
+namespace {
+
+constinit thread_local DWORD lastErrorCode = 0;
+
+struct Text {
+    DWORD code;
+    wchar_t const* text;
+};
+
+// The codes that the library can meet, in ascending order.
+constexpr Text texts[] = {
+    {0, L"The operation completed successfully."},
+    {1, L"Incorrect function."},
+    {2, L"The system cannot find the file specified."},
+    {3, L"The system cannot find the path specified."},
+    {4, L"The system cannot open the file."},
+    {5, L"Access is denied."},
+    {6, L"The handle is invalid."},
+    {8, L"Not enough memory resources are available to process this command."},
+    {13, L"The data is invalid."},
+    {14, L"Not enough memory resources are available to complete this operation."},
+    {32, L"The process cannot access the file because it is being used by another process."},
+    {50, L"The request is not supported."},
+    {87, L"The parameter is incorrect."},
+    {112, L"There is not enough space on the disk."},
+    {122, L"The data area passed to a system call is too small."},
+    {126, L"The specified module could not be found."},
+    {127, L"The specified procedure could not be found."},
+    {183, L"Cannot create a file when that file already exists."},
+    {234, L"More data is available."},
+    {258, L"The wait operation timed out."},
+    {259, L"No more data is available."},
+    {298, L"Too many posts were made to a semaphore."},
+    {1004, L"Invalid flags."},
+    {1113, L"No mapping for the Unicode character exists in the target multi-byte code page."},
+    {1400, L"Invalid window handle."},
+    {1816, L"Not enough quota is available to process this command."},
+    {0x80004001, L"Not implemented"},
+    {0x80004002, L"No such interface supported"},
+    {0x80004003, L"Invalid pointer"},
+    {0x80004004, L"Operation aborted"},
+    {0x80004005, L"Unspecified error"},
+    {0x8000FFFF, L"Catastrophic failure"},
+    {0x80070005, L"Access is denied."},
+    {0x8007000E, L"Not enough memory resources are available to complete this operation."},
+    {0x80070057, L"The parameter is incorrect."},
+};
+
+constexpr bool before(Text const& a, Text const& b) noexcept { return a.code < b.code; }
+static_assert(std::is_sorted(std::begin(texts), std::end(texts), before));
+
+}
+
+DWORD lastError() noexcept { return lastErrorCode; }
+void setLastError(DWORD code) noexcept { lastErrorCode = code; }
+
+bool errorText(DWORD code, wchar_t const* module, std::wstring& text) {
+    if (module != nullptr) return false;  // no module here carries a message table
+    auto const found = std::lower_bound(std::begin(texts), std::end(texts), Text{code, nullptr}, before);
+    if (found == std::end(texts) || found->code != code) return false;
+    text = found->text;
+    return true;
+}
+
+}

@@ -1,0 +1,34 @@
+/// Conversion of whole texts between UTF-16 code units (wide strings), UTF-8 and the system's multibyte code page.
+#pragma once
+
+#include "orn/Export.h"
+
+#include <cstddef>
+#include <string>
+
+/// UTF-16 to UTF-8. Every wide string survives the way there and back: an unpaired surrogate becomes its own three-byte
+/// sequence. No byte order mark is written.
+ORN_API std::string utf8(std::wstring const& text);
+
+/// UTF-8 to UTF-16, without validation: overlong forms and encoded surrogates are taken as they come, values above
+/// U+10FFFF vanish. A last sequence that lacks two or more bytes gives one U+FFFD; one that lacks exactly its last byte
+/// is read with a zero in its place.
+ORN_API std::wstring utf8(std::string const& text);
+
+/// Multibyte code page to UTF-16; bytes that the code page does not know become what the system puts in their place. A
+/// conversion that fails as a whole gives the empty string.
+ORN_API std::wstring getWCS(char const* text);
+ORN_API std::wstring getWCS(char const* text, std::size_t length);  ///< exactly length bytes, zeros included
+ORN_API std::wstring getWCS(std::string const& text);
+
+/// UTF-16 to the multibyte code page; characters outside it become what the system puts in their place. A conversion
+/// that fails as a whole gives the empty string.
+ORN_API std::string getMBS(wchar_t const* text);
+ORN_API std::string getMBS(wchar_t const* text, std::size_t length);  ///< exactly length units, zeros included
+ORN_API std::string getMBS(std::wstring const& text);
+
+/// Converts into a buffer of size bytes, terminator included, and returns the number of bytes before the terminator. A
+/// text that does not fit is cut to its longest prefix of whole code points that does. A negative size counts as 0.
+/// Throws std::logic_error "illegal buffer to pack wstring" for size 0, WinError when the conversion fails for any
+/// reason but lack of room.
+ORN_API unsigned int packTo(std::wstring const& text, char* buffer, int size);

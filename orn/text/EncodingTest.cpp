@@ -1,0 +1,3 @@
+#include "orn/text/Encoding.h"
+
+#include <gtest/gtest.h>

@@ -1,0 +1,3 @@
+#include "orn/text/Printf.h"
+
+#include <gtest/gtest.h>

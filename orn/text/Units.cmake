@@ -1,0 +1,2 @@
+orn_unit(text/Encoding)
+orn_unit(text/Printf)
