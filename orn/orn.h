@@ -2,5 +2,6 @@
 #pragma once
 
 #include "orn/foundation/Error.h"
+#include "orn/geometry/Matrix.h"
 #include "orn/text/Encoding.h"
 #include "orn/text/Printf.h"

@@ -1,0 +1,145 @@
+/// Square matrices of order 1 to 4, stored by rows. Points and vectors are row vectors that stand on the left, so a
+/// product A·B applies A first.
+#pragma once
+
+#include "orn/Export.h"
+
+#include <iosfwd>
+
+template <int N>
+class Matrix;
+
+/// A view of one row, valid while its matrix lives.
+template <int N>
+class ORN_API MatrixRow {
+public:
+    constexpr double operator[](int column) const noexcept { return elements_[column]; }  ///< the index is not tested
+
+private:
+    friend class Matrix<N>;
+
+    constexpr explicit MatrixRow(double const* elements) noexcept : elements_{elements} {}
+
+    double const* elements_;
+};
+
+/// Element [i][j] is row i, column j. Nothing tests for a singular matrix: its inverse has infinite or NaN elements.
+template <int N>
+class ORN_API Matrix {
+    static_assert(1 <= N && N <= 4, "matrices have order 1 to 4");
+
+public:
+    constexpr Matrix() noexcept;                                  ///< the identity
+    constexpr explicit Matrix(double const (*rows)[N]) noexcept;  ///< copies N rows
+
+    constexpr MatrixRow<N> operator[](int row) const noexcept { return MatrixRow<N>{elements_[row]}; }  ///< not tested
+    constexpr void packToPod(double (*const rows)[N]) const noexcept;  ///< fills N rows
+
+    double determinant() const;  ///< throws ORN::NotImplemented for order 4
+    constexpr Matrix transpose() const noexcept;
+    Matrix inverse() const noexcept;  ///< the adjugate over the determinant; order 4 by elimination with scaled pivots
+
+    constexpr Matrix& operator*=(Matrix const& b) noexcept { return *this = Matrix{elements_, b.elements_}; }
+    Matrix& operator/=(Matrix const& b) noexcept { return *this *= b.inverse(); }
+    friend constexpr Matrix operator*(Matrix const& a, Matrix const& b) noexcept {
+        return Matrix{a.elements_, b.elements_};
+    }
+    friend Matrix operator/(Matrix const& a, Matrix const& b) noexcept { return a * b.inverse(); }
+
+    /// The rows between brackets, as in [1,0/0,1].
+    friend std::wostream& operator<<(std::wostream& os, Matrix const& m) { return m.putOn(os); }
+
+private:
+    constexpr Matrix(double const (*a)[N], double const (*b)[N]) noexcept;  // the product a·b
+    constexpr Matrix(double const (*rows)[N], int const* order) noexcept;   // row i is rows[order[i]]
+
+    std::wostream& putOn(std::wostream& os) const;
+
+    double elements_[N][N];
+};
+
+template <int N>
+constexpr Matrix<N>::Matrix() noexcept : elements_{} {
+    for (int i = 0; i < N; ++i) elements_[i][i] = 1.0;
+}
+
+template <int N>
+constexpr Matrix<N>::Matrix(double const (*rows)[N]) noexcept {
+    for (int i = 0; i < N; ++i)
+        for (int j = 0; j < N; ++j) elements_[i][j] = rows[i][j];
+}
+
+template <int N>
+constexpr Matrix<N>::Matrix(double const (*a)[N], double const (*b)[N]) noexcept {
+    for (int i = 0; i < N; ++i)
+        for (int j = 0; j < N; ++j) {
+            double sum = a[i][0] * b[0][j];
+            for (int k = 1; k < N; ++k) sum += a[i][k] * b[k][j];
+            elements_[i][j] = sum;
+        }
+}
+
+template <int N>
+constexpr Matrix<N>::Matrix(double const (*rows)[N], int const* order) noexcept {
+    for (int i = 0; i < N; ++i)
+        for (int j = 0; j < N; ++j) elements_[i][j] = rows[order[i]][j];
+}
+
+template <int N>
+constexpr void Matrix<N>::packToPod(double (*const rows)[N]) const noexcept {
+    for (int i = 0; i < N; ++i)
+        for (int j = 0; j < N; ++j) rows[i][j] = elements_[i][j];
+}
+
+template <int N>
+constexpr Matrix<N> Matrix<N>::transpose() const noexcept {
+    Matrix result;
+    for (int i = 0; i < N; ++i)
+        for (int j = 0; j < N; ++j) result.elements_[i][j] = elements_[j][i];
+    return result;
+}
+
+template <int N>
+double Matrix<N>::determinant() const {
+    auto const& m = elements_;
+    if constexpr (N == 1) {
+        return m[0][0];
+    } else if constexpr (N == 2) {
+        return m[0][0] * m[1][1] - m[1][0] * m[0][1];
+    } else {
+        return m[0][1] * (m[1][2] * m[2][0] - m[1][0] * m[2][2]) + m[0][0] * (m[1][1] * m[2][2] - m[2][1] * m[1][2]) +
+               m[0][2] * (m[2][1] * m[1][0] - m[1][1] * m[2][0]);
+    }
+}
+
+template <int N>
+Matrix<N> Matrix<N>::inverse() const noexcept {
+    auto const& m = elements_;
+    double const d = determinant();
+    if constexpr (N == 1) {
+        double const rows[1][1] = {{1.0 / d}};
+        return Matrix{rows};
+    } else if constexpr (N == 2) {
+        double const rows[2][2] = {{m[1][1] / d, m[0][1] / -d}, {m[1][0] / -d, m[0][0] / d}};
+        return Matrix{rows};
+    } else {
+        double const rows[3][3] = {
+            {(m[1][1] * m[2][2] - m[1][2] * m[2][1]) / d, (m[0][2] * m[2][1] - m[0][1] * m[2][2]) / d,
+             (m[0][1] * m[1][2] - m[0][2] * m[1][1]) / d},
+            {(m[1][2] * m[2][0] - m[1][0] * m[2][2]) / d, (m[0][0] * m[2][2] - m[0][2] * m[2][0]) / d,
+             (m[0][2] * m[1][0] - m[0][0] * m[1][2]) / d},
+            {(m[1][0] * m[2][1] - m[1][1] * m[2][0]) / d, (m[0][1] * m[2][0] - m[0][0] * m[2][1]) / d,
+             (m[0][0] * m[1][1] - m[0][1] * m[1][0]) / d}};
+        return Matrix{rows};
+    }
+}
+
+template <>
+ORN_API double Matrix<4>::determinant() const;
+template <>
+ORN_API Matrix<4> Matrix<4>::inverse() const noexcept;
+
+extern template class Matrix<1>;
+extern template class Matrix<2>;
+extern template class Matrix<3>;
+extern template class Matrix<4>;
