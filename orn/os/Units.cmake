@@ -1,2 +1,3 @@
 orn_unit(os/Com)
 orn_unit(os/ErrorText)
+orn_unit(os/Format)

@@ -1,0 +1,289 @@
+#include "orn/os/Format.h"
+
+#include "orn/os/Fault.h"
+#include "orn/os/FormatConversion.h"
+
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <memory>
+#include <new>
+#include <string_view>
+
+// The C library's own wide formatter reads %s as narrow text, cannot say whether room or something else was missing,
+// and writes whole code points; so this is one by the Windows rules, and only the digits of doubles are the library's.
+
+namespace ORN::os {
+
+namespace {
+
+/// The units written so far; what does not fit is dropped and remembered.
+class Sink {
+public:
+    Sink(wchar_t* buffer, std::size_t size) noexcept : begin_{buffer}, at_{buffer}, end_{buffer + size} {}
+
+    void put(wchar_t unit) noexcept {
+        if (at_ != end_)
+            *at_++ = unit;
+        else
+            full_ = true;
+    }
+    void fill(wchar_t unit, std::size_t count) noexcept {
+        std::size_t const fitting = fit(count);
+        std::wmemset(at_, unit, fitting);
+        at_ += fitting;
+    }
+    void put(wchar_t const* text, std::size_t count) noexcept {
+        std::size_t const fitting = fit(count);
+        std::wmemcpy(at_, text, fitting);
+        at_ += fitting;
+    }
+
+    int length() const noexcept {
+        std::size_t const count = static_cast<std::size_t>(at_ - begin_);
+        return count > INT_MAX ? formatFailed : full_ ? formatTooLong : static_cast<int>(count);
+    }
+    bool full() const noexcept { return full_; }
+    void terminate() noexcept {
+        if (at_ != end_) *at_ = 0;
+    }
+
+private:
+    std::size_t fit(std::size_t count) noexcept {
+        std::size_t const room = static_cast<std::size_t>(end_ - at_);
+        if (count <= room) return count;
+        full_ = true;
+        return room;
+    }
+
+    wchar_t* begin_;
+    wchar_t* at_;
+    wchar_t* end_;
+    bool full_ = false;
+};
+
+/// Writes `length` units between the padding that the width asks for.
+template <typename Write>
+void padded(Sink& sink, FormatConversion const& conversion, std::size_t length, Write write) {
+    std::size_t const width = conversion.width > 0 ? static_cast<std::size_t>(conversion.width) : 0;
+    std::size_t const padding = width > length ? width - length : 0;
+    if (!conversion.left) sink.fill(conversion.zero ? L'0' : L' ', padding);
+    write();
+    if (conversion.left) sink.fill(L' ', padding);
+}
+
+void putText(Sink& sink, FormatConversion const& conversion, wchar_t const* text) noexcept {
+    if (text == nullptr) text = L"(null)";
+    std::size_t const length =
+        conversion.precision < 0 ? std::wcslen(text) : wcsnlen(text, static_cast<std::size_t>(conversion.precision));
+    padded(sink, conversion, length, [&] { sink.put(text, length); });
+}
+
+/// Narrow text unit by unit in the thread's locale; bytes that mean nothing there stand for themselves.
+template <typename Put>
+void eachUnit(char const* text, std::size_t bytes, std::size_t limit, Put put) {
+    std::mbstate_t state{};
+    for (std::size_t used = 0; used < bytes && limit > 0;) {
+        unsigned char const byte = static_cast<unsigned char>(text[used]);
+        wchar_t wide = byte;
+        std::size_t taken = 1;
+        if (byte >= 0x80) {
+            taken = std::mbrtowc(&wide, text + used, bytes - used, &state);
+            if (taken == 0 || taken > bytes - used) {
+                wide = byte;
+                taken = 1;
+                state = {};
+            }
+        }
+        used += taken;
+        if (wide > 0xFFFF && limit > 1) {
+            put(static_cast<wchar_t>(0xD800 | ((wide - 0x10000) >> 10)));
+            put(static_cast<wchar_t>(0xDC00 | (wide & 0x3FF)));
+            limit -= 2;
+        } else {
+            if (wide > 0xFFFF) return;
+            put(wide);
+            --limit;
+        }
+    }
+}
+
+void putNarrow(Sink& sink, FormatConversion const& conversion, char const* text, std::size_t bytes) noexcept {
+    std::size_t const limit = conversion.precision < 0 ? SIZE_MAX : static_cast<std::size_t>(conversion.precision);
+    std::size_t length = 0;
+    eachUnit(text, bytes, limit, [&](wchar_t) { ++length; });
+    padded(sink, conversion, length, [&] { eachUnit(text, bytes, limit, [&](wchar_t unit) { sink.put(unit); }); });
+}
+
+void putNarrow(Sink& sink, FormatConversion const& conversion, char const* text) noexcept {
+    if (text == nullptr) text = "(null)";
+    // An unterminated text may not be read beyond what the precision can show: at most MB_LEN_MAX bytes a unit.
+    std::size_t const bytes =
+        conversion.precision < 0 ? std::strlen(text) : strnlen(text, static_cast<std::size_t>(conversion.precision));
+    putNarrow(sink, conversion, text, bytes);
+}
+
+void putInteger(Sink& sink, FormatConversion const& conversion, std::uint64_t magnitude, bool negative) noexcept {
+    bool const pointer = conversion.argument == FormatArgument::pointer;
+    bool const isSigned = conversion.type == L'd' || conversion.type == L'i';
+    bool const hexadecimal = conversion.type == L'x' || conversion.type == L'X' || pointer;
+    unsigned const base = hexadecimal ? 16 : conversion.type == L'o' ? 8 : 10;
+    char const* const digitsOf = conversion.type == L'x' ? "0123456789abcdef" : "0123456789ABCDEF";
+    int const precision = pointer ? static_cast<int>(2 * sizeof(void*)) : conversion.precision;
+
+    wchar_t digits[24];
+    wchar_t* const digitsEnd = digits + sizeof digits / sizeof *digits;
+    wchar_t* first = digitsEnd;
+    bool const zero = magnitude == 0;
+    if (base == 10)
+        for (; magnitude != 0; magnitude /= 10) *--first = static_cast<wchar_t>(L'0' + magnitude % 10);
+    else
+        for (; magnitude != 0; magnitude /= base) *--first = static_cast<wchar_t>(digitsOf[magnitude % base]);
+    if (zero && precision != 0) *--first = L'0';
+    std::size_t const digitCount = static_cast<std::size_t>(digitsEnd - first);
+
+    wchar_t lead[2];
+    std::size_t leadCount = 0;
+    if (negative)
+        lead[leadCount++] = L'-';
+    else if (isSigned && conversion.plus)
+        lead[leadCount++] = L'+';
+    else if (isSigned && conversion.blank)
+        lead[leadCount++] = L' ';
+    else if (conversion.alternate && hexadecimal && !zero) {
+        lead[leadCount++] = L'0';
+        lead[leadCount++] = conversion.type == L'x' ? L'x' : L'X';
+    }
+
+    std::size_t zeros = precision > 0 && static_cast<std::size_t>(precision) > digitCount
+                            ? static_cast<std::size_t>(precision) - digitCount
+                            : 0;
+    if (conversion.alternate && base == 8 && zeros == 0 && (digitCount == 0 || *first != L'0')) zeros = 1;
+    FormatConversion outer = conversion;
+    outer.zero = false;
+    if (conversion.zero && !conversion.left && precision < 0) {
+        std::size_t const width = conversion.width > 0 ? static_cast<std::size_t>(conversion.width) : 0;
+        if (width > leadCount + zeros + digitCount) zeros = width - leadCount - digitCount;
+    }
+    padded(sink, outer, leadCount + zeros + digitCount, [&] {
+        sink.put(lead, leadCount);
+        sink.fill(L'0', zeros);
+        sink.put(first, digitCount);
+    });
+}
+
+/// Digits of a double from the C library. False when there was no memory for a very long one.
+bool putNumber(Sink& sink, FormatConversion const& conversion, double value) noexcept {
+    char spelling[12];
+    char* out = spelling;
+    *out++ = '%';
+    if (conversion.left) *out++ = '-';
+    if (conversion.plus) *out++ = '+';
+    if (conversion.blank) *out++ = ' ';
+    if (conversion.alternate) *out++ = '#';
+    if (conversion.zero) *out++ = '0';
+    for (char const unit : std::string_view{"*.*"}) *out++ = unit;
+    *out++ = static_cast<char>(conversion.type);
+    *out = 0;
+
+    char scratch[512];
+    char* text = scratch;
+    std::unique_ptr<char[]> heap;
+    int const width = conversion.width > 0 ? conversion.width : 0;
+    int length = std::snprintf(scratch, sizeof scratch, spelling, width, conversion.precision, value);
+    if (length < 0) return false;
+    if (static_cast<std::size_t>(length) >= sizeof scratch) {
+        std::size_t const size = static_cast<std::size_t>(length) + 1;
+        heap.reset(text = new (std::nothrow) char[size]);
+        if (text == nullptr) return false;
+        length = std::snprintf(text, size, spelling, width, conversion.precision, value);
+    }
+    eachUnit(text, static_cast<std::size_t>(length), SIZE_MAX, [&](wchar_t unit) { sink.put(unit); });
+    return true;
+}
+
+}
+
+int formatWide(wchar_t* buffer, std::size_t size, wchar_t const* format, std::va_list arguments) noexcept {
+    if (ORN_OS_REFUSED("_vsnwprintf")) return formatFailed;
+    Sink sink{buffer, size};
+    for (;;) {
+        wchar_t const* const literal = format;
+        while (*format != 0 && *format != L'%') ++format;
+        sink.put(literal, static_cast<std::size_t>(format - literal));
+        if (*format == 0) break;
+        if (sink.full()) return formatTooLong;
+
+        FormatConversion conversion = formatConversion(format);
+        format = conversion.end;
+        if (conversion.width == FormatConversion::fromArguments) {
+            conversion.width = va_arg(arguments, int);
+            if (conversion.width < 0) {
+                if (conversion.width == INT_MIN) return formatFailed;
+                conversion.left = true;
+                conversion.width = -conversion.width;
+            }
+        }
+        if (conversion.precision == FormatConversion::fromArguments) {
+            int const precision = va_arg(arguments, int);
+            conversion.precision = precision < 0 ? FormatConversion::absent : precision;
+        }
+
+        auto const integer = [&](auto value, auto unsignedValue) {
+            bool const isSigned = conversion.type == L'd' || conversion.type == L'i';
+            bool const negative = isSigned && value < 0;
+            std::uint64_t const magnitude =
+                negative ? 0 - static_cast<std::uint64_t>(static_cast<std::int64_t>(value)) : unsignedValue;
+            putInteger(sink, conversion, magnitude, negative);
+        };
+        switch (conversion.argument) {
+            case FormatArgument::bad: return formatFailed;
+            case FormatArgument::none: sink.put(L'%'); break;
+            case FormatArgument::int8: {
+                int const value = va_arg(arguments, int);
+                integer(static_cast<std::int8_t>(value), static_cast<std::uint8_t>(value));
+                break;
+            }
+            case FormatArgument::int16: {
+                int const value = va_arg(arguments, int);
+                integer(static_cast<std::int16_t>(value), static_cast<std::uint16_t>(value));
+                break;
+            }
+            case FormatArgument::int32: {
+                int const value = va_arg(arguments, int);
+                integer(value, static_cast<std::uint32_t>(value));
+                break;
+            }
+            case FormatArgument::int64: {
+                std::int64_t const value = va_arg(arguments, std::int64_t);
+                integer(value, static_cast<std::uint64_t>(value));
+                break;
+            }
+            case FormatArgument::pointer:
+                putInteger(sink, conversion, reinterpret_cast<std::uintptr_t>(va_arg(arguments, void*)), false);
+                break;
+            case FormatArgument::number:
+                if (!putNumber(sink, conversion, va_arg(arguments, double))) return formatFailed;
+                break;
+            case FormatArgument::wideCharacter: {
+                wchar_t const unit = static_cast<wchar_t>(va_arg(arguments, int) & 0xFFFF);
+                padded(sink, conversion, 1, [&] { sink.put(unit); });
+                break;
+            }
+            case FormatArgument::narrowCharacter: {
+                char const byte = static_cast<char>(va_arg(arguments, int));
+                conversion.precision = FormatConversion::absent;
+                putNarrow(sink, conversion, &byte, 1);
+                break;
+            }
+            case FormatArgument::wideText: putText(sink, conversion, va_arg(arguments, wchar_t const*)); break;
+            case FormatArgument::narrowText: putNarrow(sink, conversion, va_arg(arguments, char const*)); break;
+        }
+    }
+    sink.terminate();
+    return sink.length();
+}
+
+}
