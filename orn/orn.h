@@ -3,5 +3,6 @@
 
 #include "orn/foundation/Error.h"
 #include "orn/geometry/Matrix.h"
+#include "orn/text/CodePoint.h"
 #include "orn/text/Encoding.h"
 #include "orn/text/Printf.h"

@@ -1,0 +1,25 @@
+/// Conversions between UTF-16 and the system's multibyte code page: the ANSI code page on Windows, elsewhere the
+/// character set of the environment's locale as it was at the first call (the "C" locale counts as UTF-8).
+///
+/// Every function may be called from any thread. The converting ones return the number of bytes or units written, and
+/// 0 after a failure, with the thread's last error set: 87 for a length or a room of 0, 122 for lack of room, or what
+/// else the system reports.
+#pragma once
+
+namespace ORN::os {
+
+/// Bytes that mean nothing in the code page become U+FFFD or what else the system puts in their place.
+int multibyteToWide(char const* bytes, int length, wchar_t* units, int room) noexcept;
+
+/// Characters outside the code page become a near one or '?', as the system likes; when the code page is UTF-8, an
+/// unpaired surrogate becomes U+FFFD.
+int wideToMultibyte(wchar_t const* units, int length, char* bytes, int room) noexcept;
+
+/// The same without near characters; tells whether something had to be put in the place of a character.
+int wideToMultibyteStrictly(wchar_t const* units, int length, char* bytes, int room, bool& substituted) noexcept;
+
+/// Reads the character at the head of the bytes, from a fresh conversion state. Returns how many bytes it takes, 0 for
+/// U+0000 (which takes one), -1 when there is no whole and valid character. The code point is not a surrogate.
+int decodeMultibyte(char const* bytes, int length, unsigned int& codePoint) noexcept;
+
+}

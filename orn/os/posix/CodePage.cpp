@@ -1,0 +1,307 @@
+#include "orn/os/CodePage.h"
+
+#include "orn/os/ErrorText.h"
+#include "orn/os/Fault.h"
+
+#include <iconv.h>
+#include <langinfo.h>
+#include <locale.h>
+#include <strings.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+
+namespace ORN::os {
+
+namespace {
+
+DWORD const invalidParameter = 87, insufficientBuffer = 122, invalidFlags = 1004, noTranslation = 1113;
+unsigned int const replacement = 0xFFFD;
+
+iconv_t noDescriptor() noexcept { return reinterpret_cast<iconv_t>(-1); }
+
+// The name of the character set; empty for UTF-8.
+class CharacterSet {
+public:
+    static char const* name() {
+        std::call_once(found_, find);
+        return name_;
+    }
+
+private:
+    static void find() noexcept {
+        char const* locale = "";
+        for (char const* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+            char const* const value = std::getenv(variable);
+            if (value != nullptr && *value != '\0') {
+                locale = value;
+                break;
+            }
+        }
+        if (*locale == '\0' || std::strcmp(locale, "C") == 0 || std::strcmp(locale, "POSIX") == 0) return;
+
+        if (locale_t const installed = newlocale(LC_CTYPE_MASK, "", nullptr)) {
+            take(nl_langinfo_l(CODESET, installed));
+            freelocale(installed);
+        } else if (char const* const suffix = std::strchr(locale, '.')) {
+            take(suffix + 1);
+        }
+    }
+
+    static void take(char const* set) noexcept {
+        std::size_t const length = std::strcspn(set, "@");
+        if (length == 0 || length >= sizeof name_) return;
+        std::memcpy(name_, set, length);
+        bool known = strcasecmp(name_, "UTF-8") != 0 && strcasecmp(name_, "UTF8") != 0;
+        if (known) {
+            iconv_t const trial = iconv_open("WCHAR_T", name_);
+            known = trial != noDescriptor();
+            if (known) iconv_close(trial);
+        }
+        if (!known) name_[0] = '\0';
+    }
+
+    static constinit std::once_flag found_;
+    static constinit char name_[64];
+};
+
+constinit std::once_flag CharacterSet::found_;
+constinit char CharacterSet::name_[64] = {};
+
+// One direction of iconv between the character set and code points, opened at first use; a thread has its own two.
+class Converter {
+public:
+    constexpr Converter() noexcept = default;
+    ~Converter() {
+        if (open_) iconv_close(descriptor_);
+    }
+    Converter(Converter const&) = delete;
+    Converter& operator=(Converter const&) = delete;
+
+    bool restart(char const* to, char const* from) noexcept {
+        if (!open_) {
+            descriptor_ = iconv_open(to, from);
+            open_ = descriptor_ != noDescriptor();
+        } else {
+            iconv(descriptor_, nullptr, nullptr, nullptr, nullptr);
+        }
+        return open_;
+    }
+
+    /// 0, or the errno of what stopped it; the pointers and sizes move on. No input: brings out what is held back.
+    int run(char const** in, std::size_t* inLeft, char** out, std::size_t* outLeft) noexcept {
+        std::size_t const result = iconv(descriptor_, const_cast<char**>(in), inLeft, out, outLeft);
+        return result == static_cast<std::size_t>(-1) ? errno : 0;
+    }
+
+private:
+    iconv_t descriptor_ = nullptr;
+    bool open_ = false;
+};
+
+constinit thread_local Converter toCodePoints, fromCodePoints;
+
+int failed(DWORD code) noexcept {
+    setLastError(code);
+    return 0;
+}
+
+bool isPair(unsigned int a, unsigned int b) noexcept {
+    return (a & 0xFFFFFC00) == 0xD800 && (b & 0xFFFFFC00) == 0xDC00;
+}
+
+// The code point at the units' head, which moves on; an unpaired surrogate, and what is no code unit, is the
+// replacement character, and that is noted.
+unsigned int nextCodePoint(wchar_t const*& units, wchar_t const* end, bool& substituted) noexcept {
+    auto const unit = static_cast<unsigned int>(*units++);
+    if (unit < 0xD800 || (unit > 0xDFFF && unit < 0x10000)) return unit;
+    if (units != end && isPair(unit, static_cast<unsigned int>(*units)))
+        return 0x10000 + ((unit & 0x3FF) << 10 | (static_cast<unsigned int>(*units++) & 0x3FF));
+    substituted = true;
+    return replacement;
+}
+
+// A buffer of units or bytes that is filled from the left.
+template <typename T>
+struct Target {
+    T* next;
+    T* end;
+
+    std::size_t left() const noexcept { return static_cast<std::size_t>(end - next); }
+};
+
+bool append(Target<wchar_t>& target, unsigned int codePoint) noexcept {
+    if (codePoint < 0x10000) {
+        if (target.left() < 1) return false;
+        *target.next++ = static_cast<wchar_t>(codePoint);
+    } else {
+        if (target.left() < 2) return false;
+        *target.next++ = static_cast<wchar_t>(0xD800 | (codePoint - 0x10000) >> 10);
+        *target.next++ = static_cast<wchar_t>(0xDC00 | (codePoint & 0x3FF));
+    }
+    return true;
+}
+
+bool appendUTF8(Target<char>& target, unsigned int codePoint) noexcept {
+    std::size_t const length = codePoint < 0x80 ? 1 : codePoint < 0x800 ? 2 : codePoint < 0x10000 ? 3 : 4;
+    if (target.left() < length) return false;
+    if (length == 1) {
+        *target.next++ = static_cast<char>(codePoint);
+        return true;
+    }
+    for (std::size_t i = length - 1; i > 0; --i, codePoint >>= 6)
+        target.next[i] = static_cast<char>(0x80 | (codePoint & 0x3F));
+    target.next[0] = static_cast<char>((0xFF00 >> length & 0xFF) | codePoint);
+    target.next += length;
+    return true;
+}
+
+// Reads one well-formed UTF-8 sequence and returns its length. Otherwise returns minus the length of the longest head
+// that could have begun one (at least 1): what is replaced as a whole.
+int readUTF8(char const* bytes, int length, unsigned int& codePoint) noexcept {
+    auto const at = [bytes](int i) { return static_cast<unsigned char>(bytes[i]); };
+    unsigned int const lead = at(0);
+    codePoint = lead;
+    if (lead < 0x80) return 1;
+    if (lead < 0xC2 || lead > 0xF4) return -1;
+
+    int const size = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    unsigned int const lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;   // nothing overlong
+    unsigned int const highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;  // no surrogate, nothing too large
+    codePoint = lead & (0x7Fu >> size);
+    for (int i = 1; i < size; ++i) {
+        if (i >= length || at(i) < (i == 1 ? lowest : 0x80) || at(i) > (i == 1 ? highest : 0xBF)) return -i;
+        codePoint = codePoint << 6 | (at(i) & 0x3F);
+    }
+    return size;
+}
+
+int utf8ToWide(char const* bytes, int length, wchar_t* units, int room) noexcept {
+    Target<wchar_t> target{units, units + room};
+    while (length > 0) {
+        unsigned int codePoint;
+        int read = readUTF8(bytes, length, codePoint);
+        if (read < 0) {
+            codePoint = replacement;
+            read = -read;
+        }
+        if (!append(target, codePoint)) return failed(insufficientBuffer);
+        bytes += read;
+        length -= read;
+    }
+    return static_cast<int>(target.next - units);
+}
+
+int wideToUTF8(wchar_t const* units, int length, char* bytes, int room, bool& substituted) noexcept {
+    Target<char> target{bytes, bytes + room};
+    for (wchar_t const* const end = units + length; units != end;)
+        if (!appendUTF8(target, nextCodePoint(units, end, substituted))) return failed(insufficientBuffer);
+    return static_cast<int>(target.next - bytes);
+}
+
+int convertToWide(char const* bytes, int length, wchar_t* units, int room) noexcept {
+    if (!toCodePoints.restart("WCHAR_T", CharacterSet::name())) return failed(noTranslation);
+
+    Target<wchar_t> target{units, units + room};
+    auto left = static_cast<std::size_t>(length);
+    for (bool flushed = false; !flushed;) {
+        wchar_t codePoints[64];
+        char* out = reinterpret_cast<char*>(codePoints);
+        std::size_t outLeft = sizeof codePoints - sizeof(wchar_t);  // one is kept for the replacement character
+        flushed = left == 0;
+        int const error = flushed ? toCodePoints.run(nullptr, nullptr, &out, &outLeft)
+                                  : toCodePoints.run(&bytes, &left, &out, &outLeft);
+        auto* end = reinterpret_cast<wchar_t*>(out);
+        if (error == EILSEQ || error == EINVAL) {
+            *end++ = static_cast<wchar_t>(replacement);
+            std::size_t const skipped = error == EINVAL ? left : 1;
+            bytes += skipped;
+            left -= skipped;
+        }
+        for (wchar_t const* p = codePoints; p != end; ++p)
+            if (!append(target, static_cast<unsigned int>(*p))) return failed(insufficientBuffer);
+    }
+    return static_cast<int>(target.next - units);
+}
+
+int convertFromWide(wchar_t const* units, int length, char* bytes, int room, bool& substituted) noexcept {
+    if (!fromCodePoints.restart(CharacterSet::name(), "WCHAR_T")) return failed(noTranslation);
+
+    char* out = bytes;
+    auto outLeft = static_cast<std::size_t>(room);
+    for (wchar_t const* const end = units + length; units != end;) {
+        wchar_t codePoints[64];
+        std::size_t count = 0;
+        while (units != end && count < 64)
+            codePoints[count++] = static_cast<wchar_t>(nextCodePoint(units, end, substituted));
+
+        char const* in = reinterpret_cast<char const*>(codePoints);
+        std::size_t inLeft = count * sizeof(wchar_t);
+        while (inLeft > 0) {
+            int const error = fromCodePoints.run(&in, &inLeft, &out, &outLeft);
+            if (error == 0) continue;
+            if (error != EILSEQ || codePoints[count - inLeft / sizeof(wchar_t)] == L'?')
+                return failed(error == E2BIG ? insufficientBuffer : noTranslation);
+            codePoints[count - inLeft / sizeof(wchar_t)] = L'?';
+            substituted = true;
+        }
+    }
+    if (fromCodePoints.run(nullptr, nullptr, &out, &outLeft) != 0) return failed(insufficientBuffer);
+    return static_cast<int>(out - bytes);
+}
+
+}
+
+int multibyteToWide(char const* bytes, int length, wchar_t* units, int room) noexcept {
+    if (ORN_OS_REFUSED("MultiByteToWideChar")) return failed(invalidFlags);
+    if (length <= 0 || room <= 0) return failed(invalidParameter);
+    bool const utf8 = *CharacterSet::name() == '\0';
+    return utf8 ? utf8ToWide(bytes, length, units, room) : convertToWide(bytes, length, units, room);
+}
+
+int wideToMultibyteStrictly(wchar_t const* units, int length, char* bytes, int room, bool& substituted) noexcept {
+    substituted = false;
+    if (ORN_OS_REFUSED("WideCharToMultiByte")) return failed(invalidFlags);
+    if (length <= 0 || room <= 0) return failed(invalidParameter);
+    return *CharacterSet::name() == '\0' ? wideToUTF8(units, length, bytes, room, substituted)
+                                         : convertFromWide(units, length, bytes, room, substituted);
+}
+
+int wideToMultibyte(wchar_t const* units, int length, char* bytes, int room) noexcept {
+    bool substituted;
+    return wideToMultibyteStrictly(units, length, bytes, room, substituted);
+}
+
+int decodeMultibyte(char const* bytes, int length, unsigned int& codePoint) noexcept {
+    if (length <= 0) return -1;
+    if (*CharacterSet::name() == '\0') {
+        unsigned int value;
+        int const size = readUTF8(bytes, length, value);
+        if (size < 0) return -1;
+        codePoint = value;
+        return value == 0 ? 0 : size;
+    }
+
+    // Byte by byte, because the descriptor would read on into the next character.
+    int const longest = 8;
+    for (int size = 1; size <= length && size <= longest; ++size) {
+        if (!toCodePoints.restart("WCHAR_T", CharacterSet::name())) return -1;
+        wchar_t value = 0;
+        char const* in = bytes;
+        auto inLeft = static_cast<std::size_t>(size);
+        char* out = reinterpret_cast<char*>(&value);
+        std::size_t outLeft = sizeof value;
+        int const error = toCodePoints.run(&in, &inLeft, &out, &outLeft);
+        if (error == EINVAL) continue;
+        if (error != 0) return -1;
+        if (outLeft != 0) toCodePoints.run(nullptr, nullptr, &out, &outLeft);
+        if (outLeft != 0) continue;
+        codePoint = static_cast<unsigned int>(value);
+        return value == 0 ? 0 : size;
+    }
+    return -1;
+}
+
+}
