@@ -6,3 +6,5 @@
 #include "orn/text/CodePoint.h"
 #include "orn/text/Encoding.h"
 #include "orn/text/Printf.h"
+#include "orn/text/RawFile.h"
+#include "orn/text/TextLineIterator.h"

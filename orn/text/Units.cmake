@@ -1,3 +1,5 @@
 orn_unit(text/CodePoint)
 orn_unit(text/Encoding)
 orn_unit(text/Printf)
+orn_unit(text/RawFile)
+orn_unit(text/TextLineIterator)

@@ -1,0 +1,28 @@
+/// Files by wide names, through the runtime's buffered streams. Failures leave the reason in errno.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+namespace ORN::os {
+
+/// Null when it fails. A name that the system's file names cannot hold fails like a missing file.
+std::FILE* openFile(std::wstring const& name, std::wstring const& mode) noexcept;
+
+/// Whether anything, file or folder, bears the name.
+bool fileExists(std::wstring const& name) noexcept;
+
+/// Both return the bytes moved; failed: the stream's error indicator is set now.
+std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& failed) noexcept;
+std::size_t writeFile(std::FILE* file, void const* buffer, std::size_t count, bool& failed) noexcept;
+
+bool seekFile(std::FILE* file, std::int64_t offset, int origin) noexcept;  ///< origin: SEEK_SET, SEEK_CUR, SEEK_END
+std::int64_t tellFile(std::FILE* file) noexcept;                           ///< -1 when it fails
+bool flushFile(std::FILE* file) noexcept;
+bool closeFile(std::FILE* file) noexcept;  ///< the stream is gone either way
+
+/// The runtime's text for the current errno, in the multibyte code page.
+std::string errnoText();
+
+}

@@ -1,0 +1,87 @@
+#include "orn/os/File.h"
+
+#include "tests/support/Faults.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstring>
+
+using namespace ORN;
+
+namespace {
+
+TEST(OsFile, NamesBeyondAsciiAndTheBasicPlaneReachTheSameFileAgain) {
+    TemporaryFolder const folder;
+    for (wchar_t const* name : {L"plain.txt", L"caf\u00e9.txt", L"\u56f3\u9762.csv", L"\xD83D\xDCD0.dat"}) {
+        std::wstring const path = folder / name;
+        EXPECT_FALSE(os::fileExists(path));
+        EXPECT_EQ(os::openFile(path, L"rb"), nullptr);
+        EXPECT_EQ(errno, ENOENT);
+        std::FILE* const made = os::openFile(path, L"wb");
+        ASSERT_NE(made, nullptr);
+        EXPECT_TRUE(os::closeFile(made));
+        EXPECT_TRUE(os::fileExists(path));
+    }
+    EXPECT_TRUE(os::fileExists(folder.name()));
+    EXPECT_EQ(folder.count(), 4);
+}
+
+TEST(OsFile, ANameThatNoFileCanHaveIsAMissingFile) {
+    TemporaryFolder const folder;
+    std::wstring zero = folder / L"cut";
+    zero.push_back(L'\0');
+    zero += L"off";
+    errno = 0;
+    EXPECT_EQ(os::openFile(zero, L"wb"), nullptr);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_FALSE(os::fileExists(zero));
+    EXPECT_EQ(os::openFile(L"", L"rb"), nullptr);
+    EXPECT_FALSE(os::fileExists(L""));
+    EXPECT_EQ(folder.count(), 0);
+}
+
+TEST(OsFile, PositionsAreSixtyFourBitsWide) {
+    TemporaryFolder const folder;
+    std::FILE* const file = os::openFile(folder / L"positions", L"w+b");
+    ASSERT_NE(file, nullptr);
+    bool failed = true;
+    EXPECT_EQ(os::writeFile(file, "0123456789", 10, failed), 10u);
+    EXPECT_FALSE(failed);
+    EXPECT_EQ(os::tellFile(file), 10);
+    EXPECT_TRUE(os::seekFile(file, -3, SEEK_END));
+    char byte = 0;
+    EXPECT_EQ(os::readFile(file, &byte, 1, failed), 1u);
+    EXPECT_EQ(byte, '7');
+    EXPECT_TRUE(os::seekFile(file, 5'000'000'000, SEEK_SET));
+    EXPECT_EQ(os::tellFile(file), 5'000'000'000);
+    EXPECT_FALSE(os::seekFile(file, -1, SEEK_SET));
+    EXPECT_TRUE(os::closeFile(file));
+}
+
+TEST(OsFile, RefusedCallsFailWithAReasonAndLeaveNothingOpen) {
+    TemporaryFolder const folder;
+    {
+        faults::Refuse const refuse{"fopen"};
+        EXPECT_EQ(os::openFile(folder / L"never", L"wb"), nullptr);
+    }
+    EXPECT_EQ(folder.count(), 0);
+    std::FILE* const file = os::openFile(folder / L"file", L"w+b");
+    ASSERT_NE(file, nullptr);
+    bool failed = false;
+    {
+        faults::Refuse const refuse{"fwrite"};
+        EXPECT_EQ(os::writeFile(file, "x", 1, failed), 0u);
+        EXPECT_TRUE(failed);
+        EXPECT_EQ(os::errnoText(), std::strerror(ENOSPC));
+    }
+    {
+        faults::Refuse const refuse{"fclose"};
+        EXPECT_FALSE(os::closeFile(file));
+        EXPECT_EQ(errno, ENOSPC);
+    }
+    EXPECT_NO_THROW(folder.removeAll());  // would fail here on Windows while the stream were open
+}
+
+}

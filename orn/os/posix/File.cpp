@@ -1,0 +1,126 @@
+#include "orn/os/File.h"
+
+#include "orn/os/Fault.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <exception>
+
+#include <sys/stat.h>
+
+namespace ORN::os {
+
+namespace {
+
+/// The name in the system's own encoding; false, with errno set, when it has none.
+bool nativeName(std::wstring const& name, std::string& native) noexcept {
+    auto const refuse = [](int reason) {
+        errno = reason;
+        return false;
+    };
+    try {
+        for (std::size_t i = 0; i < name.size(); ++i) {
+            std::uint32_t value = static_cast<std::uint32_t>(name[i]);
+            if ((value & 0xFFFFFC00u) == 0xD800u && i + 1 < name.size()) {
+                std::uint32_t const next = static_cast<std::uint32_t>(name[i + 1]);
+                if ((next & 0xFFFFFC00u) == 0xDC00u) {
+                    value = 0x10000u + ((value - 0xD800u) << 10 | (next - 0xDC00u));
+                    ++i;
+                }
+            }
+            if (value == 0 || (value & 0xFFFFF800u) == 0xD800u || value > 0x10FFFFu) return refuse(ENOENT);
+            int const more = value < 0x80 ? 0 : value < 0x800 ? 1 : value < 0x10000 ? 2 : 3;
+            constexpr unsigned char lead[] = {0, 0xC0, 0xE0, 0xF0};
+            native += static_cast<char>(lead[more] | value >> (6 * more));
+            for (int shift = 6 * more - 6; shift >= 0; shift -= 6) {
+                native += static_cast<char>(0x80 | (value >> shift & 0x3F));
+            }
+        }
+        return true;
+    } catch (std::exception const&) {
+        return refuse(ENOMEM);
+    }
+}
+
+}
+
+std::FILE* openFile(std::wstring const& name, std::wstring const& mode) noexcept {
+    if (ORN_OS_REFUSED("fopen")) {
+        errno = EACCES;
+        return nullptr;
+    }
+    std::string path;
+    char narrow[16] = {};
+    bool const known = mode.size() < sizeof narrow &&
+                       std::all_of(mode.begin(), mode.end(), [](wchar_t unit) { return unit > 0 && unit < 0x80; });
+    if (!known) {
+        errno = EINVAL;
+        return nullptr;
+    }
+    std::transform(mode.begin(), mode.end(), narrow, [](wchar_t unit) { return static_cast<char>(unit); });
+    return nativeName(name, path) ? std::fopen(path.c_str(), narrow) : nullptr;
+}
+
+bool fileExists(std::wstring const& name) noexcept {
+    std::string path;
+    struct stat status;
+    return nativeName(name, path) && ::lstat(path.c_str(), &status) == 0;
+}
+
+std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& failed) noexcept {
+    if (ORN_OS_REFUSED("fread")) {
+        errno = EIO;
+        failed = true;
+        return 0;
+    }
+    std::size_t const done = std::fread(buffer, 1, count, file);
+    failed = std::ferror(file) != 0;
+    return done;
+}
+
+std::size_t writeFile(std::FILE* file, void const* buffer, std::size_t count, bool& failed) noexcept {
+    if (ORN_OS_REFUSED("fwrite")) {
+        errno = ENOSPC;
+        failed = true;
+        return 0;
+    }
+    std::size_t const done = std::fwrite(buffer, 1, count, file);
+    failed = std::ferror(file) != 0;
+    return done;
+}
+
+bool seekFile(std::FILE* file, std::int64_t offset, int origin) noexcept {
+    if (ORN_OS_REFUSED("fseek")) {
+        errno = EIO;
+        return false;
+    }
+    return ::fseeko(file, offset, origin) == 0;
+}
+
+std::int64_t tellFile(std::FILE* file) noexcept {
+    if (ORN_OS_REFUSED("ftell")) {
+        errno = EIO;
+        return -1;
+    }
+    return ::ftello(file);
+}
+
+bool flushFile(std::FILE* file) noexcept {
+    if (ORN_OS_REFUSED("fflush")) {
+        errno = ENOSPC;
+        return false;
+    }
+    return std::fflush(file) == 0;
+}
+
+bool closeFile(std::FILE* file) noexcept {
+    bool const refused = ORN_OS_REFUSED("fclose");
+    bool const closed = std::fclose(file) == 0;
+    if (refused) errno = ENOSPC;
+    return closed && !refused;
+}
+
+std::string errnoText() { return std::strerror(errno); }
+
+}

@@ -1,0 +1,116 @@
+#include "orn/text/RawFile.h"
+
+#include "orn/foundation/Error.h"
+#include "tests/support/Faults.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using namespace ORN;
+
+namespace {
+
+TEST(RawFileFailures, EveryRefusedCallGivesItsMessage) {
+    TemporaryFolder const folder;
+    std::wstring const name = folder.put("file", "content");
+    char byte;
+    struct Case {
+        char const* call;
+        void (*use)(RawFileWriter&);
+        wchar_t const* says;
+    };
+    Case const cases[] = {
+        {"fread",
+         [](RawFileWriter& file) {
+             char b;
+             file.read(&b, 1);
+         },
+         L"read"},
+        {"fseek", [](RawFileWriter& file) { file.seek(2, 0); }, L"read"},
+        {"ftell", [](RawFileWriter& file) { file.seek(0, 1); }, L"read"},
+        {"fwrite", [](RawFileWriter& file) { file.write("x", 1); }, L"written"},
+        {"fflush", [](RawFileWriter& file) { file.flush(); }, L"written"},
+        {"fclose", [](RawFileWriter& file) { file.close(); }, L"closed"},
+    };
+    for (auto const& [call, use, says] : cases) {
+        std::unique_ptr<RawFileWriter> const file{rawAppend(name)};
+        try {
+            faults::Refuse const refuse{call};
+            use(*file);
+            ADD_FAILURE() << call << " did not throw";
+        } catch (OrnError const& error) {
+            std::wstring const start = L"The file \"" + name + L"\" cannot be " + says + L": ";
+            EXPECT_EQ(std::wstring{error.wWhat()}.substr(0, start.size()), start) << call;
+        }
+        if (std::string{call} == "fclose") {
+            EXPECT_NO_THROW(file->close()) << "it is closed all the same";
+        } else {
+            file->seek(0, 0);
+            EXPECT_EQ(file->read(&byte, 1), 1) << "usable again after " << call;
+        }
+    }
+    EXPECT_EQ(folder.get("file"), "content");
+}
+
+TEST(RawFileFailures, ATurnFromReadingToWritingThatFailsIsAWriteFailure) {
+    TemporaryFolder const folder;
+    std::unique_ptr<RawFileWriter> const file{rawAppend(folder.put("file", "content"))};
+    char byte;
+    file->seek(0, 0);
+    file->read(&byte, 1);
+    {
+        faults::Refuse const refuse{"fseek"};
+        EXPECT_THROW(file->write("x", 1), OrnError);
+    }
+    file->write("y", 1);
+    file->close();
+    EXPECT_EQ(folder.get("file"), "contenty");
+}
+
+TEST(RawFileFailures, DeletingNeverThrowsAndAlwaysCloses) {
+    TemporaryFolder const folder;
+    {
+        std::unique_ptr<RawFileWriter> file{rawCreate(folder / L"file")};
+        file->write("x", 1);
+        faults::Refuse const refuse{"fclose"};
+        EXPECT_NO_THROW(file.reset());
+        EXPECT_EQ(refuse.refusals(), 1);
+    }
+    EXPECT_NO_THROW(folder.removeAll());
+}
+
+TEST(RawFileFailures, OpeningLosesNothingWhenMemoryRunsOut) {
+    TemporaryFolder const folder;
+    std::wstring const name = folder.put("file", "content");
+    std::wstring const missing = folder / L"missing";
+    for (auto const& [wanted, exists] : {std::pair{name, true}, std::pair{missing, false}}) {
+        long const before = faults::liveBlocks();
+        int const failures = faults::failEveryAllocation(
+            [&, &file = wanted] {
+                try {
+                    delete rawOpen(file);
+                } catch (OrnError const&) {}
+            },
+            [&](bool) { EXPECT_EQ(faults::liveBlocks(), before); });
+        EXPECT_GT(failures, exists ? 1 : 3);
+    }
+    EXPECT_NO_THROW(folder.removeAll());
+}
+
+#if defined(__linux__)
+TEST(RawFileFailures, AFullDiskIsReportedWhenTheBytesReachIt) {
+    std::unique_ptr<RawFileWriter> file{rawAppend(L"/dev/full")};
+    file->write("x", 1);
+    EXPECT_THROW(file->flush(), OrnError);
+    EXPECT_THROW(file->close(), OrnError);
+    EXPECT_NO_THROW(file->close());
+
+    file.reset(rawAppend(L"/dev/full"));
+    std::string const much(100'000, 'x');
+    EXPECT_THROW(file->write(much.data(), much.size()), OrnError);
+}
+#endif
+
+}
