@@ -93,7 +93,8 @@ TEST(RawFileFailures, OpeningLosesNothingWhenMemoryRunsOut) {
                     delete rawOpen(file);
                 } catch (OrnError const&) {}
             },
-            [&](bool) { EXPECT_EQ(faults::liveBlocks(), before); });
+            // A message's text may come from another module's memory, whose blocks are not counted.
+            [&](bool) { EXPECT_LE(faults::liveBlocks(), before); });
         EXPECT_GT(failures, exists ? 1 : 3);
     }
     EXPECT_NO_THROW(folder.removeAll());
@@ -101,15 +102,15 @@ TEST(RawFileFailures, OpeningLosesNothingWhenMemoryRunsOut) {
 
 #if defined(__linux__)
 TEST(RawFileFailures, AFullDiskIsReportedWhenTheBytesReachIt) {
-    std::unique_ptr<RawFileWriter> file{rawAppend(L"/dev/full")};
-    file->write("x", 1);
-    EXPECT_THROW(file->flush(), OrnError);
-    EXPECT_THROW(file->close(), OrnError);
-    EXPECT_NO_THROW(file->close());
-
-    file.reset(rawAppend(L"/dev/full"));
+    auto const full = [] { return std::unique_ptr<RawFileWriter>{rawAppend(L"/dev/full")}; };
+    auto const flushed = full(), closed = full(), filled = full();
+    flushed->write("x", 1);
+    EXPECT_THROW(flushed->flush(), OrnError);
+    closed->write("x", 1);
+    EXPECT_THROW(closed->close(), OrnError);
+    EXPECT_NO_THROW(closed->close());
     std::string const much(100'000, 'x');
-    EXPECT_THROW(file->write(much.data(), much.size()), OrnError);
+    EXPECT_THROW(filled->write(much.data(), much.size()), OrnError);
 }
 #endif
 
