@@ -5,6 +5,7 @@
 #include "orn/geometry/Matrix.h"
 #include "orn/text/CodePoint.h"
 #include "orn/text/Encoding.h"
+#include "orn/text/Numbers.h"
 #include "orn/text/Printf.h"
 #include "orn/text/RawFile.h"
 #include "orn/text/TextLineIterator.h"

@@ -1,5 +1,6 @@
 orn_unit(text/CodePoint)
 orn_unit(text/Encoding)
+orn_unit(text/Numbers)
 orn_unit(text/Printf)
 orn_unit(text/RawFile)
 orn_unit(text/TextLineIterator)

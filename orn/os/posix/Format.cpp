@@ -3,7 +3,11 @@
 #include "orn/os/Fault.h"
 #include "orn/os/FormatConversion.h"
 
+#include <langinfo.h>
+
+#include <charconv>
 #include <climits>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -13,7 +17,7 @@
 #include <string_view>
 
 // The C library's own wide formatter reads %s as narrow text, cannot say whether room or something else was missing,
-// and writes whole code points; so this is one by the Windows rules, and only the digits of doubles are the library's.
+// and writes whole code points; so this is one by the Windows rules, and only the digits of doubles are a library's.
 
 namespace ORN::os {
 
@@ -174,8 +178,62 @@ void putInteger(Sink& sink, FormatConversion const& conversion, std::uint64_t ma
     });
 }
 
-/// Digits of a double from the C library. False when there was no memory for a very long one.
+/// The digits of a finite double without its sign, by the standard library's conversion, which is several times faster
+/// than the C library's; false when that has no form for the conversion or no room.
+bool putDigits(Sink& sink, FormatConversion const& conversion, double value) noexcept {
+    bool const upper = conversion.type < L'a';
+    auto const form = [&] {
+        switch (conversion.type) {
+            case L'e':
+            case L'E': return std::chars_format::scientific;
+            case L'f':
+            case L'F': return std::chars_format::fixed;
+            case L'g':
+            case L'G': return std::chars_format::general;
+            default: return std::chars_format{};
+        }
+    }();
+    if (form == std::chars_format{} || conversion.alternate || !std::isfinite(value)) return false;
+
+    char digits[512];
+    int const precision = conversion.precision < 0 ? 6 : conversion.precision;
+    auto const [end, error] = std::to_chars(digits, digits + sizeof digits, std::fabs(value), form, precision);
+    if (error != std::errc{}) return false;
+
+    wchar_t const sign = std::signbit(value) ? L'-' : conversion.plus ? L'+' : conversion.blank ? L' ' : wchar_t{};
+    char const* const point = nl_langinfo(RADIXCHAR);
+    bool const plainPoint = point[0] == '.';
+    std::size_t length = sign != 0 ? 1 : 0;
+    auto const each = [&](auto put) {
+        for (char const* at = digits; at != end; ++at)
+            if (*at == '.' && !plainPoint)
+                eachUnit(point, std::strlen(point), SIZE_MAX, put);
+            else
+                put(upper && *at == 'e' ? L'E' : static_cast<wchar_t>(*at));
+    };
+    if (plainPoint)
+        length += static_cast<std::size_t>(end - digits);
+    else
+        each([&](wchar_t) { ++length; });
+
+    FormatConversion outer = conversion;
+    bool const zeros = conversion.zero && !conversion.left;
+    if (zeros) {
+        if (sign != 0) sink.put(sign);
+        outer.width -= sign != 0 ? 1 : 0;
+        length -= sign != 0 ? 1 : 0;
+    }
+    padded(sink, outer, length, [&] {
+        if (sign != 0 && !zeros) sink.put(sign);
+        each([&](wchar_t unit) { sink.put(unit); });
+    });
+    return true;
+}
+
+/// A double; false when there was no memory for a very long one.
 bool putNumber(Sink& sink, FormatConversion const& conversion, double value) noexcept {
+    if (putDigits(sink, conversion, value)) return true;
+
     char spelling[12];
     char* out = spelling;
     *out++ = '%';
