@@ -3,6 +3,8 @@
 
 #include "orn/foundation/Error.h"
 #include "orn/geometry/Matrix.h"
+#include "orn/text/CharacterClass.h"
+#include "orn/text/CharacterTable.h"
 #include "orn/text/CodePoint.h"
 #include "orn/text/Encoding.h"
 #include "orn/text/Numbers.h"
