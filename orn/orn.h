@@ -11,3 +11,5 @@
 #include "orn/text/Printf.h"
 #include "orn/text/RawFile.h"
 #include "orn/text/TextLineIterator.h"
+#include "orn/threading/CriticalSection.h"
+#include "orn/threading/Lock.h"

@@ -1,0 +1,97 @@
+#include "orn/os/Parking.h"
+
+#include "orn/os/ErrorText.h"
+#include "tests/support/Faults.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using ORN::os::infinite;
+using ORN::os::Parking;
+using ORN::os::waitFailed;
+using ORN::os::waitObject;
+using ORN::os::waitTimeout;
+
+class Place : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(parking.create()); }
+    void TearDown() override {
+        EXPECT_TRUE(parking.idle());
+        parking.close();
+    }
+
+    Parking parking;
+};
+using ParkingContract = Place;
+
+TEST_F(ParkingContract, AWakeUpAfterTheTicketEndsTheSleepAndOneBeforeItDoesNot) {
+    EXPECT_TRUE(parking.wake());
+    auto ticket = parking.takeTicket();
+    EXPECT_EQ(parking.sleep(ticket, 1), waitTimeout);
+    EXPECT_TRUE(parking.wake());
+    EXPECT_EQ(parking.sleep(ticket, infinite), waitObject);
+    EXPECT_EQ(parking.sleep(ticket, 1), waitTimeout);
+    parking.giveBack(ticket);
+}
+
+TEST_F(ParkingContract, TheTimeLimitIsInMillisecondsOfTheSteadyClock) {
+    using std::chrono::milliseconds;
+    auto ticket = parking.takeTicket();
+    auto const start = std::chrono::steady_clock::now();
+    EXPECT_EQ(parking.sleep(ticket, 1200), waitTimeout);
+    auto const slept = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(slept, milliseconds{1180});  // a system's clock tick early at most
+    EXPECT_EQ(parking.sleep(ticket, 0), waitTimeout);
+    parking.giveBack(ticket);
+}
+
+TEST_F(ParkingContract, OneWakeUpEndsEverySleep) {
+    std::vector<std::thread> threads;
+    std::atomic<int> ready{0};
+    std::atomic<int> woken{0};
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&] {
+            auto ticket = parking.takeTicket();
+            ++ready;
+            woken += parking.sleep(ticket, infinite) == waitObject;
+            parking.giveBack(ticket);
+        });
+    }
+    while (ready != 4) std::this_thread::yield();
+    EXPECT_TRUE(parking.wake());
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(woken, 4);
+}
+
+TEST_F(ParkingContract, ARefusalIsToldAndTheNextWakeUpMakesUpForIt) {
+    auto ticket = parking.takeTicket();
+    {
+        faults::Refuse const refuse{"parkingWait"};
+        EXPECT_EQ(parking.sleep(ticket, infinite), waitFailed);
+        EXPECT_EQ(ORN::os::lastError(), 6u);
+    }
+    std::atomic<bool> ready{false};
+    std::thread sleeper{[&] {
+        auto other = parking.takeTicket();
+        ready = true;
+        EXPECT_EQ(parking.sleep(other, infinite), waitObject);
+        parking.giveBack(other);
+    }};
+    while (!ready) std::this_thread::yield();
+    {
+        faults::Refuse const refuse{"parkingWake"};
+        EXPECT_FALSE(parking.wake());
+        EXPECT_EQ(ORN::os::lastError(), 6u);
+    }
+    EXPECT_TRUE(parking.wake());
+    sleeper.join();
+    EXPECT_EQ(parking.sleep(ticket, infinite), waitObject);
+    parking.giveBack(ticket);
+}
+
+}

@@ -1,0 +1,47 @@
+#include "orn/os/Parking.h"
+
+#include "orn/os/Fault.h"
+
+#include <windows.h>
+
+namespace ORN::os {
+
+static_assert(waitObject == WAIT_OBJECT_0 && waitTimeout == WAIT_TIMEOUT && waitFailed == WAIT_FAILED);
+static_assert(infinite == INFINITE);
+
+bool Semaphore::create() noexcept {
+    if (handle_.load() != nullptr) return true;
+    if (ORN_OS_REFUSED("parkingCreate")) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return false;
+    }
+    HANDLE const made = CreateSemaphoreW(nullptr, 0, 0x7FFFFFFF, nullptr);
+    if (made == nullptr) return false;
+    HANDLE none = nullptr;
+    if (!handle_.compare_exchange_strong(none, made)) CloseHandle(made);
+    return true;
+}
+
+void Semaphore::close() noexcept {
+    if (HANDLE const handle = handle_.exchange(nullptr); handle != nullptr) CloseHandle(handle);
+}
+
+DWORD Semaphore::wait(DWORD timeout) noexcept {
+    if (!create()) return waitFailed;
+    if (timeout != 0 && ORN_OS_REFUSED("parkingWait")) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return waitFailed;
+    }
+    return WaitForSingleObject(handle_.load(), timeout);
+}
+
+bool Semaphore::release(std::uint32_t counts) noexcept {
+    if (!create()) return false;
+    if (ORN_OS_REFUSED("parkingWake")) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return false;
+    }
+    return ReleaseSemaphore(handle_.load(), static_cast<LONG>(counts), nullptr) != FALSE;
+}
+
+}

@@ -1,0 +1,40 @@
+/// A plain mutual-exclusion lock that its thread may take again, and its scoped guard.
+#pragma once
+
+#include "orn/Export.h"
+#include "orn/os/CriticalSection.h"
+
+/// The lock; taken and released through OrnSimpleLock only. One thread at a time is inside, as often as it likes; it must
+/// leave as often as it entered. Nobody may be inside, or wait, when it is destroyed. Not copied.
+class ORN_API OrnCriticalSection {
+public:
+    explicit OrnCriticalSection(wchar_t const* label);  ///< label: a name for whoever debugs; not copied, never read
+    ~OrnCriticalSection();
+    OrnCriticalSection(OrnCriticalSection const&) = delete;
+    OrnCriticalSection& operator=(OrnCriticalSection const&) = delete;
+
+private:
+    friend class OrnSimpleLock;
+
+    void Lock(wchar_t const* where);
+    void Unlock();
+
+    ORN::os::CriticalSection section_{};
+    [[maybe_unused]] wchar_t const* label_;
+};
+
+/// Holds a section for a scope. `where` names the place for whoever debugs and is not used. A guard belongs to one thread.
+class ORN_API OrnSimpleLock {
+public:
+    OrnSimpleLock(OrnCriticalSection& section, wchar_t const* where);  ///< enters the section
+    ~OrnSimpleLock();                                                  ///< leaves it, if held
+    OrnSimpleLock(OrnSimpleLock const&) = delete;
+    OrnSimpleLock& operator=(OrnSimpleLock const&) = delete;
+
+    void Lock(wchar_t const* where);  ///< enters, also when this guard holds the section already
+    void Unlock();                    ///< leaves; only for a guard that holds the section
+
+private:
+    OrnCriticalSection* section_;
+    bool held_ = false;
+};

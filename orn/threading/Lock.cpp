@@ -1,0 +1,59 @@
+#include "orn/threading/Lock.h"
+
+#include "orn/threading/ParkingTable.h"
+
+#include <atomic>
+
+namespace ORN::Threading {
+
+constinit TableSlot parkingTable[parkingSlots];
+
+void createParking() {
+    for (TableSlot& slot : parkingTable) {
+        if (slot.parking().create()) continue;
+        WinError const error;
+        closeParking();
+        throw error;
+    }
+}
+
+void closeParking() noexcept {
+    for (TableSlot& slot : parkingTable) slot.parking().close();
+}
+
+namespace {
+
+class LockWord {
+public:
+    explicit LockWord(LONG volatile& word) noexcept : word_{const_cast<LONG&>(word)} {}
+
+    LONG read() const noexcept { return word_.load(); }
+    bool swap(LONG& seen, LONG next) noexcept { return word_.compare_exchange_strong(seen, next); }
+
+private:
+    static_assert(std::atomic_ref<LONG>::is_always_lock_free);
+    static_assert(std::atomic_ref<LONG>::required_alignment == alignof(LONG));
+
+    std::atomic_ref<LONG> word_;
+};
+
+struct Load {
+    Load() { createParking(); }
+    ~Load() { closeParking(); }
+};
+
+Load const load;
+
+}
+
+}
+
+bool readWriteLockLock(LONG volatile& word, LONG add, LONG waitMask, DWORD timeout) {
+    using namespace ORN::Threading;
+    return acquire(LockWord{word}, slotOf(word), add, waitMask, timeout);
+}
+
+void readWriteLockUnlock(LONG volatile& word, LONG add) {
+    using namespace ORN::Threading;
+    release(LockWord{word}, slotOf(word), add);
+}

@@ -1,0 +1,82 @@
+/// The algorithm of the one-word reader-writer lock, written once over its word and its parking slot, so that a test can
+/// drive it step by step. Each step is one call on the word or on the slot.
+///
+/// What makes it lose no wake-up: a thread announces itself and takes its ticket before it reads the word for the last
+/// time, and a releaser changes the word before it looks for announced threads. So either the thread reads the changed
+/// word, or the releaser sees the thread and makes its ticket an old one.
+#pragma once
+
+#include "orn/foundation/Error.h"
+#include "orn/os/ErrorText.h"
+
+namespace ORN::Threading {
+
+/// A slot of the parking table: how many threads are about to wait or waiting here, and what they sleep on.
+template <typename Parking>
+class ParkingSlot {
+public:
+    using Ticket = typename Parking::Ticket;
+
+    constexpr ParkingSlot() noexcept = default;
+
+    Ticket announce() {
+        waiters_.fetch_add(1);
+        return parking_.takeTicket();
+    }
+    DWORD sleep(Ticket& ticket, DWORD timeout) { return parking_.sleep(ticket, timeout); }
+    void retire(Ticket ticket) {
+        parking_.giveBack(ticket);
+        waiters_.fetch_sub(1);
+    }
+
+    auto waiters() const { return waiters_.load(); }
+    bool wake() { return parking_.wake(); }
+
+    Parking& parking() noexcept { return parking_; }
+
+private:
+    typename Parking::Counter waiters_{0};
+    Parking parking_{};
+};
+
+/// Waits until `seen`, what the word holds, has no bit of the mask. False when a wait timed out.
+template <typename Word, typename Slot>
+bool waitFor(Word& word, Slot& slot, LONG& seen, LONG waitMask, DWORD timeout) {
+    constexpr DWORD woken = 0;
+    constexpr DWORD timedOut = 258;
+
+    auto ticket = slot.announce();
+    seen = word.read();
+    while ((seen & waitMask) != 0) {
+        DWORD const result = slot.sleep(ticket, timeout);
+        if (result != woken) {
+            DWORD const error = os::lastError();
+            slot.retire(ticket);
+            if (result == timedOut) return false;
+            throw WinError{error};
+        }
+        seen = word.read();
+    }
+    slot.retire(ticket);
+    return true;
+}
+
+/// The first swap guesses a free word; a failed swap is also the next read.
+template <typename Word, typename Slot>
+bool acquire(Word word, Slot& slot, LONG add, LONG waitMask, DWORD timeout) {
+    LONG seen = 0;
+    while (!word.swap(seen, seen + add)) {
+        if ((seen & waitMask) != 0 && !waitFor(word, slot, seen, waitMask, timeout)) return false;
+    }
+    return true;
+}
+
+/// The first swap guesses that nobody else is inside.
+template <typename Word, typename Slot>
+void release(Word word, Slot& slot, LONG add) {
+    LONG seen = add;
+    while (!word.swap(seen, seen - add)) {}
+    if (slot.waiters() != 0 && !slot.wake()) throw WinError{};
+}
+
+}

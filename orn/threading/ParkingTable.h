@@ -1,0 +1,32 @@
+/// The process-wide table on which the threads blocked at any lock word are parked. Constant-initialised, so a lock taken
+/// by whatever static object is built first works; what the system must make for it is made when the library loads.
+#pragma once
+
+#include "orn/os/Parking.h"
+#include "orn/threading/LockSteps.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace ORN::Threading {
+
+inline constexpr std::size_t parkingSlots = 32;
+
+/// The slot of the lock word at this address, 0 to 31. Unrelated words may share one.
+constexpr std::size_t slotNumber(std::uint64_t address) noexcept {
+    return static_cast<std::size_t>((address * 0x9E3779B97F4A7C14u) >> 59);
+}
+
+struct alignas(64) TableSlot : ParkingSlot<os::Parking> {};
+
+extern TableSlot parkingTable[parkingSlots];
+
+inline TableSlot& slotOf(LONG const volatile& word) noexcept {
+    return parkingTable[slotNumber(reinterpret_cast<std::uintptr_t>(&word))];
+}
+
+/// Makes what each slot sleeps on, in order; WinError, and nothing left behind, when the system refuses one.
+void createParking();
+void closeParking() noexcept;
+
+}

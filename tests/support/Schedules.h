@@ -1,0 +1,196 @@
+/// Runs the steps of a concurrent algorithm in an order that the test chooses, on one thread of the system.
+///
+/// The algorithm does everything that other threads can see through Machine::step and Machine::await. A thread of the
+/// machine advances by one step at a time: its body is run anew from the start, steps it has done before give their
+/// recorded results, the next one is carried out, and at the one after that the body is left by an exception. So a body
+/// and the algorithm must be deterministic, must change what they share in steps only, and must let exceptions through.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <random>
+#include <utility>
+#include <vector>
+
+namespace schedules {
+
+class Machine {
+public:
+    static constexpr std::uint64_t timedOut = 258;
+
+    /// Picks one of `count` ways to go on, 0 to count - 1.
+    using Chooser = std::function<std::size_t(std::size_t count)>;
+
+    enum class End { done, stuck, endless };
+
+    void add(std::function<void()> body) { threads_.push_back({std::move(body), {}, false, nullptr, false}); }
+
+    /// `stuck`: somebody has not ended and nobody can go on. `endless`: more than `limit` steps were done.
+    End run(Chooser const& choose, int limit = 2000) {
+        Machine* const outer = std::exchange(current, this);
+        for (std::size_t thread = 0; thread < threads_.size(); ++thread) advance(thread, 0);
+        End const end = steps(choose, limit);
+        current = outer;
+        return end;
+    }
+
+    std::size_t self() const noexcept { return running_; }
+
+    /// One step of the running thread.
+    template <typename Operation>
+    static std::uint64_t step(Operation operation) {
+        return current->perform(nullptr, false, [&] { return static_cast<std::uint64_t>(operation()); });
+    }
+
+    /// A step that can be done only when `ready`; where `timed`, it can give up instead and is then `timedOut`. `ready` is
+    /// asked after the body was left, so it must own what it looks at or name what outlives the body.
+    template <typename Operation>
+    static std::uint64_t await(std::function<bool()> ready, bool timed, Operation operation) {
+        return current->perform(std::move(ready), timed, [&] { return static_cast<std::uint64_t>(operation()); });
+    }
+
+    static inline constinit Machine* current = nullptr;
+
+private:
+    struct Left {};
+    struct Thread {
+        std::function<void()> body;
+        std::vector<std::uint64_t> results;
+        bool done;
+        std::function<bool()> ready;
+        bool timed;
+    };
+    struct Way {
+        std::size_t thread;
+        bool givesUp;
+    };
+
+    End steps(Chooser const& choose, int limit) {
+        for (int done = 0; done < limit; ++done) {
+            std::vector<Way> ways;
+            bool ended = true;
+            for (std::size_t thread = 0; thread < threads_.size(); ++thread) {
+                Thread const& one = threads_[thread];
+                if (one.done) continue;
+                ended = false;
+                if (!one.ready || one.ready()) ways.push_back({thread, false});
+                if (one.timed) ways.push_back({thread, true});
+            }
+            if (ended) return End::done;
+            if (ways.empty()) return End::stuck;
+            Way const way = ways[ways.size() == 1 ? 0 : choose(ways.size())];
+            givesUp_ = way.givesUp;
+            advance(way.thread, 1);
+        }
+        return End::endless;
+    }
+
+    void advance(std::size_t thread, int steps) {
+        running_ = thread;
+        recalled_ = 0;
+        allowed_ = steps;
+        try {
+            threads_[thread].body();
+            threads_[thread].done = true;
+        } catch (Left const&) {}
+    }
+
+    template <typename Operation>
+    std::uint64_t perform(std::function<bool()> ready, bool timed, Operation operation) {
+        Thread& thread = threads_[running_];
+        if (recalled_ < thread.results.size()) return thread.results[recalled_++];
+        if (allowed_-- == 0) {
+            thread.ready = std::move(ready);
+            thread.timed = timed;
+            throw Left{};
+        }
+        thread.results.push_back(givesUp_ ? timedOut : operation());
+        return thread.results[recalled_++];
+    }
+
+    std::vector<Thread> threads_;
+    std::size_t running_ = 0;
+    std::size_t recalled_ = 0;
+    int allowed_ = 0;
+    bool givesUp_ = false;
+};
+
+/// Every schedule in turn: the depth-first walk of the tree of choices.
+class EverySchedule {
+public:
+    std::size_t operator()(std::size_t count) {
+        if (depth_ == path_.size()) path_.push_back({0, count});
+        return path_[depth_++].taken;
+    }
+
+    /// False when the schedule just run was the last.
+    bool next() {
+        depth_ = 0;
+        while (!path_.empty() && path_.back().taken + 1 == path_.back().count) path_.pop_back();
+        if (path_.empty()) return false;
+        ++path_.back().taken;
+        return true;
+    }
+
+private:
+    struct Choice {
+        std::size_t taken, count;
+    };
+
+    std::vector<Choice> path_;
+    std::size_t depth_ = 0;
+};
+
+/// The schedule of a seed, the same on every system.
+class SeededSchedule {
+public:
+    explicit SeededSchedule(std::uint64_t seed) : random_{seed} {}
+    std::size_t operator()(std::size_t count) { return static_cast<std::size_t>(random_() % count); }
+
+private:
+    std::mt19937_64 random_;
+};
+
+/// An atomic word whose every use is a step.
+template <typename T>
+class Atomic {
+public:
+    constexpr explicit Atomic(T value) noexcept : value_{value} {}
+
+    T load() const {
+        return static_cast<T>(Machine::step([this] { return value_; }));
+    }
+    T fetch_add(T term) {
+        return change([term](T value) { return value + term; });
+    }
+    T fetch_sub(T term) {
+        return change([term](T value) { return value - term; });
+    }
+    T fetch_or(T bits) {
+        return change([bits](T value) { return value | bits; });
+    }
+    T exchange(T next) {
+        return change([next](T) { return next; });
+    }
+    bool compare_exchange_strong(T& expected, T next) {
+        T const seen = static_cast<T>(Machine::step([&] {
+            T const before = value_;
+            if (before == expected) value_ = next;
+            return before;
+        }));
+        return std::exchange(expected, seen) == seen;
+    }
+
+    T now() const noexcept { return value_; }  ///< outside of any schedule
+
+private:
+    template <typename Change>
+    T change(Change next) {
+        return static_cast<T>(Machine::step([&] { return std::exchange(value_, static_cast<T>(next(value_))); }));
+    }
+
+    T value_;
+};
+
+}
