@@ -3,6 +3,8 @@
 
 #include "orn/foundation/Error.h"
 #include "orn/geometry/Matrix.h"
+#include "orn/text/CSVParser.h"
+#include "orn/text/CSVReader.h"
 #include "orn/text/CharacterClass.h"
 #include "orn/text/CharacterTable.h"
 #include "orn/text/CodePoint.h"
@@ -10,6 +12,9 @@
 #include "orn/text/Numbers.h"
 #include "orn/text/Printf.h"
 #include "orn/text/RawFile.h"
+#include "orn/text/TextEncoding.h"
 #include "orn/text/TextLineIterator.h"
+#include "orn/text/TextReader.h"
+#include "orn/text/TextWriter.h"
 #include "orn/threading/CriticalSection.h"
 #include "orn/threading/Lock.h"

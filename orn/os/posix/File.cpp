@@ -1,5 +1,6 @@
 #include "orn/os/File.h"
 
+#include "orn/os/CodePage.h"
 #include "orn/os/Fault.h"
 
 #include <algorithm>
@@ -15,32 +16,20 @@ namespace {
 
 /// The name in the system's own encoding; false, with errno set, when it has none.
 bool nativeName(std::wstring const& name, std::string& native) noexcept {
-    auto const refuse = [](int reason) {
-        errno = reason;
-        return false;
-    };
+    bool substituted = false;
+    int length = 0;
     try {
-        for (std::size_t i = 0; i < name.size(); ++i) {
-            std::uint32_t value = static_cast<std::uint32_t>(name[i]);
-            if ((value & 0xFFFFFC00u) == 0xD800u && i + 1 < name.size()) {
-                std::uint32_t const next = static_cast<std::uint32_t>(name[i + 1]);
-                if ((next & 0xFFFFFC00u) == 0xDC00u) {
-                    value = 0x10000u + ((value - 0xD800u) << 10 | (next - 0xDC00u));
-                    ++i;
-                }
-            }
-            if (value == 0 || (value & 0xFFFFF800u) == 0xD800u || value > 0x10FFFFu) return refuse(ENOENT);
-            int const more = value < 0x80 ? 0 : value < 0x800 ? 1 : value < 0x10000 ? 2 : 3;
-            constexpr unsigned char lead[] = {0, 0xC0, 0xE0, 0xF0};
-            native += static_cast<char>(lead[more] | value >> (6 * more));
-            for (int shift = 6 * more - 6; shift >= 0; shift -= 6) {
-                native += static_cast<char>(0x80 | (value >> shift & 0x3F));
-            }
-        }
-        return true;
+        native.resize(8 * name.size() + 1);
+        length = wideToMultibyteStrictly(name.data(), static_cast<int>(name.size()), native.data(),
+                                         static_cast<int>(native.size()), substituted);
+        native.resize(static_cast<std::size_t>(length));
     } catch (std::exception const&) {
-        return refuse(ENOMEM);
+        errno = ENOMEM;
+        return false;
     }
+    bool const known = length > 0 && !substituted && native.find('\0') == std::string::npos;
+    if (!known) errno = ENOENT;
+    return known;
 }
 
 }

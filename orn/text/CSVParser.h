@@ -1,0 +1,40 @@
+/// Comma-separated text into records of wide-string fields, piece by piece. CSVReader stands on it and is simpler to use.
+#pragma once
+
+#include "orn/Export.h"
+
+#include <string>
+#include <vector>
+
+namespace ORN {
+
+/// A record ends at CR, LF, CR LF, FF, NEL, LS or PS. A field may stand in quotes: then it may hold commas and line ends,
+/// and "" is a quote. Blanks (isUspace) around fields are dropped. Nothing in the text is an error: an unbalanced quote
+/// keeps the record open, and what follows a closing quote belongs to the field, together with that quote. One thread
+/// at a time; after an exception (memory has run out) the record begun is forgotten, and the next text starts a new one.
+///
+/// Hand parse the same text until it returns false, then the next piece; pieces may be cut anywhere. The text stays alive
+/// and unchanged until then. The exception: behind a record that ended at a CR without LF the next call starts at the
+/// beginning of the text it is given, so give it the text behind that CR (an LF there belongs to the CR).
+class ORN_API CSVParser {
+public:
+    static CSVParser* create();  ///< yields every field; the caller deletes it
+
+    /// Takes the first record as the header and yields of the others the columns named here, in this order. columns is
+    /// itself a record. The caller deletes the parser.
+    static CSVParser* create(std::wstring const& columns);
+
+    CSVParser();
+    CSVParser(CSVParser const&);
+    virtual ~CSVParser();
+
+    /// For every wanted column, whether the header lacks it; all of them until the header has been read. Empty without
+    /// wanted columns.
+    virtual void missingColumns(std::vector<bool>& missing) const = 0;
+
+    /// True: fields is one record (an empty line is a record without fields; a wanted column that the record lacks is
+    /// empty). False: the text is used up; a record begun is kept inside, and fields holds nothing of use.
+    virtual bool parse(std::vector<std::wstring>& fields, std::wstring const& text) = 0;
+};
+
+}

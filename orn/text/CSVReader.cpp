@@ -1,0 +1,99 @@
+#include "orn/text/CSVReader.h"
+
+#include "orn/foundation/Error.h"
+#include "orn/text/CSVParserImp.h"
+#include "orn/text/LineEndImp.h"
+#include "orn/text/TextReader.h"
+
+#include <algorithm>
+
+namespace ORN {
+
+// Feeds the parser pieces with one line end each, at their end. So a piece completes one record at most, and what lies
+// behind a lone CR is always the next piece.
+class CSVReader::Imp {
+public:
+    Imp(TextReader* lines, std::wstring const* text) : Imp{lines, text, std::make_unique<RawCSVParser>()} {}
+    Imp(TextReader* lines, std::wstring const* text, std::wstring const& columns)
+        : Imp{lines, text, std::make_unique<HeadedCSVParser>(columns)} {}
+
+    bool read(std::vector<std::wstring>& fields) {
+        if (pending_) {
+            pending_ = false;
+            parser_->parse(fields, piece_);
+        }
+        if (raw_.betweenRecords()) first_ = line_ + 1;
+        while (nextPiece()) {
+            if (parser_->parse(fields, piece_)) {
+                // A piece ended by a lone CR is not to be handed in again; any other is, until it is used up.
+                pending_ = piece_.back() != L'\r';
+                return true;
+            }
+            if (raw_.betweenRecords()) first_ = line_ + 1;
+        }
+        if (!raw_.betweenRecords()) throw OrnError{L"A quoted field is not closed."};
+        fields.clear();
+        return false;
+    }
+
+    std::uint64_t firstLine() const noexcept { return first_; }
+    std::uint64_t lastLine() const noexcept { return line_; }
+    CSVParser const& parser() const noexcept { return *parser_; }
+
+private:
+    Imp(TextReader* lines, std::wstring const* text, std::unique_ptr<RawCSVParser> parser)
+        : lines_{lines}, text_{text}, raw_{*parser}, parser_{std::move(parser)} {}
+    Imp(TextReader* lines, std::wstring const* text, std::unique_ptr<HeadedCSVParser> parser)
+        : lines_{lines}, text_{text}, raw_{parser->parser()}, parser_{std::move(parser)} {}
+
+    bool nextPiece() {
+        ++line_;
+        if (lines_ != nullptr ? nextLine() : nextPartOfText()) return true;
+        --line_;
+        return false;
+    }
+
+    bool nextLine() {
+        if (!lines_->readLine(piece_)) return false;
+        piece_ += L'\n';
+        return true;
+    }
+
+    bool nextPartOfText() {
+        auto const begin = text_->begin() + static_cast<std::ptrdiff_t>(position_), end = text_->end();
+        if (begin == end) return false;
+        auto stop = std::find_if(begin, end, [](wchar_t unit) { return isLineEnd(static_cast<unsigned int>(unit)); });
+        bool const last = stop == end;
+        if (!last && *stop++ == L'\r' && stop != end && *stop == L'\n') ++stop;
+        piece_.assign(begin, stop);
+        if (last) piece_ += L'\n';
+        position_ = static_cast<std::size_t>(stop - text_->begin());
+        return true;
+    }
+
+    TextReader* lines_;
+    std::wstring const* text_;
+    std::size_t position_ = 0;
+    RawCSVParser const& raw_;
+    std::unique_ptr<CSVParser> parser_;
+    std::wstring piece_;
+    bool pending_ = false;
+    std::uint64_t line_ = 0, first_ = 0;
+};
+
+CSVReader::CSVReader(TextReader& lines) : imp_{std::make_unique<Imp>(&lines, nullptr)} {}
+CSVReader::CSVReader(std::wstring const& text) : imp_{std::make_unique<Imp>(nullptr, &text)} {}
+CSVReader::CSVReader(TextReader& lines, std::wstring const& columns)
+    : imp_{std::make_unique<Imp>(&lines, nullptr, columns)} {}
+CSVReader::CSVReader(std::wstring const& text, std::wstring const& columns)
+    : imp_{std::make_unique<Imp>(nullptr, &text, columns)} {}
+CSVReader::CSVReader(CSVReader&&) noexcept = default;
+CSVReader& CSVReader::operator=(CSVReader&&) noexcept = default;
+CSVReader::~CSVReader() = default;
+
+bool CSVReader::read(std::vector<std::wstring>& fields) { return imp_->read(fields); }
+std::uint64_t CSVReader::firstLine() const noexcept { return imp_->firstLine(); }
+std::uint64_t CSVReader::lastLine() const noexcept { return imp_->lastLine(); }
+void CSVReader::missingColumns(std::vector<bool>& missing) const { imp_->parser().missingColumns(missing); }
+
+}

@@ -1,0 +1,57 @@
+/// Records from comma-separated text, one after the other.
+#pragma once
+
+#include "orn/Export.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ORN {
+
+class TextReader;
+
+/// Reads records by the rules of CSVParser from a text reader, or from a whole text; at the end of the input the last
+/// record needs no line end. Memory is that of one record. Neither the text reader nor the text is copied: they must
+/// outlive the reader. One thread at a time.
+///
+///     CSVReader rows{lines, L"x,y"};
+///     for (std::vector<std::wstring> row; rows.read(row);) use(row[0], row[1]);
+class ORN_API CSVReader {
+public:
+    explicit CSVReader(TextReader& lines);  ///< every field of every record
+    explicit CSVReader(std::wstring const& text);
+
+    /// Takes the first record as the header and yields of the others the columns named here (themselves a record), in
+    /// this order.
+    CSVReader(TextReader& lines, std::wstring const& columns);
+    CSVReader(std::wstring const& text, std::wstring const& columns);
+
+    explicit CSVReader(std::wstring&& text) = delete;  // it would be gone at once
+    CSVReader(std::wstring&& text, std::wstring const& columns) = delete;
+
+    CSVReader(CSVReader&&) noexcept;
+    CSVReader& operator=(CSVReader&&) noexcept;
+    ~CSVReader();
+
+    /// Replaces fields by the next record; false, with fields empty, at the end of the input. An empty line is a record:
+    /// without fields, or with all wanted columns empty. A line end in quotes is read from a text reader as LF. Throws
+    /// OrnError when the input ends inside quotes, and what the text reader throws.
+    bool read(std::vector<std::wstring>& fields);
+
+    /// The lines, counted from 1, in which the record that read yielded last begins and ends. When read throws, the
+    /// first is where the record begun begins, the last is the line that could not be read, or the input's last one.
+    std::uint64_t firstLine() const noexcept;
+    std::uint64_t lastLine() const noexcept;
+
+    /// For every wanted column, whether the header lacks it. The first read reads the header; until then, and when the
+    /// input is empty, all columns are missing.
+    void missingColumns(std::vector<bool>& missing) const;
+
+private:
+    class Imp;
+    std::unique_ptr<Imp> imp_;
+};
+
+}

@@ -1,0 +1,316 @@
+#include "orn/text/TextReader.h"
+
+#include "orn/foundation/Error.h"
+#include "orn/os/CodePage.h"
+#include "orn/text/CodePoint.h"
+#include "orn/text/LineEndImp.h"
+#include "orn/text/Printf.h"
+#include "orn/text/TextEncodingImp.h"
+#include "ornmsg/ornmsg.h"
+
+#include <bit>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace ORN {
+
+namespace {
+
+constexpr unsigned int notText = 248;
+constexpr std::uint64_t bufferSize = 1024;
+constexpr std::uint64_t longestCharacter = 16;  // in bytes, of any encoding
+constexpr std::uint64_t asciiBlock = 16;
+
+/// A stretch of text taken from the buffer.
+struct Run {
+    std::uint64_t bytes;
+    std::size_t units;
+};
+
+class TextReaderImp : public TextReader {
+public:
+    explicit TextReaderImp(RawReader& raw) noexcept : raw_{raw} {}
+
+    TextReaderImp(TextReaderImp const&) = delete;
+    TextReaderImp& operator=(TextReaderImp const&) = delete;
+
+    bool readLine(std::wstring& line) override {
+        line.clear();
+        for (;;) {
+            wchar_t units[bufferSize + asciiBlock];
+            Run const run = takeRun(units, buffer_ + position_, count_ - position_);
+            line.append(units, run.units);
+            position_ += run.bytes;
+
+            CodePoint c = CodePoint::codePoint(0);
+            if (fetch(c) == 0) return !line.empty();
+            switch (c.eolCode()) {
+                case CodePoint::eolNewline: return true;
+                case CodePoint::eolReturn:
+                    if (std::uint64_t const taken = fetch(c); taken != 0 && c.value() != 0x0A) position_ -= taken;
+                    return true;
+                case CodePoint::eolNone: line.append(units, c.wchars(units, 2));
+            }
+        }
+    }
+
+    void close() override {}
+
+protected:
+    /// How many bytes the character at their head takes; 0 when they are no whole valid one.
+    virtual std::uint64_t decode(CodePoint& c, unsigned char const* bytes, std::uint64_t available) const = 0;
+
+    /// Takes what decode would take, up to a line end or something that needs a closer look; one unit a byte at most, and
+    /// up to asciiBlock units are written beyond those counted.
+    virtual Run takeRun(wchar_t* units, unsigned char const* bytes, std::uint64_t available) const = 0;
+
+private:
+    /// How many bytes the next character took; 0 at the end of the input.
+    std::uint64_t fetch(CodePoint& c) {
+        std::uint64_t taken = decode(c, buffer_ + position_, count_ - position_);
+        while (taken == 0) {
+            bool const whole = count_ - position_ >= longestCharacter;
+            if (whole || !refill()) {
+                if (position_ == count_) return 0;
+                fail();
+            }
+            taken = decode(c, buffer_ + position_, count_ - position_);
+        }
+        if (c.value() >= 0x110000 || isSurrogate(c.value())) fail();
+        position_ += taken;
+        return taken;
+    }
+
+    bool refill() {
+        count_ -= position_;
+        std::memmove(buffer_, buffer_ + position_, count_);
+        position_ = 0;
+        std::int64_t const came = raw_.read(buffer_ + count_, bufferSize - count_);
+        if (came <= 0) return false;
+        count_ += static_cast<std::uint64_t>(came);
+        return true;
+    }
+
+    [[noreturn]] void fail() const { throw OrnError{stringPrintf(ornMsg(notText).c_str(), raw_.name().c_str())}; }
+
+    RawReader& raw_;
+    unsigned char buffer_[bufferSize];
+    std::uint64_t count_ = 0;
+    std::uint64_t position_ = 0;
+};
+
+constexpr bool isAsciiText(unsigned char byte) noexcept { return byte < 0x80 && !isLineEnd(byte); }
+
+#if defined(__SSE2__)
+// Widens a block of bytes below 0x80.
+void widen(wchar_t* units, __m128i bytes) noexcept {
+    __m128i const zero = _mm_setzero_si128();
+    auto const put = [&units](__m128i some) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(units), some);
+        units += sizeof some / sizeof *units;
+    };
+    for (__m128i const half : {_mm_unpacklo_epi8(bytes, zero), _mm_unpackhi_epi8(bytes, zero)}) {
+        if constexpr (sizeof(wchar_t) == 2) {
+            put(half);
+        } else {
+            put(_mm_unpacklo_epi16(half, zero));
+            put(_mm_unpackhi_epi16(half, zero));
+        }
+    }
+}
+#endif
+
+// Widens ASCII up to a line end; returns how many bytes. A last block may be written whole.
+std::size_t takeAscii(wchar_t* units, unsigned char const* bytes, std::uint64_t available) noexcept {
+    std::size_t taken = 0;
+#if defined(__SSE2__)
+    __m128i const feed = _mm_set1_epi8(0x0A), formFeed = _mm_set1_epi8(0x0C), carriageReturn = _mm_set1_epi8(0x0D);
+    while (available - taken >= asciiBlock) {
+        __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(bytes + taken));
+        __m128i const ends = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(block, feed), _mm_cmpeq_epi8(block, formFeed)),
+                                          _mm_cmpeq_epi8(block, carriageReturn));
+        widen(units + taken, block);
+        unsigned int const stops = static_cast<unsigned int>(_mm_movemask_epi8(_mm_or_si128(ends, block)));
+        if (stops != 0) return taken + static_cast<std::size_t>(std::countr_zero(stops));
+        taken += asciiBlock;
+    }
+#endif
+    for (; taken != available && isAsciiText(bytes[taken]); ++taken) units[taken] = bytes[taken];
+    return taken;
+}
+
+/// Decodes whole stretches by a decoder's own step and, where ASCII is one byte a character, whole blocks of that.
+template <typename Decoder>
+Run runOf(Decoder const& decoder, bool ascii, wchar_t* units, unsigned char const* bytes, std::uint64_t available) {
+    std::uint64_t taken = 0;
+    wchar_t* out = units;
+    while (taken != available) {
+        if (ascii && isAsciiText(bytes[taken])) {
+            std::size_t const some = takeAscii(out, bytes + taken, available - taken);
+            out += some;
+            taken += some;
+            if (taken == available) break;
+        }
+        unsigned int value = 0;
+        std::uint64_t const step = decoder.step(value, bytes + taken, available - taken);
+        if (step == 0 || isLineEnd(value) || isSurrogate(value) || value >= 0x110000) break;
+        if (value < 0x10000) {
+            *out++ = static_cast<wchar_t>(value);
+        } else {
+            *out++ = static_cast<wchar_t>(0xD800 | (value - 0x10000) >> 10);
+            *out++ = static_cast<wchar_t>(0xDC00 | (value & 0x3FF));
+        }
+        taken += step;
+    }
+    return {taken, static_cast<std::size_t>(out - units)};
+}
+
+/// The two virtual steps of a reader, from its one inline step.
+template <typename Derived>
+class StepReader : public TextReaderImp {
+public:
+    using TextReaderImp::TextReaderImp;
+
+protected:
+    std::uint64_t decode(CodePoint& c, unsigned char const* bytes, std::uint64_t available) const override {
+        unsigned int value = 0;
+        std::uint64_t const taken = derived().step(value, bytes, available);
+        c = CodePoint::codePoint(value);
+        return taken;
+    }
+    Run takeRun(wchar_t* units, unsigned char const* bytes, std::uint64_t available) const override {
+        return runOf(derived(), derived().hasAscii(), units, bytes, available);
+    }
+
+private:
+    Derived const& derived() const noexcept { return static_cast<Derived const&>(*this); }
+};
+
+class UTF8ReaderImp final : public StepReader<UTF8ReaderImp> {
+public:
+    using StepReader::StepReader;
+
+    static constexpr bool hasAscii() noexcept { return true; }
+
+    static std::uint64_t step(unsigned int& value, unsigned char const* bytes, std::uint64_t available) noexcept {
+        if (available == 0) return 0;
+        unsigned int const lead = bytes[0];
+        if (lead < 0x80) {
+            value = lead;
+            return 1;
+        }
+        if (lead >= 0xF8) return 0;
+        // Leniently, 80..BF lead two bytes, and what follows a lead may be anything up to C0.
+        std::uint64_t const length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+        if (available < length) return 0;
+        unsigned int decoded = lead & (length == 2 ? 0x1Fu : length == 3 ? 0x0Fu : 0x07u);
+        for (std::uint64_t i = 1; i < length; ++i) {
+            if (bytes[i] > 0xC0) return 0;
+            decoded = decoded << 6 | (bytes[i] & 0x3Fu);
+        }
+        value = decoded;
+        return length;
+    }
+};
+
+// A unit's low byte stands at the one place of its two, its high byte at the other.
+template <unsigned int low, unsigned int high>
+std::uint64_t stepUTF16(unsigned int& value, unsigned char const* bytes, std::uint64_t available) noexcept {
+    if (available < 2) return 0;
+    auto const unit = [bytes](unsigned int at) -> unsigned int { return bytes[at + low] | bytes[at + high] << 8; };
+    if (!isSurrogate(unit(0))) {
+        value = unit(0);
+        return 2;
+    }
+    return available >= 4 && fromUTF16(value, unit(0), unit(2)) ? 4 : 0;
+}
+
+class UTF16leReaderImp final : public StepReader<UTF16leReaderImp> {
+public:
+    using StepReader::StepReader;
+
+    static constexpr bool hasAscii() noexcept { return false; }
+    static constexpr auto step = stepUTF16<0, 1>;
+};
+
+class UTF16beReaderImp final : public StepReader<UTF16beReaderImp> {
+public:
+    using StepReader::StepReader;
+
+    static constexpr bool hasAscii() noexcept { return false; }
+    static constexpr auto step = stepUTF16<1, 0>;
+};
+
+class MultibyteReaderImp final : public StepReader<MultibyteReaderImp> {
+public:
+    explicit MultibyteReaderImp(RawReader& raw) noexcept : StepReader{raw} {
+        for (unsigned char byte = 0; byte < 0x80 && ascii_; ++byte) {
+            unsigned int value = 0;
+            ascii_ = step(value, &byte, 1) == 1 && value == byte;
+        }
+    }
+
+    bool hasAscii() const noexcept { return ascii_; }
+
+    static std::uint64_t step(unsigned int& value, unsigned char const* bytes, std::uint64_t available) noexcept {
+        if (available == 0) return 0;
+        int const taken = os::decodeMultibyte(reinterpret_cast<char const*>(bytes), static_cast<int>(available), value);
+        if (taken == 0) {
+            value = 0;
+            return 1;
+        }
+        return taken > 0 ? static_cast<std::uint64_t>(taken) : 0;
+    }
+
+private:
+    bool ascii_ = true;  // every byte below 0x80 is that character
+};
+
+class TextFileReaderImp final : public TextReader {
+public:
+    TextFileReaderImp(std::unique_ptr<RawFileReader> raw, std::unique_ptr<TextReader> text) noexcept
+        : raw_{std::move(raw)}, text_{std::move(text)} {}
+
+    bool readLine(std::wstring& line) override { return text_->readLine(line); }
+
+    void close() override {
+        text_->close();
+        raw_->close();
+    }
+
+private:
+    std::unique_ptr<RawFileReader> raw_;
+    std::unique_ptr<TextReader> text_;
+};
+
+}
+
+TextReader::TextReader() = default;
+TextReader::~TextReader() = default;
+
+TextReader* TextReader::create(RawReader& raw, TextEncoding encoding) {
+    switch (encoding) {
+        case encMultibyte: return new MultibyteReaderImp{raw};
+        case encUTF8: return new UTF8ReaderImp{raw};
+        case encUTF16:
+        case encUTF16le: return new UTF16leReaderImp{raw};
+        case encUTF16be: return new UTF16beReaderImp{raw};
+    }
+    return nullptr;
+}
+
+TextReader* TextReader::create(std::wstring const& filename) {
+    std::unique_ptr<RawFileReader> raw{rawOpen(filename)};
+    unsigned char first[Signature::longest];
+    Signature const signature = Signature::of(first, raw->read(first, sizeof first));
+    raw->seek(signature.length, 0);
+    std::unique_ptr<TextReader> text{create(*raw, signature.encoding)};
+    return new TextFileReaderImp{std::move(raw), std::move(text)};
+}
+
+}

@@ -1,0 +1,38 @@
+/// Text files by lines into wide strings.
+#pragma once
+
+#include "orn/Export.h"
+#include "orn/text/RawFile.h"
+#include "orn/text/TextEncoding.h"
+
+#include <string>
+
+namespace ORN {
+
+/// Reads lines that end at CR, LF, CR LF, FF, NEL, LS or PS. One thread at a time.
+class ORN_API TextReader {
+public:
+    /// Opens a file, in the encoding that its byte order mark names, without one in the multibyte code page (never by
+    /// guessing). Throws OrnError when it cannot be opened or read. The caller deletes the reader.
+    static TextReader* create(std::wstring const& filename);
+
+    /// Reads from where the raw reader stands, without looking for a byte order mark. The raw reader stays the caller's
+    /// and must outlive the text reader, which the caller deletes. Null for a value that is no encoding.
+    static TextReader* create(RawReader& raw, TextEncoding encoding);
+
+    virtual ~TextReader();
+
+    /// Replaces line by the next line, without its line end; false, with line empty, at the end of the input. The last
+    /// line needs no line end, and one behind it adds no empty line. UTF-8 is read leniently: overlong forms and wrong
+    /// continuation bytes up to C0 pass. Throws OrnError for bytes that are no character of the encoding, for a sequence
+    /// cut off by the end, for surrogates out of place and values above U+10FFFF; and what the raw reader throws.
+    virtual bool readLine(std::wstring& line) = 0;
+
+    /// Closes the file that create opened, and is nothing over the caller's raw reader. Not to be read afterwards.
+    virtual void close() = 0;
+
+protected:
+    TextReader();
+};
+
+}

@@ -1,0 +1,3 @@
+#include "orn/text/TextReader.h"
+
+#include <gtest/gtest.h>

@@ -1,0 +1,3 @@
+#include "orn/text/TextWriter.h"
+
+#include <gtest/gtest.h>
