@@ -1,0 +1,69 @@
+#include "orn/os/Locale.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <clocale>
+#include <thread>
+
+namespace os = ORN::os;
+
+namespace {
+
+TEST(Locale, AThreadsOwnLocaleIsItsOwn) {
+    std::string const process = os::localeName(LC_ALL);
+    ASSERT_EQ(os::threadLocaleMode(0), os::processLocale);
+    ASSERT_EQ(os::threadLocaleMode(os::perThreadLocale), os::processLocale);
+    EXPECT_EQ(os::threadLocaleMode(0), os::perThreadLocale);
+    EXPECT_EQ(os::localeName(LC_ALL), process);
+
+    // One category at a time: the whole name lists them, and is read back.
+    ASSERT_TRUE(os::setLocale(LC_ALL, "C"));
+    ASSERT_TRUE(os::setLocale(LC_CTYPE, ""));
+    std::string const mixed = os::localeName(LC_ALL), own = os::localeName(LC_CTYPE);
+    EXPECT_EQ(os::localeName(LC_COLLATE), "C");
+    ASSERT_TRUE(os::setLocale(LC_ALL, "C"));
+    EXPECT_EQ(os::localeName(LC_ALL), "C");
+    ASSERT_TRUE(os::setLocale(LC_ALL, mixed.c_str()));
+    EXPECT_EQ(os::localeName(LC_CTYPE), own);
+    EXPECT_EQ(os::localeName(LC_COLLATE), "C");
+
+    std::string other;
+    std::thread{[&] { other = os::localeName(LC_ALL); }}.join();
+    EXPECT_EQ(other, process);
+
+    EXPECT_EQ(os::threadLocaleMode(os::processLocale), os::perThreadLocale);
+    EXPECT_EQ(os::threadLocaleMode(0), os::processLocale);
+    EXPECT_EQ(os::localeName(LC_ALL), process);
+}
+
+TEST(Locale, UnknownNamesAndCategoriesChangeNothing) {
+    for (int const mode : {os::processLocale, os::perThreadLocale}) {
+        os::threadLocaleMode(mode);
+        std::string const before = os::localeName(LC_ALL);
+        EXPECT_FALSE(os::setLocale(LC_ALL, "no such locale"));
+        EXPECT_FALSE(os::setLocale(99, "C"));
+        EXPECT_FALSE(os::setLocale(-1, ""));
+        EXPECT_EQ(os::localeName(99), "");
+        EXPECT_EQ(os::localeName(LC_ALL), before);
+    }
+    os::threadLocaleMode(os::processLocale);
+}
+
+TEST(Locale, AThreadMayEndWithALocaleOfItsOwn) {
+    std::thread{[] {
+        os::threadLocaleMode(os::perThreadLocale);
+        EXPECT_TRUE(os::setLocale(LC_ALL, ""));
+    }}.join();
+    EXPECT_EQ(os::threadLocaleMode(0), os::processLocale);
+}
+
+TEST(Locale, CollationLeavesErrnoAlone) {
+    errno = 0;
+    EXPECT_LT(os::collate(L"a", L"b"), 0);
+    EXPECT_GT(os::collate(L"b", L"a"), 0);
+    EXPECT_EQ(os::collate(L"a", L"a"), 0);
+    EXPECT_EQ(errno, 0);
+}
+
+}

@@ -1,0 +1,199 @@
+#include "orn/os/Locale.h"
+
+#include "orn/os/Fault.h"
+
+#include <langinfo.h>
+#include <locale.h>
+#include <wctype.h>
+
+#include <cerrno>
+#include <cwchar>
+#include <memory>
+#include <new>
+
+namespace ORN::os {
+
+namespace {
+
+/// The locale object that this file made for the thread.
+class ThreadLocale {
+public:
+    constexpr ThreadLocale() noexcept = default;
+    ~ThreadLocale() { adopt(locale_t{}); }
+
+    /// Makes it the thread's locale, or the process's with null, and frees the one before.
+    void adopt(locale_t next) noexcept {
+        if (next == locale_t{} && own_ == locale_t{}) return;
+        uselocale(next != locale_t{} ? next : LC_GLOBAL_LOCALE);
+        if (own_ != locale_t{}) freelocale(own_);
+        own_ = next;
+    }
+
+private:
+    locale_t own_ = nullptr;
+};
+
+constinit thread_local ThreadLocale threadLocale;
+
+bool isPerThread() noexcept { return uselocale(locale_t{}) != LC_GLOBAL_LOCALE; }
+
+struct Category {
+    int number, mask;
+    char const* name;
+};
+
+// The order in which the C library lists them in the name of a mixed locale.
+constexpr Category categories[] = {
+    {LC_CTYPE, LC_CTYPE_MASK, "LC_CTYPE"},
+    {LC_NUMERIC, LC_NUMERIC_MASK, "LC_NUMERIC"},
+    {LC_TIME, LC_TIME_MASK, "LC_TIME"},
+    {LC_COLLATE, LC_COLLATE_MASK, "LC_COLLATE"},
+    {LC_MONETARY, LC_MONETARY_MASK, "LC_MONETARY"},
+    {LC_MESSAGES, LC_MESSAGES_MASK, "LC_MESSAGES"},
+    {LC_PAPER, LC_PAPER_MASK, "LC_PAPER"},
+    {LC_NAME, LC_NAME_MASK, "LC_NAME"},
+    {LC_ADDRESS, LC_ADDRESS_MASK, "LC_ADDRESS"},
+    {LC_TELEPHONE, LC_TELEPHONE_MASK, "LC_TELEPHONE"},
+    {LC_MEASUREMENT, LC_MEASUREMENT_MASK, "LC_MEASUREMENT"},
+    {LC_IDENTIFICATION, LC_IDENTIFICATION_MASK, "LC_IDENTIFICATION"},
+};
+
+/// 0 for an unknown category.
+int maskOf(int category) noexcept {
+    if (category == LC_ALL) return LC_ALL_MASK;
+    for (Category const& known : categories)
+        if (known.number == category) return known.mask;
+    return 0;
+}
+
+char const* nameIn(locale_t locale, int category) noexcept { return nl_langinfo_l(NL_LOCALE_NAME(category), locale); }
+
+constexpr bool isLeading(wchar_t unit) noexcept { return unit >= 0xD800 && unit <= 0xDBFF; }
+constexpr bool isTrailing(wchar_t unit) noexcept { return unit >= 0xDC00 && unit <= 0xDFFF; }
+constexpr wint_t combined(wchar_t leading, wchar_t trailing) noexcept {
+    return static_cast<wint_t>((leading - 0xD800) * 0x400 + (trailing - 0xDC00) + 0x10000);
+}
+
+template <typename Map>
+void mapEach(wchar_t* text, Map map) noexcept {
+    for (; *text != 0; ++text) {
+        if (isLeading(*text) && isTrailing(text[1])) {
+            wint_t const mapped = map(combined(text[0], text[1]));
+            if (mapped >= 0x10000 && mapped <= 0x10FFFF) {
+                text[0] = static_cast<wchar_t>(0xD800 + ((mapped - 0x10000) >> 10));
+                text[1] = static_cast<wchar_t>(0xDC00 + (mapped & 0x3FF));
+            }
+            ++text;
+        } else if (!isLeading(*text) && !isTrailing(*text)) {
+            wint_t const mapped = map(static_cast<wint_t>(*text));
+            if (mapped <= 0xFFFF) *text = static_cast<wchar_t>(mapped);
+        }
+    }
+}
+
+bool hasPairs(wchar_t const* text) noexcept {
+    for (; *text != 0; ++text)
+        if (isLeading(text[0]) && isTrailing(text[1])) return true;
+    return false;
+}
+
+/// A text with its pairs as the C library takes them; the text itself where it has none.
+class Combined {
+public:
+    explicit Combined(wchar_t const* text) noexcept : text_{text} {
+        if (!hasPairs(text)) return;
+        wchar_t* out = scratch_;
+        std::size_t const units = std::wcslen(text) + 1;
+        if (units > sizeof scratch_ / sizeof *scratch_) {
+            heap_.reset(new (std::nothrow) wchar_t[units]);
+            out = heap_.get();
+        }
+        text_ = out;
+        if (out == nullptr) return;
+        for (; *text != 0; ++text)
+            if (isLeading(text[0]) && isTrailing(text[1])) {
+                *out++ = static_cast<wchar_t>(combined(text[0], text[1]));
+                ++text;
+            } else {
+                *out++ = *text;
+            }
+        *out = 0;
+    }
+
+    wchar_t const* get() const noexcept { return text_; }  ///< null when there was no memory
+
+private:
+    wchar_t const* text_;
+    std::unique_ptr<wchar_t[]> heap_;
+    wchar_t scratch_[64];
+};
+
+}
+
+int threadLocaleMode(int mode) noexcept {
+    int const before = isPerThread() ? perThreadLocale : processLocale;
+    if (mode == perThreadLocale && before == processLocale) {
+        locale_t const copy = ORN_OS_REFUSED("_configthreadlocale") ? locale_t{} : duplocale(LC_GLOBAL_LOCALE);
+        if (copy == locale_t{}) return -1;
+        threadLocale.adopt(copy);
+    } else if (mode == processLocale && before == perThreadLocale) {
+        threadLocale.adopt(locale_t{});
+    }
+    return before;
+}
+
+std::string localeName(int category) {
+    if (maskOf(category) == 0) return {};
+    if (!isPerThread()) return ::setlocale(category, nullptr);
+
+    locale_t const current = uselocale(locale_t{});
+    if (category != LC_ALL) return nameIn(current, category);
+    std::string const first = nameIn(current, LC_CTYPE);
+    std::string mixed;
+    bool same = true;
+    for (Category const& part : categories) {
+        char const* const name = nameIn(current, part.number);
+        same = same && first == name;
+        if (!mixed.empty()) mixed += ';';
+        mixed.append(part.name).append(1, '=').append(name);
+    }
+    return same ? first : mixed;
+}
+
+bool setLocale(int category, char const* name) noexcept {
+    int const mask = maskOf(category);
+    if (mask == 0 || ORN_OS_REFUSED("setlocale")) return false;
+    if (!isPerThread()) return ::setlocale(category, name) != nullptr;
+
+    locale_t const copy = duplocale(uselocale(locale_t{}));
+    if (copy == locale_t{}) return false;
+    locale_t const next = newlocale(mask, name, copy);
+    if (next == locale_t{}) {
+        freelocale(copy);
+        return false;
+    }
+    threadLocale.adopt(next);
+    return true;
+}
+
+void upperCase(wchar_t* text) noexcept {
+    mapEach(text, [](wint_t character) { return towupper(character); });
+}
+void lowerCase(wchar_t* text) noexcept {
+    mapEach(text, [](wint_t character) { return towlower(character); });
+}
+
+int collate(wchar_t const* a, wchar_t const* b) noexcept {
+    if (ORN_OS_REFUSED("wcscoll")) {
+        errno = EINVAL;
+        return 1;
+    }
+    Combined const left{a}, right{b};
+    if (left.get() == nullptr || right.get() == nullptr) {
+        errno = ENOMEM;
+        return 0;
+    }
+    return std::wcscoll(left.get(), right.get());
+}
+
+}

@@ -1,0 +1,174 @@
+#include "orn/os/Locale.h"
+
+#include "orn/os/Fault.h"
+
+#include <windows.h>
+
+#include <locale.h>
+#include <algorithm>
+#include <cerrno>
+#include <clocale>
+#include <cwchar>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#if defined(__MINGW32__) && !defined(_UCRT)
+#define ORN_ONE_LOCALE_A_PROCESS 1
+#else
+#define ORN_ONE_LOCALE_A_PROCESS 0
+#endif
+
+namespace ORN::os {
+
+#if ORN_ONE_LOCALE_A_PROCESS
+
+// The older runtime has one locale a process; the functions below then take the thread's own as an argument.
+
+namespace {
+
+constexpr char const* categoryNames[] = {"LC_ALL", "LC_COLLATE", "LC_CTYPE", "LC_MONETARY", "LC_NUMERIC", "LC_TIME"};
+constexpr int categoryCount = 6;
+static_assert(LC_ALL == 0 && LC_COLLATE == 1 && LC_CTYPE == 2 && LC_MONETARY == 3 && LC_NUMERIC == 4 && LC_TIME == 5);
+
+constexpr bool isKnown(int category) noexcept { return category >= 0 && category < categoryCount; }
+
+/// The locale's name in every category, and the same as an object.
+struct Locale {
+    std::string names[categoryCount];
+    _locale_t handle = nullptr;
+
+    Locale() = default;
+    Locale(Locale const&) = delete;
+    Locale& operator=(Locale const&) = delete;
+    ~Locale() {
+        if (handle != nullptr) _free_locale(handle);
+    }
+
+    /// One name for all categories, or the list of them that the runtime reads back.
+    std::string whole() const {
+        std::string list;
+        bool same = true;
+        for (int category = LC_COLLATE; category < categoryCount; ++category) {
+            same = same && names[category] == names[LC_COLLATE];
+            if (!list.empty()) list += ';';
+            list.append(categoryNames[category]).append(1, '=').append(names[category]);
+        }
+        return same ? names[LC_COLLATE] : list;
+    }
+
+    void set(int category, std::string_view name) {
+        if (category != LC_ALL) {
+            names[category] = name;
+            return;
+        }
+        for (int each = LC_COLLATE; each < categoryCount; ++each) {
+            std::string const key = std::string{categoryNames[each]} + '=';
+            std::size_t const at = name.find(key);
+            if (at == std::string_view::npos)
+                names[each] = name;
+            else
+                names[each] = name.substr(at + key.size(), name.find(';', at) - at - key.size());
+        }
+    }
+};
+
+constinit thread_local std::unique_ptr<Locale> threadLocale;
+
+/// What the runtime calls the user's default locale.
+std::string userName() {
+    auto const part = [](LCTYPE type) {
+        char text[128] = "";
+        GetLocaleInfoA(LOCALE_USER_DEFAULT, type, text, sizeof text);
+        return std::string{text};
+    };
+    return part(LOCALE_SENGLANGUAGE) + '_' + part(LOCALE_SENGCOUNTRY) + '.' + part(LOCALE_IDEFAULTANSICODEPAGE);
+}
+
+bool isPerThread() noexcept { return threadLocale != nullptr; }
+
+/// Makes the object for the names, and the whole the thread's.
+bool adopt(std::unique_ptr<Locale> next) {
+    next->handle = _create_locale(LC_ALL, next->whole().c_str());
+    if (next->handle == nullptr) return false;
+    threadLocale = std::move(next);
+    return true;
+}
+
+}
+
+int threadLocaleMode(int mode) noexcept {
+    int const before = isPerThread() ? perThreadLocale : processLocale;
+    try {
+        if (mode == perThreadLocale && before == processLocale) {
+            auto next = std::make_unique<Locale>();
+            next->set(LC_ALL, std::setlocale(LC_ALL, nullptr));
+            if (ORN_OS_REFUSED("_configthreadlocale") || !adopt(std::move(next))) return -1;
+        } else if (mode == processLocale) {
+            threadLocale.reset();
+        }
+    } catch (std::bad_alloc const&) {
+        return -1;
+    }
+    return before;
+}
+
+std::string localeName(int category) {
+    if (!isKnown(category)) return {};
+    if (!isPerThread()) return std::setlocale(category, nullptr);
+    return category == LC_ALL ? threadLocale->whole() : threadLocale->names[category];
+}
+
+bool setLocale(int category, char const* name) noexcept {
+    if (!isKnown(category) || ORN_OS_REFUSED("setlocale")) return false;
+    if (!isPerThread()) return std::setlocale(category, name) != nullptr;
+    try {
+        auto next = std::make_unique<Locale>();
+        std::copy(threadLocale->names, threadLocale->names + categoryCount, next->names);
+        next->set(category, *name != 0 ? std::string{name} : userName());
+        return adopt(std::move(next));
+    } catch (std::bad_alloc const&) {
+        return false;
+    }
+}
+
+void upperCase(wchar_t* text) noexcept { isPerThread() ? _wcsupr_l(text, threadLocale->handle) : _wcsupr(text); }
+void lowerCase(wchar_t* text) noexcept { isPerThread() ? _wcslwr_l(text, threadLocale->handle) : _wcslwr(text); }
+
+static int compare(wchar_t const* a, wchar_t const* b) noexcept {
+    return isPerThread() ? _wcscoll_l(a, b, threadLocale->handle) : std::wcscoll(a, b);
+}
+
+#else
+
+int threadLocaleMode(int mode) noexcept {
+    return ORN_OS_REFUSED("_configthreadlocale") && mode != 0 ? -1 : _configthreadlocale(mode);
+}
+
+std::string localeName(int category) {
+    char const* const name = std::setlocale(category, nullptr);
+    return name != nullptr ? name : "";
+}
+
+bool setLocale(int category, char const* name) noexcept {
+    return !ORN_OS_REFUSED("setlocale") && std::setlocale(category, name) != nullptr;
+}
+
+void upperCase(wchar_t* text) noexcept { _wcsupr(text); }
+void lowerCase(wchar_t* text) noexcept { _wcslwr(text); }
+
+static int compare(wchar_t const* a, wchar_t const* b) noexcept { return std::wcscoll(a, b); }
+
+#endif
+
+int collate(wchar_t const* a, wchar_t const* b) noexcept {
+    if (ORN_OS_REFUSED("wcscoll")) {
+        errno = EINVAL;
+        return 1;
+    }
+    return compare(a, b);
+}
+
+}

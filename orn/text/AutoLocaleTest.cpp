@@ -1,0 +1,65 @@
+#include "orn/text/AutoLocale.h"
+
+#include "orn/text/Strings.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <thread>
+
+namespace {
+
+std::wstring const small = L"\u00E9a\u044F", large = L"\u00C9A\u042F";
+
+/// The user's locale of these tests, where the system takes it from the environment, has Unicode's letters.
+class AutoLocaleTest : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        static char setting[] = "LC_ALL=C.UTF-8";
+        putenv(setting);
+    }
+};
+
+TEST_F(AutoLocaleTest, HoldsForTheScopeAndTheThread) {
+    std::wstring const before = uppercase(small);
+    EXPECT_EQ(before[1], L'A');
+    ASSERT_NE(before, large) << "the process's own locale must not be the user's here";
+    std::string const process = std::setlocale(LC_ALL, nullptr);
+    {
+        AutoLocale const guard{LC_ALL};
+        EXPECT_EQ(uppercase(small), large);
+        EXPECT_EQ(lowercase(large), small);
+
+        std::wstring elsewhere;
+        std::thread{[&] {
+            elsewhere = uppercase(small);
+            AutoLocale const own{LC_ALL};
+            EXPECT_EQ(uppercase(small), large);
+        }}.join();
+        EXPECT_EQ(elsewhere, before);
+        EXPECT_EQ(uppercase(small), large);
+    }
+    EXPECT_EQ(uppercase(small), before);
+    EXPECT_EQ(std::setlocale(LC_ALL, nullptr), process);
+}
+
+TEST_F(AutoLocaleTest, NestsAndKeepsToItsCategory) {
+    std::wstring const before = uppercase(small);
+    {
+        AutoLocale const collation{LC_COLLATE};
+        EXPECT_EQ(uppercase(small), before);
+        {
+            AutoLocale const characters{LC_CTYPE};
+            EXPECT_EQ(uppercase(small), large);
+            { AutoLocale const again{LC_ALL}; }
+            EXPECT_EQ(uppercase(small), large);
+        }
+        EXPECT_EQ(uppercase(small), before);
+    }
+    EXPECT_EQ(uppercase(small), before);
+    { AutoLocale const unknown{99}; }
+    EXPECT_EQ(uppercase(small), before);
+}
+
+}

@@ -1,0 +1,67 @@
+#include "orn/text/Strings.h"
+
+#include "orn/os/Locale.h"
+#include "orn/text/CharacterClass.h"
+#include "orn/text/CodePoint.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cwchar>
+#include <memory>
+#include <stdexcept>
+
+namespace os = ORN::os;
+
+namespace {
+
+std::wstring converted(std::wstring const& text, void (*convert)(wchar_t*) noexcept) {
+    wchar_t scratch[64];
+    std::unique_ptr<wchar_t[]> heap;
+    wchar_t* buffer = scratch;
+    if (text.size() + 1 > std::size(scratch)) {
+        heap.reset(new wchar_t[text.size() + 1]);
+        buffer = heap.get();
+    }
+    std::wmemcpy(buffer, text.c_str(), text.size() + 1);
+    convert(buffer);
+    return buffer;
+}
+
+}
+
+std::wstring uppercase(std::wstring const& text) { return converted(text, os::upperCase); }
+std::wstring lowercase(std::wstring const& text) { return converted(text, os::lowerCase); }
+
+std::wstring simpleLowercase(std::wstring const& text) {
+    std::wstring result = text;
+    for (wchar_t& unit : result) unit = simpleLowercase(unit);
+    return result;
+}
+
+int collateStrings(std::wstring const& a, std::wstring const& b) noexcept {
+    return collateStrings(a.c_str(), b.c_str());
+}
+
+int collateStrings(wchar_t const* a, wchar_t const* b) noexcept {
+    errno = 0;
+    int const order = os::collate(a, b);
+    return errno != 0 ? 0 : order;
+}
+
+std::wstring trimwhitespace(std::wstring const& text) {
+    // Every space is a single unit and no surrogate is one, so that units can stand for code points here.
+    auto const isSpace = [](wchar_t unit) { return isUspace(CodePoint::codePoint(static_cast<unsigned int>(unit))); };
+    auto const first = std::find_if_not(text.begin(), text.end(), isSpace);
+    auto const last = std::find_if_not(text.rbegin(), std::make_reverse_iterator(first), isSpace).base();
+    return {first, last};
+}
+
+std::size_t packTo(std::wstring const& text, wchar_t* buffer, std::size_t size) {
+    if (size == 0) throw std::logic_error{"illegal buffer to pack wstring"};
+    std::size_t room = size;
+    if (size > 1 && size - 1 < text.size() && isSurrogateA(static_cast<unsigned int>(text[size - 1]))) --room;
+    std::size_t const count = std::min(room - 1, text.size());
+    std::wmemcpy(buffer, text.data(), count);
+    buffer[count] = 0;
+    return count;
+}

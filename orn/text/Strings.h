@@ -1,0 +1,30 @@
+/// Small services for wide strings: case, collation, trimming, bounded copies.
+#pragma once
+
+#include "orn/Export.h"
+
+#include <cstddef>
+#include <string>
+
+/// By the calling thread's current locale (see AutoLocale), keeping the length. A text ends at an embedded zero.
+ORN_API std::wstring uppercase(std::wstring const& text);
+ORN_API std::wstring lowercase(std::wstring const& text);
+
+/// A to Z become a to z and everything else stays, in every locale; embedded zeros are kept.
+constexpr wchar_t simpleLowercase(wchar_t unit) noexcept {
+    return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit + (L'a' - L'A')) : unit;
+}
+ORN_API std::wstring simpleLowercase(std::wstring const& text);
+
+/// Compares up to the first zero by the calling thread's current locale: negative, zero or positive. Texts that cannot
+/// be collated count as equal.
+ORN_API int collateStrings(std::wstring const& a, std::wstring const& b) noexcept;
+ORN_API int collateStrings(wchar_t const* a, wchar_t const* b) noexcept;
+
+/// Without the spaces (isUspace) before the first and behind the last other code point.
+ORN_API std::wstring trimwhitespace(std::wstring const& text);
+
+/// Copies into a buffer of size units, terminator included, what fits, and returns the number of units before the
+/// terminator. When the first unit that is cut off (at size - 1) is a leading surrogate, the one before it goes, too.
+/// Throws std::logic_error "illegal buffer to pack wstring" for size 0.
+ORN_API std::size_t packTo(std::wstring const& text, wchar_t* buffer, std::size_t size);

@@ -1,0 +1,116 @@
+#include "orn/text/Strings.h"
+
+#include "orn/text/AutoLocale.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <clocale>
+#include <stdexcept>
+
+namespace {
+
+TEST(Strings, CaseOfTheLocaleKeepsLengthAndEndsAtAZero) {
+    for (std::size_t const length : {0u, 1u, 62u, 63u, 64u, 65u, 1000u}) {  // around the scratch buffer
+        std::wstring const lower(length, L'x'), upper(length, L'X');
+        EXPECT_EQ(uppercase(lower), upper);
+        EXPECT_EQ(lowercase(upper), lower);
+    }
+    EXPECT_EQ(uppercase(std::wstring(L"ab\0cd", 5)), L"AB");
+    EXPECT_EQ(uppercase(L"a1-[`{z"), L"A1-[`{Z");
+    EXPECT_EQ(lowercase(L"A1-[@{Z"), L"a1-[@{z");
+
+    // A pair stays a pair, whether the system knows its capital or not; a lone surrogate stays.
+    AutoLocale const guard{LC_ALL};
+    wchar_t const desert[] = {0xD801, 0xDC28, L'a', 0xD801, L'b', 0xDC28, 0xD83D, 0xDE00, 0xD801, 0};
+    std::wstring expected = desert;
+    expected[2] = L'A';
+    expected[4] = L'B';
+    std::wstring mapped = uppercase(desert);
+    EXPECT_TRUE(mapped[1] == 0xDC28 || mapped[1] == 0xDC00);
+    mapped[1] = 0xDC28;
+    EXPECT_EQ(mapped, expected);
+}
+
+TEST(Strings, SimpleLowercaseIsAscii) {
+    for (unsigned int unit = 0; unit < 0x10000; ++unit) {
+        wchar_t const expected = static_cast<wchar_t>(unit >= 0x41 && unit <= 0x5A ? unit + 0x20 : unit);
+        ASSERT_EQ(simpleLowercase(static_cast<wchar_t>(unit)), expected);
+    }
+    EXPECT_EQ(simpleLowercase(std::wstring(L"AZ@[\0\u00C9Q", 7)), std::wstring(L"az@[\0\u00C9q", 7));
+}
+
+TEST(Strings, CollationIsAnOrder) {
+    std::wstring const texts[] = {L"", L"a", L"ab", L"abc", L"b", L"c"};
+    for (auto const& a : texts)
+        for (auto const& b : texts) {
+            int const order = collateStrings(a, b);
+            EXPECT_EQ(order < 0, a < b) << a << " beside " << b;
+            EXPECT_EQ(order > 0, a > b) << a << " beside " << b;
+            EXPECT_EQ(collateStrings(a.c_str(), b.c_str()), order);
+        }
+    EXPECT_EQ(collateStrings(std::wstring(L"a\0b", 3), std::wstring(L"a\0c", 3)), 0);
+
+    // Long enough for the heap, with pairs in them.
+    std::wstring const pair{wchar_t{0xD83D}, wchar_t{0xDE00}};
+    std::wstring one, two;
+    for (int n = 0; n < 100; ++n) one += pair;
+    two = one + L"b";
+    EXPECT_LT(collateStrings(one + L"a", two), 0);
+    EXPECT_GT(collateStrings(two, one + L"a"), 0);
+    EXPECT_EQ(collateStrings(two, two), 0);
+}
+
+TEST(Strings, TrimmingKeepsWhatIsInside) {
+    wchar_t const lone[] = {L' ', 0xD800, L' ', 0xDC00, L'\u2028', 0};
+    struct {
+        std::wstring text, trimmed;
+    } const cases[] = {{L"\t a b\u3000", L"a b"},
+                       {L"", L""},
+                       {L" \t\r\n\v\f\u00A0\uFEFF\u2029 ", L""},
+                       {L"a", L"a"},
+                       {L"\u3000a", L"a"},
+                       {L"a \u200B", L"a \u200B"},
+                       {L"\u0007 ", L"\u0007"},
+                       {lone, std::wstring(lone + 1, 3)},
+                       {std::wstring(L" \0 ", 3), std::wstring(1, L'\0')}};
+    for (auto const& [text, trimmed] : cases) EXPECT_EQ(trimwhitespace(text), trimmed);
+}
+
+TEST(Strings, PackingCutsAsLaidDown) {
+    wchar_t const lead = 0xD83D, trail = 0xDE00;
+    struct {
+        std::wstring text;
+        std::size_t size, copied;
+    } const cases[] = {{L"abcde", 1, 0},
+                       {L"abcde", 3, 2},
+                       {L"abcde", 5, 4},
+                       {L"abcde", 6, 5},
+                       {L"abcde", 9, 5},
+                       {L"", 1, 0},
+                       {L"", 4, 0},
+                       {{L'a', L'b', lead, trail, L'c'}, 3, 1},  // the first unit cut off leads a pair
+                       {{L'a', lead, trail, L'b', L'c'}, 3, 2},  // a pair across the cut is split
+                       {{lead, trail}, 1, 0},
+                       {{L'a', L'b', lead}, 4, 3},
+                       {{L'a', lead}, 2, 0},
+                       {std::wstring(L"a\0b", 3), 4, 3}};
+    for (auto const& [text, size, copied] : cases) {
+        wchar_t buffer[12];
+        std::fill_n(buffer, 12, L'#');
+        EXPECT_EQ(packTo(text, buffer, size), copied) << size;
+        EXPECT_EQ(std::wstring(buffer, copied), text.substr(0, copied));
+        EXPECT_EQ(buffer[copied], 0);
+        EXPECT_TRUE(std::all_of(buffer + copied + 1, buffer + 12, [](wchar_t unit) { return unit == L'#'; }));
+    }
+    wchar_t untouched = L'#';
+    try {
+        packTo(L"a", &untouched, std::size_t{0});
+        ADD_FAILURE();
+    } catch (std::logic_error const& error) {
+        EXPECT_STREQ(error.what(), "illegal buffer to pack wstring");
+    }
+    EXPECT_EQ(untouched, L'#');
+}
+
+}
