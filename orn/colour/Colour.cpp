@@ -1,0 +1,192 @@
+#include "orn/colour/Colour.h"
+
+#include <climits>
+#include <cstdint>
+#include <cstring>
+#include <ostream>
+
+namespace {
+
+// Towards zero. What no int can hold becomes the lowest one, as the processor's own conversion has it.
+int truncated(double x) noexcept { return x > -2147483649.0 && x < 2147483648.0 ? static_cast<int>(x) : INT_MIN; }
+
+int rounded(double x) noexcept { return truncated(x >= 0 ? x + 0.5 : x - 0.5); }
+
+struct Range {
+    double max, min;
+
+    Range(double r, double g, double b) noexcept : max{r}, min{r} {
+        if (g > max) max = g;
+        if (b > max) max = b;
+        if (g < min) min = g;
+        if (b < min) min = b;
+    }
+};
+
+Angle hueOf(double r, double g, double b, Range const& range) {
+    double const d = range.max - range.min;
+    if (r == range.max) return Angle::degrees((g - b) * 60 / d);
+    if (g == range.max) return Angle::degrees((b - r) * 60 / d + 120);
+    return Angle::degrees((r - g) * 60 / d + 240);
+}
+
+void put(void* p, int red, int green, int blue) noexcept {
+    auto* const bytes = static_cast<unsigned char*>(p);
+    bytes[0] = static_cast<unsigned char>(blue);
+    bytes[1] = static_cast<unsigned char>(green);
+    bytes[2] = static_cast<unsigned char>(red);
+}
+
+}
+
+Colour::Colour() : Colour{0.0, 0.0, 0.0, 1.0} {}
+Colour::Colour(Colour const&) = default;
+Colour& Colour::operator=(Colour const&) = default;
+Colour::~Colour() = default;
+
+Colour::Colour(double r, double g, double b, double a) : rgb_{true, r, g, b}, alpha_{a} {}
+Colour::Colour(Angle const& h, double s, double v, double a) : hsv_{true, h, s, v}, alpha_{a} {}
+Colour::Colour(Angle const& h, double l, double s, double a, int) : hls_{true, h, l, s}, alpha_{a} {}
+
+Colour Colour::rgb(double r, double g, double b) { return {r, g, b, 1.0}; }
+Colour Colour::rgba(double r, double g, double b, double a) { return {r, g, b, a}; }
+Colour Colour::hsv(Angle const& h, double s, double v) { return {h, s, v, 1.0}; }
+Colour Colour::hsva(Angle const& h, double s, double v, double a) { return {h, s, v, a}; }
+Colour Colour::hls(Angle const& h, double l, double s) { return {h, l, s, 1.0, 0}; }
+Colour Colour::hlsa(Angle const& h, double l, double s, double a) { return {h, l, s, a, 0}; }
+
+Colour Colour::argb(unsigned int word) {
+    return {(word >> 16 & 0xFF) / 255.0, (word >> 8 & 0xFF) / 255.0, (word & 0xFF) / 255.0,
+            (word >> 24 & 0xFF) / 255.0};
+}
+
+Colour Colour::colorref(COLORREF word) {
+    return {(word & 0xFF) / 255.0, (word >> 8 & 0xFF) / 255.0, (word >> 16 & 0xFF) / 255.0, 1.0};
+}
+
+Colour Colour::dib24(void const* p) {
+    auto const* const bytes = static_cast<unsigned char const*>(p);
+    return {bytes[2] / 255.0, bytes[1] / 255.0, bytes[0] / 255.0, 1.0};
+}
+
+void Colour::getDib24(void* p) const {
+    RGB const& c = rgb();
+    put(p, rounded(c.red * 255), rounded(c.green * 255), rounded(c.blue * 255));
+}
+
+void Colour::getDib24(void* p, unsigned char const* const redTable, unsigned char const* const greenTable,
+                      unsigned char const* const blueTable) const {
+    RGB const& c = rgb();
+    put(p, redTable[rounded(c.red * 255)], greenTable[rounded(c.green * 255)], blueTable[rounded(c.blue * 255)]);
+}
+
+void Colour::getDib24(void* p, unsigned char const* const table) const { getDib24(p, table, table, table); }
+
+void Colour::getDib16(void* p) const {
+    RGB const& c = rgb();
+    auto const five = [](double x) { return static_cast<std::uint32_t>(rounded(x * 31)); };
+    auto const word = static_cast<std::uint16_t>((five(c.red) * 32 + five(c.green)) * 32 + five(c.blue));
+    std::memcpy(p, &word, sizeof word);
+}
+
+COLORREF Colour::colorref() const {
+    RGB const& c = rgb();
+    auto const eight = [](double x) { return static_cast<std::uint32_t>(rounded(x * 255)); };
+    return eight(c.blue) << 16 | eight(c.green) << 8 | eight(c.red);
+}
+
+void Colour::calcHSV() const {
+    if (hsv_.valid) return;
+    if (hls_.valid) {
+        double const l = hls_.lightness, s = hls_.saturation;
+        hsv_.hue = hls_.hue;
+        if (s != 0 && l != 0) {
+            hsv_.value = l <= 0.5 ? (s + 1) * l : l + s - l * s;
+            hsv_.saturation = (hsv_.value - (2 * l - hsv_.value)) / hsv_.value;
+        } else {
+            hsv_.saturation = 0;
+            hsv_.value = l;
+        }
+    } else {
+        Range const range{rgb_.red, rgb_.green, rgb_.blue};
+        hsv_.value = range.max;
+        if (range.max != range.min) {
+            hsv_.saturation = (range.max - range.min) / range.max;
+            hsv_.hue = hueOf(rgb_.red, rgb_.green, rgb_.blue, range);
+        } else {
+            hsv_.saturation = 0;
+            hsv_.hue = Angle{};
+        }
+    }
+    hsv_.valid = true;
+}
+
+void Colour::calcHLS() const {
+    if (hls_.valid) return;
+    if (hsv_.valid) {
+        double const s = hsv_.saturation, v = hsv_.value;
+        hls_.hue = hsv_.hue;
+        if (s != 0 && v != 0) {
+            double const m = (1 - s) * v;
+            hls_.lightness = (m + v) * 0.5;
+            hls_.saturation = hls_.lightness > 0.5 ? (v - m) / (2 - v - m) : (v - m) / (m + v);
+        } else {
+            hls_.saturation = 0;
+            hls_.lightness = v;
+        }
+    } else {
+        Range const range{rgb_.red, rgb_.green, rgb_.blue};
+        hls_.lightness = (range.max + range.min) * 0.5;
+        if (range.max != range.min) {
+            double const d = range.max - range.min;
+            hls_.saturation = hls_.lightness <= 0.5 ? d / (range.max + range.min) : d / (2 - range.max - range.min);
+            hls_.hue = hueOf(rgb_.red, rgb_.green, rgb_.blue, range);
+        } else {
+            hls_.saturation = 0;
+            hls_.hue = Angle{};
+        }
+    }
+    hls_.valid = true;
+}
+
+void Colour::calcRGB() const {
+    if (rgb_.valid) return;
+    bool const fromHLS = hls_.valid;
+    double hi, lo;
+    bool grey;
+    if (fromHLS) {
+        double const l = hls_.lightness, s = hls_.saturation;
+        grey = s == 0 || l == 0;
+        hi = grey ? l : l <= 0.5 ? (s + 1) * l : l + s - l * s;
+        lo = 2 * l - hi;
+    } else {
+        double const s = hsv_.saturation, v = hsv_.value;
+        grey = s == 0 || v == 0;
+        hi = v;
+        lo = (1 - s) * v;
+    }
+
+    if (grey) {
+        rgb_ = {true, hi, hi, hi};
+        return;
+    }
+    double const x = (fromHLS ? hls_.hue : hsv_.hue).degrees() / 60 + 6.0;
+    int const i = truncated(x);
+    double const f = x - i;
+    double const up = (hi - lo) * f + lo, down = (hi - lo) * (1 - f) + lo;
+    rgb_.valid = true;
+    switch (i % 6) {
+        case 0: rgb_ = {true, hi, up, lo}; break;
+        case 1: rgb_ = {true, down, hi, lo}; break;
+        case 2: rgb_ = {true, lo, hi, up}; break;
+        case 3: rgb_ = {true, lo, down, hi}; break;
+        case 4: rgb_ = {true, up, lo, hi}; break;
+        case 5: rgb_ = {true, hi, lo, down}; break;
+        default: break;  // the hue is not a number: the components stay as they are
+    }
+}
+
+std::wostream& operator<<(std::wostream& os, Colour const& colour) {
+    return os << L"Colour::rgba(" << colour.r() << L',' << colour.g() << L',' << colour.b() << L',' << colour.a()
+              << L')';
+}

@@ -1,0 +1,97 @@
+/// A colour with opacity, seen as RGB, HSV or HLS.
+#pragma once
+
+#include "orn/Export.h"
+#include "orn/geometry/Angle.h"
+#include "orn/os/Types.h"
+
+#include <iosfwd>
+
+/// Keeps the model it was made in exactly and computes the others when they are first asked for; the results stay in the
+/// object. Components run from 0 to 1, hue is an angle, and nothing is clamped. Since a query may fill the cache, even
+/// one of a const object, two threads that read one colour need a lock or a copy each.
+class ORN_API Colour {
+public:
+    Colour();               ///< opaque black
+    Colour(Colour const&);  ///< with what is cached
+    Colour& operator=(Colour const&);
+    virtual ~Colour();
+
+    static Colour rgb(double r, double g, double b);  ///< opaque, as hsv and hls
+    static Colour rgba(double r, double g, double b, double a);
+    static Colour hsv(Angle const& h, double s, double v);
+    static Colour hsva(Angle const& h, double s, double v, double a);
+    static Colour hls(Angle const& h, double l, double s);
+    static Colour hlsa(Angle const& h, double l, double s, double a);
+    static Colour argb(unsigned int word);  ///< 0xAARRGGBB
+    static Colour colorref(COLORREF word);  ///< 0x00BBGGRR, the top byte is ignored; opaque
+    static Colour dib24(void const* p);     ///< three bytes: blue, green, red; opaque
+
+    double r() const { return rgb().red; }
+    double g() const { return rgb().green; }
+    double b() const { return rgb().blue; }
+    Angle h_hls() { return hls().hue; }
+    double l_hls() const { return hls().lightness; }
+    double s_hls() const { return hls().saturation; }
+    Angle h_hsv() { return hsv().hue; }
+    double s_hsv() const { return hsv().saturation; }
+    double v_hsv() const { return hsv().value; }
+    double a() const { return alpha_; }
+
+    // Device values are x·255 (or x·31) rounded half away from zero, and not clamped: a byte keeps the low eight bits, in a
+    // packed word an excess spills into the neighbour, and a table is indexed with the number as it is.
+
+    void getDib24(void* p) const;  ///< writes three bytes: blue, green, red
+    void getDib24(void* p, unsigned char const* redTable, unsigned char const* greenTable,
+                  unsigned char const* blueTable) const;  ///< the same, each byte looked up in its channel's table
+    void getDib24(void* p, unsigned char const* table) const;
+    void getDib16(void* p) const;  ///< writes one 16-bit word: five bits each, red highest
+    COLORREF colorref() const;     ///< 0x00BBGGRR
+
+protected:
+    Colour(double r, double g, double b, double a);
+    Colour(Angle const& h, double s, double v, double a);
+    Colour(Angle const& h, double l, double s, double a, int);  ///< HLS; the int only tells it from HSV
+
+    // Each fills its model's fields from one that is valid, unless they are valid already.
+    virtual void calcHSV() const;  ///< from HLS if that is valid, else from RGB
+    virtual void calcHLS() const;  ///< from HSV if that is valid, else from RGB
+    virtual void calcRGB() const;  ///< from HLS if that is valid, else from HSV
+
+private:
+    struct RGB {
+        bool valid = false;
+        double red = 0, green = 0, blue = 0;
+    };
+    struct HLS {
+        bool valid = false;
+        Angle hue;
+        double lightness = 0, saturation = 0;
+    };
+    struct HSV {
+        bool valid = false;
+        Angle hue;
+        double saturation = 0, value = 0;
+    };
+
+    RGB const& rgb() const {
+        if (!rgb_.valid) calcRGB();
+        return rgb_;
+    }
+    HLS const& hls() const {
+        if (!hls_.valid) calcHLS();
+        return hls_;
+    }
+    HSV const& hsv() const {
+        if (!hsv_.valid) calcHSV();
+        return hsv_;
+    }
+
+    mutable RGB rgb_;
+    mutable HLS hls_;
+    mutable HSV hsv_;
+    double alpha_;
+};
+
+/// Colour::rgba(R,G,B,A)
+ORN_API std::wostream& operator<<(std::wostream& os, Colour const& colour);

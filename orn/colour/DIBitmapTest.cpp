@@ -1,0 +1,151 @@
+#include "orn/colour/DIBitmap.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+#include <new>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Read byte by byte, as a file of little-endian integers.
+unsigned int field(DIBitmap const& bitmap, unsigned int offset, unsigned int size) {
+    unsigned int value = 0;
+    for (unsigned int i = size; i-- > 0;) value = value << 8 | bitmap.fileData()[offset + i];
+    return value;
+}
+
+struct Geometry {
+    unsigned int width;
+    int height;
+    unsigned short bitCount;
+    unsigned int colours;
+    unsigned int bitsAt, imageSize;
+};
+
+// Worked by hand from the file format.
+constexpr Geometry geometries[] = {
+    {3, 2, 24, 0, 54, 24}, {1, -4, 1, 2, 62, 16},    {32, 1, 1, 2, 62, 4},
+    {33, 1, 1, 2, 62, 8},  {5, 3, 8, 256, 1078, 24}, {0, 7, 32, 0, 54, 0},
+    {7, 0, 32, 0, 54, 0},  {9, -3, 4, 16, 118, 24},  {512, 512, 32, 0, 54, 1048576},
+};
+
+TEST(DIBitmap, HeadersAreThoseOfABitmapFile) {
+    for (Geometry const& g : geometries) {
+        SCOPED_TRACE(testing::Message() << g.width << " x " << g.height << " x " << g.bitCount);
+        DIBitmap bitmap{g.width, g.height, g.bitCount, g.colours};
+        struct {
+            unsigned int offset, size, value;
+        } const fields[] = {
+            {0, 2, 19778},      {2, 4, g.bitsAt + g.imageSize},
+            {6, 2, 0},          {8, 2, 0},
+            {10, 4, g.bitsAt},  {14, 4, 40},
+            {18, 4, g.width},   {22, 4, static_cast<unsigned int>(g.height)},
+            {26, 2, 1},         {28, 2, g.bitCount},
+            {30, 4, 0},         {34, 4, 0},
+            {38, 4, 0},         {42, 4, 0},
+            {46, 4, g.colours}, {50, 4, 0},
+        };
+        for (auto const& f : fields) EXPECT_EQ(field(bitmap, f.offset, f.size), f.value) << "at " << f.offset;
+        EXPECT_EQ(bitmap.fileSize(), g.bitsAt + g.imageSize);
+        EXPECT_EQ(bitmap.bitsSize(), g.imageSize);
+        EXPECT_EQ(bitmap.bits(), bitmap.fileData() + g.bitsAt);
+        EXPECT_EQ(reinterpret_cast<unsigned char*>(bitmap.header()), bitmap.fileData() + 14);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(bitmap.header()) % 4, 0u);
+        std::memset(bitmap.bits(), 0x5A, bitmap.bitsSize());  // the pixels are all there
+    }
+}
+
+TEST(DIBitmap, AFileCanBeReadIntoIt) {
+    DIBitmap const source{3, 2, 24, 0};
+    DIBitmap bitmap{source.fileSize() + 10};
+    EXPECT_EQ(field(bitmap, 0, 2), 0u);
+    EXPECT_EQ(field(bitmap, 2, 4), 88u);
+    EXPECT_EQ(bitmap.fileSize(), 88u);
+
+    std::memcpy(bitmap.fileData(), source.fileData(), 54);
+    bitmap.fileData()[10] = 64;  // ten bytes between the headers and the pixels
+    DIBitmap const& read = bitmap;
+    EXPECT_EQ(read.bits(), read.fileData() + 64);
+    EXPECT_EQ(read.bitsSize(), 24u);
+}
+
+TEST(DIBitmap, AFileSmallerThanItsHeadersHasThemAsZeros) {
+    for (unsigned int size : {0u, 1u, 13u, 53u}) {
+        DIBitmap bitmap{size};
+        EXPECT_EQ(bitmap.fileSize(), size);
+        EXPECT_EQ(bitmap.bits(), bitmap.fileData());
+        EXPECT_EQ(bitmap.bitsSize(), 0u);
+        for (unsigned int i = 6; i < 58; ++i) EXPECT_EQ(bitmap.fileData()[i], 0) << i;
+        DIBitmap const copy{bitmap};
+        EXPECT_EQ(std::memcmp(copy.fileData(), bitmap.fileData(), 58), 0);
+    }
+}
+
+DIBitmap filled(unsigned int size, unsigned char value) {
+    DIBitmap bitmap{size};
+    std::memset(bitmap.fileData() + 6, value, size - 6);
+    return bitmap;
+}
+
+TEST(DIBitmap, CopiesStandAlone) {
+    // Heap and virtual memory, in every combination of source and target.
+    unsigned int const sizes[] = {100, 0xFFFFE, 0xFFFFF, 3'000'000};
+    for (unsigned int from : sizes) {
+        for (unsigned int to : sizes) {
+            DIBitmap const source = filled(from, 0x33);
+            DIBitmap target = filled(to, 0x44);
+            target = source;
+            ASSERT_EQ(target.fileSize(), from);
+            EXPECT_EQ(std::memcmp(target.fileData(), source.fileData(), from), 0);
+            target.fileData()[from - 1] = 0x55;
+            EXPECT_EQ(source.fileData()[from - 1], 0x33);
+        }
+        DIBitmap same = filled(from, 0x66);
+        DIBitmap const& alias = same;
+        same = alias;
+        EXPECT_EQ(same.fileData()[from - 1], 0x66);
+    }
+}
+
+TEST(DIBitmap, SizesThatDoNotFitAreRefused) {
+    EXPECT_THROW(DIBitmap{0xFFFFFFFFu}, std::bad_alloc);
+    EXPECT_THROW(DIBitmap{0xFFFFFFFEu}, std::bad_alloc);  // with two more bytes: 0
+    struct {
+        unsigned int width;
+        int height;
+        unsigned short bitCount;
+        unsigned int colours;
+    } const refused[] = {
+        {1, INT_MIN, 1, 0},  // no |height|
+        {0, INT_MIN, 0, 0},
+        {0x08000000, 1, 32, 0},    // width x bits is 2^32
+        {0x7FFFFFF, 1, 32, 0},     // with 31 more bits it is
+        {0x10000, 0x4000, 32, 0},  // the image is 2^32
+        {0x10000, -0x4000, 32, 0},
+        {0x10000, 0x3FFF, 32, 0x10000},  // with its colour table it is
+        {1, 1, 8, 0x40000000},           // the colour table alone is 2^32
+        {0xFFFFFFFF, INT_MAX, 0xFFFF, 0xFFFFFFFF},
+    };
+    for (auto const& r : refused) {
+        try {
+            DIBitmap bitmap{r.width, r.height, r.bitCount, r.colours};
+            ADD_FAILURE() << r.width << " x " << r.height;
+        } catch (std::bad_alloc const& error) {
+            EXPECT_STREQ(error.what(), "bad allocation");
+        }
+    }
+}
+
+TEST(DIBitmap, AHeaderFromOutsideThatDoesNotFitIsRefused) {
+    DIBitmap bitmap{3, 2, 24, 0};
+    std::memset(bitmap.fileData() + 18, 0xFF, 4);  // the width
+    EXPECT_THROW(bitmap.bitsSize(), std::bad_alloc);
+    bitmap = DIBitmap{3, 2, 24, 0};
+    std::memcpy(bitmap.fileData() + 22, "\0\0\0\x80", 4);  // the height
+    EXPECT_THROW(bitmap.bitsSize(), std::bad_alloc);
+}
+
+}

@@ -1,0 +1,17 @@
+#include "orn/os/Memory.h"
+
+#include "orn/os/Fault.h"
+
+#include <sys/mman.h>
+
+namespace ORN::os {
+
+void* allocateLarge(std::size_t size) noexcept {
+    if (ORN_OS_REFUSED("VirtualAlloc")) return nullptr;
+    void* const block = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    return block != MAP_FAILED ? block : nullptr;
+}
+
+void freeLarge(void* block, std::size_t size) noexcept { munmap(block, size); }
+
+}

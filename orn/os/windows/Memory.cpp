@@ -1,0 +1,16 @@
+#include "orn/os/Memory.h"
+
+#include "orn/os/Fault.h"
+
+#include <windows.h>
+
+namespace ORN::os {
+
+void* allocateLarge(std::size_t size) noexcept {
+    if (ORN_OS_REFUSED("VirtualAlloc")) return nullptr;
+    return VirtualAlloc(nullptr, size, MEM_COMMIT, PAGE_READWRITE);
+}
+
+void freeLarge(void* block, std::size_t) noexcept { VirtualFree(block, 0, MEM_RELEASE); }
+
+}
