@@ -229,8 +229,8 @@ TEST(Colour, CopiesTakeTheCacheAlong) {
 
 TEST(Colour, Output) {
     std::wostringstream os;
-    os << Colour::rgba(1, 0, 0, 0.5) << Colour::hsv(Angle::degrees(240), 1, 0.75);
-    EXPECT_EQ(os.str(), L"Colour::rgba(1,0,0,0.5)Colour::rgba(0,0,0.75,1)");
+    os << Colour::rgba(1, 0, 0, 0.5) << Colour::hsv(Angle{}, 1, 0.75);
+    EXPECT_EQ(os.str(), L"Colour::rgba(1,0,0,0.5)Colour::rgba(0.75,0,0,1)");
 }
 
 }

@@ -1,6 +1,7 @@
 #include "orn/colour/ContextGdiplus.h"
 
 #include "orn/foundation/Error.h"
+#include "orn/text/Encoding.h"
 #include "tests/support/Faults.h"
 
 #include <gtest/gtest.h>
@@ -16,8 +17,8 @@ TEST(ContextGdiplus, ARefusalIsTheSystemsErrorAndNamesTheCall) {
             ContextGdiplus context;
             FAIL() << call;
         } catch (WinError const& error) {
-            std::string const text = error.what();
-            EXPECT_EQ(text, "Error \"" + getMBS(formatMessage(31, nullptr)) + "\" calling " + call);
+            std::wstring const reason = formatMessage(31, static_cast<wchar_t const*>(nullptr));
+            EXPECT_EQ(error.wWhat(), L"Error \"" + reason + L"\" calling " + utf8(std::string{call}));
         }
         EXPECT_EQ(refuse.refusals(), 1);
     }

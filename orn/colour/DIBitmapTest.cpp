@@ -122,7 +122,7 @@ TEST(DIBitmap, SizesThatDoNotFitAreRefused) {
         {1, INT_MIN, 1, 0},  // no |height|
         {0, INT_MIN, 0, 0},
         {0x08000000, 1, 32, 0},    // width x bits is 2^32
-        {0x7FFFFFF, 1, 32, 0},     // with 31 more bits it is
+        {0x0FFFFFFF, 1, 16, 0},    // with 31 more bits it is
         {0x10000, 0x4000, 32, 0},  // the image is 2^32
         {0x10000, -0x4000, 32, 0},
         {0x10000, 0x3FFF, 32, 0x10000},  // with its colour table it is
