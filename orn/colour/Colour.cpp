@@ -1,8 +1,10 @@
 #include "orn/colour/Colour.h"
 
+#include <bit>
 #include <climits>
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <ostream>
 
 namespace {
@@ -23,12 +25,22 @@ struct Range {
     }
 };
 
-Angle hueOf(double r, double g, double b, Range const& range) {
+// Degrees.
+double hueOf(double r, double g, double b, Range const& range) noexcept {
     double const d = range.max - range.min;
-    if (r == range.max) return Angle::degrees((g - b) * 60 / d);
-    if (g == range.max) return Angle::degrees((b - r) * 60 / d + 120);
-    return Angle::degrees((r - g) * 60 / d + 240);
+    if (r == range.max) return (g - b) * 60 / d;
+    if (g == range.max) return (b - r) * 60 / d + 120;
+    return (r - g) * 60 / d + 240;
 }
+
+// One of two by masks: which one cannot be foreseen, and a branch guessed wrong costs more than both.
+double either(bool first, double a, double b) noexcept {
+    auto const mask = -static_cast<std::uint64_t>(first);
+    return std::bit_cast<double>((std::bit_cast<std::uint64_t>(a) & mask) | (std::bit_cast<std::uint64_t>(b) & ~mask));
+}
+
+// The angle is made in its place: its two registers stored one by one and copied as a pair would wait for the stores.
+void setDegrees(Angle& angle, double degrees) noexcept { ::new (&angle) Angle(Angle::degrees(degrees)); }
 
 void put(void* p, int red, int green, int blue) noexcept {
     auto* const bytes = static_cast<unsigned char*>(p);
@@ -38,22 +50,6 @@ void put(void* p, int red, int green, int blue) noexcept {
 }
 
 }
-
-Colour::Colour() : Colour{0.0, 0.0, 0.0, 1.0} {}
-Colour::Colour(Colour const&) = default;
-Colour& Colour::operator=(Colour const&) = default;
-Colour::~Colour() = default;
-
-Colour::Colour(double r, double g, double b, double a) : rgb_{true, r, g, b}, alpha_{a} {}
-Colour::Colour(Angle const& h, double s, double v, double a) : hsv_{true, h, s, v}, alpha_{a} {}
-Colour::Colour(Angle const& h, double l, double s, double a, int) : hls_{true, h, l, s}, alpha_{a} {}
-
-Colour Colour::rgb(double r, double g, double b) { return {r, g, b, 1.0}; }
-Colour Colour::rgba(double r, double g, double b, double a) { return {r, g, b, a}; }
-Colour Colour::hsv(Angle const& h, double s, double v) { return {h, s, v, 1.0}; }
-Colour Colour::hsva(Angle const& h, double s, double v, double a) { return {h, s, v, a}; }
-Colour Colour::hls(Angle const& h, double l, double s) { return {h, l, s, 1.0, 0}; }
-Colour Colour::hlsa(Angle const& h, double l, double s, double a) { return {h, l, s, a, 0}; }
 
 Colour Colour::argb(unsigned int word) {
     return {(word >> 16 & 0xFF) / 255.0, (word >> 8 & 0xFF) / 255.0, (word & 0xFF) / 255.0,
@@ -112,7 +108,7 @@ void Colour::calcHSV() const {
         hsv_.value = range.max;
         if (range.max != range.min) {
             hsv_.saturation = (range.max - range.min) / range.max;
-            hsv_.hue = hueOf(rgb_.red, rgb_.green, rgb_.blue, range);
+            setDegrees(hsv_.hue, hueOf(rgb_.red, rgb_.green, rgb_.blue, range));
         } else {
             hsv_.saturation = 0;
             hsv_.hue = Angle{};
@@ -129,7 +125,7 @@ void Colour::calcHLS() const {
         if (s != 0 && v != 0) {
             double const m = (1 - s) * v;
             hls_.lightness = (m + v) * 0.5;
-            hls_.saturation = hls_.lightness > 0.5 ? (v - m) / (2 - v - m) : (v - m) / (m + v);
+            hls_.saturation = (v - m) / either(hls_.lightness > 0.5, 2 - v - m, m + v);
         } else {
             hls_.saturation = 0;
             hls_.lightness = v;
@@ -138,9 +134,9 @@ void Colour::calcHLS() const {
         Range const range{rgb_.red, rgb_.green, rgb_.blue};
         hls_.lightness = (range.max + range.min) * 0.5;
         if (range.max != range.min) {
-            double const d = range.max - range.min;
-            hls_.saturation = hls_.lightness <= 0.5 ? d / (range.max + range.min) : d / (2 - range.max - range.min);
-            hls_.hue = hueOf(rgb_.red, rgb_.green, rgb_.blue, range);
+            double const sum = range.max + range.min, rest = 2 - range.max - range.min;
+            hls_.saturation = (range.max - range.min) / either(hls_.lightness <= 0.5, sum, rest);
+            setDegrees(hls_.hue, hueOf(rgb_.red, rgb_.green, rgb_.blue, range));
         } else {
             hls_.saturation = 0;
             hls_.hue = Angle{};

@@ -12,17 +12,17 @@
 /// one of a const object, two threads that read one colour need a lock or a copy each.
 class ORN_API Colour {
 public:
-    Colour();               ///< opaque black
-    Colour(Colour const&);  ///< with what is cached
-    Colour& operator=(Colour const&);
-    virtual ~Colour();
+    Colour() noexcept : Colour{0.0, 0.0, 0.0, 1.0} {}  ///< opaque black
+    Colour(Colour const&) noexcept = default;          ///< with what is cached
+    Colour& operator=(Colour const&) noexcept = default;
+    virtual ~Colour() = default;
 
-    static Colour rgb(double r, double g, double b);  ///< opaque, as hsv and hls
-    static Colour rgba(double r, double g, double b, double a);
-    static Colour hsv(Angle const& h, double s, double v);
-    static Colour hsva(Angle const& h, double s, double v, double a);
-    static Colour hls(Angle const& h, double l, double s);
-    static Colour hlsa(Angle const& h, double l, double s, double a);
+    static Colour rgb(double r, double g, double b) { return {r, g, b, 1.0}; }  ///< opaque, as hsv and hls
+    static Colour rgba(double r, double g, double b, double a) { return {r, g, b, a}; }
+    static Colour hsv(Angle const& h, double s, double v) { return {h, s, v, 1.0}; }
+    static Colour hsva(Angle const& h, double s, double v, double a) { return {h, s, v, a}; }
+    static Colour hls(Angle const& h, double l, double s) { return {h, l, s, 1.0, 0}; }
+    static Colour hlsa(Angle const& h, double l, double s, double a) { return {h, l, s, a, 0}; }
     static Colour argb(unsigned int word);  ///< 0xAARRGGBB
     static Colour colorref(COLORREF word);  ///< 0x00BBGGRR, the top byte is ignored; opaque
     static Colour dib24(void const* p);     ///< three bytes: blue, green, red; opaque
@@ -49,9 +49,11 @@ public:
     COLORREF colorref() const;     ///< 0x00BBGGRR
 
 protected:
-    Colour(double r, double g, double b, double a);
-    Colour(Angle const& h, double s, double v, double a);
-    Colour(Angle const& h, double l, double s, double a, int);  ///< HLS; the int only tells it from HSV
+    Colour(double r, double g, double b, double a) noexcept : rgb_{true, r, g, b}, alpha_{a} {}
+    Colour(Angle const& h, double s, double v, double a) noexcept : hsv_{true, h, s, v}, alpha_{a} {}
+
+    /// HLS; the int only tells it from HSV
+    Colour(Angle const& h, double l, double s, double a, int) noexcept : hls_{true, h, l, s}, alpha_{a} {}
 
     // Each fills its model's fields from one that is valid, unless they are valid already.
     virtual void calcHSV() const;  ///< from HLS if that is valid, else from RGB
