@@ -1,5 +1,7 @@
 #include "orn/os/Format.h"
 
+#include "orn/os/CodePage.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -24,6 +26,25 @@ TEST(Format, LengthIsTheAnswerUntilTheRoomEnds) {
     EXPECT_EQ(format(buffer, 3, L"%.3f", 0.5), ORN::os::formatTooLong);
     EXPECT_EQ(format(buffer, 3, L"%1000d", 5), ORN::os::formatTooLong);
     EXPECT_EQ(format(buffer, 3, L"abcdef"), ORN::os::formatTooLong);
+}
+
+TEST(Format, NarrowTextsAreReadInTheCodePage) {
+    if constexpr (sizeof(wchar_t) == 2) GTEST_SKIP() << "the runtime's own business";
+    char const text[] = "\xC3\xA9-\xF0\x9F\x98\x80-\xC3-\xFF";
+    wchar_t expected[40] = {}, formatted[40];
+    int const length = ORN::os::multibyteToWide(text, sizeof text - 1, expected, 40);
+    ASSERT_GT(length, 0);
+    EXPECT_EQ(format(formatted, 40, L"%hs", text), length);
+    EXPECT_EQ(std::wstring(formatted), expected);
+    EXPECT_EQ(format(formatted, 40, L"[%3.1hs]", text), 5);
+    EXPECT_EQ(std::wstring(formatted), std::wstring(L"[  ") + expected[0] + L"]");
+
+    char const unterminated[] = {'a', 'b', 'c'};
+    EXPECT_EQ(format(formatted, 40, L"%.3hs", unterminated), 3);
+    EXPECT_EQ(std::wstring(formatted), L"abc");
+    wchar_t const wide[] = {L'a', L'b', L'c'};
+    EXPECT_EQ(format(formatted, 40, L"%.3s", wide), 3);
+    EXPECT_EQ(std::wstring(formatted), L"abc");
 }
 
 }

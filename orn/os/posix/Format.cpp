@@ -1,5 +1,6 @@
 #include "orn/os/Format.h"
 
+#include "orn/os/CodePage.h"
 #include "orn/os/Fault.h"
 #include "orn/os/FormatConversion.h"
 
@@ -85,48 +86,41 @@ void putText(Sink& sink, FormatConversion const& conversion, wchar_t const* text
     padded(sink, conversion, length, [&] { sink.put(text, length); });
 }
 
-/// Narrow text unit by unit in the thread's locale; bytes that mean nothing there stand for themselves.
+/// Up to `limit` units of a terminated narrow text in the multibyte code page, reading no byte behind the last of them.
 template <typename Put>
-void eachUnit(char const* text, std::size_t bytes, std::size_t limit, Put put) {
-    std::mbstate_t state{};
-    for (std::size_t used = 0; used < bytes && limit > 0;) {
-        unsigned char const byte = static_cast<unsigned char>(text[used]);
-        wchar_t wide = byte;
-        std::size_t taken = 1;
-        if (byte >= 0x80) {
-            taken = std::mbrtowc(&wide, text + used, bytes - used, &state);
-            if (taken == 0 || taken > bytes - used) {
-                wide = byte;
-                taken = 1;
-                state = {};
-            }
+void eachUnit(char const* text, std::size_t limit, Put put) {
+    while (*text != 0 && limit > 0) {
+        unsigned int point = static_cast<unsigned char>(*text);
+        int taken = point < 0x80 ? 1 : -1;
+        for (int length = 1; taken < 0 && length <= MB_LEN_MAX && text[length - 1] != 0; ++length)
+            taken = decodeMultibyte(text, length, point);
+        if (taken < 1) {
+            point = 0xFFFD;
+            taken = 1;
         }
-        used += taken;
-        if (wide > 0xFFFF && limit > 1) {
-            put(static_cast<wchar_t>(0xD800 | ((wide - 0x10000) >> 10)));
-            put(static_cast<wchar_t>(0xDC00 | (wide & 0x3FF)));
-            limit -= 2;
-        } else {
-            if (wide > 0xFFFF) return;
-            put(wide);
+        text += taken;
+        if (point <= 0xFFFF) {
+            put(static_cast<wchar_t>(point));
             --limit;
+        } else {
+            if (limit < 2) return;
+            put(static_cast<wchar_t>(0xD800 | ((point - 0x10000) >> 10)));
+            put(static_cast<wchar_t>(0xDC00 | (point & 0x3FF)));
+            limit -= 2;
         }
     }
 }
 
-void putNarrow(Sink& sink, FormatConversion const& conversion, char const* text, std::size_t bytes) noexcept {
-    std::size_t const limit = conversion.precision < 0 ? SIZE_MAX : static_cast<std::size_t>(conversion.precision);
-    std::size_t length = 0;
-    eachUnit(text, bytes, limit, [&](wchar_t) { ++length; });
-    padded(sink, conversion, length, [&] { eachUnit(text, bytes, limit, [&](wchar_t unit) { sink.put(unit); }); });
-}
-
 void putNarrow(Sink& sink, FormatConversion const& conversion, char const* text) noexcept {
     if (text == nullptr) text = "(null)";
-    // An unterminated text may not be read beyond what the precision can show: at most MB_LEN_MAX bytes a unit.
-    std::size_t const bytes =
-        conversion.precision < 0 ? std::strlen(text) : strnlen(text, static_cast<std::size_t>(conversion.precision));
-    putNarrow(sink, conversion, text, bytes);
+    std::size_t const limit = conversion.precision < 0 ? SIZE_MAX : static_cast<std::size_t>(conversion.precision);
+    std::size_t length = 0;
+    eachUnit(text, limit, [&](wchar_t) { ++length; });
+    padded(sink, conversion, length, [&] { eachUnit(text, limit, [&](wchar_t unit) { sink.put(unit); }); });
+}
+
+void putCharacter(Sink& sink, FormatConversion const& conversion, wchar_t unit) noexcept {
+    padded(sink, conversion, 1, [&] { sink.put(unit); });
 }
 
 void putInteger(Sink& sink, FormatConversion const& conversion, std::uint64_t magnitude, bool negative) noexcept {
@@ -207,7 +201,7 @@ bool putDigits(Sink& sink, FormatConversion const& conversion, double value) noe
     auto const each = [&](auto put) {
         for (char const* at = digits; at != end; ++at)
             if (*at == '.' && !plainPoint)
-                eachUnit(point, std::strlen(point), SIZE_MAX, put);
+                eachUnit(point, SIZE_MAX, put);
             else
                 put(upper && *at == 'e' ? L'E' : static_cast<wchar_t>(*at));
     };
@@ -258,7 +252,7 @@ bool putNumber(Sink& sink, FormatConversion const& conversion, double value) noe
         if (text == nullptr) return false;
         length = std::snprintf(text, size, spelling, width, conversion.precision, value);
     }
-    eachUnit(text, static_cast<std::size_t>(length), SIZE_MAX, [&](wchar_t unit) { sink.put(unit); });
+    eachUnit(text, SIZE_MAX, [&](wchar_t unit) { sink.put(unit); });
     return true;
 }
 
@@ -325,15 +319,14 @@ int formatWide(wchar_t* buffer, std::size_t size, wchar_t const* format, std::va
             case FormatArgument::number:
                 if (!putNumber(sink, conversion, va_arg(arguments, double))) return formatFailed;
                 break;
-            case FormatArgument::wideCharacter: {
-                wchar_t const unit = static_cast<wchar_t>(va_arg(arguments, int) & 0xFFFF);
-                padded(sink, conversion, 1, [&] { sink.put(unit); });
+            case FormatArgument::wideCharacter:
+                putCharacter(sink, conversion, static_cast<wchar_t>(va_arg(arguments, int) & 0xFFFF));
                 break;
-            }
             case FormatArgument::narrowCharacter: {
-                char const byte = static_cast<char>(va_arg(arguments, int));
-                conversion.precision = FormatConversion::absent;
-                putNarrow(sink, conversion, &byte, 1);
+                char const text[] = {static_cast<char>(va_arg(arguments, int)), 0};
+                wchar_t unit = 0;
+                eachUnit(text, 1, [&](wchar_t only) { unit = only; });
+                putCharacter(sink, conversion, unit);
                 break;
             }
             case FormatArgument::wideText: putText(sink, conversion, va_arg(arguments, wchar_t const*)); break;
