@@ -1,0 +1,59 @@
+/// A plane angle, held as its cosine and sine: no range and no wrap-around to manage.
+#pragma once
+
+#include "orn/Export.h"
+
+#include <cmath>
+#include <iosfwd>
+
+/// 370° and 10° are the same value; sums and differences are rotations, composed by complex multiplication and not
+/// normalised again. The number of degrees or radians exists only when asked for, in the principal range.
+class ORN_API Angle {
+public:
+    static constexpr double pi = 3.141592653589793;
+
+    constexpr Angle() noexcept = default;  ///< zero
+    static Angle degrees(double d) noexcept;
+    static Angle radians(double r) noexcept;
+    static Angle cosSin(double c, double s) noexcept;  ///< the direction of the vector (c, s); NaN for (0, 0)
+
+    constexpr double cos() const noexcept { return cosine_; }
+    constexpr double sin() const noexcept { return sine_; }
+    constexpr double tan() const noexcept { return sine_ / cosine_; }  ///< huge or infinite at a right angle
+    double radians() const noexcept;                                   ///< in [−π, π]
+    double degrees() const noexcept;                                   ///< in [−180, 180]
+
+    bool isFinite() const noexcept { return std::isfinite(cosine_) && std::isfinite(sine_); }
+
+    constexpr Angle operator+() const noexcept { return *this; }
+    constexpr Angle operator-() const noexcept { return {cosine_, -sine_}; }
+    constexpr Angle operator+(Angle const& b) const noexcept {
+        return {cosine_ * b.cosine_ - sine_ * b.sine_, cosine_ * b.sine_ + sine_ * b.cosine_};
+    }
+    constexpr Angle operator-(Angle const& b) const noexcept {
+        return {cosine_ * b.cosine_ + sine_ * b.sine_, sine_ * b.cosine_ - cosine_ * b.sine_};
+    }
+    constexpr Angle& operator+=(Angle const& b) noexcept { return *this = *this + b; }
+    constexpr Angle& operator-=(Angle const& b) noexcept { return *this = *this - b; }
+
+    Angle operator*(int n) const noexcept;  ///< n times the principal value, again of unit length
+    Angle& operator*=(int n) noexcept { return *this = *this * n; }
+
+    /// Exact: for a comparison with a tolerance see closerThanDegrees.
+    friend constexpr bool operator==(Angle const& a, Angle const& b) noexcept { return a.equals(b); }
+
+private:
+    constexpr Angle(double cosine, double sine) noexcept : cosine_{cosine}, sine_{sine} {}
+
+    constexpr bool equals(Angle const& b) const noexcept { return cosine_ == b.cosine_ && sine_ == b.sine_; }
+
+    double cosine_ = 1;
+    double sine_ = 0;
+};
+
+/// Whether the difference of two angles, taken the short way round, is strictly less than a tolerance; false for NaN.
+ORN_API bool closerThanDegrees(Angle const& a, Angle const& b, double tolerance) noexcept;
+ORN_API bool closerThanRadians(Angle const& a, Angle const& b, double tolerance) noexcept;
+
+/// Writes the number of degrees.
+ORN_API std::wostream& operator<<(std::wostream& os, Angle const& angle);

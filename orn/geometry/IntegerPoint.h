@@ -1,0 +1,124 @@
+/// Points and vectors of two and three int coordinates. Arithmetic beyond the range of int is the caller's to avoid.
+#pragma once
+
+#include "orn/Export.h"
+
+#include <iosfwd>
+
+template <int N>
+class IPoint;
+template <int N>
+class IVector;
+
+template <>
+class ORN_API IVector<2> {
+public:
+    constexpr IVector() noexcept = default;  ///< zero
+    constexpr IVector(int x, int y) noexcept : x_{x}, y_{y} {}
+    explicit constexpr IVector(int const* a) noexcept : x_{a[0]}, y_{a[1]} {}
+
+    constexpr int x() const noexcept { return x_; }
+    constexpr int y() const noexcept { return y_; }
+    constexpr int operator[](int i) const noexcept { return i == 0 ? x_ : y_; }  ///< else y
+    constexpr void packToPod(int* a) const noexcept { a[0] = x_, a[1] = y_; }
+    constexpr bool isNaN() const noexcept { return false; }
+    constexpr bool isFinite() const noexcept { return true; }
+
+    constexpr IVector operator-() const noexcept { return {-x_, -y_}; }
+    constexpr IVector operator+(IVector const& b) const noexcept { return {x_ + b.x_, y_ + b.y_}; }
+    constexpr IVector operator-(IVector const& b) const noexcept { return {x_ - b.x_, y_ - b.y_}; }
+    constexpr IVector operator*(int s) const noexcept { return {x_ * s, y_ * s}; }
+    constexpr IVector const& operator+=(IVector const& b) noexcept { return *this = *this + b; }
+    constexpr IVector const& operator-=(IVector const& b) noexcept { return *this = *this - b; }
+    constexpr IVector const& operator*=(int s) noexcept { return *this = *this * s; }
+
+private:
+    int x_ = 0;
+    int y_ = 0;
+};
+
+template <>
+class ORN_API IVector<3> {
+public:
+    constexpr IVector() noexcept = default;  ///< zero
+    constexpr IVector(int x, int y, int z) noexcept : x_{x}, y_{y}, z_{z} {}
+    explicit constexpr IVector(int const* a) noexcept : x_{a[0]}, y_{a[1]}, z_{a[2]} {}
+
+    constexpr int x() const noexcept { return x_; }
+    constexpr int y() const noexcept { return y_; }
+    constexpr int z() const noexcept { return z_; }
+    constexpr int operator[](int i) const noexcept { return i == 0 ? x_ : i == 1 ? y_ : z_; }  ///< else z
+    constexpr void packToPod(int* a) const noexcept { a[0] = x_, a[1] = y_, a[2] = z_; }
+    constexpr bool isNaN() const noexcept { return false; }
+    constexpr bool isFinite() const noexcept { return true; }
+
+    constexpr IVector operator+() const noexcept { return *this; }
+    constexpr IVector operator-() const noexcept { return {-x_, -y_, -z_}; }
+    constexpr IVector operator+(IVector const& b) const noexcept { return {x_ + b.x_, y_ + b.y_, z_ + b.z_}; }
+    constexpr IVector operator-(IVector const& b) const noexcept { return {x_ - b.x_, y_ - b.y_, z_ - b.z_}; }
+    constexpr IVector operator*(int s) const noexcept { return {x_ * s, y_ * s, z_ * s}; }
+    constexpr IVector const& operator+=(IVector const& b) noexcept { return *this = *this + b; }
+    constexpr IVector const& operator-=(IVector const& b) noexcept { return *this = *this - b; }
+    constexpr IVector const& operator*=(int s) noexcept { return *this = *this * s; }
+
+private:
+    int x_ = 0;
+    int y_ = 0;
+    int z_ = 0;
+};
+
+template <>
+class ORN_API IPoint<2> {
+public:
+    static IPoint const m_origin;
+    static IPoint const& origin() noexcept { return m_origin; }
+
+    constexpr IPoint() noexcept = default;  ///< zero
+    constexpr IPoint(int x, int y) noexcept : x_{x}, y_{y} {}
+    explicit constexpr IPoint(int const* a) noexcept : x_{a[0]}, y_{a[1]} {}
+
+    constexpr int x() const noexcept { return x_; }
+    constexpr int y() const noexcept { return y_; }
+    constexpr int operator[](int i) const noexcept { return i == 0 ? x_ : y_; }  ///< else y
+    constexpr void packToPod(int* a) const noexcept { a[0] = x_, a[1] = y_; }
+    constexpr bool isNaN() const noexcept { return false; }
+    constexpr bool isFinite() const noexcept { return true; }
+
+    constexpr IPoint& operator+=(IVector<2> const& v) noexcept { return *this = {x_ + v.x(), y_ + v.y()}; }
+    constexpr IPoint& operator-=(IVector<2> const& v) noexcept { return *this = {x_ - v.x(), y_ - v.y()}; }
+
+private:
+    int x_ = 0;
+    int y_ = 0;
+};
+
+template <>
+class ORN_API IPoint<3> {
+public:
+    static IPoint const m_origin;
+    static IPoint const& origin() noexcept { return m_origin; }
+
+    constexpr IPoint() noexcept = default;  ///< zero
+    constexpr IPoint(int x, int y, int z) noexcept : x_{x}, y_{y}, z_{z} {}
+    explicit constexpr IPoint(int const* a) noexcept : x_{a[0]}, y_{a[1]}, z_{a[2]} {}
+
+    constexpr int x() const noexcept { return x_; }
+    constexpr int y() const noexcept { return y_; }
+    constexpr int z() const noexcept { return z_; }
+    constexpr int operator[](int i) const noexcept { return i == 0 ? x_ : i == 1 ? y_ : z_; }  ///< else z
+    constexpr void packToPod(int* a) const noexcept { a[0] = x_, a[1] = y_, a[2] = z_; }
+    constexpr bool isNaN() const noexcept { return false; }
+    constexpr bool isFinite() const noexcept { return true; }
+
+    constexpr IPoint& operator+=(IVector<3> const& v) noexcept { return *this = {x_ + v.x(), y_ + v.y(), z_ + v.z()}; }
+    constexpr IPoint& operator-=(IVector<3> const& v) noexcept { return *this = {x_ - v.x(), y_ - v.y(), z_ - v.z()}; }
+
+private:
+    int x_ = 0;
+    int y_ = 0;
+    int z_ = 0;
+};
+
+/// Written as (x,y) and (x,y,z).
+ORN_API std::wostream& operator<<(std::wostream& os, IVector<2> const& v);
+ORN_API std::wostream& operator<<(std::wostream& os, IVector<3> const& v);
