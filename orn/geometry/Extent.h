@@ -14,7 +14,7 @@ namespace ORN {
 template <class T, int N>
 struct Bounds {
     static constexpr T least = std::numeric_limits<T>::lowest();
-    static constexpr T most = std::numeric_limits<T>::max();
+    static constexpr T most = (std::numeric_limits<T>::max)();
 
     T lo[N];
     T hi[N];

@@ -1,0 +1,65 @@
+#include "orn/geometry/Arc.h"
+
+#include "orn/geometry/ArcFunctions.h"
+
+#include <cmath>
+#include <ostream>
+#include <utility>
+
+namespace ORN {
+
+Point<2> Arc<2>::midpoint() const noexcept {
+    Vector<2> const d = end_ - start_;
+    return start_ + Vector<2>{(d.x() + bulge_ * d.y()) / 2, (d.y() - bulge_ * d.x()) / 2};
+}
+
+Point<2> Arc<2>::centre() const noexcept {
+    Vector<2> const d = end_ - start_;
+    double const k = (bulge_ - 1 / bulge_) / 2;
+    return start_ + Vector<2>{(d.x() + d.y() * k) / 2, (d.y() - d.x() * k) / 2};
+}
+
+double Arc<2>::radius() const noexcept { return (start_ - centre()).length(); }
+
+double Arc<2>::length() const noexcept { return ORNArcLength(bulge_) * (end_ - start_).length(); }
+
+double Arc<2>::deviation() const noexcept { return std::fabs(bulge_ * (end_ - start_).length() * 0.5); }
+
+Extent<2> Arc<2>::extent() const noexcept {
+    Extent<2> box{start_, end_};
+    if (bulge_ == 0) return box;
+
+    Point<2> const c = centre();
+    double const r = radius();
+    int from = (start_ - c).quadrant();
+    int to = (end_ - c).quadrant();
+    if (bulge_ < 0) std::swap(from, to);
+    if (to < from) to += 4;
+    Vector<2> const extremes[] = {{0, r}, {-r, 0}, {0, -r}, {r, 0}};  // on leaving the quadrants 1 to 4
+    for (int quadrant = from; quadrant < to; ++quadrant) box += c + extremes[(quadrant - 1) % 4];
+    return box;
+}
+
+bool Arc<2>::measureOff(double distance, Point<2>& point, Vector<2>& tangent) const noexcept {
+    double const fraction = distance / length();
+    if (bulge_ == 0) {
+        Vector<2> const d = end_ - start_;
+        point = start_ + d * fraction;
+        tangent = d / d.length();
+    } else {
+        Point<2> const c = centre();
+        Vector<2> const arm = start_ - c;
+        double const r = bulge_ > 0 ? arm.length() : -arm.length();
+        double const cosine = std::cos(distance / r), sine = std::sin(distance / r);
+        Vector<2> const turned{arm.x() * cosine - arm.y() * sine, arm.y() * cosine + arm.x() * sine};
+        point = c + turned;
+        tangent = turned.perpendicular() / r;
+    }
+    return 0 <= fraction && fraction <= 1;
+}
+
+std::wostream& operator<<(std::wostream& os, Arc<2> const& arc) {
+    return os << arc.start() << L'[' << arc.bulge() << L']' << arc.end();
+}
+
+}

@@ -1,0 +1,25 @@
+/// The mathematics of circular arcs that depends on the bulge alone, in units of the chord length, with C linkage.
+///
+/// The bulge is the tangent of a quarter of the included angle: 0 for a straight segment, ±1 for a semicircle, more for
+/// more. It is positive when the arc runs anticlockwise from its start to its end. Any thread may call; NaN gives NaN.
+#pragma once
+
+#include "orn/Export.h"
+
+extern "C" {
+
+/// Arc length over chord length. Relative error at most 2 units in the last place.
+ORN_API double ORNArcLength(double bulge) noexcept;
+
+/// Area between arc and chord over the chord's square, signed as the bulge.
+ORN_API double ORNArcSegmentArea(double bulge) noexcept;
+
+/// Distance of that segment's centre of gravity from the chord over the chord length, signed as the bulge.
+ORN_API double ORNArcSegmentCoG(double bulge) noexcept;
+
+/// Splits an arc at the parameter t, proportional to arc length: −1 is the start, 0 the midpoint, 1 the end. All six
+/// outputs are written; first and second are the parts' bulges. The frame is the chord's: it runs along x from −0.5 to
+/// 0.5, (along, height) is the point of the split, and heights are positive on the side to which a positive bulge bulges.
+ORN_API void ORNArcSplit(double t, double bulge, double* first, double* height, double* along, double* tangentY,
+                         double* tangentX, double* second) noexcept;
+}

@@ -1,0 +1,103 @@
+#include "orn/geometry/SpatialArc.h"
+
+#include "orn/geometry/ArcFunctions.h"
+
+#include <cmath>
+#include <ostream>
+
+namespace ORN {
+
+namespace {
+
+Vector<3> axisOf(Vector<3> const& d) noexcept {
+    double const xx = d.x() * d.x(), yy = d.y() * d.y(), zz = d.z() * d.z();
+    if (yy + zz > xx + zz) return Vector<3>{0, d.z(), -d.y()}.unit();
+    if (xx + zz > 0) return Vector<3>{-d.z(), 0, d.x()}.unit();
+    return {0, 0, 1};
+}
+
+}
+
+Arc<3>::Arc(Point<3> const& start, Point<3> const& end) noexcept
+    : start_{start}, axis_{axisOf(end - start)}, end_{end} {}
+
+Point<3> Arc<3>::midpoint() const noexcept {
+    Point<3> const middle = ::midpoint(start_, end_);
+    if (bulge_ == 0) return middle;
+    return middle + cross(end_ - start_, axis_) * bulge_ / 2;
+}
+
+Point<3> Arc<3>::centre() const noexcept {
+    Vector<3> const d = end_ - start_;
+    return start_ + d / 2 + cross(axis_, d) * ((1 - bulge_ * bulge_) / (4 * bulge_));
+}
+
+double Arc<3>::radius() const noexcept {
+    return std::fabs((end_ - start_).length() * (bulge_ * bulge_ + 1) / (4 * bulge_));
+}
+
+double Arc<3>::length() const noexcept { return ORNArcLength(bulge_) * (end_ - start_).length(); }
+
+double Arc<3>::deviation() const noexcept { return std::fabs((end_ - start_).length() * 0.5 * bulge_); }
+
+Plane Arc<3>::plane() const noexcept { return {axis_, start_}; }
+
+// At the angle psi from the arc's midpoint, with d the chord, e = d × axis and R = (b² + 1) / (4b), an axis' coordinate
+// is that of the chord's middle plus R·(d sin psi + e (cos psi − cos alpha)), and the ends are at ±alpha, tan(alpha / 2)
+// being b. Its extremes are at (sin psi, cos psi) = ±(d, e) / h with h = |(d, e)|. They count when |tan(psi / 2)|, which is
+// |d| / (h ± e), is less than |b|. Both h ∓ e and the chord's share are so written that nearly straight arcs lose nothing.
+Extent<3> Arc<3>::extent() const noexcept {
+    Vector<3> const chord = end_ - start_;
+    Vector<3> const rise = cross(chord, axis_);
+    Point<3> const middle = ::midpoint(start_, end_);
+    double const r = (bulge_ * bulge_ + 1) / (4 * bulge_);
+    double rows[2][3];
+    Extent<3>{start_, end_}.packToPod(rows);
+    for (int i = 0; i < 3; ++i) {
+        double const d = chord[i];
+        double const h = std::hypot(d, rise[i]);
+        for (double const side : {1.0, -1.0}) {
+            double const e = side * rise[i];
+            double const less = e > 0 ? d * d / (h + e) : h - e;  // h − e
+            double const more = e > 0 ? h + e : d * d / less;     // h + e
+            if (!(std::fabs(d) < std::fabs(bulge_) * more)) continue;
+            double const extreme = middle[i] + (side * r * less + rise[i] * bulge_ / 2);
+            if (rows[0][i] > extreme) rows[0][i] = extreme;
+            if (extreme > rows[1][i]) rows[1][i] = extreme;
+        }
+    }
+    return Extent<3>{rows};
+}
+
+void Arc<3>::bisect(Arc& first, Arc& second) const noexcept {
+    // tan(x / 2) = tan x / (sqrt(tan² x + 1) + 1), which neither cancels nor needs a series for a small bulge.
+    double const half = bulge_ / (std::sqrt(bulge_ * bulge_ + 1) + 1);
+    Point<3> const middle = midpoint();
+    Arc const front{start_, half, axis_, middle};
+    second = Arc{middle, half, axis_, end_};
+    first = front;
+}
+
+bool Arc<3>::measureOff(double distance, Point<3>& point, Vector<3>& tangent) const noexcept {
+    double const fraction = distance / length();
+    if (bulge_ == 0) {
+        Vector<3> const d = end_ - start_;
+        point = start_ + d * fraction;
+        tangent = d / d.length();
+    } else {
+        Point<3> const c = centre();
+        Vector<3> const arm = start_ - c;
+        double const r = bulge_ < 0 ? -arm.length() : arm.length();
+        double const cosine = std::cos(distance / r), sine = std::sin(distance / r);
+        Vector<3> const turned = arm * cosine + cross(axis_, arm) * sine;
+        point = c + turned;
+        tangent = cross(axis_, turned) / r;
+    }
+    return 0 <= fraction && fraction <= 1;
+}
+
+std::wostream& operator<<(std::wostream& os, Arc<3> const& arc) {
+    return os << arc.start() << L'[' << arc.bulge() << L' ' << arc.axis() << L']' << arc.end();
+}
+
+}
