@@ -8,10 +8,10 @@
 namespace ORN::os {
 
 /// Null when it fails. A name that the system's file names cannot hold fails like a missing file.
-std::FILE* openFile(std::wstring const& name, std::wstring const& mode) noexcept;
+std::FILE* openFile(std::wstring const& name, std::wstring const& mode);
 
 /// Whether anything, file or folder, bears the name.
-bool fileExists(std::wstring const& name) noexcept;
+bool fileExists(std::wstring const& name);
 
 /// Both return the bytes moved; failed: the stream's error indicator is set now.
 std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& failed) noexcept;

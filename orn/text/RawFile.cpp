@@ -5,7 +5,8 @@
 #include "orn/text/Printf.h"
 #include "ornmsg/ornmsg.h"
 
-#include <memory>
+#include <cerrno>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -112,6 +113,13 @@ RawFileReader* rawOpen(std::wstring const& name) { return new RawFileImp{name, L
 RawFileWriter* rawCreate(std::wstring const& name) { return new RawFileImp{name, L"w+b", cannotCreate}; }
 RawFileWriter* rawAppend(std::wstring const& name) { return new RawFileImp{name, L"a+b", cannotCreate}; }
 
-std::FILE* fileOpen(std::wstring const& name, std::wstring const& mode) noexcept { return os::openFile(name, mode); }
+std::FILE* fileOpen(std::wstring const& name, std::wstring const& mode) noexcept {
+    try {
+        return os::openFile(name, mode);
+    } catch (std::bad_alloc const&) {
+        errno = ENOMEM;
+        return nullptr;
+    }
+}
 
 }

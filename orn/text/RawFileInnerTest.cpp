@@ -100,6 +100,17 @@ TEST(RawFileFailures, OpeningLosesNothingWhenMemoryRunsOut) {
     EXPECT_NO_THROW(folder.removeAll());
 }
 
+TEST(RawFileFailures, FileOpenNeverThrows) {
+    TemporaryFolder const folder;
+    std::wstring const name = folder / L"a name of some length", mode = L"wb";
+    std::FILE* file = nullptr;
+    for (int number = 0; file == nullptr; ++number) {
+        faults::AllocationFails const fails{number};
+        EXPECT_NO_THROW(file = fileOpen(name, mode));
+    }
+    std::fclose(file);
+}
+
 #if defined(__linux__)
 TEST(RawFileFailures, AFullDiskIsReportedWhenTheBytesReachIt) {
     auto const full = [] { return std::unique_ptr<RawFileWriter>{rawAppend(L"/dev/full")}; };

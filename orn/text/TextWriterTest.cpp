@@ -1,3 +1,214 @@
 #include "orn/text/TextWriter.h"
 
-#include <gtest/gtest.h>
+#include "orn/foundation/Error.h"
+#include "orn/text/Encoding.h"
+#include "orn/text/TextReader.h"
+#include "tests/support/MemoryStreams.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+
+using namespace ORN;
+using namespace std::string_literals;
+using testing::ElementsAre;
+
+namespace {
+
+constexpr TextEncoding all[] = {encMultibyte, encUTF8, encUTF16, encUTF16le, encUTF16be};
+
+std::string bytesOf(std::wstring const& text, TextEncoding encoding, bool mark = false) {
+    MemoryWriter raw;
+    std::unique_ptr<TextWriter> { TextWriter::create(raw, encoding, mark) } -> write(text);
+    return raw.bytes;
+}
+
+std::wstring failureOf(std::wstring const& text, TextEncoding encoding) {
+    MemoryWriter raw;
+    std::unique_ptr<TextWriter> const writer{TextWriter::create(raw, encoding, false)};
+    try {
+        writer->write(text);
+    } catch (OrnError const& error) {
+        writer->flush();
+        EXPECT_EQ(raw.bytes, bytesOf(L"before", encoding)) << "nothing in its place";
+        return error.wWhat();
+    }
+    return L"nothing thrown";
+}
+
+TEST(TextWriter, BytesOfEveryEncoding) {
+    struct Case {
+        TextEncoding encoding;
+        std::string bytes;
+    };
+    for (auto const& [encoding, bytes] : {
+             Case{encMultibyte, "x\r\n"},
+             {encUTF8, "\xEF\xBB\xBFx\r\n\xC2\x80\xE2\x82\xAC\xF0\x9F\x98\x80"},
+             {encUTF16, "\xFF\xFEx\0\r\0\n\0\x80\0\xAC\x20\x3D\xD8\x00\xDE"s},
+             {encUTF16le, "\xFF\xFEx\0\r\0\n\0\x80\0\xAC\x20\x3D\xD8\x00\xDE"s},
+             {encUTF16be, "\xFE\xFF\0x\0\r\0\n\0\x80\x20\xAC\xD8\x3D\xDE\x00"s},
+         }) {
+        std::wstring const text = encoding == encMultibyte ? L"x\n" : L"x\n\x80\x20AC\xD83D\xDE00";
+        EXPECT_EQ(bytesOf(text, encoding, true), bytes) << encoding;
+    }
+    EXPECT_EQ(bytesOf(L"x", encUTF8, false), "x");
+}
+
+TEST(TextWriter, LineEnds) {
+    struct Case {
+        wchar_t const* text;
+        char const* bytes;
+    };
+    for (auto const& [text, bytes] : {
+             Case{L"a\nb\rc\r\nd", "a\r\nb\r\nc\r\nd"},
+             {L"a\x2028\x2029\x85", "a\r\n\r\n\r\n"},
+             {L"\n\r", "\r\n\r\n"},
+             {L"\r\r\n", "\r\n\r\n"},
+             {L"a\fb\vc", "a\fb\vc"},
+             {L"", ""},
+         }) {
+        EXPECT_EQ(bytesOf(text, encUTF8), bytes) << testing::PrintToString(text);
+    }
+    MemoryWriter raw;
+    std::unique_ptr<TextWriter> const writer{TextWriter::create(raw, encUTF8, false)};
+    writer->writeLine(L"one\r");
+    writer->writeLine(L"\ntwo");
+    writer->flush();
+    EXPECT_EQ(raw.bytes, "one\r\n\r\n\r\ntwo\r\n");
+}
+
+TEST(TextWriter, WhatIsNoCharacterIsAnError) {
+    auto const message = [](wchar_t const* character) {
+        return L"The character "s + character + L" cannot be written to the file \"memory\".";
+    };
+    for (TextEncoding const encoding : all) {
+        EXPECT_EQ(failureOf(L"before\xDC00 and behind", encoding), message(L"U+DC00"));
+        EXPECT_EQ(failureOf(L"before\xD83D", encoding), message(L"U+D83D"));
+        EXPECT_EQ(failureOf(L"before\xD83Dx", encoding), message(L"U+D83D"));
+        EXPECT_EQ(failureOf(L"before\xDE00\xD83D", encoding), message(L"U+DE00"));
+        if constexpr (sizeof(wchar_t) == 4) {
+            EXPECT_EQ(failureOf(L"before"s + static_cast<wchar_t>(0x110000), encoding), message(L"U+110000"));
+        }
+    }
+    for (std::wstring const text : {L"\u4e00", L"\u0416", L"\u00e9", L"\xD83D\xDE00"}) {
+        if (getWCS(getMBS(text)) == text) {
+            EXPECT_EQ(bytesOf(text, encMultibyte), getMBS(text));
+        } else {
+            EXPECT_EQ(failureOf(L"before" + text, encMultibyte).find(L"The character U+"), 0u);
+        }
+    }
+}
+
+TEST(TextWriter, TheBufferGoesOutWhenItIsFullAndNotBefore) {
+    MemoryWriter raw;
+    std::unique_ptr<TextWriter> writer{TextWriter::create(raw, encUTF8, false)};
+    writer->write(std::wstring(1022, L'x'));
+    EXPECT_TRUE(raw.sizes.empty());
+    writer->write(L"\xD83D\xDE00");  // four bytes for two left
+    EXPECT_THAT(raw.sizes, ElementsAre(1022));
+    writer->write(std::wstring(1020, L'y'));
+    EXPECT_THAT(raw.sizes, ElementsAre(1022));
+    writer->write(L"z");
+    EXPECT_THAT(raw.sizes, ElementsAre(1022, 1024));
+    EXPECT_EQ(raw.flushes, 0);
+    writer->flush();
+    EXPECT_THAT(raw.sizes, ElementsAre(1022, 1024, 1));
+    EXPECT_EQ(raw.flushes, 1);
+    writer->write(L"end");
+    writer.reset();
+    EXPECT_EQ(raw.flushes, 1);
+    EXPECT_EQ(raw.bytes, std::string(1022, 'x') + "\xF0\x9F\x98\x80" + std::string(1020, 'y') + "zend");
+}
+
+TEST(TextWriter, DeletingWritesWhatIsLeftAndNeverThrows) {
+    MemoryWriter full{0};
+    std::unique_ptr<TextWriter> writer{TextWriter::create(full, encUTF8, false)};
+    writer->write(L"x");
+    EXPECT_NO_THROW(writer.reset());
+    EXPECT_THAT(full.sizes, ElementsAre(1));
+
+    auto raw = std::make_unique<MemoryWriter>();
+    writer.reset(TextWriter::create(*raw, encUTF8, true));
+    writer->close();
+    EXPECT_EQ(raw->bytes, "\xEF\xBB\xBF");
+    raw.reset();
+    writer.reset();  // with an empty buffer it does not ask for the raw writer
+}
+
+TEST(TextWriter, AWriteThatFailsKeepsTheBuffer) {
+    MemoryWriter raw{1000};
+    std::unique_ptr<TextWriter> const writer{TextWriter::create(raw, encUTF8, false)};
+    EXPECT_THROW(writer->write(std::wstring(1025, L'x')), std::runtime_error);
+    EXPECT_THROW(writer->flush(), std::runtime_error);
+    EXPECT_THAT(raw.sizes, ElementsAre(1024, 1024));
+    EXPECT_EQ(raw.flushes, 0);
+}
+
+TEST(TextWriter, CreatingAndAppendingFiles) {
+    TemporaryFolder const folder;
+    struct Case {
+        std::string before;
+        TextOpenMode mode;
+        TextEncoding asked;
+        std::string after;
+    };
+    for (auto const& [before, mode, asked, after] : {
+             Case{"old text", textCreate, encMultibyte, "x\r\n"},
+             {"old text", textCreate, encUTF8, "\xEF\xBB\xBFx\r\n"},
+             {"old text", static_cast<TextOpenMode>(7), encUTF16be, "\xFE\xFF\0x\0\r\0\n"s},
+             {"", textAppend, encUTF16be, "\xFE\xFF\0x\0\r\0\n"s},
+             {"", textAppend, encMultibyte, "x\r\n"},
+             {"old", textAppend, encUTF8, "oldx\r\n"},
+             {"\xEF\xBB\xBFold", textAppend, encUTF16le, "\xEF\xBB\xBFoldx\r\n"},
+             {"\xFF\xFE", textAppend, encUTF8, "\xFF\xFEx\0\r\0\n\0"s},
+             {"\xFE\xFF\0o"s, textAppend, encMultibyte, "\xFE\xFF\0o\0x\0\r\0\n"s},
+             {"\xEF\xBB", textAppend, encUTF16le, "\xEF\xBBx\r\n"},
+             {"old", textAppend, static_cast<TextEncoding>(9), "oldx\r\n"},
+         }) {
+        std::wstring const name = folder.put("file", before);
+        std::unique_ptr<TextWriter> const writer{TextWriter::create(name, mode, asked)};
+        writer->writeLine(L"x");
+        writer->close();
+        EXPECT_EQ(folder.get("file"), after) << testing::PrintToString(before);
+        EXPECT_NO_THROW(writer->close());
+        EXPECT_THROW(writer->write(L"y"), std::logic_error);
+        EXPECT_THROW(writer->flush(), std::logic_error);
+    }
+    std::unique_ptr<TextWriter> { TextWriter::create(folder / L"new", textAppend, encUTF8) } -> write(L"n");
+    EXPECT_EQ(folder.get("new"), "\xEF\xBB\xBFn");
+    EXPECT_THROW(TextWriter::create(folder / L"no/such/folder", textCreate, encUTF8), OrnError);
+    EXPECT_THROW(TextWriter::create(folder / L"no/such/folder", textAppend, encUTF8), OrnError);
+}
+
+TEST(TextWriter, ValuesThatAreNoEncodingGiveNullAndTouchNoFile) {
+    TemporaryFolder const folder;
+    MemoryWriter raw;
+    std::wstring const name = folder.put("file", "old");
+    for (int const value : {-1, 5, 100}) {
+        EXPECT_EQ(TextWriter::create(raw, static_cast<TextEncoding>(value), true), nullptr);
+        EXPECT_EQ(TextWriter::create(name, textCreate, static_cast<TextEncoding>(value)), nullptr);
+    }
+    EXPECT_EQ(folder.get("file"), "old");
+}
+
+TEST(TextWriter, WhatIsWrittenIsRead) {
+    TemporaryFolder const folder;
+    std::wstring const lines[] = {L"", L"plain", std::wstring(3000, L'w'),
+                                  L"caf\u00e9 \u20ac \u65e5\u672c \xD83D\xDCD0", L"\xFEFF\v\x1F\xFFFF"};
+    for (TextEncoding const encoding : {encUTF8, encUTF16, encUTF16le, encUTF16be}) {
+        {
+            std::unique_ptr<TextWriter> const writer{TextWriter::create(folder / L"file", textCreate, encoding)};
+            for (auto const& line : lines) writer->writeLine(line);
+        }
+        std::unique_ptr<TextReader> const reader{TextReader::create(folder / L"file")};
+        std::wstring read;
+        for (auto const& line : lines) {
+            EXPECT_TRUE(reader->readLine(read));
+            EXPECT_EQ(read, line);
+        }
+        EXPECT_FALSE(reader->readLine(read));
+    }
+}
+
+}

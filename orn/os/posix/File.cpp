@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <exception>
 
 #include <sys/stat.h>
 
@@ -15,18 +14,12 @@ namespace ORN::os {
 namespace {
 
 /// The name in the system's own encoding; false, with errno set, when it has none.
-bool nativeName(std::wstring const& name, std::string& native) noexcept {
+bool nativeName(std::wstring const& name, std::string& native) {
+    native.resize(8 * name.size() + 1);
     bool substituted = false;
-    int length = 0;
-    try {
-        native.resize(8 * name.size() + 1);
-        length = wideToMultibyteStrictly(name.data(), static_cast<int>(name.size()), native.data(),
-                                         static_cast<int>(native.size()), substituted);
-        native.resize(static_cast<std::size_t>(length));
-    } catch (std::exception const&) {
-        errno = ENOMEM;
-        return false;
-    }
+    int const length = wideToMultibyteStrictly(name.data(), static_cast<int>(name.size()), native.data(),
+                                               static_cast<int>(native.size()), substituted);
+    native.resize(static_cast<std::size_t>(length));
     bool const known = length > 0 && !substituted && native.find('\0') == std::string::npos;
     if (!known) errno = ENOENT;
     return known;
@@ -34,7 +27,7 @@ bool nativeName(std::wstring const& name, std::string& native) noexcept {
 
 }
 
-std::FILE* openFile(std::wstring const& name, std::wstring const& mode) noexcept {
+std::FILE* openFile(std::wstring const& name, std::wstring const& mode) {
     if (ORN_OS_REFUSED("fopen")) {
         errno = EACCES;
         return nullptr;
@@ -51,7 +44,7 @@ std::FILE* openFile(std::wstring const& name, std::wstring const& mode) noexcept
     return nativeName(name, path) ? std::fopen(path.c_str(), narrow) : nullptr;
 }
 
-bool fileExists(std::wstring const& name) noexcept {
+bool fileExists(std::wstring const& name) {
     std::string path;
     struct stat status;
     return nativeName(name, path) && ::lstat(path.c_str(), &status) == 0;

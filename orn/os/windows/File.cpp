@@ -10,7 +10,7 @@
 
 namespace ORN::os {
 
-std::FILE* openFile(std::wstring const& name, std::wstring const& mode) noexcept {
+std::FILE* openFile(std::wstring const& name, std::wstring const& mode) {
     if (ORN_OS_REFUSED("fopen")) {
         errno = EACCES;
         return nullptr;
@@ -22,7 +22,7 @@ std::FILE* openFile(std::wstring const& name, std::wstring const& mode) noexcept
     return ::_wfopen(name.c_str(), mode.c_str());
 }
 
-bool fileExists(std::wstring const& name) noexcept {
+bool fileExists(std::wstring const& name) {
     return name.find(L'\0') == std::wstring::npos && ::GetFileAttributesW(name.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
