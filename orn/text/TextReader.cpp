@@ -26,10 +26,11 @@ constexpr std::uint64_t bufferSize = 1024;
 constexpr std::uint64_t longestCharacter = 16;  // in bytes, of any encoding
 constexpr std::uint64_t asciiBlock = 16;
 
-/// A stretch of text taken from the buffer.
+/// A stretch of text taken from the buffer, and whether the line ended behind it (then bytes counts the line end, too).
 struct Run {
     std::uint64_t bytes;
     std::size_t units;
+    bool lineEnded;
 };
 
 class TextReaderImp : public TextReader {
@@ -46,6 +47,7 @@ public:
             Run const run = takeRun(units, buffer_ + position_, count_ - position_);
             line.append(units, run.units);
             position_ += run.bytes;
+            if (run.lineEnded) return true;
 
             CodePoint c = CodePoint::codePoint(0);
             if (fetch(c) == 0) return !line.empty();
@@ -65,8 +67,8 @@ protected:
     /// How many bytes the character at their head takes; 0 when they are no whole valid one.
     virtual std::uint64_t decode(CodePoint& c, unsigned char const* bytes, std::uint64_t available) const = 0;
 
-    /// Takes what decode would take, up to a line end or something that needs a closer look; one unit a byte at most, and
-    /// up to asciiBlock units are written beyond those counted.
+    /// Takes what decode would take, up to and with a line end, or up to something that needs a closer look. That is one
+    /// unit a byte at most; up to asciiBlock units are written beyond those counted.
     virtual Run takeRun(wchar_t* units, unsigned char const* bytes, std::uint64_t available) const = 0;
 
 private:
@@ -104,17 +106,28 @@ private:
     std::uint64_t position_ = 0;
 };
 
-constexpr bool isAsciiText(unsigned char byte) noexcept { return byte < 0x80 && !isLineEnd(byte); }
+constexpr bool isCharacter(unsigned int value) noexcept { return value < 0x110000 && !isSurrogate(value); }
 
+wchar_t* append(wchar_t* out, unsigned int value) noexcept {
+    if (value < 0x10000) {
+        *out++ = static_cast<wchar_t>(value);
+    } else {
+        *out++ = static_cast<wchar_t>(0xD800 | (value - 0x10000) >> 10);
+        *out++ = static_cast<wchar_t>(0xDC00 | (value & 0x3FF));
+    }
+    return out;
+}
+
+// Widens a block; the bits returned tell which of its bytes are no ASCII, or line ends.
 #if defined(__SSE2__)
-// Widens a block of bytes below 0x80.
-void widen(wchar_t* units, __m128i bytes) noexcept {
+inline unsigned int widenBlock(wchar_t* out, unsigned char const* bytes) noexcept {
+    __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(bytes));
     __m128i const zero = _mm_setzero_si128();
-    auto const put = [&units](__m128i some) {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(units), some);
-        units += sizeof some / sizeof *units;
+    auto const put = [&out](__m128i some) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), some);
+        out += sizeof some / sizeof *out;
     };
-    for (__m128i const half : {_mm_unpacklo_epi8(bytes, zero), _mm_unpackhi_epi8(bytes, zero)}) {
+    for (__m128i const half : {_mm_unpacklo_epi8(block, zero), _mm_unpackhi_epi8(block, zero)}) {
         if constexpr (sizeof(wchar_t) == 2) {
             put(half);
         } else {
@@ -122,55 +135,23 @@ void widen(wchar_t* units, __m128i bytes) noexcept {
             put(_mm_unpackhi_epi16(half, zero));
         }
     }
+    auto const equals = [block](char byte) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(byte)); };
+    __m128i const ends = _mm_or_si128(_mm_or_si128(equals(0x0A), equals(0x0C)), equals(0x0D));
+    return static_cast<unsigned int>(_mm_movemask_epi8(_mm_or_si128(ends, block)));
+}
+#else
+inline unsigned int widenBlock(wchar_t* out, unsigned char const* bytes) noexcept {
+    unsigned int stops = 0;
+    for (unsigned int i = 0; i != asciiBlock; ++i) {
+        out[i] = bytes[i];
+        stops |= static_cast<unsigned int>(bytes[i] >= 0x80 || isLineEnd(bytes[i])) << i;
+    }
+    return stops;
 }
 #endif
 
-// Widens ASCII up to a line end; returns how many bytes. A last block may be written whole.
-std::size_t takeAscii(wchar_t* units, unsigned char const* bytes, std::uint64_t available) noexcept {
-    std::size_t taken = 0;
-#if defined(__SSE2__)
-    __m128i const feed = _mm_set1_epi8(0x0A), formFeed = _mm_set1_epi8(0x0C), carriageReturn = _mm_set1_epi8(0x0D);
-    while (available - taken >= asciiBlock) {
-        __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(bytes + taken));
-        __m128i const ends = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(block, feed), _mm_cmpeq_epi8(block, formFeed)),
-                                          _mm_cmpeq_epi8(block, carriageReturn));
-        widen(units + taken, block);
-        unsigned int const stops = static_cast<unsigned int>(_mm_movemask_epi8(_mm_or_si128(ends, block)));
-        if (stops != 0) return taken + static_cast<std::size_t>(std::countr_zero(stops));
-        taken += asciiBlock;
-    }
-#endif
-    for (; taken != available && isAsciiText(bytes[taken]); ++taken) units[taken] = bytes[taken];
-    return taken;
-}
-
-/// Decodes whole stretches by a decoder's own step and, where ASCII is one byte a character, whole blocks of that.
-template <typename Decoder>
-Run runOf(Decoder const& decoder, bool ascii, wchar_t* units, unsigned char const* bytes, std::uint64_t available) {
-    std::uint64_t taken = 0;
-    wchar_t* out = units;
-    while (taken != available) {
-        if (ascii && isAsciiText(bytes[taken])) {
-            std::size_t const some = takeAscii(out, bytes + taken, available - taken);
-            out += some;
-            taken += some;
-            if (taken == available) break;
-        }
-        unsigned int value = 0;
-        std::uint64_t const step = decoder.step(value, bytes + taken, available - taken);
-        if (step == 0 || isLineEnd(value) || isSurrogate(value) || value >= 0x110000) break;
-        if (value < 0x10000) {
-            *out++ = static_cast<wchar_t>(value);
-        } else {
-            *out++ = static_cast<wchar_t>(0xD800 | (value - 0x10000) >> 10);
-            *out++ = static_cast<wchar_t>(0xDC00 | (value & 0x3FF));
-        }
-        taken += step;
-    }
-    return {taken, static_cast<std::size_t>(out - units)};
-}
-
-/// The two virtual steps of a reader, from its one inline step.
+/// The two virtual steps of a reader, from the inline ones of the derived class: step, which decodes a character, and
+/// takePlain, which takes as much as it can quickly of what are no line ends and no surrogates.
 template <typename Derived>
 class StepReader : public TextReaderImp {
 public:
@@ -183,19 +164,77 @@ protected:
         c = CodePoint::codePoint(value);
         return taken;
     }
+
     Run takeRun(wchar_t* units, unsigned char const* bytes, std::uint64_t available) const override {
-        return runOf(derived(), derived().hasAscii(), units, bytes, available);
+        unsigned char const *p = bytes, *const end = bytes + available;
+        wchar_t* out = units;
+        bool lineEnded = false;
+        while (p != end) {
+            derived().takePlain(out, p, end);
+            unsigned int value = 0;
+            std::uint64_t const taken = derived().step(value, p, static_cast<std::uint64_t>(end - p));
+            if (taken == 0 || !isCharacter(value)) break;
+            if (isLineEnd(value)) {
+                lineEnded = takeLineEnd(value, taken, p, end);
+                break;
+            }
+            out = append(out, value);
+            p += taken;
+        }
+        return {static_cast<std::uint64_t>(p - bytes), static_cast<std::size_t>(out - units), lineEnded};
     }
 
 private:
     Derived const& derived() const noexcept { return static_cast<Derived const&>(*this); }
+
+    // False for a CR when what stands behind it is not at hand.
+    bool takeLineEnd(unsigned int value, std::uint64_t taken, unsigned char const*& p, unsigned char const* end) const {
+        if (value == 0x0D) {
+            unsigned int next = 0;
+            std::uint64_t const more = derived().step(next, p + taken, static_cast<std::uint64_t>(end - p) - taken);
+            if (more == 0 || !isCharacter(next)) return false;
+            if (next == 0x0A) taken += more;
+        }
+        p += taken;
+        return true;
+    }
 };
 
 class UTF8ReaderImp final : public StepReader<UTF8ReaderImp> {
 public:
     using StepReader::StepReader;
 
-    static constexpr bool hasAscii() noexcept { return true; }
+    static void takePlain(wchar_t*& units, unsigned char const*& bytes, unsigned char const* end) noexcept {
+        wchar_t* out = units;  // local, so that what is written through it cannot change it
+        unsigned char const* p = bytes;
+        while (end - p >= static_cast<std::ptrdiff_t>(asciiBlock)) {
+            if (*p < 0x80) {
+                unsigned int const stops = widenBlock(out, p);
+                unsigned int const taken = stops == 0 ? asciiBlock : static_cast<unsigned int>(std::countr_zero(stops));
+                out += taken;
+                p += taken;
+                if (stops == 0) continue;
+                if (*p < 0x80 || end - p < 3) break;
+            }
+            // Steps of a constant length, so that one character's does not wait for another's.
+            if (*p < 0xE0) {
+                unsigned int const value = (p[0] & 0x1Fu) << 6 | (p[1] & 0x3Fu);
+                if ((p[1] > 0xC0) | (value < 0x86)) break;
+                *out++ = static_cast<wchar_t>(value);
+                p += 2;
+            } else if (*p < 0xF0) {
+                unsigned int const value = (p[0] & 0x0Fu) << 12 | (p[1] & 0x3Fu) << 6 | (p[2] & 0x3Fu);
+                bool const invalid = (p[1] > 0xC0) | (p[2] > 0xC0) | isSurrogate(value);
+                if (invalid | (value < 0x86) | ((value & ~1u) == 0x2028)) break;
+                *out++ = static_cast<wchar_t>(value);
+                p += 3;
+            } else {
+                break;
+            }
+        }
+        units = out;
+        bytes = p;
+    }
 
     static std::uint64_t step(unsigned int& value, unsigned char const* bytes, std::uint64_t available) noexcept {
         if (available == 0) return 0;
@@ -234,7 +273,7 @@ class UTF16leReaderImp final : public StepReader<UTF16leReaderImp> {
 public:
     using StepReader::StepReader;
 
-    static constexpr bool hasAscii() noexcept { return false; }
+    static constexpr auto takePlain = [](auto&&...) {};
     static constexpr auto step = stepUTF16<0, 1>;
 };
 
@@ -242,7 +281,7 @@ class UTF16beReaderImp final : public StepReader<UTF16beReaderImp> {
 public:
     using StepReader::StepReader;
 
-    static constexpr bool hasAscii() noexcept { return false; }
+    static constexpr auto takePlain = [](auto&&...) {};
     static constexpr auto step = stepUTF16<1, 0>;
 };
 
@@ -255,7 +294,15 @@ public:
         }
     }
 
-    bool hasAscii() const noexcept { return ascii_; }
+    void takePlain(wchar_t*& out, unsigned char const*& p, unsigned char const* end) const noexcept {
+        while (ascii_ && end - p >= static_cast<std::ptrdiff_t>(asciiBlock)) {
+            unsigned int const stops = widenBlock(out, p);
+            unsigned int const taken = stops == 0 ? asciiBlock : static_cast<unsigned int>(std::countr_zero(stops));
+            out += taken;
+            p += taken;
+            if (stops != 0) return;
+        }
+    }
 
     static std::uint64_t step(unsigned int& value, unsigned char const* bytes, std::uint64_t available) noexcept {
         if (available == 0) return 0;
