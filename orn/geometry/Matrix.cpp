@@ -4,56 +4,81 @@
 
 #include <cmath>
 #include <ostream>
-#include <utility>
 
 template <>
 double Matrix<4>::determinant() const {
     throw ORN::NotImplemented{L"Matrix<M>::determinant"};
 }
 
+namespace {
+
+/// A row of the matrix, and where that of its inverse comes to be.
+struct Row {
+    double a[4];
+    double scale;  // the largest size of an element of the original row
+    double (*b)[4];
+};
+
+// A whole row at a time, also columns that nothing reads any more: four doubles are two vector registers.
+inline void subtract(double (&row)[4], double f, double const (&other)[4]) noexcept {
+    double const copy[4] = {other[0], other[1], other[2], other[3]};
+    for (int j = 0; j < 4; ++j) row[j] -= f * copy[j];
+}
+
+// Which row becomes the pivot is as good as random, so it is chosen and exchanged without branches.
+template <int K>
+inline void eliminate(Row* (&p)[4]) noexcept {
+    Row* pivot = p[K];
+    double largest = std::fabs(pivot->a[K]) / pivot->scale;
+    for (int i = K + 1; i < 4; ++i) {
+        double const ratio = std::fabs(p[i]->a[K]) / p[i]->scale;
+        pivot = ratio > largest ? p[i] : pivot;
+        largest = ratio > largest ? ratio : largest;
+    }
+    for (int i = K + 1; i < 4; ++i) p[i] = p[i] == pivot ? p[K] : p[i];
+    p[K] = pivot;
+
+    for (int i = K + 1; i < 4; ++i) {
+        double const f = p[i]->a[K] / pivot->a[K];
+        subtract(p[i]->a, f, pivot->a);
+        subtract(*p[i]->b, f, *pivot->b);
+    }
+}
+
+template <int K>
+inline void substitute(Row* (&p)[4]) noexcept {
+    double const v = p[K]->a[K];
+    for (int i = K - 1; i >= 0; --i) subtract(*p[i]->b, p[i]->a[K] / v, *p[K]->b);
+    for (double& element : *p[K]->b) element /= v;
+}
+
+}
+
 template <>
 Matrix<4> Matrix<4>::inverse() const noexcept {
-    double a[4][4];
-    packToPod(a);
     double b[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
-    int p[4] = {0, 1, 2, 3};
-    double scale[4];
-    for (int r = 0; r < 4; ++r) {
-        scale[r] = 0.0;
-        for (double const element : a[r])
-            if (std::fabs(element) > scale[r]) scale[r] = std::fabs(element);
-    }
-
-    for (int k = 0; k < 3; ++k) {
-        int chosen = k;
-        double largest = std::fabs(a[p[k]][k]) / scale[p[k]];
-        for (int i = k + 1; i < 4; ++i) {
-            double const ratio = std::fabs(a[p[i]][k]) / scale[p[i]];
-            if (ratio > largest) {
-                largest = ratio;
-                chosen = i;
-            }
+    Row rows[4] = {};
+    Row* p[4];
+    for (int i = 0; i < 4; ++i) {
+        p[i] = &rows[i];
+        for (int j = 0; j < 4; ++j) {
+            double const size = std::fabs(elements_[i][j]);
+            rows[i].a[j] = elements_[i][j];
+            rows[i].scale = size > rows[i].scale ? size : rows[i].scale;
         }
-        std::swap(p[k], p[chosen]);
-
-        double const* const pivot = a[p[k]];
-        for (int i = k + 1; i < 4; ++i) {
-            double* const row = a[p[i]];
-            double const f = row[k] / pivot[k];
-            for (int j = k + 1; j < 4; ++j) row[j] -= f * pivot[j];
-            for (int j = 0; j < 4; ++j) b[p[i]][j] -= f * b[p[k]][j];
-        }
+        rows[i].b = &b[i];
     }
+    eliminate<0>(p);
+    eliminate<1>(p);
+    eliminate<2>(p);
+    substitute<3>(p);
+    substitute<2>(p);
+    substitute<1>(p);
+    substitute<0>(p);
 
-    for (int k = 3; k >= 0; --k) {
-        double const v = a[p[k]][k];
-        for (int i = k - 1; i >= 0; --i) {
-            double const f = a[p[i]][k] / v;
-            for (int j = 0; j < 4; ++j) b[p[i]][j] -= f * b[p[k]][j];
-        }
-        for (double& element : b[p[k]]) element /= v;
-    }
-    return Matrix{b, p};
+    int order[4];
+    for (int i = 0; i < 4; ++i) order[i] = static_cast<int>(p[i] - rows);
+    return Matrix{b, order};
 }
 
 template <int N>

@@ -1,0 +1,6 @@
+orn_unit(transforms/AffineTransform)
+orn_unit(transforms/NonUniformTransform)
+orn_unit(transforms/PerspectiveTransform)
+orn_unit(transforms/PointMapping)
+orn_unit(transforms/Transform)
+orn_unit(transforms/UniformTransform)

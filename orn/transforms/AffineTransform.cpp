@@ -1,0 +1,105 @@
+#include "orn/transforms/AffineTransform.h"
+
+#include "orn/transforms/NonUniformTransform.h"
+#include "orn/transforms/NotImplementedImp.h"
+#include "orn/transforms/PerspectiveTransform.h"
+#include "orn/transforms/UniformTransform.h"
+
+#include <memory>
+#include <ostream>
+
+template <int N>
+AffineTransform<N>::~AffineTransform() = default;
+
+template <int N>
+Transform<N - 1>* AffineTransform<N>::pSlice() const {
+    if constexpr (N == 2) {
+        throwText(sliceNotImplementedText);
+    } else {
+        Matrix<3> const& m = matrix_;
+        auto plane = std::make_unique<NonUniformTransform<2>>(
+            NonUniformTransform<2>::axes({m[0][0], m[0][1]}, {m[1][0], m[1][1]}));
+        *plane *= UniformTransform<2>::translation({vector_.x(), vector_.y()});
+        return plane.release();
+    }
+}
+
+template <int N>
+Transform<N>* AffineTransform<N>::composeWith(Transform<N> const& other) const {
+    if (auto const* const affine = dynamic_cast<AffineTransform const*>(&other)) return composeWith(*affine);
+    if (auto const* const perspective = dynamic_cast<PerspectiveTransform<N> const*>(&other)) {
+        auto result = std::make_unique<PerspectiveTransform<N>>(*perspective);
+        result->preMultiply(*this);
+        return result.release();
+    }
+    return Transform<N>::composeWith(other);
+}
+
+template <int N>
+void AffineTransform<N>::packToPod(double (&rows)[N + 1][N]) const {
+    matrix_.packToPod(rows);
+    vector_.packToPod(rows[N]);
+}
+
+template <int N>
+Vector<N> AffineTransform<N>::translation() const {
+    return vector_;
+}
+
+template <int N>
+Matrix<N + 1> AffineTransform<N>::homogeneous() const {
+    double rows[N + 1][N + 1] = {};
+    for (int i = 0; i < N; ++i)
+        for (int j = 0; j < N; ++j) rows[i][j] = matrix_[i][j];
+    vector_.packToPod(rows[N]);
+    rows[N][N] = 1.0;
+    return Matrix<N + 1>{rows};
+}
+
+template <int N>
+bool AffineTransform<N>::mirroring() const {
+    return matrix_.determinant() < 0.0;
+}
+
+template <int N>
+std::wostream& AffineTransform<N>::putOn(std::wostream& os) const {
+    return os << vector_ << L'+' << matrix_;
+}
+
+template <int N>
+Point<N> AffineTransform<N>::preMultiply(Point<N> const& p) const {
+    return Point<N>{p, matrix_, vector_};
+}
+
+template <int N>
+Point<N> AffineTransform<N>::preDivide(Point<N> const& p) const {
+    return Point<N>{p + -vector_, matrix_.inverse()};
+}
+
+template <int N>
+Vector<N> AffineTransform<N>::preMultiply(Vector<N> const& v) const {
+    return Vector<N>{v, matrix_};
+}
+
+template <int N>
+Vector<N> AffineTransform<N>::preDivide(Vector<N> const& v) const {
+    return Vector<N>{v, matrix_.inverse()};
+}
+
+template <int N>
+AffineTransform<N>& AffineTransform<N>::multiply(AffineTransform const& other) {
+    vector_ = Vector<N>{vector_, other.matrix_, other.vector_};
+    matrix_ *= other.matrix_;
+    return *this;
+}
+
+template <int N>
+AffineTransform<N>& AffineTransform<N>::divide(AffineTransform const& other) {
+    Matrix<N> const inverse = other.matrix_.inverse();
+    vector_ = Vector<N>{vector_ - other.vector_, inverse};
+    matrix_ *= inverse;
+    return *this;
+}
+
+template class AffineTransform<2>;
+template class AffineTransform<3>;

@@ -1,0 +1,61 @@
+/// Affine maps: a matrix and a translation. A point p goes to p·M + t, a vector v to v·M.
+#pragma once
+
+#include "orn/geometry/Matrix.h"
+#include "orn/geometry/Vector.h"
+#include "orn/transforms/Transform.h"
+
+/// Row i of the matrix is the image of the i-th unit vector, the translation that of the origin. Nothing tests for a
+/// singular matrix. The two kinds that exist are UniformTransform and NonUniformTransform.
+template <int N>
+class ORN_API AffineTransform : public Transform<N> {
+public:
+    AffineTransform(AffineTransform const&) = default;
+    AffineTransform& operator=(AffineTransform const&) = default;
+    ~AffineTransform() override;
+
+    /// N = 3: the part in the x-y plane, a NonUniformTransform<2>. N = 2: throws the char * "Not Implemented".
+    Transform<N - 1>* pSlice() const override;
+
+    /// With an affine transform the most specific affine kind, with a perspective a perspective, else a compound.
+    Transform<N>* composeWith(Transform<N> const& other) const override = 0;
+
+    virtual void packToPod(double (&rows)[N + 1][N]) const;  ///< the rows of the matrix, then the translation
+    virtual AffineTransform* composeWith(AffineTransform const& other) const = 0;
+    virtual Vector<N> translation() const;
+    virtual Matrix<N + 1> homogeneous() const;  ///< (p, 1) times it is (p·M + t, 1)
+    virtual bool mirroring() const;             ///< the determinant is negative
+
+    friend Vector<N> operator*(Vector<N> const& v, AffineTransform const& t) { return t.preMultiply(v); }
+    friend Vector<N> operator/(Vector<N> const& v, AffineTransform const& t) { return t.preDivide(v); }
+    friend Vector<N>& operator*=(Vector<N>& v, AffineTransform const& t) { return v = t.preMultiply(v); }
+    friend Vector<N>& operator/=(Vector<N>& v, AffineTransform const& t) { return v = t.preDivide(v); }
+
+protected:
+    AffineTransform() = default;  ///< the identity
+    explicit AffineTransform(double const (*rows)[N]) : matrix_{rows} {}
+    explicit AffineTransform(Vector<N> const& translation) : vector_{translation} {}
+    AffineTransform(Matrix<N> const& matrix, Vector<N> const& translation) : matrix_{matrix}, vector_{translation} {}
+
+    Matrix<N> const& getMatrix() const noexcept { return matrix_; }
+    Vector<N> const& getVector() const noexcept { return vector_; }
+
+    std::wostream& putOn(std::wostream& os) const override;  ///< (translation)+[matrix]
+
+    using Transform<N>::preMultiply;
+    using Transform<N>::preDivide;
+    Point<N> preMultiply(Point<N> const& p) const override;
+    Point<N> preDivide(Point<N> const& p) const override;
+    virtual Vector<N> preMultiply(Vector<N> const& v) const;
+    virtual Vector<N> preDivide(Vector<N> const& v) const;
+
+    virtual AffineTransform& multiply(AffineTransform const& other);  ///< this, then the other
+    virtual AffineTransform& divide(AffineTransform const& other);    ///< this, then the inverse of the other
+
+private:
+    Matrix<N> matrix_;
+    Vector<N> vector_;
+};
+
+extern template class AffineTransform<2>;
+extern template class AffineTransform<3>;

@@ -1,0 +1,83 @@
+#include "orn/transforms/NonUniformTransform.h"
+
+#include <memory>
+
+template <int N>
+NonUniformTransform<N>::~NonUniformTransform() = default;
+
+template <int N>
+NonUniformTransform<N> NonUniformTransform<N>::scale(double sx, double sy) requires(N == 2) {
+    double const rows[2][2] = {{sx, 0.0}, {0.0, sy}};
+    return NonUniformTransform{rows};
+}
+
+template <int N>
+NonUniformTransform<N> NonUniformTransform<N>::scale(double sx, double sy, double sz) requires(N == 3) {
+    double const rows[3][3] = {{sx, 0.0, 0.0}, {0.0, sy, 0.0}, {0.0, 0.0, sz}};
+    return NonUniformTransform{rows};
+}
+
+template <int N>
+NonUniformTransform<N> NonUniformTransform<N>::axes(Vector<2> const& x, Vector<2> const& y) requires(N == 2) {
+    double rows[2][2];
+    x.packToPod(rows[0]);
+    y.packToPod(rows[1]);
+    return NonUniformTransform{rows};
+}
+
+template <int N>
+NonUniformTransform<N> NonUniformTransform<N>::axes(Vector<3> const& x, Vector<3> const& y,
+                                                    Vector<3> const& z) requires(N == 3) {
+    double rows[3][3];
+    x.packToPod(rows[0]);
+    y.packToPod(rows[1]);
+    z.packToPod(rows[2]);
+    return NonUniformTransform{rows};
+}
+
+template <int N>
+NonUniformTransform<N> NonUniformTransform<N>::createFromPod(double const (&rows)[N + 1][N]) {
+    return NonUniformTransform{Matrix<N>{rows}, Vector<N>{rows[N]}};
+}
+
+template <int N>
+NonUniformTransform<N> NonUniformTransform<N>::inverse() const {
+    Matrix<N> const inverse = this->getMatrix().inverse();
+    return NonUniformTransform{inverse, Vector<N>{-this->getVector(), inverse}};
+}
+
+template <int N>
+NonUniformTransform<N>& NonUniformTransform<N>::operator*=(AffineTransform<N> const& other) {
+    this->multiply(other);
+    return *this;
+}
+
+template <int N>
+NonUniformTransform<N>& NonUniformTransform<N>::operator/=(AffineTransform<N> const& other) {
+    this->divide(other);
+    return *this;
+}
+
+template <int N>
+Transform<N>* NonUniformTransform<N>::clone() const {
+    return new NonUniformTransform{*this};
+}
+template <int N>
+Transform<N>* NonUniformTransform<N>::pInverse() const {
+    return new NonUniformTransform{inverse()};
+}
+
+template <int N>
+Transform<N>* NonUniformTransform<N>::composeWith(Transform<N> const& other) const {
+    return AffineTransform<N>::composeWith(other);
+}
+
+template <int N>
+AffineTransform<N>* NonUniformTransform<N>::composeWith(AffineTransform<N> const& other) const {
+    auto result = std::make_unique<NonUniformTransform>(*this);
+    *result *= other;
+    return result.release();
+}
+
+template class NonUniformTransform<2>;
+template class NonUniformTransform<3>;

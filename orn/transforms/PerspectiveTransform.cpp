@@ -1,0 +1,156 @@
+#include "orn/transforms/PerspectiveTransform.h"
+
+#include "orn/transforms/ProjectionImp.h"
+
+#include <limits>
+#include <memory>
+#include <ostream>
+
+namespace {
+
+/// (x, [y,] z) to (x, [y,] −1) over z.
+template <int N>
+constexpr Matrix<N + 1> unitPerspective() {
+    double rows[N + 1][N + 1] = {};
+    for (int i = 0; i < N - 1; ++i) rows[i][i] = 1.0;
+    rows[N - 1][N] = 1.0;
+    rows[N][N - 1] = -1.0;
+    return Matrix<N + 1>{rows};
+}
+
+/// The point far out on one axis.
+template <int N>
+Point<N> onAxis(int axis, double coordinate) {
+    double coordinates[N] = {};
+    coordinates[axis] = coordinate;
+    return Point<N>{coordinates};
+}
+
+/// The box of the corners in front of the eye, open towards the side on which those behind it come in again.
+template <int N>
+Extent<N> boxInFront(Extent<N> const& e, Matrix<N + 1> const& matrix) {
+    constexpr double far = std::numeric_limits<double>::max();
+    Extent<N> front;
+    if (e.degenerate()) return front;
+    Extent<N> back;
+    for (unsigned int k = 0; k < 1U << N; ++k) {
+        Vector<N + 1> const image = homogeneousImage(e.corner(k), matrix);
+        (image[N] < 0.0 ? front : back) += projected(image);
+    }
+    if (front.degenerate()) return Extent<N>::nothing();
+    if (back.degenerate()) return front;
+    for (int axis = 0; axis < N; ++axis) {
+        if (front.hi(axis) > back.lo(axis)) front += onAxis<N>(axis, far);
+        if (back.hi(axis) > front.lo(axis)) front += onAxis<N>(axis, -far);
+    }
+    return front;
+}
+
+}
+
+PerspectiveTransform<1>::~PerspectiveTransform() = default;
+
+template <int N>
+constinit Matrix<N + 1> const PerspectiveTransform<N>::m_unitTrn = unitPerspective<N>();
+
+template <int N>
+PerspectiveTransform<N>::~PerspectiveTransform() = default;
+
+template <int N>
+PerspectiveTransform<N> PerspectiveTransform<N>::inverse() const {
+    return PerspectiveTransform{matrix_.inverse()};
+}
+
+template <int N>
+PerspectiveTransform<N>& PerspectiveTransform<N>::operator*=(AffineTransform<N> const& other) {
+    multiply(other);
+    return *this;
+}
+
+template <int N>
+PerspectiveTransform<N>& PerspectiveTransform<N>::operator/=(AffineTransform<N> const& other) {
+    divide(other);
+    return *this;
+}
+
+template <int N>
+PerspectiveTransform<N>* PerspectiveTransform<N>::clone() const {
+    return new PerspectiveTransform{*this};
+}
+
+template <int N>
+Transform<N>* PerspectiveTransform<N>::pInverse() const {
+    return new PerspectiveTransform{inverse()};
+}
+
+template <int N>
+Transform<N - 1>* PerspectiveTransform<N>::pSlice() const {
+    if constexpr (N == 2) {
+        return new PerspectiveTransform<1>;
+    } else {
+        Matrix<4> const& h = matrix_;
+        double const rows[3][3] = {
+            {h[0][0], h[0][1], h[0][3]}, {h[1][0], h[1][1], h[1][3]}, {h[3][0], h[3][1], h[3][3]}};
+        return new PerspectiveTransform<2>{Matrix<3>{rows}};
+    }
+}
+
+template <int N>
+Transform<N>* PerspectiveTransform<N>::composeWith(Transform<N> const& other) const {
+    auto const* const affine = dynamic_cast<AffineTransform<N> const*>(&other);
+    if (affine == nullptr) return Transform<N>::composeWith(other);
+    auto result = std::make_unique<PerspectiveTransform>(*this);
+    result->multiply(*affine);
+    return result.release();
+}
+
+template <int N>
+std::wostream& PerspectiveTransform<N>::putOn(std::wostream& os) const {
+    return os << matrix_;
+}
+
+template <int N>
+Extent<N> PerspectiveTransform<N>::preMultiply(Extent<N> const& e) const {
+    return boxInFront(e, matrix_);
+}
+
+template <int N>
+Point<N> PerspectiveTransform<N>::preMultiply(Point<N> const& p) const {
+    return projected(homogeneousImage(p, matrix_));
+}
+
+template <int N>
+Extent<N> PerspectiveTransform<N>::preDivide(Extent<N> const& e) const {
+    return boxInFront(e, matrix_.inverse());
+}
+
+template <int N>
+Point<N> PerspectiveTransform<N>::preDivide(Point<N> const& p) const {
+    return projected(homogeneousImage(p, matrix_.inverse()));
+}
+
+template <int N>
+Matrix<N + 1> PerspectiveTransform<N>::homogeneous() const {
+    return matrix_;
+}
+
+template <int N>
+PerspectiveTransform<N>& PerspectiveTransform<N>::preMultiply(AffineTransform<N> const& other) {
+    matrix_ = other.homogeneous() * matrix_;
+    return *this;
+}
+
+template <int N>
+PerspectiveTransform<N>& PerspectiveTransform<N>::multiply(AffineTransform<N> const& other) {
+    matrix_ *= other.homogeneous();
+    return *this;
+}
+
+template <int N>
+PerspectiveTransform<N>& PerspectiveTransform<N>::divide(AffineTransform<N> const& other) {
+    matrix_ *= other.homogeneous();
+    return *this;
+}
+
+template class PerspectiveTransform<2>;
+template class PerspectiveTransform<3>;

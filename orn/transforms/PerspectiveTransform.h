@@ -1,0 +1,75 @@
+/// Perspective maps: a homogeneous matrix, and a division by the last homogeneous coordinate.
+#pragma once
+
+#include "orn/geometry/Matrix.h"
+#include "orn/transforms/AffineTransform.h"
+#include "orn/transforms/Transform.h"
+
+template <int N>
+class PerspectiveTransform;
+
+/// What slicing a planar perspective gives.
+template <>
+class ORN_API PerspectiveTransform<1> : public Transform<1> {
+public:
+    PerspectiveTransform() = default;
+    PerspectiveTransform(PerspectiveTransform const&) = default;
+    PerspectiveTransform& operator=(PerspectiveTransform const&) = default;
+    ~PerspectiveTransform() override;
+};
+
+/// (p, 1)·H is (X, w), and p goes to X/w. Points with w < 0 are in front of the eye; one on the plane of the eye (w = 0)
+/// goes to infinities or NaNs. An extent becomes the box of its corners in front of the eye, empty if there are none, and
+/// reaches to ±DBL_MAX where it straddles the plane of the eye. Other perspectives than the unit one come of composing it
+/// with affine transforms, before or behind, and of inverting.
+template <int N>
+class ORN_API PerspectiveTransform : public Transform<N> {
+public:
+    /// (x, y) to (x/y, −1/y); (x, y, z) to (x/z, y/z, −1/z).
+    static Matrix<N + 1> const m_unitTrn;
+
+    PerspectiveTransform() : matrix_{m_unitTrn} {}
+    PerspectiveTransform(PerspectiveTransform const&) = default;
+    PerspectiveTransform& operator=(PerspectiveTransform const&) = default;
+    ~PerspectiveTransform() override;
+
+    PerspectiveTransform inverse() const;
+
+    /// This, then the other. Both operators do the same: dividing multiplies with the transform, not with its inverse.
+    PerspectiveTransform& operator*=(AffineTransform<N> const& other);
+    PerspectiveTransform& operator/=(AffineTransform<N> const& other);
+
+    PerspectiveTransform* clone() const override;
+    Transform<N>* pInverse() const override;
+
+    /// N = 3: the perspective without the row and the column of z. N = 2: an empty PerspectiveTransform<1>.
+    Transform<N - 1>* pSlice() const override;
+
+    /// With an affine transform a perspective, else (also with a perspective) a compound.
+    Transform<N>* composeWith(Transform<N> const& other) const override;
+
+    virtual Matrix<N + 1> homogeneous() const;
+
+private:
+    template <int>
+    friend class AffineTransform;
+    template <int>
+    friend class PerspectiveTransform;
+
+    explicit PerspectiveTransform(Matrix<N + 1> const& matrix) : matrix_{matrix} {}
+
+    std::wostream& putOn(std::wostream& os) const override;
+    Extent<N> preMultiply(Extent<N> const& e) const override;
+    Point<N> preMultiply(Point<N> const& p) const override;
+    Extent<N> preDivide(Extent<N> const& e) const override;
+    Point<N> preDivide(Point<N> const& p) const override;
+
+    virtual PerspectiveTransform& preMultiply(AffineTransform<N> const& other);  // the other, then this
+    virtual PerspectiveTransform& multiply(AffineTransform<N> const& other);     // this, then the other
+    virtual PerspectiveTransform& divide(AffineTransform<N> const& other);       // as multiply
+
+    Matrix<N + 1> matrix_;
+};
+
+extern template class PerspectiveTransform<2>;
+extern template class PerspectiveTransform<3>;

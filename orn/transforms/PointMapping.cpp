@@ -1,0 +1,208 @@
+#include "orn/transforms/PointMapping.h"
+
+#include "orn/geometry/Matrix.h"
+#include "orn/transforms/CompoundTransformImp.h"
+#include "orn/transforms/NonUniformTransform.h"
+#include "orn/transforms/PerspectiveTransform.h"
+#include "orn/transforms/ProjectionImp.h"
+#include "orn/transforms/SlicedTransformImp.h"
+#include "orn/transforms/UniformTransform.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <stdexcept>
+#include <typeinfo>
+
+#if defined(__GNUC__) && defined(__x86_64__)
+#define ORN_LOADS_IN_PAIRS
+#include <pmmintrin.h>
+#endif
+
+namespace {
+
+template <int N>
+using Points = std::span<Point<N> const>;
+template <int N>
+using Images = std::span<Point<N>>;
+
+template <int N>
+Vector<N> position(Point<N> const& p) noexcept {
+    double coordinates[N];
+    p.packToPod(coordinates);
+    return Vector<N>{coordinates};
+}
+
+template <int N>
+Point<N> at(Vector<N> const& position) noexcept {
+    double coordinates[N];
+    position.packToPod(coordinates);
+    return Point<N>{coordinates};
+}
+
+template <int N, typename Map>
+void each(Points<N> in, Images<N> out, Map map) {
+    for (std::size_t i = 0; i < in.size(); ++i) out[i] = map(in[i]);
+}
+
+#ifdef ORN_LOADS_IN_PAIRS
+
+/// Both coordinates of an image at once, in the order of operations of (p + before)·m + after, of which only one addition
+/// is made. A load that doubles a coordinate saves the shuffles that anything older needs.
+template <bool forwards>
+__attribute__((target("sse3"))) void inPlane(Matrix<2> const& m, Vector<2> const& t, Points<2> in, Images<2> out) {
+    __m128d const row0 = _mm_setr_pd(m[0][0], m[0][1]);
+    __m128d const row1 = _mm_setr_pd(m[1][0], m[1][1]);
+    __m128d const translation = _mm_setr_pd(t.x(), t.y());
+    __m128d const backX = _mm_set1_pd(-t.x());
+    __m128d const backY = _mm_set1_pd(-t.y());
+    double const* from = reinterpret_cast<double const*>(in.data());
+    double* to = reinterpret_cast<double*>(out.data());
+    for (double const* const end = from + 2 * in.size(); from != end; from += 2, to += 2) {
+        __m128d x = _mm_loaddup_pd(from);
+        __m128d y = _mm_loaddup_pd(from + 1);
+        if constexpr (!forwards) {
+            x = _mm_add_pd(x, backX);
+            y = _mm_add_pd(y, backY);
+        }
+        __m128d image = _mm_add_pd(_mm_mul_pd(x, row0), _mm_mul_pd(y, row1));
+        if constexpr (forwards) image = _mm_add_pd(image, translation);
+        _mm_storeu_pd(to, image);
+    }
+}
+
+template <bool forwards>
+bool mapInPairs(Matrix<2> const& m, Vector<2> const& t, Points<2> in, Images<2> out) {
+    if (!__builtin_cpu_supports("sse3")) return false;
+    inPlane<forwards>(m, t, in, out);
+    return true;
+}
+
+#else
+
+template <bool>
+bool mapInPairs(Matrix<2> const&, Vector<2> const&, Points<2>, Images<2>) {
+    return false;
+}
+
+#endif
+
+template <bool>
+bool mapInPairs(Matrix<3> const&, Vector<3> const&, Points<3>, Images<3>) {
+    return false;
+}
+
+template <int N>
+void project(Matrix<N + 1> const matrix, Points<N> in, Images<N> out) {
+    each<N>(in, out, [matrix](Point<N> const& p) { return projected(homogeneousImage(p, matrix)); });
+}
+
+/// Forwards through each kind of transform.
+struct Mapping {
+    template <int N>
+    static void affine(Matrix<N> const& matrix, Vector<N> const& t, Points<N> in, Images<N> out) {
+        if (mapInPairs<true>(matrix, t, in, out)) return;
+        each<N>(in, out, [matrix, t](Point<N> const& p) { return at(Vector<N>{position(p), matrix, t}); });
+    }
+    template <int N>
+    static void perspective(Matrix<N + 1> const& matrix, Points<N> in, Images<N> out) {
+        project<N>(matrix, in, out);
+    }
+    template <int N>
+    static Transform<N> const& begin(CompoundTransform<N> const& t) {
+        return t.first();
+    }
+    template <int N>
+    static Transform<N> const& end(CompoundTransform<N> const& t) {
+        return t.second();
+    }
+    template <int N>
+    static Point<N> one(Point<N> const& p, Transform<N> const& t) {
+        return p * t;
+    }
+};
+
+/// Backwards.
+struct Unmapping {
+    template <int N>
+    static void affine(Matrix<N> const& matrix, Vector<N> const& t, Points<N> in, Images<N> out) {
+        Matrix<N> const inverse = matrix.inverse();
+        if (mapInPairs<false>(inverse, t, in, out)) return;
+        each<N>(in, out, [inverse, t](Point<N> const& p) { return at(Vector<N>{position(p) + -t, inverse}); });
+    }
+    template <int N>
+    static void perspective(Matrix<N + 1> const& matrix, Points<N> in, Images<N> out) {
+        project<N>(matrix.inverse(), in, out);
+    }
+    template <int N>
+    static Transform<N> const& begin(CompoundTransform<N> const& t) {
+        return t.second();
+    }
+    template <int N>
+    static Transform<N> const& end(CompoundTransform<N> const& t) {
+        return t.first();
+    }
+    template <int N>
+    static Point<N> one(Point<N> const& p, Transform<N> const& t) {
+        return p / t;
+    }
+};
+
+template <typename Way, int N>
+void run(Transform<N> const& t, Points<N> in, Images<N> out);
+
+/// Through space and back to the plane, a block at a time.
+template <typename Way>
+void runSliced(Transform<3> const& full, Points<2> in, Images<2> out) {
+    std::array<Point<3>, 256> block;
+    for (std::size_t start = 0; start < in.size(); start += block.size()) {
+        std::size_t const count = std::min(block.size(), in.size() - start);
+        Images<3> const lifted{block.data(), count};
+        for (std::size_t i = 0; i < count; ++i) lifted[i] = Point<3>{in[start + i].x(), in[start + i].y(), 0.0};
+        run<Way, 3>(full, lifted, lifted);
+        for (std::size_t i = 0; i < count; ++i) out[start + i] = Point<2>{lifted[i].x(), lifted[i].y()};
+    }
+}
+
+/// Only the library's own classes are known to map points by their data; any other is asked for every point.
+template <typename Way, int N>
+void run(Transform<N> const& t, Points<N> in, Images<N> out) {
+    std::type_info const& kind = typeid(t);
+    if (kind == typeid(UniformTransform<N>) || kind == typeid(NonUniformTransform<N>)) {
+        double rows[N + 1][N];
+        static_cast<AffineTransform<N> const&>(t).packToPod(rows);
+        Way::template affine<N>(Matrix<N>{rows}, Vector<N>{rows[N]}, in, out);
+    } else if (kind == typeid(PerspectiveTransform<N>)) {
+        Way::template perspective<N>(static_cast<PerspectiveTransform<N> const&>(t).homogeneous(), in, out);
+    } else if (kind == typeid(CompoundTransform<N>)) {
+        auto const& compound = static_cast<CompoundTransform<N> const&>(t);
+        run<Way, N>(Way::begin(compound), in, out);
+        run<Way, N>(Way::end(compound), out, out);
+    } else {
+        if constexpr (N == 2) {
+            if (kind == typeid(SlicedTransform<2>))
+                return runSliced<Way>(static_cast<SlicedTransform<2> const&>(t).full(), in, out);
+        }
+        each<N>(in, out, [&t](Point<N> const& p) { return Way::one(p, t); });
+    }
+}
+
+template <typename Way, int N>
+void runChecked(Transform<N> const& t, Points<N> in, Images<N> out, char const* text) {
+    if (in.size() != out.size()) throw std::logic_error{text};
+    run<Way, N>(t, in, out);
+}
+
+constexpr char const* mapText = "mapPoints: the two ranges differ in length";
+constexpr char const* unmapText = "unmapPoints: the two ranges differ in length";
+
+}
+
+void mapPoints(Transform<2> const& t, Points<2> in, Images<2> out) { runChecked<Mapping, 2>(t, in, out, mapText); }
+void mapPoints(Transform<3> const& t, Points<3> in, Images<3> out) { runChecked<Mapping, 3>(t, in, out, mapText); }
+void unmapPoints(Transform<2> const& t, Points<2> in, Images<2> out) {
+    runChecked<Unmapping, 2>(t, in, out, unmapText);
+}
+void unmapPoints(Transform<3> const& t, Points<3> in, Images<3> out) {
+    runChecked<Unmapping, 3>(t, in, out, unmapText);
+}

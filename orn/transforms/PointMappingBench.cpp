@@ -1,0 +1,117 @@
+// needs: Eigen3::Eigen PkgConfig::cairo
+#include "orn/transforms/PointMapping.h"
+
+#include "orn/transforms/NonUniformTransform.h"
+
+#include <benchmark/benchmark.h>
+#include <cairo.h>
+#include <Eigen/Geometry>
+
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace {
+
+constexpr double rows[3][2] = {{1.25, 0.5}, {-0.75, 2}, {10, -20}};
+
+template <typename P>
+std::vector<P> points(std::size_t count) {
+    std::mt19937 random{1};
+    std::uniform_real_distribution<double> number{-1000, 1000};
+    std::vector<P> all;
+    for (std::size_t i = 0; i < count; ++i) {
+        double const x = number(random);
+        all.emplace_back(x, number(random));
+    }
+    return all;
+}
+
+template <typename P, typename Body>
+void mapAll(benchmark::State& state, Body body) {
+    std::vector<P> const in = points<P>(static_cast<std::size_t>(state.range(0)));
+    std::vector<P> out = in;
+    for (auto _ : state) {
+        body(in, out);
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+using Points = std::vector<Point<2>>;
+
+/// Whose class the compiler cannot know.
+std::unique_ptr<Transform<2>> someTransform() {
+    std::unique_ptr<Transform<2>> t{NonUniformTransform<2>::createFromPod(rows).clone()};
+    benchmark::DoNotOptimize(t);
+    return t;
+}
+
+void bulk(benchmark::State& state) {
+    auto const t = someTransform();
+    mapAll<Point<2>>(state, [&t](Points const& in, Points& out) { mapPoints(*t, in, out); });
+}
+
+void bulkMemcpy(benchmark::State& state) {
+    mapAll<Point<2>>(state, [](Points const& in, Points& out) {
+        std::memcpy(static_cast<void*>(out.data()), in.data(), in.size() * sizeof in[0]);
+    });
+}
+
+void bulkEigenAffine2d(benchmark::State& state) {
+    Eigen::Affine2d t;
+    t.matrix() << rows[0][0], rows[1][0], rows[2][0], rows[0][1], rows[1][1], rows[2][1], 0, 0, 1;
+    benchmark::DoNotOptimize(t);
+    using P = Eigen::Vector2d;
+    mapAll<P>(state, [&t](std::vector<P> const& in, std::vector<P>& out) {
+        for (std::size_t i = 0; i < in.size(); ++i) out[i] = t * in[i];
+    });
+}
+
+void bulkCairo(benchmark::State& state) {
+    cairo_matrix_t matrix;
+    cairo_matrix_init(&matrix, rows[0][0], rows[0][1], rows[1][0], rows[1][1], rows[2][0], rows[2][1]);
+    struct P {
+        P(double a, double b) : x{a}, y{b} {}
+        double x, y;
+    };
+    mapAll<P>(state, [&matrix](std::vector<P> const& in, std::vector<P>& out) {
+        for (std::size_t i = 0; i < in.size(); ++i) {
+            out[i] = in[i];
+            cairo_matrix_transform_point(&matrix, &out[i].x, &out[i].y);
+        }
+    });
+}
+
+void oneByOne(benchmark::State& state) {
+    auto const t = someTransform();
+    mapAll<Point<2>>(state, [&t](Points const& in, Points& out) {
+        for (std::size_t i = 0; i < in.size(); ++i) out[i] = in[i] * *t;
+    });
+}
+
+void oneByOneInlined(benchmark::State& state) {
+    double m[3][2];
+    std::memcpy(m, rows, sizeof m);
+    benchmark::DoNotOptimize(m);
+    mapAll<Point<2>>(state, [&m](Points const& in, Points& out) {
+        for (std::size_t i = 0; i < in.size(); ++i) {
+            Point<2> const& p = in[i];
+            out[i] = {p.x() * m[0][0] + p.y() * m[1][0] + m[2][0], p.x() * m[0][1] + p.y() * m[1][1] + m[2][1]};
+        }
+    });
+}
+
+constexpr int small = 1000;
+constexpr int large = 1000000;
+BENCHMARK(bulk)->Arg(small)->Arg(large);
+BENCHMARK(bulkMemcpy)->Arg(small)->Arg(large);
+BENCHMARK(bulkEigenAffine2d)->Arg(small)->Arg(large);
+BENCHMARK(bulkCairo)->Arg(small)->Arg(large);
+BENCHMARK(oneByOne)->Arg(small);
+BENCHMARK(oneByOneInlined)->Arg(small);
+
+}

@@ -1,0 +1,144 @@
+#include "orn/transforms/PointMapping.h"
+
+#include "tests/support/Transforms.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <span>
+#include <stdexcept>
+
+namespace {
+
+using transforms::Random;
+
+/// Bit for bit, except that one NaN is as good as another.
+template <int N>
+bool sameBits(Point<N> const& a, Point<N> const& b) {
+    for (int i = 0; i < N; ++i)
+        if (std::bit_cast<std::uint64_t>(a[i]) != std::bit_cast<std::uint64_t>(b[i]) && !(a[i] != a[i] && b[i] != b[i]))
+            return false;
+    return true;
+}
+
+template <typename T>
+class MappingOfDimension;
+template <int N>
+class MappingOfDimension<Point<N>> : public testing::Test {
+public:
+    static constexpr int dimension = N;
+};
+using Dimensions = testing::Types<Point<2>, Point<3>>;
+TYPED_TEST_SUITE(MappingOfDimension, Dimensions);
+
+/// Ordinary points, and the corner cases of doubles: signed zeros, infinities, NaN, what overflows.
+template <int N>
+std::vector<Point<N>> points(Random<N>& random, std::size_t count) {
+    std::vector<Point<N>> all;
+    double const special[] = {
+        0.0,   -0.0, 1e308, -1e308, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN(),
+        5e-324};
+    for (std::size_t i = 0; i < count; ++i) {
+        double c[N];
+        random.point().packToPod(c);
+        if (i % 3 == 0) c[i / 3 % N] = special[i % std::size(special)];
+        all.emplace_back(c);
+    }
+    return all;
+}
+
+TYPED_TEST(MappingOfDimension, MapsAsOneByOne) {
+    constexpr int N = TestFixture::dimension;
+    Random<N> random{61};
+    auto all = random.oneOfEach();
+    all.emplace_back("identity", UniformTransform<N>{}.clone());
+    all.emplace_back("singular", UniformTransform<N>::scale(0).clone());
+    all.emplace_back("eye among the points", PerspectiveTransform<N>{}.clone());
+    for (auto const& [name, t] : all)
+        for (std::size_t const count : {0U, 1U, 2U, 3U, 7U, 256U, 257U, 1000U}) {
+            SCOPED_TRACE(name + ", " + std::to_string(count));
+            std::vector<Point<N>> const in = points(random, count);
+            std::vector<Point<N>> out(count);
+            mapPoints(*t, in, out);
+            std::vector<Point<N>> same = in;
+            mapPoints(*t, same, same);
+            std::vector<Point<N>> back(count);
+            unmapPoints(*t, in, back);
+            std::vector<Point<N>> sameBack = in;
+            unmapPoints(*t, sameBack, sameBack);
+            for (std::size_t i = 0; i < count; ++i) {
+                ASSERT_TRUE(sameBits(out[i], in[i] * *t)) << i;
+                ASSERT_TRUE(sameBits(same[i], in[i] * *t)) << i;
+                ASSERT_TRUE(sameBits(back[i], in[i] / *t)) << i;
+                ASSERT_TRUE(sameBits(sameBack[i], in[i] / *t)) << i;
+            }
+        }
+}
+
+TYPED_TEST(MappingOfDimension, RefusesUnequalLengthsAndWritesNothing) {
+    constexpr int N = TestFixture::dimension;
+    std::vector<Point<N>> const in(3);
+    for (std::size_t const count : {0U, 2U, 4U}) {
+        std::vector<Point<N>> out(count);
+        auto const t = UniformTransform<N>::translation(Random<N>{62}.vector());
+        EXPECT_THROW(mapPoints(t, in, out), std::logic_error);
+        EXPECT_THROW(unmapPoints(t, in, out), std::logic_error);
+        for (Point<N> const& p : out) EXPECT_EQ(p, Point<N>{});
+    }
+}
+
+/// Scales as its base, then does something of its own: its data do not tell where points go.
+class Rounding final : public UniformTransform<2> {
+public:
+    explicit Rounding(UniformTransform<2> const& t) : UniformTransform<2>{t} {}
+
+protected:
+    using UniformTransform<2>::preMultiply;
+    Point<2> preMultiply(Point<2> const& p) const override {
+        Point<2> const exact = UniformTransform<2>::preMultiply(p);
+        return {std::round(exact.x()), std::round(exact.y())};
+    }
+};
+
+TEST(PointMapping, AsksAnApplicationsOwnClassForEveryPoint) {
+    Rounding const rounding{UniformTransform<2>::scale(1.3)};
+    std::vector<Point<2>> points{{1, 2}, {3, -4}};
+    mapPoints(rounding, points, points);
+    EXPECT_EQ(points[0], (Point<2>{1, 3}));
+    EXPECT_EQ(points[1], (Point<2>{4, -5}));
+}
+
+/// More than stays in the caches, with each array on an address that is a multiple of 16 or only of 8.
+TEST(PointMapping, LargeArrays) {
+    Random<2> random{63};
+    auto const t = random.nonUniform();
+    std::size_t const count = 600000;
+    struct Array {
+        explicit Array(std::size_t offset)
+            : storage(count * sizeof(Point<2>) + offset),
+              points{reinterpret_cast<Point<2>*>(storage.data() + offset), count} {
+            std::uninitialized_default_construct(points.begin(), points.end());
+        }
+        std::vector<std::byte> storage;
+        std::span<Point<2>> points;
+    };
+    for (std::size_t const inOffset : {0U, 8U})
+        for (std::size_t const outOffset : {0U, 8U}) {
+            Array const in{inOffset};
+            Array const out{outOffset};
+            for (Point<2>& p : in.points) p = random.point();
+            std::size_t differing = 0;
+            mapPoints(t, in.points, out.points);
+            for (std::size_t i = 0; i < count; ++i) differing += sameBits(out.points[i], in.points[i] * t) ? 0U : 1U;
+            unmapPoints(t, in.points, out.points);
+            for (std::size_t i = 0; i < count; ++i) differing += sameBits(out.points[i], in.points[i] / t) ? 0U : 1U;
+            EXPECT_EQ(differing, 0U);
+        }
+}
+
+}

@@ -1,0 +1,88 @@
+/// The interface of the coordinate transforms, and how they are applied.
+#pragma once
+
+#include "orn/Export.h"
+#include "orn/geometry/Extent.h"
+#include "orn/geometry/Point.h"
+
+#include <iosfwd>
+
+template <int N>
+class Transform;
+
+/// What slicing a planar transform gives: an object to own and to delete.
+template <>
+class ORN_API Transform<1> {
+public:
+    virtual ~Transform();
+
+protected:
+    Transform() = default;
+    Transform(Transform const&) = default;
+    Transform& operator=(Transform const&) = default;
+};
+
+/// A map of the plane (N = 2) or of space (N = 3). Whoever calls clone, composeWith or a function whose name begins with
+/// p owns the result and deletes it. Any thread may use a transform that no thread is changing.
+template <int N>
+class ORN_API Transform {
+    static_assert(N == 2 || N == 3, "transforms map the plane or space");
+
+public:
+    virtual ~Transform();
+
+    virtual Transform* clone() const = 0;
+    virtual Transform* pInverse() const = 0;
+
+    /// The transform one dimension lower: embeds at a last coordinate of 0, maps, and drops the last coordinate.
+    virtual Transform<N - 1>* pSlice() const;
+
+    /// This transform, then the other.
+    virtual Transform* composeWith(Transform const& other) const;
+
+    /// Forwards. An extent becomes the box of its mapped corners (a perspective looks at the eye too).
+    friend Point<N> operator*(Point<N> const& p, Transform const& t) { return byComponent(t.preMultiply(p)); }
+    friend Extent<N> operator*(Extent<N> const& e, Transform const& t) { return t.preMultiply(e); }
+    friend Point<N>& operator*=(Point<N>& p, Transform const& t) { return p = p * t; }
+    friend Extent<N>& operator*=(Extent<N>& e, Transform const& t) { return e = t.preMultiply(e); }
+
+    /// Backwards. A singular transform yields infinities and NaNs, never an exception.
+    friend Point<N> operator/(Point<N> const& p, Transform const& t) { return byComponent(t.preDivide(p)); }
+    friend Extent<N> operator/(Extent<N> const& e, Transform const& t) { return t.preDivide(e); }
+    friend Point<N>& operator/=(Point<N>& p, Transform const& t) { return p = p / t; }
+    friend Extent<N>& operator/=(Extent<N>& e, Transform const& t) { return e = t.preDivide(e); }
+
+    friend std::wostream& operator<<(std::wostream& os, Transform const& t) { return t.putOn(os); }
+
+protected:
+    Transform() = default;
+    Transform(Transform const&) = default;
+    Transform& operator=(Transform const&) = default;
+
+    virtual std::wostream& putOn(std::wostream& os) const = 0;
+    virtual Extent<N> preMultiply(Extent<N> const& e) const;  ///< forwards: the box of the mapped corners
+    virtual Point<N> preMultiply(Point<N> const& p) const = 0;
+    virtual Extent<N> preDivide(Extent<N> const& e) const;  ///< backwards: the box of the mapped corners
+    virtual Point<N> preDivide(Point<N> const& p) const = 0;
+
+private:
+    // A point of the plane comes back in two registers. Copied as a whole it would be stored in halves and loaded in one
+    // piece, for which the processor waits until the halves have reached the cache.
+    static Point<N> byComponent(Point<N> const& p) noexcept {
+        if constexpr (N == 2)
+            return Point<2>{apart(p.x()), p.y()};
+        else
+            return p;
+    }
+    static double apart(double x) noexcept {
+#ifdef __has_builtin
+#if __has_builtin(__builtin_assoc_barrier)
+        return __builtin_assoc_barrier(x);
+#endif
+#endif
+        return x;
+    }
+};
+
+extern template class Transform<2>;
+extern template class Transform<3>;

@@ -1,0 +1,134 @@
+#include "orn/transforms/CompoundTransformImp.h"
+#include "orn/transforms/SlicedTransformImp.h"
+
+#include "tests/support/Faults.h"
+#include "tests/support/Transforms.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+
+namespace {
+
+using transforms::Random;
+using transforms::written;
+
+TEST(TransformInner, AFailedAllocationLeavesNothingBehind) {
+    Random<3> random{51};
+    auto const all = random.oneOfEach();
+    for (auto const& [name, t] : all) {
+        SCOPED_TRACE(name);
+        std::vector<std::function<void()>> operations{
+            [&t = *t] { delete t.clone(); },
+            [&t = *t] { delete t.pInverse(); },
+            [&t = *t] { delete t.pSlice(); },
+        };
+        for (auto const& other : all)
+            operations.emplace_back([&t = *t, &u = *other.second] { delete t.composeWith(u); });
+        for (auto const& operation : operations) {
+            long const blocks = faults::liveBlocks();
+            int const failures =
+                faults::failEveryAllocation(operation, [blocks](bool) { EXPECT_EQ(faults::liveBlocks(), blocks); });
+            EXPECT_GT(failures, 0);
+            EXPECT_EQ(faults::liveBlocks(), blocks);
+        }
+    }
+}
+
+/// Notes in which order clones and inverses are taken and destroyed.
+class Noted final : public Transform<2> {
+public:
+    Noted(wchar_t name, std::wstring& notes) : name_{name}, notes_{notes} {}
+    ~Noted() override { notes_ += {L'~', name_}; }
+    Transform* clone() const override { return noted(L'c'); }
+    Transform* pInverse() const override { return noted(L'i'); }
+
+protected:
+    std::wostream& putOn(std::wostream& os) const override { return os << name_; }
+    Point<2> preMultiply(Point<2> const& p) const override { return p; }
+    Point<2> preDivide(Point<2> const& p) const override { return p; }
+
+private:
+    Transform* noted(wchar_t what) const {
+        notes_ += {what, name_};
+        return new Noted{name_, notes_};
+    }
+
+    wchar_t name_;
+    std::wstring& notes_;
+};
+
+TEST(TransformInner, ACompoundTakesTheSecondFirst) {
+    std::wstring notes;
+    Noted const a{L'a', notes};
+    Noted const b{L'b', notes};
+    {
+        std::unique_ptr<Transform<2>> const both{a.composeWith(b)};
+        EXPECT_EQ(notes, L"cbca");
+        notes.clear();
+        std::unique_ptr<Transform<2>> const clone{both->clone()};
+        EXPECT_EQ(notes, L"cbca");
+        EXPECT_EQ(written(*clone), L"a*b");
+        notes.clear();
+        std::unique_ptr<Transform<2>> const inverse{both->pInverse()};
+        EXPECT_EQ(notes, L"iaib");
+        EXPECT_EQ(written(*inverse), L"b*a");
+        notes.clear();
+    }
+    EXPECT_EQ(notes, L"~a~b~b~a~b~a");
+}
+
+TEST(TransformInner, ASliceToOneDimensionMapsExtentsOnly) {
+    std::unique_ptr<Transform<2>> const mirror{NonUniformTransform<2>::axes({2, 1}, {100, 100}).clone()};
+    std::unique_ptr<Transform<2>> const shift{UniformTransform<2>::translation({3, 0}).clone()};
+    CompoundTransform<2> const plane{std::unique_ptr<Transform<2>>{mirror->clone()},
+                                     std::unique_ptr<Transform<2>>{shift->clone()}};
+    std::unique_ptr<Transform<1>> const owned{plane.pSlice()};
+    auto const& slice = dynamic_cast<SlicedTransform<1> const&>(*owned);
+
+    // y is 0, so x goes to 2x + 3.
+    EXPECT_TRUE(
+        (slice.preMultiply(Extent<1>{Point<1>{-1.0}, Point<1>{4.0}}) == Extent<1>{Point<1>{1.0}, Point<1>{11.0}}));
+    EXPECT_TRUE(slice.preMultiply(Extent<1>{}) == Extent<1>::nothing());
+    EXPECT_TRUE(slice.preDivide(Extent<1>{}) == Extent<1>::nothing());
+
+    std::wostringstream os;
+    slice.putOn(os);
+    EXPECT_EQ(os.str(), written(plane));
+
+    std::unique_ptr<Transform<1>> const clone{slice.clone()};
+    std::unique_ptr<Transform<1>> const inverse{slice.pInverse()};
+    Extent<1> const e{Point<1>{1.0}, Point<1>{2.0}};
+    EXPECT_TRUE(dynamic_cast<SlicedTransform<1> const&>(*clone).preMultiply(e) == slice.preMultiply(e));
+    Extent<1> const back = dynamic_cast<SlicedTransform<1> const&>(*inverse).preMultiply(e);
+    EXPECT_NEAR(back.lo(0), slice.preDivide(e).lo(0), 1e-12);
+    EXPECT_NEAR(back.hi(0), slice.preDivide(e).hi(0), 1e-12);
+
+    try {
+        slice.preMultiply(Point<1>{1.0});
+        FAIL();
+    } catch (char* text) {
+        EXPECT_STREQ(text, "Not implemented");
+    }
+    try {
+        slice.preDivide(Point<1>{1.0});
+        FAIL();
+    } catch (char const* text) {
+        EXPECT_STREQ(text, "Not implemented");
+    }
+}
+
+TEST(TransformInner, ResultsOfTheGenericOperations) {
+    Random<3> random{52};
+    std::unique_ptr<Transform<3>> const compound{random.perspective().composeWith(random.perspective())};
+    EXPECT_NE(dynamic_cast<CompoundTransform<3> const*>(compound.get()), nullptr);
+    std::unique_ptr<Transform<2>> const slice{compound->pSlice()};
+    EXPECT_NE(dynamic_cast<SlicedTransform<2> const*>(slice.get()), nullptr);
+    std::unique_ptr<Transform<2>> const further{slice->composeWith(*slice)};
+    EXPECT_NE(dynamic_cast<CompoundTransform<2> const*>(further.get()), nullptr);
+    std::unique_ptr<Transform<1>> const line{slice->pSlice()};
+    EXPECT_NE(dynamic_cast<SlicedTransform<1> const*>(line.get()), nullptr);
+}
+
+}

@@ -1,0 +1,185 @@
+#include "orn/transforms/UniformTransform.h"
+
+#include "orn/foundation/Error.h"
+#include "orn/transforms/NonUniformTransform.h"
+
+#include <cmath>
+#include <memory>
+#include <ostream>
+
+namespace {
+
+Matrix<3> withRows(Vector<3> const& x, Vector<3> const& y, Vector<3> const& z) {
+    double rows[3][3];
+    x.packToPod(rows[0]);
+    y.packToPod(rows[1]);
+    z.packToPod(rows[2]);
+    return Matrix<3>{rows};
+}
+
+/// The right-handed frame with its first axis along a and its second towards b.
+struct Frame {
+    Frame(Vector<3> const& a, Vector<3> const& b)
+        : first{a.unit()}, third{cross(first, b).unit()}, second{cross(third, first)} {}
+
+    Vector<3> first, third, second;
+};
+
+}
+
+template <int N>
+UniformTransform<N>::~UniformTransform() = default;
+
+template <int N>
+UniformTransform<N> UniformTransform<N>::translation(Vector<N> const& t) {
+    return UniformTransform{t};
+}
+
+template <int N>
+UniformTransform<N> UniformTransform<N>::scale(double s) {
+    double rows[N][N] = {};
+    for (int i = 0; i < N; ++i) rows[i][i] = s;
+    return UniformTransform{rows};
+}
+
+template <int N>
+UniformTransform<N> UniformTransform<N>::createFromPod(double const (&rows)[N + 1][N]) {
+    return UniformTransform{Matrix<N>{rows}, Vector<N>{rows[N]}};
+}
+
+template <int N>
+UniformTransform<N> UniformTransform<N>::rotation(Angle const& angle) requires(N == 2) {
+    double const c = angle.cos();
+    double const s = angle.sin();
+    double const rows[2][2] = {{c, s}, {-s, c}};
+    return UniformTransform{rows};
+}
+
+template <int N>
+UniformTransform<N> UniformTransform<N>::rotation(Angle const& angle, Vector<3> const& axis) requires(N == 3) {
+    Vector<3> const u = axis.unit();
+    double const x = u.x();
+    double const y = u.y();
+    double const z = u.z();
+    double const c = angle.cos();
+    double const s = angle.sin();
+    double const k = 1.0 - c;
+    double const rows[3][3] = {{(1.0 - x * x) * c + x * x, z * s + x * y * k, x * z * k - y * s},
+                               {x * y * k - z * s, (1.0 - y * y) * c + y * y, x * s + y * z * k},
+                               {y * s + x * z * k, y * z * k - x * s, (1.0 - z * z) * c + z * z}};
+    return UniformTransform{rows};
+}
+
+/// I − 2·n·nᵀ, moved so that the given point stays where it is.
+template <int N>
+UniformTransform<N> UniformTransform<N>::reflection(Point<N> const& fixed, Vector<N> const& normal) {
+    double rows[N][N];
+    for (int i = 0; i < N; ++i)
+        for (int j = 0; j < N; ++j) rows[i][j] = (i == j ? 1.0 : 0.0) - 2.0 * normal[i] * normal[j];
+    Matrix<N> const matrix{rows};
+    return UniformTransform{matrix, fixed - Point<N>{fixed, matrix}};
+}
+
+template <int N>
+UniformTransform<N> UniformTransform<N>::mirror(ORN::Line<2> const& line) requires(N == 2) {
+    return reflection(line.point(), line.direction().perpendicular());
+}
+
+template <int N>
+UniformTransform<N> UniformTransform<N>::mirror(Plane const& plane) requires(N == 3) {
+    return reflection(plane.pointOnPlane(), plane.normal());
+}
+
+template <int N>
+UniformTransform<N> UniformTransform<N>::xyAxes(Vector<3> const& a, Vector<3> const& b) requires(N == 3) {
+    Frame const frame{a, b};
+    return UniformTransform{withRows(frame.first, frame.second, frame.third), {}};
+}
+
+template <int N>
+UniformTransform<N> UniformTransform<N>::yzAxes(Vector<3> const& a, Vector<3> const& b) requires(N == 3) {
+    Frame const frame{a, b};
+    return UniformTransform{withRows(frame.third, frame.first, frame.second), {}};
+}
+
+template <int N>
+UniformTransform<N> UniformTransform<N>::zxAxes(Vector<3> const& a, Vector<3> const& b) requires(N == 3) {
+    Frame const frame{a, b};
+    return UniformTransform{withRows(frame.second, frame.third, frame.first), {}};
+}
+
+template <int N>
+double UniformTransform<N>::scale() const {
+    double const determinant = this->getMatrix().determinant();
+    if constexpr (N == 2) {
+        return std::sqrt(determinant);
+    } else {
+        return determinant >= 0.0 ? std::pow(determinant, 1.0 / 3.0) : -std::pow(-determinant, 1.0 / 3.0);
+    }
+}
+
+template <int N>
+Angle UniformTransform<N>::rotation() const requires(N == 2) {
+    return Angle::cosSin(this->getMatrix()[0][0], this->getMatrix()[0][1]);
+}
+
+template <int N>
+Angle UniformTransform<N>::rotation(Vector<3>&) const requires(N == 3) {
+    throw ORN::NotImplemented{L"UniformTransform<3>::rotation"};
+}
+
+template <int N>
+UniformTransform<N> UniformTransform<N>::inverse() const {
+    Matrix<N> const inverse = this->getMatrix().inverse();
+    return UniformTransform{inverse, Vector<N>{-this->getVector(), inverse}};
+}
+
+template <int N>
+UniformTransform<N>& UniformTransform<N>::operator*=(UniformTransform const& other) {
+    this->multiply(other);
+    return *this;
+}
+
+template <int N>
+UniformTransform<N>& UniformTransform<N>::operator/=(UniformTransform const& other) {
+    this->divide(other);
+    return *this;
+}
+
+template <int N>
+Transform<N>* UniformTransform<N>::clone() const {
+    return new UniformTransform{*this};
+}
+template <int N>
+Transform<N>* UniformTransform<N>::pInverse() const {
+    return new UniformTransform{inverse()};
+}
+
+template <int N>
+Transform<N>* UniformTransform<N>::composeWith(Transform<N> const& other) const {
+    return AffineTransform<N>::composeWith(other);
+}
+
+template <int N>
+AffineTransform<N>* UniformTransform<N>::composeWith(AffineTransform<N> const& other) const {
+    if (auto const* const uniform = dynamic_cast<UniformTransform const*>(&other)) {
+        auto result = std::make_unique<UniformTransform>(*this);
+        *result *= *uniform;
+        return result.release();
+    }
+    auto result = std::make_unique<NonUniformTransform<N>>(*this);
+    *result *= other;
+    return result.release();
+}
+
+template <int N>
+std::wostream& UniformTransform<N>::putOn(std::wostream& os) const {
+    if constexpr (N == 2) {
+        return os << this->translation() << L'*' << scale() << L'~' << rotation();
+    } else {
+        return os << L"UniformTfm[" << this->getMatrix() << L" + " << this->getVector() << L']';
+    }
+}
+
+template class UniformTransform<2>;
+template class UniformTransform<3>;
