@@ -1,0 +1,152 @@
+#include "orn/geometry/SpatialArc.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <sstream>
+#include <type_traits>
+
+namespace {
+
+using Arc = ORN::Arc<3>;
+using Box = Extent<3>;
+using P = Point<3>;
+using V = Vector<3>;
+
+static_assert(std::is_trivially_copyable_v<Arc> && sizeof(Arc) == 10 * sizeof(double));
+
+double distance(P const& a, P const& b) { return (a - b).length(); }
+
+class SpatialArc : public testing::Test {
+protected:
+    double coordinate() { return coordinate_(random_); }
+    double bulge() { return (sign_ = -sign_) * std::pow(10, exponent_(random_)); }
+    Arc arc() {
+        P const a{coordinate(), coordinate(), coordinate()}, b{coordinate(), coordinate(), coordinate()};
+        return Arc{a, bulge(), cross(b - a, V{coordinate(), coordinate(), coordinate()}), b};
+    }
+
+private:
+    std::mt19937 random_{10};
+    std::uniform_real_distribution<double> coordinate_{-10, 10};
+    std::uniform_real_distribution<double> exponent_{-3, 1};
+    double sign_ = 1;
+};
+
+TEST_F(SpatialArc, OfASemicircle) {
+    Arc const arc{P{0, 0, 0}, 1, V{0, 0, 2}, P{2, 0, 0}};
+    EXPECT_TRUE((arc.axis() == V{0, 0, 1})) << "the axis is normalised";
+    EXPECT_TRUE((arc.centre() == P{1, 0, 0} && arc.midpoint() == P{1, -1, 0}));
+    EXPECT_EQ(arc.radius(), 1);
+    EXPECT_EQ(arc.deviation(), 1);
+    EXPECT_TRUE((arc.extent() == Box{P{0, -1, 0}, P{2, 0, 0}}));
+    EXPECT_TRUE((arc.plane().normal() == arc.axis() && arc.plane().pointOnPlane() == arc.start()));
+
+    Arc halves[2];
+    arc.bisect(halves[0], halves[1]);
+    for (Arc const& half : halves) EXPECT_DOUBLE_EQ(half.bulge(), 0.41421356237309504880);
+    EXPECT_TRUE((halves[0].end() == P{1, -1, 0} && halves[1].start() == P{1, -1, 0}));
+
+    std::wostringstream os;
+    os << arc;
+    EXPECT_EQ(os.str(), L"(0,0,0)[1 (0,0,1)](2,0,0)");
+}
+
+TEST_F(SpatialArc, OfAStraightSegmentChoosesItsAxis) {
+    struct {
+        V chord, axis;
+    } const cases[] = {{{0, 5, 0}, {0, 0, -1}}, {{0, 4, 3}, {0, 0.6, -0.8}}, {{4, 1, 3}, {-0.6, 0, 0.8}},
+                       {{0, 0, 7}, {-1, 0, 0}}, {{-2, 2, 0}, {0, 0, -1}},    {{0, 0, 0}, {0, 0, 1}},
+                       {{3, -4, 0}, {0, 0, 1}}};
+    for (auto const& c : cases) {
+        P const start{1, 2, 3};
+        Arc const line{start, start + c.chord};
+        EXPECT_EQ(line.bulge(), 0);
+        EXPECT_TRUE(line.axis() == c.axis) << c.chord.x() << ' ' << c.chord.y() << ' ' << c.chord.z();
+        EXPECT_NEAR(dot(line.axis(), c.chord), 0, 1e-15);
+        EXPECT_TRUE(line.midpoint() == midpoint(line.start(), line.end()));
+        EXPECT_TRUE((line.extent() == Box{line.start(), line.end()}));
+    }
+    Arc const none;
+    EXPECT_TRUE((none.axis() == V{0, 0, 1} && none.start() == P{} && none.end() == P{} && none.bulge() == 0));
+}
+
+TEST_F(SpatialArc, AboutZIsTheArcOfThePlane) {
+    for (int i = 0; i < 300; ++i) {
+        double const b = bulge();
+        Point<2> const from{coordinate(), coordinate()}, to{coordinate(), coordinate()};
+        ORN::Arc<2> const flat{from, b, to};
+        Arc const arc{P{from.x(), from.y(), 0}, b, V{0, 0, 1}, P{to.x(), to.y(), 0}};
+        double const slack = 1e-12 * (1 + flat.radius());
+        auto const near = [&](P const& p, Point<2> const& q) {
+            EXPECT_NEAR(distance(p, P{q.x(), q.y(), 0}), 0, slack) << b;
+        };
+        near(arc.centre(), flat.centre());
+        near(arc.midpoint(), flat.midpoint());
+        EXPECT_NEAR(arc.radius(), flat.radius(), slack);
+        EXPECT_EQ(arc.length(), flat.length());
+        P point;
+        V tangent;
+        Point<2> flatPoint;
+        Vector<2> flatTangent;
+        for (double const part : {-0.5, 0.0, 0.3, 1.0, 1.5}) {
+            double const along = part * flat.length();
+            EXPECT_EQ(arc.measureOff(along, point, tangent), flat.measureOff(along, flatPoint, flatTangent)) << part;
+            near(point, flatPoint);
+            EXPECT_NEAR((tangent - V{flatTangent.x(), flatTangent.y(), 0}).length(), 0, 1e-11);
+        }
+    }
+}
+
+TEST_F(SpatialArc, ExtentIsTheSmallestBox) {
+    for (int i = 0; i < 300; ++i) {
+        Arc const arc = this->arc();
+        Box const box = arc.extent();
+        EXPECT_TRUE(box.contains(arc.start()) && box.contains(arc.end()));
+
+        // Points along the arc stay inside and, at this spacing, come within the sagitta of a step to every side.
+        constexpr int steps = 1000;
+        Box seen{arc.start(), arc.end()};
+        for (int k = 0; k <= steps; ++k) {
+            P point;
+            V tangent;
+            arc.measureOff(arc.length() * k / steps, point, tangent);
+            seen += point;
+        }
+        double const slack = 1e-12 * (1 + arc.radius());
+        double const step = arc.length() / steps, sagitta = step * step / (8 * arc.radius());
+        for (int axis = 0; axis < 3; ++axis) {
+            EXPECT_LE(box.lo(axis), seen.lo(axis) + slack) << arc.bulge();
+            EXPECT_GE(box.hi(axis), seen.hi(axis) - slack) << arc.bulge();
+            EXPECT_NEAR(box.lo(axis), seen.lo(axis), sagitta + slack) << arc.bulge();
+            EXPECT_NEAR(box.hi(axis), seen.hi(axis), sagitta + slack) << arc.bulge();
+        }
+    }
+    // More than half a circle, and one so flat that its centre is a million chords away.
+    EXPECT_TRUE((Arc{P{0, 0, 0}, 3, V{0, 0, 1}, P{6, 0, 0}}.extent() == Box{P{-2, -9, 0}, P{8, 0, 0}}));
+    Box const flat = Arc{P{0, 0, 0}, 1e-7, V{0, 0, 1}, P{1, 0, 0}}.extent();
+    EXPECT_DOUBLE_EQ(flat.lo(1), -0.5e-7);
+    EXPECT_EQ(flat.hi(1), 0);
+    EXPECT_TRUE(flat.lo(0) == 0 && flat.hi(0) == 1);
+}
+
+TEST_F(SpatialArc, HalvesMakeTheWhole) {
+    for (int i = 0; i < 300; ++i) {
+        Arc const arc = this->arc();
+        Arc first, second;
+        arc.bisect(first, second);
+        double const slack = 1e-12 * (1 + arc.radius());
+        EXPECT_TRUE(first.start() == arc.start() && second.end() == arc.end() && first.end() == second.start());
+        EXPECT_EQ(first.bulge(), second.bulge());
+        EXPECT_DOUBLE_EQ(first.bulge(), std::tan(std::atan(arc.bulge()) / 2));
+        EXPECT_NEAR(first.length() + second.length(), arc.length(), slack);
+        EXPECT_NEAR(distance(first.centre(), arc.centre()), 0, slack * 1e3);
+
+        Arc same = arc, other;
+        same.bisect(same, other);
+        EXPECT_TRUE(same.end() == first.end() && other.end() == arc.end()) << "an output may be the arc itself";
+    }
+}
+
+}
