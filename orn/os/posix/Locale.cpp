@@ -165,11 +165,15 @@ bool setLocale(int category, char const* name) noexcept {
     if (mask == 0 || ORN_OS_REFUSED("setlocale")) return false;
     if (!isPerThread()) return ::setlocale(category, name) != nullptr;
 
-    locale_t const copy = duplocale(uselocale(locale_t{}));
-    if (copy == locale_t{}) return false;
+    // A base that the new locale takes nothing from would be neither used nor freed.
+    locale_t copy = nullptr;
+    if (category != LC_ALL) {
+        copy = duplocale(uselocale(locale_t{}));
+        if (copy == locale_t{}) return false;
+    }
     locale_t const next = newlocale(mask, name, copy);
     if (next == locale_t{}) {
-        freelocale(copy);
+        if (copy != locale_t{}) freelocale(copy);
         return false;
     }
     threadLocale.adopt(next);
