@@ -1,6 +1,7 @@
 /// Every public header of the library.
 #pragma once
 
+#include "orn/colour/Colour.h"
 #include "orn/colour/ContextGdiplus.h"
 #include "orn/colour/DIBitmap.h"
 #include "orn/foundation/Error.h"
