@@ -1,0 +1,119 @@
+/// Objects shared between owners: a reference count inside the object, and the handles that hold it.
+#pragma once
+
+#include "orn/Export.h"
+#include "orn/os/Types.h"
+
+#include <atomic>
+#include <concepts>
+#include <cstddef>
+#include <utility>
+
+namespace ORN {
+
+/// What a handle needs of an object.
+class ORN_API IHandlable {
+public:
+    virtual void adref() const = 0;  ///< adds one reference; does not throw
+    virtual void deref() const = 0;  ///< drops one reference, and destroys the object with the last; does not throw
+    virtual ~IHandlable();
+};
+
+/// The base of classes whose objects are shared. An object starts with no references, is made with `new`, and deletes
+/// itself when its last handle goes; one that no handle ever took is its maker's to delete. References may be added and
+/// dropped on any number of threads at once.
+///
+/// While the destructor runs the count stands at 1, so a destructor may wrap `this` in handles and drop them again.
+class ORN_API Handlable : public IHandlable {
+protected:
+    constexpr Handlable() noexcept = default;
+    constexpr Handlable(Handlable const&) noexcept : IHandlable{} {}  ///< a copy has no references yet
+    Handlable& operator=(Handlable const&) noexcept { return *this; }  ///< both objects keep their references
+    ~Handlable() override;
+
+private:
+    friend class HandleBase;
+
+    void adref() const override;
+    void deref() const override;
+
+    mutable std::atomic<LONG> count_{0};
+};
+
+/// The operations of every handle on the counted object.
+class ORN_API HandleBase {
+protected:
+    constexpr HandleBase() noexcept = default;
+    constexpr HandleBase(HandleBase const&) noexcept = default;
+    HandleBase& operator=(HandleBase const&) noexcept { return *this; }
+    ~HandleBase() = default;
+
+    static void adref(IHandlable const* p) {
+        if (p != nullptr) p->adref();
+    }
+    static void deref(IHandlable const* p) {
+        if (p != nullptr) p->deref();
+    }
+    static LONG refC(Handlable const* p) noexcept { return p->count_.load(std::memory_order_relaxed); }
+};
+
+/// A pointer that owns one reference to its object, or null. Handles to one object may be used on several threads; a
+/// single handle may not be changed by one thread while another uses it.
+template <typename T> class Handle : public HandleBase {
+public:
+    constexpr Handle() noexcept = default;
+    constexpr Handle(std::nullptr_t) noexcept {}
+    explicit Handle(T* p) noexcept : pointer_{p} { adref(p); }  ///< adds a reference; null gives a null handle
+    Handle(Handle const& other) noexcept : HandleBase{other}, pointer_{other.pointer_} { adref(pointer_); }
+    constexpr Handle(Handle&& other) noexcept : pointer_{std::exchange(other.pointer_, nullptr)} {}  ///< leaves null
+    template <typename Derived>
+        requires(std::convertible_to<Derived*, T*> && !std::same_as<Derived, T>)
+    Handle(Handle<Derived> const& other) noexcept : Handle{static_cast<T*>(other.get())} {}
+    template <typename Derived>
+        requires(std::convertible_to<Derived*, T*> && !std::same_as<Derived, T>)
+    Handle(Handle<Derived>&& other) noexcept : pointer_{std::exchange(other.pointer_, nullptr)} {}
+    ~Handle() { deref(pointer_); }
+
+    T* get() const noexcept { return pointer_; }
+    T* operator->() const noexcept { return pointer_; }
+    T& operator*() const noexcept { return *pointer_; }
+
+    bool null() const noexcept { return pointer_ == nullptr; }
+    explicit operator bool() const noexcept { return pointer_ != nullptr; }
+
+    /// True when the object has no other reference; meaningful while no other thread takes or drops one.
+    bool isLastHandle() const noexcept { return pointer_ != nullptr && refC(pointer_) == 1; }
+
+    /// Takes the new object before it drops the old one, so assignment to the handle's own object never destroys it.
+    Handle& operator=(Handle const& other) noexcept {
+        reset(other.pointer_);
+        return *this;
+    }
+    Handle& operator=(Handle&& other) noexcept {
+        replace(std::exchange(other.pointer_, nullptr));
+        return *this;
+    }
+    void reset(T* p = nullptr) noexcept {
+        adref(p);
+        replace(p);
+    }
+    void swap(Handle& other) noexcept { std::swap(pointer_, other.pointer_); }  ///< not atomic
+
+    /// Identity of the objects, not equality of their values.
+    bool operator==(Handle const& other) const noexcept { return pointer_ == other.pointer_; }
+    bool operator!=(Handle const& other) const noexcept { return pointer_ != other.pointer_; }
+    bool operator==(std::nullptr_t) const noexcept { return pointer_ == nullptr; }
+    bool operator!=(std::nullptr_t) const noexcept { return pointer_ != nullptr; }
+
+private:
+    template <typename> friend class Handle;
+
+    void replace(T* owned) noexcept { deref(std::atomic_ref<T*>{pointer_}.exchange(owned)); }
+
+    T* pointer_ = nullptr;
+};
+
+extern template class ORN_API Handle<Handlable>;
+static_assert(sizeof(Handle<Handlable>) == sizeof(void*));
+
+}
