@@ -27,7 +27,7 @@ public:
 class ORN_API Handlable : public IHandlable {
 protected:
     constexpr Handlable() noexcept = default;
-    constexpr Handlable(Handlable const&) noexcept : IHandlable{} {}  ///< a copy has no references yet
+    constexpr Handlable(Handlable const&) noexcept : IHandlable{} {}   ///< a copy has no references yet
     Handlable& operator=(Handlable const&) noexcept { return *this; }  ///< both objects keep their references
     ~Handlable() override;
 
@@ -59,7 +59,8 @@ protected:
 
 /// A pointer that owns one reference to its object, or null. Handles to one object may be used on several threads; a
 /// single handle may not be changed by one thread while another uses it.
-template <typename T> class Handle : public HandleBase {
+template <typename T>
+class Handle : public HandleBase {
 public:
     constexpr Handle() noexcept = default;
     constexpr Handle(std::nullptr_t) noexcept {}
@@ -67,11 +68,11 @@ public:
     Handle(Handle const& other) noexcept : HandleBase{other}, pointer_{other.pointer_} { adref(pointer_); }
     constexpr Handle(Handle&& other) noexcept : pointer_{std::exchange(other.pointer_, nullptr)} {}  ///< leaves null
     template <typename Derived>
-        requires(std::convertible_to<Derived*, T*> && !std::same_as<Derived, T>)
-    Handle(Handle<Derived> const& other) noexcept : Handle{static_cast<T*>(other.get())} {}
+    requires(std::convertible_to<Derived*, T*> && !std::same_as<Derived, T>) Handle(Handle<Derived> const& other)
+    noexcept : Handle{static_cast<T*>(other.get())} {}
     template <typename Derived>
-        requires(std::convertible_to<Derived*, T*> && !std::same_as<Derived, T>)
-    Handle(Handle<Derived>&& other) noexcept : pointer_{std::exchange(other.pointer_, nullptr)} {}
+    requires(std::convertible_to<Derived*, T*> && !std::same_as<Derived, T>) Handle(Handle<Derived>&& other)
+    noexcept : pointer_{std::exchange(other.pointer_, nullptr)} {}
     ~Handle() { deref(pointer_); }
 
     T* get() const noexcept { return pointer_; }
@@ -106,7 +107,8 @@ public:
     bool operator!=(std::nullptr_t) const noexcept { return pointer_ != nullptr; }
 
 private:
-    template <typename> friend class Handle;
+    template <typename>
+    friend class Handle;
 
     void replace(T* owned) noexcept { deref(std::atomic_ref<T*>{pointer_}.exchange(owned)); }
 

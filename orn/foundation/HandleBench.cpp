@@ -40,7 +40,8 @@ private:
     std::thread thread_;
 };
 
-template <typename Pointer> void copyAndDrop(benchmark::State& state, Pointer pointer) {
+template <typename Pointer>
+void copyAndDrop(benchmark::State& state, Pointer pointer) {
     SecondThread const second;
     benchmark::DoNotOptimize(pointer);
     for (auto _ : state) {

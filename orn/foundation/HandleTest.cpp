@@ -45,7 +45,10 @@ private:
 };
 
 struct Count : ORN::HandleBase {
-    template <typename T> static LONG of(Handle<T> const& handle) { return refC(handle.get()); }
+    template <typename T>
+    static LONG of(Handle<T> const& handle) {
+        return refC(handle.get());
+    }
 };
 
 }

@@ -1,0 +1,45 @@
+#include "orn/events/EVSubscriptionListImp.h"
+
+template <typename T>
+ORN::Handle<EVSubscriptionList<T>> EVSubscriptionList<T>::create() {
+    return ORN::Handle<EVSubscriptionList>{new EVSubscriptionListImp<T>};
+}
+
+template <typename T>
+EVSubscriptionList<T>::~EVSubscriptionList() = default;
+
+EVSubscriptionBase::~EVSubscriptionBase() = default;
+
+template <typename T>
+EVSubscription<T>::EVSubscription(EVSubscriptionList<T>& list) : EVSubscription{list, EVSubscriptionDetached{}} {
+    attach();
+}
+
+template <typename T>
+EVSubscription<T>::EVSubscription(EVSubscriptionList<T>& list, EVSubscriptionDetached) : list_{&list} {}
+
+template <typename T>
+EVSubscription<T>::~EVSubscription() {
+    EVSubscription::destroy();
+}
+
+template <typename T>
+void EVSubscription<T>::attach() {
+    list_->insert(this);
+}
+
+template <typename T>
+void EVSubscription<T>::destroy() {
+    if (list_.null()) return;
+    list_->erase(this);
+    list_.reset(nullptr);
+}
+
+template class EVSubscriptionList<void>;
+template class EVSubscriptionList<int>;
+template class EVSubscriptionList<Quark>;
+template class EVSubscriptionList<std::wstring>;
+template class EVSubscription<void>;
+template class EVSubscription<int>;
+template class EVSubscription<Quark>;
+template class EVSubscription<std::wstring>;

@@ -1,0 +1,172 @@
+/// Publish and subscribe: a list announces events, and each subscription on it is called once for each of them.
+///
+/// The event carries a value of type T: void (none), int, Quark or std::wstring.
+#pragma once
+
+#include "orn/Export.h"
+#include "orn/foundation/Handle.h"
+#include "orn/text/Quark.h"
+
+#include <atomic>
+#include <string>
+#include <utility>
+
+template <typename T>
+class EVSubscription;
+
+/// Names the event's value type, and how notify takes it.
+template <typename T>
+class EVSubscriptionParameter {
+public:
+    using Callback = void(T);
+
+    constexpr EVSubscriptionParameter() noexcept = default;
+    constexpr EVSubscriptionParameter(EVSubscriptionParameter const&) noexcept {}
+    EVSubscriptionParameter& operator=(EVSubscriptionParameter const&) noexcept { return *this; }
+};
+
+template <>
+class EVSubscriptionParameter<void> {
+public:
+    using Callback = void();
+};
+
+template <>
+class EVSubscriptionParameter<std::wstring> {
+public:
+    using Callback = void(std::wstring const&);
+};
+
+/// Adds `virtual void notify` with the parameters of a callback to Base.
+template <typename Base, typename Callback>
+class EVNotified;
+template <typename Base, typename... Arguments>
+class EVNotified<Base, void(Arguments...)> : public Base {
+public:
+    virtual void notify(Arguments... arguments) = 0;
+
+protected:
+    EVNotified() = default;
+    EVNotified(EVNotified const&) = default;
+    EVNotified& operator=(EVNotified const&) = default;
+    ~EVNotified() override = default;
+};
+
+/// A list of subscriptions. It knows them and does not own them; each of them, and the publisher, holds the list by a
+/// handle. Any number of threads may announce events on one list at once, and callbacks then run on all of them.
+///
+/// notify() calls every subscription that is not suppressed in the order of their addresses. When one throws a
+/// std::exception, it is called once more, then those after it; what they throw of this kind is dropped, and at the end
+/// the first exception is thrown on. Any other exception leaves notify() at once.
+///
+/// Subscribing and detaching wait until no notify() runs on the list. So a callback that does either on the list that
+/// calls it waits for ever; it may announce on the same list again, and do anything with others.
+///
+/// A copy of a list starts without references and calls the same subscriptions, which do not know of it.
+template <typename T>
+class EVSubscriptionList : public EVNotified<ORN::Handlable, typename EVSubscriptionParameter<T>::Callback>,
+                           public EVSubscriptionParameter<T> {
+public:
+    EVSubscriptionList() = default;
+    EVSubscriptionList(EVSubscriptionList const&) = default;
+    EVSubscriptionList& operator=(EVSubscriptionList const&) = default;
+
+    static ORN::Handle<EVSubscriptionList> create();  ///< a new list without subscriptions
+
+protected:
+    ~EVSubscriptionList() override;
+
+private:
+    friend class EVSubscription<T>;
+
+    virtual void insert(EVSubscription<T>* subscription) = 0;
+    virtual void erase(EVSubscription<T>* subscription) = 0;
+};
+
+/// What every subscription has: a count of reasons not to be called, which any thread may raise and lower.
+class ORN_API EVSubscriptionBase {
+public:
+    virtual ~EVSubscriptionBase();
+
+    void suppress() noexcept { ++suppressions_; }
+    void unsuppress() noexcept { --suppressions_; }  ///< once for each suppress()
+    bool suppressed() const noexcept { return suppressions_.load(std::memory_order_acquire) != 0; }
+
+protected:
+    constexpr EVSubscriptionBase() noexcept = default;
+    EVSubscriptionBase(EVSubscriptionBase const&) = delete;
+    EVSubscriptionBase& operator=(EVSubscriptionBase const&) = delete;
+
+private:
+    std::atomic<LONG> suppressions_{0};
+};
+
+/// Suppresses a subscription for a scope. A notify() that has begun on another thread may still call it.
+class EVSuppression {
+public:
+    explicit EVSuppression(EVSubscriptionBase& subscription) noexcept : subscription_{&subscription} {
+        subscription_->suppress();
+    }
+    ~EVSuppression() { subscription_->unsuppress(); }
+    EVSuppression(EVSuppression const&) = delete;
+    EVSuppression& operator=(EVSuppression const&) = delete;
+
+private:
+    EVSubscriptionBase* subscription_;
+};
+
+/// Asks for a subscription that is not attached yet.
+struct EVSubscriptionDetached {};
+
+/// A subscription, attached to its list until destroy() or the destructor; it keeps the list alive so long.
+///
+/// notify() must not be called while the class that overrides it is not there: the destructor of the most derived class
+/// calls destroy(), before any part of it goes. Where another thread may announce while a subscription is constructed,
+/// that class also constructs its base with EVSubscriptionDetached, and calls attach() at the end of its constructor.
+template <typename T>
+class EVSubscription : public EVNotified<EVSubscriptionBase, typename EVSubscriptionParameter<T>::Callback>,
+                       public EVSubscriptionParameter<T> {
+protected:
+    explicit EVSubscription(EVSubscriptionList<T>& list);                 ///< attached to the list
+    EVSubscription(EVSubscriptionList<T>& list, EVSubscriptionDetached);  ///< not before attach()
+    ~EVSubscription() override = 0;
+
+    void attach();   ///< once, after construction with EVSubscriptionDetached
+    void destroy();  ///< detaches, waiting for a notify() that runs; nothing when detached already
+
+private:
+    ORN::Handle<EVSubscriptionList<T>> list_;
+};
+
+extern template class ORN_API EVSubscriptionList<void>;
+extern template class ORN_API EVSubscriptionList<int>;
+extern template class ORN_API EVSubscriptionList<Quark>;
+extern template class ORN_API EVSubscriptionList<std::wstring>;
+extern template class ORN_API EVSubscription<void>;
+extern template class ORN_API EVSubscription<int>;
+extern template class ORN_API EVSubscription<Quark>;
+extern template class ORN_API EVSubscription<std::wstring>;
+
+/// Calls a callable for each event, from the end of its construction until its destruction begins:
+///
+///     EVCallableSubscription subscription{*list, [&](int value) { … }};
+template <typename T, typename Callable, typename Callback = typename EVSubscriptionParameter<T>::Callback>
+class EVCallableSubscription;
+
+template <typename T, typename Callable, typename... Arguments>
+class EVCallableSubscription<T, Callable, void(Arguments...)> final : public EVSubscription<T> {
+public:
+    EVCallableSubscription(EVSubscriptionList<T>& list, Callable callable)
+        : EVSubscription<T>{list, EVSubscriptionDetached{}}, callable_{std::move(callable)} {
+        this->attach();
+    }
+    ~EVCallableSubscription() override { this->destroy(); }
+
+    void notify(Arguments... arguments) override { callable_(arguments...); }
+
+private:
+    Callable callable_;
+};
+
+template <typename T, typename Callable>
+EVCallableSubscription(EVSubscriptionList<T>&, Callable) -> EVCallableSubscription<T, Callable>;

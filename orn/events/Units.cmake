@@ -1,0 +1,1 @@
+orn_unit(events/EventSubscription)

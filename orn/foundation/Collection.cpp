@@ -1,0 +1,105 @@
+#include "orn/foundation/Collection.h"
+
+#include <algorithm>
+
+namespace ORN {
+
+CollectionBase::CollectionBase(std::size_t perChunk, std::size_t elementSize, unsigned char* firstChunk) noexcept
+    : chunks_{&firstChunk_}, perChunk_{perChunk}, elementSize_{elementSize}, firstChunk_{firstChunk} {}
+
+CollectionBase& CollectionBase::operator=(CollectionBase const& other) {
+    rawAssign(other);
+    return *this;
+}
+
+CollectionBase::~CollectionBase() {
+    if (capacity_ > 1) ::operator delete(chunks_);
+}
+
+void CollectionBase::clear() { rawResize(0, nullptr); }
+void CollectionBase::pop_back() { rawResize(count_ - 1, nullptr); }
+
+void* CollectionBase::rawPush() { return count_ % perChunk_ == 0 ? addChunk(count_ / perChunk_) : rawIndex(count_); }
+
+void CollectionBase::rawNotPushed() noexcept {
+    if (count_ % perChunk_ == 0) freeChunk(count_ / perChunk_);
+}
+
+void CollectionBase::rawResize(std::size_t count, void const* source) {
+    while (count_ > count) {
+        std::size_t const chunk = (count_ - 1) / perChunk_;
+        std::size_t const first = chunk * perChunk_;
+        std::size_t const kept = std::max(count, first);
+        for (unsigned char* slot = chunks_[chunk] + (count_ - first) * elementSize_; count_ > kept;) {
+            slot -= elementSize_;
+            rawDestroy(slot);
+            --count_;
+        }
+        if (count_ == first) freeChunk(chunk);
+    }
+    while (count_ < count) {
+        std::size_t const run = std::min(perChunk_ - count_ % perChunk_, count - count_);
+        append(count_ / perChunk_, run, static_cast<unsigned char const*>(source), 0);
+    }
+}
+
+void CollectionBase::rawInit(CollectionBase const& other) {
+    if (elementSize_ != other.elementSize_ || perChunk_ != other.perChunk_)
+        throw std::logic_error{"CollectionBase::rawInit of another kind of collection"};
+    for (std::size_t chunk = 0; count_ < other.count_; ++chunk)
+        append(chunk, std::min(perChunk_, other.count_ - count_), other.chunks_[chunk], elementSize_);
+}
+
+void CollectionBase::rawAssign(CollectionBase const& other) {
+    if (this == &other) return;
+    rawResize(0, nullptr);
+    rawInit(other);
+}
+
+void CollectionBase::rawTake(CollectionBase& other) noexcept {
+    if (other.capacity_ > 1) {
+        if (capacity_ > 1) ::operator delete(chunks_);
+        chunks_ = std::exchange(other.chunks_, &other.firstChunk_);
+        capacity_ = std::exchange(other.capacity_, 1);
+        chunks_[0] = firstChunk_;
+    }
+    count_ = std::exchange(other.count_, 0);
+}
+
+/// Constructs the next run of elements, all within one chunk, from a source that goes on by stride.
+void CollectionBase::append(std::size_t chunk, std::size_t run, unsigned char const* source, std::size_t stride) {
+    std::size_t const offset = count_ % perChunk_;
+    unsigned char* slot = (offset == 0 ? addChunk(chunk) : chunks_[chunk]) + offset * elementSize_;
+    try {
+        for (std::size_t end = count_ + run; count_ < end; slot += elementSize_) {
+            rawConstruct(slot, source);
+            ++count_;
+            if (source != nullptr) source += stride;
+        }
+    } catch (...) {
+        rawNotPushed();
+        throw;
+    }
+}
+
+unsigned char* CollectionBase::addChunk(std::size_t index) {
+    if (index == capacity_) growTable();
+    if (index == 0) return chunks_[0] = firstChunk_;
+    return chunks_[index] = static_cast<unsigned char*>(::operator new(perChunk_* elementSize_));
+}
+
+void CollectionBase::growTable() {
+    std::size_t const capacity = capacity_ * 3 / 2 + 10;
+    bool const fits = capacity <= max_size() / sizeof *chunks_;
+    auto const table = static_cast<unsigned char**>(::operator new(fits ? capacity * sizeof *chunks_ : max_size()));
+    std::copy_n(chunks_, capacity_, table);
+    if (capacity_ > 1) ::operator delete(chunks_);
+    chunks_ = table;
+    capacity_ = capacity;
+}
+
+void CollectionBase::freeChunk(std::size_t index) noexcept {
+    if (index != 0) ::operator delete(chunks_[index]);
+}
+
+}

@@ -1,0 +1,27 @@
+#include "orn/foundation/Collection.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <deque>
+
+namespace {
+
+/// As many elements a chunk as the peer has.
+constexpr std::size_t perChunk = 512 / sizeof(std::uint64_t);
+constexpr std::uint64_t elements = 1'000'000;
+
+template <typename Sequence>
+void push(benchmark::State& state) {
+    for (auto _ : state) {
+        Sequence sequence;
+        for (std::uint64_t i = 0; i < elements; ++i) sequence.push_back(i);
+        benchmark::DoNotOptimize(sequence.back());
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(elements));
+}
+
+BENCHMARK(push<ORN::Collection<std::uint64_t, perChunk>>)->Name("collection");
+BENCHMARK(push<std::deque<std::uint64_t>>)->Name("deque");
+
+}

@@ -1,0 +1,212 @@
+#include "orn/foundation/Collection.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <numeric>
+#include <ranges>
+#include <string>
+#include <vector>
+
+using ORN::Collection;
+using ORN::CollectionBase;
+
+namespace {
+
+/// Four ints a chunk over the bare base, with a record of what is constructed and destroyed.
+class Ints : public CollectionBase {
+public:
+    Ints() : CollectionBase{4, sizeof(int), reinterpret_cast<unsigned char*>(first)} {}
+    Ints(Ints const&) = default;
+    ~Ints() override { detached ? void() : clear(); }
+
+    using CollectionBase::rawBack;
+    using CollectionBase::rawChunks;
+    using CollectionBase::rawFront;
+    using CollectionBase::rawIndex;
+    using CollectionBase::rawResize;
+
+    void push(int value) {
+        *static_cast<int*>(rawPush()) = value;
+        rawPushed();
+    }
+    int* at(std::size_t i) const { return static_cast<int*>(rawIndex(i)); }
+
+    int first[4] = {};
+    std::vector<int> destroyed;
+    bool detached = false;
+
+private:
+    void rawConstruct(void* slot, void const* source) override {
+        *static_cast<int*>(slot) = source != nullptr ? *static_cast<int const*>(source) : -1;
+    }
+    void rawDestroy(void* slot) override { destroyed.push_back(*static_cast<int*>(slot)); }
+};
+
+/// Throws when made from the value that is told to, and counts its lives.
+struct Fragile {
+    explicit Fragile(int v = 0) : value{v} { begin(); }
+    Fragile(Fragile const& other) : value{other.value} { begin(); }
+    Fragile& operator=(Fragile const&) = default;
+    ~Fragile() { --lives; }
+
+    void begin() const {
+        if (fuse-- == 0) throw std::runtime_error{"no more"};
+        ++lives;
+    }
+    int value;
+    static inline int lives = 0;
+    static inline int fuse = -1;
+};
+
+}
+
+TEST(CollectionBase, KeepsElementsInChunksThatNeverMove) {
+    Ints ints;
+    EXPECT_TRUE(ints.empty());
+    EXPECT_EQ(ints.max_size(), 18446744073709551615u);
+    unsigned char** const inlineTable = ints.rawChunks();
+
+    std::vector<int*> places;
+    for (int i = 0; i < 100; ++i) {
+        ints.push(i);
+        places.push_back(ints.at(ints.size() - 1));
+        EXPECT_EQ(ints.rawChunks() == inlineTable, i < 4) << i;
+    }
+    EXPECT_EQ(ints.size(), 100u);
+    EXPECT_EQ(ints.rawFront(), ints.first);
+    EXPECT_EQ(ints.rawChunks()[0], reinterpret_cast<unsigned char*>(ints.first));
+    EXPECT_EQ(ints.rawBack(), places.back());
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(ints.at(i), places[i]);
+        EXPECT_EQ(*places[i], i);
+        EXPECT_EQ(reinterpret_cast<unsigned char*>(places[i]), ints.rawChunks()[i / 4] + i % 4 * sizeof(int));
+    }
+}
+
+TEST(CollectionBase, ResizesFromTheBack) {
+    Ints ints;
+    int const source = 7;
+    ints.rawResize(5, &source);
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(*ints.at(i), 7);
+    for (int i = 0; i < 5; ++i) *ints.at(i) = 10 + i;
+    ints.rawResize(2, nullptr);
+    EXPECT_EQ(ints.destroyed, (std::vector{14, 13, 12}));
+    ints.rawResize(4, nullptr);
+    EXPECT_EQ(*ints.at(3), -1);
+    ints.pop_back();
+    EXPECT_EQ(ints.size(), 3u);
+    ints.clear();
+    EXPECT_EQ(ints.destroyed, (std::vector{14, 13, 12, -1, -1, 11, 10}));
+}
+
+TEST(CollectionBase, CopiesItsFieldsAndAssignsItsElements) {
+    Ints ints;
+    for (int i = 0; i < 3; ++i) ints.push(i);
+    Ints fields{ints};
+    fields.detached = true;
+    EXPECT_EQ(fields.size(), 3u);
+    EXPECT_EQ(fields.rawChunks(), ints.rawChunks());
+    EXPECT_EQ(fields.rawFront(), ints.first);
+
+    for (int i = 3; i < 9; ++i) ints.push(i);
+    Ints other;
+    for (int i = 0; i < 6; ++i) other.push(100 + i);
+    CollectionBase& base = other;
+    base = base;
+    EXPECT_EQ(*other.at(5), 105);
+    base = ints;
+    ASSERT_EQ(other.size(), 9u);
+    EXPECT_EQ(other.destroyed, (std::vector{105, 104, 103, 102, 101, 100}));
+    for (int i = 0; i < 9; ++i) EXPECT_EQ(*other.at(i), i);
+
+    Collection<int, 8> wider;
+    EXPECT_THROW(base = wider, std::logic_error);
+}
+
+TEST(Collection, IsARandomAccessSequence) {
+    static_assert(std::random_access_iterator<Collection<int>::iterator>);
+    static_assert(std::random_access_iterator<Collection<int>::const_iterator>);
+    static_assert(std::convertible_to<Collection<int>::iterator, Collection<int>::const_iterator>);
+    static_assert(!std::is_copy_constructible_v<Collection<std::unique_ptr<int>>>);
+
+    Collection<int, 4> numbers;
+    auto const first = numbers.begin();
+    for (int i = 0; i < 50; ++i) numbers.push_back(i * 37 % 50);
+    EXPECT_EQ(numbers.end() - first, 50);
+    EXPECT_EQ(first[49], 49 * 37 % 50);
+    std::ranges::sort(numbers);
+    EXPECT_TRUE(std::ranges::equal(std::as_const(numbers), std::views::iota(0, 50)));
+    EXPECT_EQ(*(7 + numbers.cbegin()), 7);
+    EXPECT_EQ(*std::ranges::lower_bound(numbers, 31), 31);
+    EXPECT_EQ(numbers.front(), 0);
+    EXPECT_EQ(numbers.back(), 49);
+    numbers.resize(3);
+    numbers.resize(6, numbers[2]);
+    numbers.push_back(numbers.front());
+    EXPECT_TRUE(std::ranges::equal(numbers, std::vector{0, 1, 2, 2, 2, 2, 0}));
+}
+
+TEST(Collection, CopiesAndMoves) {
+    for (int size : {0, 3, 4, 5, 40}) {
+        Collection<std::string, 4> texts;
+        std::vector<std::string> expected;
+        for (int i = 0; i < size; ++i) {
+            expected.push_back("a text that is longer than the short ones " + std::to_string(i));
+            texts.push_back(expected.back());
+        }
+        Collection<std::string, 4> copy{texts};
+        EXPECT_TRUE(std::ranges::equal(copy, expected)) << size;
+        std::string const* const late = size > 4 ? &texts[4] : nullptr;
+
+        Collection<std::string, 4> moved{std::move(texts)};
+        EXPECT_TRUE(texts.empty());
+        EXPECT_TRUE(std::ranges::equal(moved, expected)) << size;
+        if (size > 4) { EXPECT_EQ(&moved[4], late); }
+        texts.emplace_back(3, 'x');
+        EXPECT_EQ(texts[0], "xxx");
+
+        copy = std::move(texts);
+        EXPECT_EQ(copy.size(), 1u);
+        copy = moved;
+        moved = std::move(copy);
+        EXPECT_TRUE(std::ranges::equal(moved, expected)) << size;
+        EXPECT_TRUE(copy.empty());
+    }
+
+    Collection<std::unique_ptr<int>, 2> owners;
+    for (int i = 0; i < 5; ++i) owners.push_back(std::make_unique<int>(i));
+    Collection<std::unique_ptr<int>, 2> const moved = std::move(owners);
+    EXPECT_EQ(*moved[4], 4);
+    EXPECT_EQ(*moved[0], 0);
+}
+
+TEST(Collection, ConstructorThatThrowsLeavesTheCountExact) {
+    for (int fuse = 0; fuse < 7; ++fuse) {
+        Collection<Fragile, 2> elements;
+        Collection<Fragile, 2> source;
+        for (int i = 0; i < 7; ++i) source.emplace_back(i);
+
+        Fragile::fuse = fuse;
+        EXPECT_THROW(elements.resize(7), std::runtime_error);
+        EXPECT_EQ(elements.size(), static_cast<std::size_t>(fuse));
+        elements.clear();
+
+        Fragile::fuse = fuse;
+        EXPECT_THROW(for (;;) elements.emplace_back(1), std::runtime_error);
+        EXPECT_EQ(elements.size(), static_cast<std::size_t>(fuse));
+        Fragile::fuse = -1;
+        elements.emplace_back(5);
+        EXPECT_EQ(elements.back().value, 5);
+
+        Fragile::fuse = fuse;
+        EXPECT_THROW(elements = source, std::runtime_error);
+        EXPECT_EQ(elements.size(), static_cast<std::size_t>(fuse));
+        Fragile::fuse = fuse;
+        EXPECT_THROW((Collection<Fragile, 2>{source}), std::runtime_error);
+        Fragile::fuse = -1;
+        EXPECT_EQ(Fragile::lives, 7 + fuse);
+    }
+    EXPECT_EQ(Fragile::lives, 0);
+}
