@@ -201,7 +201,7 @@ TEST(EventSubscription, CallbacksMayAnnounceAgain) {
                                                   if (value > 0) list->notify(value - 1);
                                               }};
     list->notify(2);
-    EXPECT_EQ(log, "2o1o0o");
+    EXPECT_EQ(log, "2o1oo0ooo");
 }
 
 TEST(EventSubscription, ThreadsSubscribeAndDetachAgainstAnnouncements) {
