@@ -89,7 +89,7 @@ void putText(Sink& sink, FormatConversion const& conversion, wchar_t const* text
 /// Up to `limit` units of a terminated narrow text in the multibyte code page, reading no byte behind the last of them.
 template <typename Put>
 void eachUnit(char const* text, std::size_t limit, Put put) {
-    while (*text != 0 && limit > 0) {
+    while (limit > 0 && *text != 0) {
         unsigned int point = static_cast<unsigned char>(*text);
         int taken = point < 0x80 ? 1 : -1;
         for (int length = 1; taken < 0 && length <= MB_LEN_MAX && text[length - 1] != 0; ++length)
