@@ -102,7 +102,7 @@ constexpr Matrix<N> Matrix<N>::transpose() const noexcept {
 }
 
 template <int N>
-double Matrix<N>::determinant() const {
+inline double Matrix<N>::determinant() const {
     auto const& m = elements_;
     if constexpr (N == 1) {
         return m[0][0];
@@ -115,7 +115,7 @@ double Matrix<N>::determinant() const {
 }
 
 template <int N>
-Matrix<N> Matrix<N>::inverse() const noexcept {
+inline Matrix<N> Matrix<N>::inverse() const noexcept {
     auto const& m = elements_;
     double const d = determinant();
     if constexpr (N == 1) {
@@ -140,11 +140,6 @@ template <>
 ORN_API double Matrix<4>::determinant() const;
 template <>
 ORN_API Matrix<4> Matrix<4>::inverse() const noexcept;
-
-extern template class Matrix<1>;
-extern template class Matrix<2>;
-extern template class Matrix<3>;
-extern template class Matrix<4>;
 
 namespace ORN {
 

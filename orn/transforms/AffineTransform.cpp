@@ -9,7 +9,27 @@
 #include <ostream>
 
 template <int N>
+AffineTransform<N>::AffineTransform(double const (*rows)[N]) : matrix_{rows} {}
+
+template <int N>
+AffineTransform<N>::AffineTransform(Vector<N> const& translation) : vector_{translation} {}
+
+template <int N>
+AffineTransform<N>::AffineTransform(Matrix<N> const& matrix, Vector<N> const& translation)
+    : matrix_{matrix}, vector_{translation} {}
+
+template <int N>
 AffineTransform<N>::~AffineTransform() = default;
+
+template <int N>
+Matrix<N> const& AffineTransform<N>::getMatrix() const noexcept {
+    return matrix_;
+}
+
+template <int N>
+Vector<N> const& AffineTransform<N>::getVector() const noexcept {
+    return vector_;
+}
 
 template <int N>
 Transform<N - 1>* AffineTransform<N>::pSlice() const {

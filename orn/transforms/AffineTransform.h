@@ -33,12 +33,12 @@ public:
 
 protected:
     AffineTransform() = default;  ///< the identity
-    explicit AffineTransform(double const (*rows)[N]) : matrix_{rows} {}
-    explicit AffineTransform(Vector<N> const& translation) : vector_{translation} {}
-    AffineTransform(Matrix<N> const& matrix, Vector<N> const& translation) : matrix_{matrix}, vector_{translation} {}
+    explicit AffineTransform(double const (*rows)[N]);
+    explicit AffineTransform(Vector<N> const& translation);
+    AffineTransform(Matrix<N> const& matrix, Vector<N> const& translation);
 
-    Matrix<N> const& getMatrix() const noexcept { return matrix_; }
-    Vector<N> const& getVector() const noexcept { return vector_; }
+    Matrix<N> const& getMatrix() const noexcept;
+    Vector<N> const& getVector() const noexcept;
 
     std::wostream& putOn(std::wostream& os) const override;  ///< (translation)+[matrix]
 

@@ -3,6 +3,16 @@
 #include <memory>
 
 template <int N>
+NonUniformTransform<N>::NonUniformTransform(double const (*rows)[N]) : AffineTransform<N>{rows} {}
+
+template <int N>
+NonUniformTransform<N>::NonUniformTransform(Matrix<N> const& matrix, Vector<N> const& translation)
+    : AffineTransform<N>{matrix, translation} {}
+
+template <int N>
+NonUniformTransform<N>::NonUniformTransform(AffineTransform<N> const& other) : AffineTransform<N>{other} {}
+
+template <int N>
 NonUniformTransform<N>::~NonUniformTransform() = default;
 
 template <int N>

@@ -10,7 +10,7 @@ public:
     NonUniformTransform() = default;  ///< the identity
     NonUniformTransform(NonUniformTransform const&) = default;
     NonUniformTransform& operator=(NonUniformTransform const&) = default;
-    NonUniformTransform(AffineTransform<N> const& other) : AffineTransform<N>{other} {}
+    NonUniformTransform(AffineTransform<N> const& other);
     ~NonUniformTransform() override;
 
     static NonUniformTransform scale(double sx, double sy) requires(N == 2);
@@ -33,9 +33,8 @@ public:
     AffineTransform<N>* composeWith(AffineTransform<N> const& other) const override;
 
 private:
-    explicit NonUniformTransform(double const (*rows)[N]) : AffineTransform<N>{rows} {}
-    NonUniformTransform(Matrix<N> const& matrix, Vector<N> const& translation)
-        : AffineTransform<N>{matrix, translation} {}
+    explicit NonUniformTransform(double const (*rows)[N]);
+    NonUniformTransform(Matrix<N> const& matrix, Vector<N> const& translation);
 };
 
 extern template class NonUniformTransform<2>;

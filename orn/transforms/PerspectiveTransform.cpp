@@ -54,6 +54,12 @@ template <int N>
 constinit Matrix<N + 1> const PerspectiveTransform<N>::m_unitTrn = unitPerspective<N>();
 
 template <int N>
+PerspectiveTransform<N>::PerspectiveTransform() : matrix_{m_unitTrn} {}
+
+template <int N>
+PerspectiveTransform<N>::PerspectiveTransform(Matrix<N + 1> const& matrix) : matrix_{matrix} {}
+
+template <int N>
 PerspectiveTransform<N>::~PerspectiveTransform() = default;
 
 template <int N>

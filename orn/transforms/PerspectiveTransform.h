@@ -28,7 +28,7 @@ public:
     /// (x, y) to (x/y, −1/y); (x, y, z) to (x/z, y/z, −1/z).
     static Matrix<N + 1> const m_unitTrn;
 
-    PerspectiveTransform() : matrix_{m_unitTrn} {}
+    PerspectiveTransform();
     PerspectiveTransform(PerspectiveTransform const&) = default;
     PerspectiveTransform& operator=(PerspectiveTransform const&) = default;
     ~PerspectiveTransform() override;
@@ -56,7 +56,7 @@ private:
     template <int>
     friend class PerspectiveTransform;
 
-    explicit PerspectiveTransform(Matrix<N + 1> const& matrix) : matrix_{matrix} {}
+    explicit PerspectiveTransform(Matrix<N + 1> const& matrix);
 
     std::wostream& putOn(std::wostream& os) const override;
     Extent<N> preMultiply(Extent<N> const& e) const override;

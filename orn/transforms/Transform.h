@@ -10,6 +10,22 @@
 template <int N>
 class Transform;
 
+namespace ORN {
+
+// A point of the plane comes back in two registers. Copied as a whole it would be stored in halves and loaded in one
+// piece, for which the processor waits until the halves have reached the cache. The barrier keeps the compiler from it.
+inline Point<2> byComponent(Point<2> const& p) noexcept {
+#ifdef __has_builtin
+#if __has_builtin(__builtin_assoc_barrier)
+    return Point<2>{__builtin_assoc_barrier(p.x()), p.y()};
+#endif
+#endif
+    return p;
+}
+inline Point<3> const& byComponent(Point<3> const& p) noexcept { return p; }
+
+}
+
 /// What slicing a planar transform gives: an object to own and to delete.
 template <>
 class ORN_API Transform<1> {
@@ -41,13 +57,13 @@ public:
     virtual Transform* composeWith(Transform const& other) const;
 
     /// Forwards. An extent becomes the box of its mapped corners (a perspective looks at the eye too).
-    friend Point<N> operator*(Point<N> const& p, Transform const& t) { return byComponent(t.preMultiply(p)); }
+    friend Point<N> operator*(Point<N> const& p, Transform const& t) { return ORN::byComponent(t.preMultiply(p)); }
     friend Extent<N> operator*(Extent<N> const& e, Transform const& t) { return t.preMultiply(e); }
     friend Point<N>& operator*=(Point<N>& p, Transform const& t) { return p = p * t; }
     friend Extent<N>& operator*=(Extent<N>& e, Transform const& t) { return e = t.preMultiply(e); }
 
     /// Backwards. A singular transform yields infinities and NaNs, never an exception.
-    friend Point<N> operator/(Point<N> const& p, Transform const& t) { return byComponent(t.preDivide(p)); }
+    friend Point<N> operator/(Point<N> const& p, Transform const& t) { return ORN::byComponent(t.preDivide(p)); }
     friend Extent<N> operator/(Extent<N> const& e, Transform const& t) { return t.preDivide(e); }
     friend Point<N>& operator/=(Point<N>& p, Transform const& t) { return p = p / t; }
     friend Extent<N>& operator/=(Extent<N>& e, Transform const& t) { return e = t.preDivide(e); }
@@ -64,24 +80,6 @@ protected:
     virtual Point<N> preMultiply(Point<N> const& p) const = 0;
     virtual Extent<N> preDivide(Extent<N> const& e) const;  ///< backwards: the box of the mapped corners
     virtual Point<N> preDivide(Point<N> const& p) const = 0;
-
-private:
-    // A point of the plane comes back in two registers. Copied as a whole it would be stored in halves and loaded in one
-    // piece, for which the processor waits until the halves have reached the cache.
-    static Point<N> byComponent(Point<N> const& p) noexcept {
-        if constexpr (N == 2)
-            return Point<2>{apart(p.x()), p.y()};
-        else
-            return p;
-    }
-    static double apart(double x) noexcept {
-#ifdef __has_builtin
-#if __has_builtin(__builtin_assoc_barrier)
-        return __builtin_assoc_barrier(x);
-#endif
-#endif
-        return x;
-    }
 };
 
 extern template class Transform<2>;

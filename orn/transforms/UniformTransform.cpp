@@ -28,6 +28,16 @@ struct Frame {
 }
 
 template <int N>
+UniformTransform<N>::UniformTransform(double const (*rows)[N]) : AffineTransform<N>{rows} {}
+
+template <int N>
+UniformTransform<N>::UniformTransform(Matrix<N> const& matrix, Vector<N> const& translation)
+    : AffineTransform<N>{matrix, translation} {}
+
+template <int N>
+UniformTransform<N>::UniformTransform(Vector<N> const& translation) : AffineTransform<N>{translation} {}
+
+template <int N>
 UniformTransform<N>::~UniformTransform() = default;
 
 template <int N>

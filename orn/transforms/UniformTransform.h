@@ -48,9 +48,9 @@ public:
     AffineTransform<N>* composeWith(AffineTransform<N> const& other) const override;
 
 private:
-    explicit UniformTransform(double const (*rows)[N]) : AffineTransform<N>{rows} {}
-    explicit UniformTransform(Vector<N> const& translation) : AffineTransform<N>{translation} {}
-    UniformTransform(Matrix<N> const& matrix, Vector<N> const& translation) : AffineTransform<N>{matrix, translation} {}
+    explicit UniformTransform(double const (*rows)[N]);
+    explicit UniformTransform(Vector<N> const& translation);
+    UniformTransform(Matrix<N> const& matrix, Vector<N> const& translation);
 
     static UniformTransform reflection(Point<N> const& fixed, Vector<N> const& normal);
 
