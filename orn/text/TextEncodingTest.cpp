@@ -10,6 +10,8 @@
 
 using namespace ORN;
 
+static_assert(encMultibyte == 0 && encUTF8 == 1 && encUTF16 == 2 && encUTF16le == 3 && encUTF16be == 4);
+
 namespace {
 
 std::wstring firstLine(std::wstring const& file) {
@@ -41,10 +43,6 @@ TEST(TextEncoding, AFilesFirstBytesNameIt) {
     for (auto const& [bytes, line] : cases) {
         EXPECT_EQ(firstLine(folder.put("file", bytes)), line) << testing::PrintToString(bytes);
     }
-}
-
-TEST(TextEncoding, Values) {
-    static_assert(encMultibyte == 0 && encUTF8 == 1 && encUTF16 == 2 && encUTF16le == 3 && encUTF16be == 4);
 }
 
 }

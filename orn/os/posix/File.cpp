@@ -2,10 +2,10 @@
 
 #include "orn/os/CodePage.h"
 #include "orn/os/Fault.h"
+#include "orn/os/FileStreams.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 #include <sys/stat.h>
 
@@ -50,28 +50,6 @@ bool fileExists(std::wstring const& name) {
     return nativeName(name, path) && ::lstat(path.c_str(), &status) == 0;
 }
 
-std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& failed) noexcept {
-    if (ORN_OS_REFUSED("fread")) {
-        errno = EIO;
-        failed = true;
-        return 0;
-    }
-    std::size_t const done = std::fread(buffer, 1, count, file);
-    failed = std::ferror(file) != 0;
-    return done;
-}
-
-std::size_t writeFile(std::FILE* file, void const* buffer, std::size_t count, bool& failed) noexcept {
-    if (ORN_OS_REFUSED("fwrite")) {
-        errno = ENOSPC;
-        failed = true;
-        return 0;
-    }
-    std::size_t const done = std::fwrite(buffer, 1, count, file);
-    failed = std::ferror(file) != 0;
-    return done;
-}
-
 bool seekFile(std::FILE* file, std::int64_t offset, int origin) noexcept {
     if (ORN_OS_REFUSED("fseek")) {
         errno = EIO;
@@ -87,22 +65,5 @@ std::int64_t tellFile(std::FILE* file) noexcept {
     }
     return ::ftello(file);
 }
-
-bool flushFile(std::FILE* file) noexcept {
-    if (ORN_OS_REFUSED("fflush")) {
-        errno = ENOSPC;
-        return false;
-    }
-    return std::fflush(file) == 0;
-}
-
-bool closeFile(std::FILE* file) noexcept {
-    bool const refused = ORN_OS_REFUSED("fclose");
-    bool const closed = std::fclose(file) == 0;
-    if (refused) errno = ENOSPC;
-    return closed && !refused;
-}
-
-std::string errnoText() { return std::strerror(errno); }
 
 }

@@ -1,0 +1,51 @@
+/// The part of File.h that is the C library's on every system; each system's File.cpp includes it once.
+#pragma once
+
+#include "orn/os/Fault.h"
+#include "orn/os/File.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace ORN::os {
+
+std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& failed) noexcept {
+    if (ORN_OS_REFUSED("fread")) {
+        errno = EIO;
+        failed = true;
+        return 0;
+    }
+    std::size_t const done = std::fread(buffer, 1, count, file);
+    failed = std::ferror(file) != 0;
+    return done;
+}
+
+std::size_t writeFile(std::FILE* file, void const* buffer, std::size_t count, bool& failed) noexcept {
+    if (ORN_OS_REFUSED("fwrite")) {
+        errno = ENOSPC;
+        failed = true;
+        return 0;
+    }
+    std::size_t const done = std::fwrite(buffer, 1, count, file);
+    failed = std::ferror(file) != 0;
+    return done;
+}
+
+bool flushFile(std::FILE* file) noexcept {
+    if (ORN_OS_REFUSED("fflush")) {
+        errno = ENOSPC;
+        return false;
+    }
+    return std::fflush(file) == 0;
+}
+
+bool closeFile(std::FILE* file) noexcept {
+    bool const refused = ORN_OS_REFUSED("fclose");
+    bool const closed = std::fclose(file) == 0;
+    if (refused) errno = ENOSPC;
+    return closed && !refused;
+}
+
+std::string errnoText() { return std::strerror(errno); }
+
+}
