@@ -76,4 +76,17 @@ void inverse3Glm(benchmark::State& state) {
 }
 BENCHMARK(inverse3Glm);
 
+/// The nine divisions of an exact adjugate alone.
+void inverse3DivisionsOnly(benchmark::State& state) {
+    invertAll(state, matrices<3>(), [](Matrix<3> const& m) {
+        double quotients[3][3];
+        m.packToPod(quotients);
+        double const d = quotients[1][1];
+        for (auto& row : quotients)
+            for (double& element : row) element /= d;
+        return Matrix<3>{quotients};
+    });
+}
+BENCHMARK(inverse3DivisionsOnly);
+
 }

@@ -86,22 +86,53 @@ void bulkCairo(benchmark::State& state) {
     });
 }
 
-void oneByOne(benchmark::State& state) {
-    auto const t = someTransform();
+/// The plain product, with the matrix in plain sight.
+struct Inlined {
+    double m[3][2];
+    friend Point<2> operator*(Point<2> const& p, Inlined const& t) {
+        return {p.x() * t.m[0][0] + p.y() * t.m[1][0] + t.m[2][0], p.x() * t.m[0][1] + p.y() * t.m[1][1] + t.m[2][1]};
+    }
+};
+
+std::unique_ptr<Inlined> someInlined() {
+    auto t = std::make_unique<Inlined>();
+    std::memcpy(t->m, rows, sizeof rows);
+    benchmark::DoNotOptimize(t);
+    return t;
+}
+
+template <typename T>
+void storeEach(benchmark::State& state, T const& t) {
     mapAll<Point<2>>(state, [&t](Points const& in, Points& out) {
-        for (std::size_t i = 0; i < in.size(); ++i) out[i] = in[i] * *t;
+        for (std::size_t i = 0; i < in.size(); ++i) out[i] = in[i] * t;
     });
 }
 
-void oneByOneInlined(benchmark::State& state) {
-    double m[3][2];
-    std::memcpy(m, rows, sizeof m);
-    benchmark::DoNotOptimize(m);
-    mapAll<Point<2>>(state, [&m](Points const& in, Points& out) {
-        for (std::size_t i = 0; i < in.size(); ++i) {
-            Point<2> const& p = in[i];
-            out[i] = {p.x() * m[0][0] + p.y() * m[1][0] + m[2][0], p.x() * m[0][1] + p.y() * m[1][1] + m[2][1]};
-        }
+/// Each point depends on the image of the one before, as along a path.
+template <typename T>
+void walk(benchmark::State& state, T const& t) {
+    mapAll<Point<2>>(state, [&t](Points const& in, Points& out) {
+        Point<2> at;
+        for (Point<2> const& p : in) at = (p + (at - Point<2>{}) * 1e-3) * t;
+        out[0] = at;
+    });
+}
+
+void storeEachThroughTheBase(benchmark::State& state) { storeEach(state, *someTransform()); }
+void storeEachInlined(benchmark::State& state) { storeEach(state, *someInlined()); }
+void walkThroughTheBase(benchmark::State& state) { walk(state, *someTransform()); }
+void walkInlined(benchmark::State& state) { walk(state, *someInlined()); }
+
+/// The least that a call through a table costs in such a loop.
+struct Nothing {
+    virtual ~Nothing() = default;
+    virtual double get() const { return 1.5; }
+};
+void storeEachThroughAnEmptyCall(benchmark::State& state) {
+    auto t = std::make_unique<Nothing>();
+    benchmark::DoNotOptimize(t);
+    mapAll<Point<2>>(state, [&t](Points const& in, Points& out) {
+        for (std::size_t i = 0; i < in.size(); ++i) out[i] = {in[i].x(), t->get()};
     });
 }
 
@@ -111,7 +142,10 @@ BENCHMARK(bulk)->Arg(small)->Arg(large);
 BENCHMARK(bulkMemcpy)->Arg(small)->Arg(large);
 BENCHMARK(bulkEigenAffine2d)->Arg(small)->Arg(large);
 BENCHMARK(bulkCairo)->Arg(small)->Arg(large);
-BENCHMARK(oneByOne)->Arg(small);
-BENCHMARK(oneByOneInlined)->Arg(small);
+BENCHMARK(storeEachThroughTheBase)->Arg(small)->Arg(large);
+BENCHMARK(storeEachInlined)->Arg(small)->Arg(large);
+BENCHMARK(storeEachThroughAnEmptyCall)->Arg(small);
+BENCHMARK(walkThroughTheBase)->Arg(small);
+BENCHMARK(walkInlined)->Arg(small);
 
 }
