@@ -1,0 +1,88 @@
+#include "drawing/Canvas.h"
+
+#include "orn/foundation/Error.h"
+#include "orn/text/Encoding.h"
+
+#include <cairo.h>
+
+#include <new>
+
+namespace drawing {
+
+namespace {
+
+void check(cairo_status_t status) {
+    if (status == CAIRO_STATUS_NO_MEMORY) throw std::bad_alloc{};
+    if (status != CAIRO_STATUS_SUCCESS) throw ORN::OrnError{getWCS(cairo_status_to_string(status))};
+}
+
+struct Release {
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+    void operator()(cairo_t* context) const { cairo_destroy(context); }
+};
+
+using Surface = std::unique_ptr<cairo_surface_t, Release>;
+using Context = std::unique_ptr<cairo_t, Release>;
+
+Surface surfaceOver(unsigned char* pixels, int width, int height) {
+    Surface surface{cairo_image_surface_create_for_data(pixels, CAIRO_FORMAT_RGB24, width, height, width * 4)};
+    check(cairo_surface_status(surface.get()));
+    return surface;
+}
+
+class CairoCanvas final : public Canvas {
+public:
+    explicit CairoCanvas(Band const& band)
+        : top_{static_cast<double>(band.top)},
+          surface_{surfaceOver(band.pixels, band.width, band.height)},
+          context_{cairo_create(surface_.get())} {
+        check(cairo_status(context_.get()));
+        cairo_set_source_rgb(context_.get(), 1, 1, 1);
+        cairo_paint(context_.get());
+        cairo_set_line_join(context_.get(), CAIRO_LINE_JOIN_ROUND);
+        cairo_set_line_cap(context_.get(), CAIRO_LINE_CAP_ROUND);
+    }
+
+    void stroke(std::span<Point<2> const> points, Colour const& colour, double width) override {
+        cairo_t* const context = context_.get();
+        for (Point<2> const& p : points) cairo_line_to(context, p.x(), p.y() - top_);
+        cairo_set_source_rgb(context, colour.r(), colour.g(), colour.b());
+        cairo_set_line_width(context, width);
+        cairo_stroke(context);
+    }
+
+    void finish() override {
+        check(cairo_status(context_.get()));
+        cairo_surface_flush(surface_.get());
+    }
+
+private:
+    double top_;
+    Surface surface_;
+    Context context_;
+};
+
+cairo_status_t append(void* closure, unsigned char const* bytes, unsigned int count) {
+    auto* const file = static_cast<std::vector<unsigned char>*>(closure);
+    try {
+        file->insert(file->end(), bytes, bytes + count);
+        return CAIRO_STATUS_SUCCESS;
+    } catch (std::bad_alloc const&) {  // Cairo is C: nothing may fly through it
+        return CAIRO_STATUS_NO_MEMORY;
+    }
+}
+
+}
+
+std::unique_ptr<Canvas> Canvas::create(Band const& band) { return std::make_unique<CairoCanvas>(band); }
+
+std::vector<unsigned char> pngFile(DIBitmap const& bitmap) {
+    BITMAPINFOHEADER const& header = bitmap.header()->bmiHeader;
+    auto* const pixels = const_cast<unsigned char*>(bitmap.bits());  // only read
+    Surface const surface = surfaceOver(pixels, header.biWidth, -header.biHeight);
+    std::vector<unsigned char> bytes;
+    check(cairo_surface_write_to_png_stream(surface.get(), append, &bytes));
+    return bytes;
+}
+
+}

@@ -1,0 +1,44 @@
+#include "drawing/Drawing.h"
+
+namespace drawing {
+
+Measurements& Measurements::operator+=(Measurements const& other) {
+    entities += other.entities;
+    arcs += other.arcs;
+    length += other.length;
+    area += other.area;
+    extent |= other.extent;
+    return *this;
+}
+
+Measurements measure(ORN::Arc<2> const& arc) {
+    Vector<2> const chord = arc.end() - arc.start();
+    double const squared = chord.x() * chord.x() + chord.y() * chord.y();
+    bool const bulged = arc.bulge() != 0;
+    return {1, bulged ? 1u : 0u, arc.length(), bulged ? ORNArcSegmentArea(arc.bulge()) * squared : 0.0, arc.extent()};
+}
+
+Measurements Drawing::total() const {
+    Measurements total;
+    for (Layer const& layer : layers_) total += layer.sums;
+    return total;
+}
+
+void Drawing::add(ORN::Arc<2> const& arc, std::uint32_t rgb, std::wstring const& layer, Measurements const& sums) {
+    std::uint32_t const index = layerNamed(layer);
+    entities_.push_back({arc, rgb, index});
+    layers_[index].sums += sums;
+}
+
+std::uint32_t Drawing::layerNamed(std::wstring const& name) {
+    if (!layers_.empty() && layers_[latestLayer_].name == name) return latestLayer_;
+    auto const found = layerIndices_.find(name);
+    if (found != layerIndices_.end()) return latestLayer_ = found->second;
+
+    auto const index = static_cast<std::uint32_t>(layers_.size());
+    layers_.push_back({name, {}});
+    layerIndices_.emplace(name, index);
+    return latestLayer_ = index;
+}
+
+}

@@ -1,0 +1,58 @@
+/// A drawing: straight lines and circular arcs on layers, and what is measured on them.
+#pragma once
+
+#include "orn/geometry/Arc.h"
+#include "orn/geometry/Extent.h"
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace drawing {
+
+/// A line, or an arc when its bulge is not 0.
+struct Entity {
+    ORN::Arc<2> arc;
+    std::uint32_t rgb = 0;    ///< 0xRRGGBB
+    std::uint32_t layer = 0;  ///< index into the drawing's layers
+};
+
+/// Sums over some entities.
+struct Measurements {
+    std::uint64_t entities = 0;
+    std::uint64_t arcs = 0;  ///< those with a bulge
+    double length = 0;
+    double area = 0;  ///< between arcs and chords, with the sign of the bulge
+    Extent<2> extent;
+
+    Measurements& operator+=(Measurements const& other);
+};
+
+Measurements measure(ORN::Arc<2> const& arc);
+
+struct Layer {
+    std::wstring name;
+    Measurements sums;
+};
+
+class Drawing {
+public:
+    std::vector<Entity> const& entities() const noexcept { return entities_; }
+    std::vector<Layer> const& layers() const noexcept { return layers_; }  ///< in order of first appearance
+
+    Measurements total() const;
+
+    /// The sums are those of measure(arc), which the caller has looked at already.
+    void add(ORN::Arc<2> const& arc, std::uint32_t rgb, std::wstring const& layer, Measurements const& sums);
+
+private:
+    std::uint32_t layerNamed(std::wstring const& name);
+
+    std::vector<Entity> entities_;
+    std::vector<Layer> layers_;
+    std::unordered_map<std::wstring, std::uint32_t> layerIndices_;
+    std::uint32_t latestLayer_ = 0;
+};
+
+}

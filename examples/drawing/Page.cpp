@@ -1,0 +1,62 @@
+#include "drawing/Page.h"
+
+#include "drawing/Flatten.h"
+
+#include "orn/foundation/Error.h"
+#include "orn/transforms/NonUniformTransform.h"
+#include "orn/transforms/UniformTransform.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace drawing {
+
+namespace {
+
+using Affine = AffineTransform<2>;
+using Uniform = UniformTransform<2>;
+
+ORN::Line<2> axis(double x, double y) { return ORN::Line<2>{Vector<2>{x, y}, Point<2>::origin()}; }
+
+std::unique_ptr<Affine> then(Affine const& first, Affine const& second) {
+    return std::unique_ptr<Affine>{first.composeWith(second)};
+}
+
+std::unique_ptr<Affine> turned(View const& view) {
+    std::unique_ptr<Affine> transform = std::make_unique<Uniform>();
+    if (view.scaleX != 1 || view.scaleY != 1) {
+        transform = then(*transform, NonUniformTransform<2>::scale(view.scaleX, view.scaleY));
+    }
+    if (view.mirrored) transform = then(*transform, Uniform::mirror(axis(0, 1)));
+    if (view.degrees != 0) transform = then(*transform, Uniform::rotation(Angle::degrees(view.degrees)));
+    return transform;
+}
+
+}
+
+Page::Page(Drawing const& drawing, PageSize size, View const& view) : size_{size} {
+    std::unique_ptr<Affine> const turn = turned(view);
+    Extent<2> extent;
+    for (Entity const& entity : drawing.entities()) extent |= mappedExtent(entity.arc, *turn);
+
+    double const filled = 1 - 2 * 0.04;
+    double const width = extent.hi().x() - extent.lo().x(), height = extent.hi().y() - extent.lo().y();
+    double const scaleX = size.width * filled / width, scaleY = size.height * filled / height;
+    double const scale = width > 0 || height > 0 ? std::min(scaleX, scaleY) : 1.0;
+
+    Vector<2> const toOrigin = Point<2>::origin() - (extent.lo() + (extent.hi() - extent.lo()) * 0.5);
+    Uniform place = Uniform::translation(toOrigin);
+    place *= Uniform::scale(scale);
+    place *= Uniform::mirror(axis(1, 0));
+    place *= Uniform::translation(Vector<2>{size.width * 0.5, size.height * 0.5});
+    transform_ = then(*turn, place);
+
+    bool const finite = (extent.lo() * place).isFinite() && (extent.hi() * place).isFinite();
+    if (!(scale > 0) || !finite || !std::isfinite(largestStretch(*transform_))) {
+        throw ORN::OrnError{L"the drawing is too large, or too small, to be fitted into a page"};
+    }
+}
+
+double Page::lineWidth() const noexcept { return std::max(1.0, std::hypot(size_.width, size_.height) / 1000); }
+
+}

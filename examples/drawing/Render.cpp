@@ -1,0 +1,64 @@
+#include "drawing/Render.h"
+
+#include "drawing/Flatten.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace drawing {
+
+namespace {
+
+// With the snapping below, a quarter of a pixel in all.
+constexpr double flatness = 0.2;
+
+/// To a grid so fine that it does not show, and so coarse that moving a point to its band is exact: then every band gets
+/// the same shapes.
+Point<2> snapped(Point<2> const& p) {
+    double const steps = 256;
+    return {std::floor(p.x() * steps + 0.5) / steps, std::floor(p.y() * steps + 0.5) / steps};
+}
+
+/// Whether an arc can touch the rows at all: it keeps within a disc around the middle of its chord.
+bool touches(ORN::Arc<2> const& arc, AffineTransform<2> const& transform, double stretch, double from, double to) {
+    Vector<2> const chord = arc.end() - arc.start();
+    double const reach = chord.length() * 0.5 * std::max(1.0, std::fabs(arc.bulge())) * stretch;
+    double const y = ((arc.start() + chord * 0.5) * transform).y();
+    return y + reach >= from && y - reach <= to;
+}
+
+}
+
+void renderBand(Drawing const& drawing, Page const& page, Band const& band) {
+    double const width = page.lineWidth();
+    double const stretch = largestStretch(page.transform());
+    double const from = band.top - width - 1, to = band.top + band.height + width + 1;
+
+    std::unique_ptr<Canvas> const canvas = Canvas::create(band);
+    std::vector<Point<2>> points;
+    for (Entity const& entity : drawing.entities()) {
+        if (!touches(entity.arc, page.transform(), stretch, from, to)) continue;
+        flatten(entity.arc, page.transform(), stretch, flatness, points);
+        for (Point<2>& p : points) p = snapped(p);
+        canvas->stroke(points, Colour::argb(0xFF000000 | entity.rgb), width);
+    }
+    canvas->finish();
+    for (std::ptrdiff_t i = 0, count = std::ptrdiff_t{band.width} * band.height; i < count; ++i) {
+        band.pixels[i * 4 + 3] = 0xFF;
+    }
+}
+
+DIBitmap renderPage(Drawing const& drawing, Page const& page) {
+    auto const [width, height] = page.size();
+    DIBitmap bitmap{static_cast<unsigned int>(width), -height, 32, 0};
+
+    // Bands of about a million pixels bound what a canvas may need besides.
+    int const rows = std::clamp((1 << 20) / width, 1, height);
+    for (int top = 0; top < height; top += rows) {
+        unsigned char* const pixels = bitmap.bits() + std::ptrdiff_t{width} * top * 4;
+        renderBand(drawing, page, {pixels, width, top, std::min(rows, height - top)});
+    }
+    return bitmap;
+}
+
+}

@@ -1,0 +1,38 @@
+#include "drawing/System.h"
+
+#include "orn/foundation/Error.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <cstdio>
+#include <memory>
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+namespace drawing {
+
+std::vector<std::wstring> arguments(int, char* const[]) {
+    struct Free {
+        void operator()(wchar_t** texts) const { LocalFree(texts); }
+    };
+    int count = 0;
+    std::unique_ptr<wchar_t*, Free> const texts{CommandLineToArgvW(GetCommandLineW(), &count)};
+    if (texts == nullptr) throw WinError{L"CommandLineToArgvW", GetLastError()};
+    return {texts.get() + 1, texts.get() + count};
+}
+
+std::filesystem::path pathOf(std::wstring const& name) { return name; }
+
+void prepareOutput() {
+    SetConsoleOutputCP(CP_UTF8);
+    for (std::FILE* const stream : {stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
+}
+
+bool errorIsTerminal() {
+    DWORD mode;
+    return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+}
+
+}

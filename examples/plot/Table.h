@@ -1,0 +1,14 @@
+/// The table of measurements.
+#pragma once
+
+#include "drawing/Drawing.h"
+
+#include <string>
+
+namespace plot {
+
+/// CSV in UTF-8 with LF line ends: a header, a row for every layer, and a row * for the whole drawing. Numbers have 17
+/// significant digits, enough to read back the same double.
+std::string table(drawing::Drawing const& drawing);
+
+}
