@@ -1,5 +1,7 @@
 #include "drawing/Drawing.h"
 
+#include "orn/geometry/ArcFunctions.h"
+
 namespace drawing {
 
 Measurements& Measurements::operator+=(Measurements const& other) {

@@ -1,5 +1,6 @@
 #include "drawing/Flatten.h"
 
+#include "orn/geometry/ArcFunctions.h"
 #include "orn/transforms/PointMapping.h"
 
 #include <algorithm>
