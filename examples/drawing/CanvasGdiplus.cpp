@@ -3,6 +3,7 @@
 #include "orn/foundation/Error.h"
 
 #include <algorithm>
+#include <cmath>
 #include <new>
 
 #include <windows.h>
@@ -75,7 +76,9 @@ private:
     Strokes strokes_;
 };
 
-/// Over a GDI+ that draws lines without smoothing them: drawn larger, and each pixel is the mean of its part.
+/// Over a GDI+ that draws lines without smoothing them: drawn larger, and each pixel is the mean of its part. Such a GDI+
+/// (that of Wine) also takes time for the whole box around a shape, hence the short pieces; without smoothing they join
+/// without a trace.
 class OversizedCanvas final : public Canvas {
 public:
     explicit OversizedCanvas(Band const& band)
@@ -85,7 +88,15 @@ public:
           strokes_{pixels_.data(), band.width * scale, band.height * scale, band.top, scale} {}
 
     void stroke(std::span<Point<2> const> points, Colour const& colour, double width) override {
-        strokes_.stroke(points, colour, width);
+        for (std::size_t i = 1; i < points.size(); ++i) {
+            Vector<2> const step = points[i] - points[i - 1];
+            int const pieces = std::max(1, static_cast<int>(std::max(std::fabs(step.x()), std::fabs(step.y())) / 16));
+            for (int piece = 0; piece < pieces; ++piece) {
+                Point<2> const ends[] = {points[i - 1] + step * (static_cast<double>(piece) / pieces),
+                                         points[i - 1] + step * ((piece + 1.0) / pieces)};
+                if (reaches(ends[0], ends[1], width)) strokes_.stroke(ends, colour, width);
+            }
+        }
     }
 
     void finish() override {
@@ -111,6 +122,11 @@ public:
     }
 
 private:
+    bool reaches(Point<2> const& p, Point<2> const& q, double width) const {
+        return std::max(p.y(), q.y()) + width >= band_.top &&
+               std::min(p.y(), q.y()) - width <= band_.top + band_.height;
+    }
+
     static constexpr int scale = 4;
 
     Band band_;

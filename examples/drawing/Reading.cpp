@@ -120,8 +120,12 @@ Drawing readDrawing(std::wstring const& file, std::function<void(std::uint64_t)>
         try {
             return rows.read(row);
         } catch (ORN::OrnError const& error) {
+            std::wstring text = error.wWhat();
+            if (rows.firstLine() < rows.lastLine()) {
+                text += L" (The row begins in line " + std::to_wstring(rows.firstLine()) + L".)";
+            }
             place.line(rows.lastLine());
-            place.fail(error.wWhat());
+            place.fail(text);
         }
     };
 

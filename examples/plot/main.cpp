@@ -52,10 +52,18 @@ drawing::Drawing read(std::wstring const& file) {
     return drawing::readDrawing(file, [&](std::uint64_t rows) { progress.show(rows); });
 }
 
+drawing::Page placed(drawing::Drawing const& drawing, plot::Options const& options) {
+    try {
+        return {drawing, options.size, options.view};
+    } catch (ORN::OrnError const& error) {
+        throw ORN::OrnError{options.drawing + L": " + error.wWhat()};
+    }
+}
+
 void run(plot::Options const& options) {
     ContextGdiplus const graphics;
     drawing::Drawing const drawing = read(options.drawing);
-    drawing::Page const page{drawing, options.size, options.view};
+    drawing::Page const page = placed(drawing, options);
     drawing::savePicture(drawing::renderPage(drawing, page), options.picture);
     write(plot::table(drawing), stdout);
 }

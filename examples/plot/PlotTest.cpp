@@ -1,0 +1,137 @@
+// Drawings that are right: the table beside values from elsewhere, and the pictures.
+#include "plot/TestSupport.h"
+
+#include "orn/text/Encoding.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <sstream>
+
+namespace {
+
+using namespace plottest;
+
+std::vector<std::vector<std::string>> rowsOf(std::string const& table) {
+    std::vector<std::vector<std::string>> rows;
+    std::istringstream lines{table};
+    for (std::string line; std::getline(lines, line);) {
+        std::vector<std::string>& row = rows.emplace_back();
+        std::istringstream cells{line};
+        for (std::string cell; std::getline(cells, cell, ',');) row.push_back(cell);
+    }
+    return rows;
+}
+
+/// Texts must be equal, numbers nearly so: the systems' mathematics differ in the last place.
+void expectTable(std::string const& table, std::string const& expected) {
+    auto const rows = rowsOf(table), wanted = rowsOf(expected);
+    ASSERT_EQ(rows.size(), wanted.size()) << table;
+    for (std::size_t r = 0; r < rows.size(); ++r) {
+        ASSERT_EQ(rows[r].size(), wanted[r].size()) << table;
+        for (std::size_t c = 0; c < rows[r].size(); ++c) {
+            if (r == 0 || c < 3) {
+                EXPECT_EQ(rows[r][c], wanted[r][c]);
+            } else {
+                double const value = std::strtod(rows[r][c].c_str(), nullptr);
+                double const right = std::strtod(wanted[r][c].c_str(), nullptr);
+                EXPECT_NEAR(value, right, 1e-14 * std::max(1.0, std::fabs(right))) << rows[r][0] << ' ' << rows[0][c];
+            }
+        }
+    }
+}
+
+// Lengths and areas with 30 digits elsewhere: a semicircle over 2, a quarter circle of radius 3 (bulge tan 22.5 degrees),
+// three quarters of a circle of radius 1 (bulge -tan 67.5 degrees, from (0, 1) to (1, 0)).
+std::wstring const rows =
+    L"note,colour,bulge,y2,x2,layer,y1,x1\n"
+    L",#ff0000,1,0,2,\u00FCberall,0,0\n"
+    L"\"a, b\",,0.41421356237309503,3,0,\u00FCberall,0,3\n"
+    L"\n"
+    L" x , #00Ff80 , -2.4142135623730949 , 0 , 1 , two , 1 , 0 \n"
+    L"y,,,7,5,,3,2\n"
+    L"z,,0,-1e1,1.5D1,two,-10,+.5e1";
+std::string const table =
+    "layer,entities,arcs,length,area,xmin,ymin,xmax,ymax\n"
+    "\xC3\xBC"
+    "berall,2,2,7.8539816339744830961,4.1393797973719314058,0,-1,3,3\n"
+    "two,2,1,14.712388980384689858,-2.8561944901923449288,0,-10,15,2\n"
+    "0,1,0,5,0,2,3,5,7\n"
+    "*,5,3,27.566370614359172954,1.2831853071795864769,0,-10,15,7\n";
+
+std::string utf16(std::wstring const& text, bool littleEndian) {
+    std::string bytes;
+    for (wchar_t const unit : L'\xFEFF' + text) {
+        char const low = static_cast<char>(unit & 0xFF), high = static_cast<char>(unit >> 8);
+        bytes += littleEndian ? std::string{low, high} : std::string{high, low};
+    }
+    return bytes;
+}
+
+TEST(Plot, MeasuresDrawingsInEveryEncoding) {
+    Folder const folder;
+    std::string const encoded[] = {"\xEF\xBB\xBF" + utf8(rows), utf16(rows, true), utf16(rows, false), getMBS(rows)};
+    for (std::string const& bytes : encoded) {
+        std::wstring const name = L"Zeichnung \u00E4\u20AC.csv";
+        writeFile(std::filesystem::path{std::u8string{u8"Zeichnung \u00E4\u20AC.csv"}}, bytes);
+        Outcome const outcome = runPlot({L"--size", L"60x40", name, L"p.png"});
+        EXPECT_EQ(outcome.status, 0) << outcome.error;
+        EXPECT_EQ(outcome.error, "");
+        expectTable(outcome.out, table);
+    }
+}
+
+TEST(Plot, PicturesAgreeAndShowTheDrawingWhereItBelongs) {
+    Folder const folder;
+    writeFile("corner.csv", "x1,y1,x2,y2,colour\r\n0,0,0,10,#C00000\r\n0,0,10,0,#0000C0\r\n10,0,10,10,#008000\r\n");
+    struct {
+        std::vector<std::wstring> options;
+        int red[2], blue[2], green[2], paper[2];
+    } const views[] = {
+        {{}, {16, 200}, {200, 384}, {384, 200}, {200, 16}},
+        {{L"--mirror"}, {384, 200}, {200, 384}, {16, 200}, {200, 16}},
+        {{L"--rotate", L"90"}, {200, 384}, {384, 200}, {200, 16}, {16, 200}},
+        {{L"--rotate", L"-90", L"--mirror"}, {200, 384}, {16, 200}, {200, 16}, {384, 200}},
+        {{L"--scale", L"1,-0.5"}, {16, 200}, {200, 108}, {384, 200}, {200, 292}},
+    };
+    for (auto const& view : views) {
+        std::vector<std::wstring> arguments = view.options;
+        arguments.insert(arguments.end(), {L"--size", L"400x400", L"corner.csv", L"p.BMP"});
+        ASSERT_EQ(runPlot(arguments).status, 0);
+        arguments.back() = L"p.png";
+        ASSERT_EQ(runPlot(arguments).status, 0);
+
+        Image const bmp = readBmp("p.BMP");
+        EXPECT_TRUE(bmp == readPng("p.png"));
+        ASSERT_EQ(bmp.width, 400);
+        ASSERT_EQ(bmp.height, 400);
+        auto const channel = [&](int const(&place)[2], int shift) {
+            return bmp.at(place[0], place[1]) >> shift & 0xFF;
+        };
+        auto const inked = [&](int const(&place)[2], int shift) {
+            for (int other : {0, 8, 16}) {
+                if (other != shift && channel(place, other) > 160) return false;
+            }
+            return channel(place, shift) > 120;
+        };
+        SCOPED_TRACE(view.options.empty() ? "" : utf8(view.options[0]));
+        EXPECT_TRUE(inked(view.red, 16)) << std::hex << bmp.at(view.red[0], view.red[1]);
+        EXPECT_TRUE(inked(view.blue, 0)) << std::hex << bmp.at(view.blue[0], view.blue[1]);
+        EXPECT_TRUE(inked(view.green, 8)) << std::hex << bmp.at(view.green[0], view.green[1]);
+        EXPECT_EQ(bmp.at(view.paper[0], view.paper[1]), 0xFFFFFFu);
+        EXPECT_EQ(bmp.at(0, 0), 0xFFFFFFu);
+    }
+    EXPECT_EQ(folder.names(), (std::vector<std::string>{"corner.csv", "p.BMP", "p.png"}));
+}
+
+TEST(Plot, HelpGoesToStandardOutput) {
+    Outcome const outcome = runPlot({L"--mirror", L"--help", L"--nonsense"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.error, "");
+    for (char const* word : {"orn-plot", "--size", "--rotate", "--mirror", "--scale", "--help"}) {
+        EXPECT_NE(outcome.out.find(word), std::string::npos) << word;
+    }
+}
+
+}
