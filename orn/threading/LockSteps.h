@@ -61,14 +61,28 @@ bool waitFor(Word& word, Slot& slot, LONG& seen, LONG waitMask, DWORD timeout) {
     return true;
 }
 
+/// Acquires a word that was not free when its first swap saw it.
+template <typename Word, typename Slot>
+[[gnu::noinline, gnu::cold]] bool acquireTaken(Word word, Slot& slot, LONG seen, LONG add, LONG waitMask,
+                                               DWORD timeout) {
+    do {
+        if ((seen & waitMask) != 0 && !waitFor(word, slot, seen, waitMask, timeout)) return false;
+    } while (!word.swap(seen, seen + add));
+    return true;
+}
+
 /// The first swap guesses a free word; a failed swap is also the next read.
 template <typename Word, typename Slot>
 bool acquire(Word word, Slot& slot, LONG add, LONG waitMask, DWORD timeout) {
     LONG seen = 0;
-    while (!word.swap(seen, seen + add)) {
-        if ((seen & waitMask) != 0 && !waitFor(word, slot, seen, waitMask, timeout)) return false;
-    }
-    return true;
+    if (word.swap(seen, add)) [[likely]]
+        return true;
+    return acquireTaken(word, slot, seen, add, waitMask, timeout);
+}
+
+template <typename Slot>
+[[gnu::noinline, gnu::cold]] void wakeAll(Slot& slot) {
+    if (!slot.wake()) throw WinError{};
 }
 
 /// The first swap guesses that nobody else is inside.
@@ -76,7 +90,8 @@ template <typename Word, typename Slot>
 void release(Word word, Slot& slot, LONG add) {
     LONG seen = add;
     while (!word.swap(seen, seen - add)) {}
-    if (slot.waiters() != 0 && !slot.wake()) throw WinError{};
+    if (slot.waiters() != 0) [[unlikely]]
+        wakeAll(slot);
 }
 
 }

@@ -3,3 +3,6 @@ orn_unit(threading/Lock)
 
 # The algorithm inside the lock has no interface of its own to applications.
 set_property(GLOBAL APPEND PROPERTY ORN_INNER_TESTS "${CMAKE_CURRENT_SOURCE_DIR}/threading/LockStepsTest.cpp")
+if(ORN_TESTS AND NOT WIN32 AND NOT ORN_SANITIZERS)
+  include("${CMAKE_CURRENT_LIST_DIR}/model/Model.cmake")
+endif()
