@@ -18,7 +18,8 @@
 ///     26 other (Po) punctuation
 ///     27 math (Sm)             28 currency (Sc)        29 modifier (Sk)         30 other (So) symbol
 inline unsigned char unicodeClass(CodePoint c) noexcept {
-    return c.value() < ORN::CharacterTable::end ? ORN::characterTable[c.value()] : static_cast<unsigned char>(0);
+    unsigned int const block = c.value() >> 8;
+    return block < 0x1100 ? ORN::characterTable[block][c.value() & 0xFF] : static_cast<unsigned char>(0);
 }
 
 namespace ORN {

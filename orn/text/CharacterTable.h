@@ -5,20 +5,8 @@
 
 namespace ORN {
 
-/// Two levels: a block of 256 code points names its page, a page has a category number for each of them. Equal pages
-/// are one.
-struct CharacterTable {
-    static constexpr unsigned int end = 0x110000;  ///< the first value beyond the table
-    static constexpr unsigned int pages = 85;
-
-    constexpr unsigned char operator[](unsigned int codePoint) const noexcept {
-        return category[page[codePoint >> 8]][codePoint & 0xFF];
-    }
-
-    unsigned char page[end >> 8];
-    unsigned char category[pages][256];
-};
-
-extern ORN_API CharacterTable const characterTable;
+/// For every block of 256 code points the page of their category numbers; equal pages are one. The category of a code
+/// point below 0x110000 is characterTable[codePoint >> 8][codePoint & 0xFF].
+extern ORN_API unsigned char const* const characterTable[0x1100];
 
 }

@@ -21,8 +21,8 @@ using Byte = unsigned char;
 
 // ---- Sixteen elements at a time
 
-// Widens 16 bytes and returns how many of them, from the first, are ASCII; the units behind those mean nothing.
-std::size_t widenASCII(Byte const* from, wchar_t* to) noexcept {
+// Widens 16 bytes and returns a bit for each that is not ASCII; the units from the first of those on mean nothing.
+unsigned int widenASCII(Byte const* from, wchar_t* to) noexcept {
 #if defined(__SSE2__)
     __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const*>(from));
     __m128i const zero = _mm_setzero_si128();
@@ -36,11 +36,13 @@ std::size_t widenASCII(Byte const* from, wchar_t* to) noexcept {
             _mm_storeu_si128(target + 2 * i + 1, _mm_unpackhi_epi16(units[i], zero));
         }
     }
-    return static_cast<std::size_t>(std::countr_zero(static_cast<unsigned int>(_mm_movemask_epi8(bytes)) | 0x10000u));
+    return static_cast<unsigned int>(_mm_movemask_epi8(bytes));
 #else
-    std::size_t count = 0;
-    for (; count < 16 && from[count] < 0x80; ++count) to[count] = from[count];
-    return count;
+    for (unsigned int i = 0; i < 16; ++i) {
+        if (from[i] >= 0x80) return 1u << i;
+        to[i] = from[i];
+    }
+    return 0;
 #endif
 }
 
@@ -53,21 +55,30 @@ __m128i loadUnits(wchar_t const* from) noexcept {
     else
         return _mm_packs_epi32(_mm_loadu_si128(source), _mm_loadu_si128(source + 1));
 }
+
+// Eight units, each in 16 bits.
+__m128i loadUnitsWhole(wchar_t const* from) noexcept {
+    if constexpr (sizeof(wchar_t) == 2) return loadUnits(from);
+    auto const* const source = reinterpret_cast<__m128i const*>(from);
+    auto const low = [](__m128i units) { return _mm_srai_epi32(_mm_slli_epi32(units, 16), 16); };
+    return _mm_packs_epi32(low(_mm_loadu_si128(source)), low(_mm_loadu_si128(source + 1)));
+}
 #endif
 
-// Narrows 16 units and returns how many of them, from the first, are ASCII; the bytes behind those mean nothing.
-std::size_t narrowASCII(wchar_t const* from, char* to) noexcept {
+// Narrows 16 units and returns a bit for each that is not ASCII; the bytes from the first of those on mean nothing.
+unsigned int narrowASCII(wchar_t const* from, char* to) noexcept {
 #if defined(__SSE2__)
     __m128i const low = loadUnits(from), high = loadUnits(from + 8);
     __m128i const bytes = _mm_packus_epi16(low, high);                       // top bit set: above 0x7F
     __m128i const others = _mm_or_si128(bytes, _mm_packs_epi16(low, high));  // or negative
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes);
-    return static_cast<std::size_t>(std::countr_zero(static_cast<unsigned int>(_mm_movemask_epi8(others)) | 0x10000u));
+    return static_cast<unsigned int>(_mm_movemask_epi8(others));
 #else
-    std::size_t count = 0;
-    for (; count < 16 && static_cast<unsigned int>(from[count]) < 0x80; ++count)
-        to[count] = static_cast<char>(from[count]);
-    return count;
+    for (unsigned int i = 0; i < 16; ++i) {
+        if (static_cast<unsigned int>(from[i]) >= 0x80) return 1u << i;
+        to[i] = static_cast<char>(from[i]);
+    }
+    return 0;
 #endif
 }
 
@@ -126,10 +137,15 @@ int const vector = 16;  // elements that widenASCII and narrowASCII read, and ma
 // for a vector.
 wchar_t* decode(Byte const*& p, Byte const* end, wchar_t* to, wchar_t const* full) noexcept {
     while (end - p > vector && to < full) {
-        std::size_t const ascii = widenASCII(p, to);
+        unsigned int const others = widenASCII(p, to);
+        if (others == 0) {
+            p += vector;
+            to += vector;
+            continue;
+        }
+        int const ascii = std::countr_zero(others);
         p += ascii;
         to += ascii;
-        if (ascii == vector) continue;
         while (*p >= 0x80 && end - p > vector && to < full) to = decodeInside(p, end, to);
     }
     while (p < end && to < full) to = decodeOne(p, end, to);
@@ -161,34 +177,101 @@ char* encodeOne(wchar_t const*& p, wchar_t const* end, char* to) noexcept {
 
 char* encode(wchar_t const*& p, wchar_t const* end, char* to, char const* full) noexcept {
     while (end - p >= vector && to < full) {
-        std::size_t const ascii = narrowASCII(p, to);
+        unsigned int const others = narrowASCII(p, to);
+        if (others == 0) {
+            p += vector;
+            to += vector;
+            continue;
+        }
+        int const ascii = std::countr_zero(others);
         p += ascii;
         to += ascii;
-        if (ascii == vector) continue;
         while (p != end && static_cast<unsigned int>(*p) >= 0x80 && to < full) to = encodeOne(p, end, to);
     }
     while (p != end && to < full) to = encodeOne(p, end, to);
     return to;
 }
 
+// ---- Whole texts
+
+#if defined(__SSE2__)
+// The sum of the bytes of a vector.
+std::size_t sum(__m128i bytes) noexcept {
+    __m128i const halves = _mm_sad_epu8(bytes, _mm_setzero_si128());
+    return static_cast<std::size_t>(_mm_cvtsi128_si64(halves) + _mm_cvtsi128_si64(_mm_unpackhi_epi64(halves, halves)));
+}
+#endif
+
 // The length of the result for well-formed text; malformed text may need a little more or less.
-std::size_t expectedUnits(std::string const& text) noexcept {
+std::size_t expectedUnits(Byte const* p, Byte const* end) noexcept {
     std::size_t count = 0;
-    for (char const c : text) {
-        auto const byte = static_cast<Byte>(c);
-        count += static_cast<std::size_t>((byte & 0xC0) != 0x80) + static_cast<std::size_t>(byte >= 0xF0);
+#if defined(__SSE2__)
+    __m128i const continuation = _mm_set1_epi8(static_cast<char>(0xC0)), four = _mm_set1_epi8(static_cast<char>(0xF0));
+    while (end - p >= vector) {
+        __m128i counts = _mm_setzero_si128();
+        for (int rounds = 127; rounds > 0 && end - p >= vector; --rounds, p += vector) {
+            __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p));
+            __m128i const noPairs = _mm_cmplt_epi8(bytes, continuation);  // as signed: 0x80 to 0xBF
+            __m128i const pairs = _mm_cmpeq_epi8(_mm_max_epu8(bytes, four), bytes);
+            counts = _mm_sub_epi8(counts, _mm_sub_epi8(pairs, noPairs));
+            counts = _mm_add_epi8(counts, _mm_set1_epi8(1));
+        }
+        count += sum(counts);
+    }
+#endif
+    for (; p != end; ++p) count += static_cast<std::size_t>((*p & 0xC0) != 0x80) + static_cast<std::size_t>(*p >= 0xF0);
+    return count;
+}
+
+std::size_t expectedBytes(wchar_t const* p, wchar_t const* end) noexcept {
+    std::size_t count = static_cast<std::size_t>(end - p);
+#if defined(__SSE2__)
+    __m128i const zero = _mm_setzero_si128(), two = _mm_set1_epi16(0x7F), three = _mm_set1_epi16(0x7FF);
+    __m128i const surrogates = _mm_set1_epi16(static_cast<short>(0xD800)),
+                  mask = _mm_set1_epi16(static_cast<short>(0xF800));
+    while (end - p >= vector) {
+        __m128i counts = zero;
+        for (int rounds = 127; rounds > 0 && end - p >= vector; --rounds, p += vector) {
+            __m128i more[2];
+            for (int i = 0; i < 2; ++i) {
+                __m128i const units = loadUnitsWhole(p + 8 * i);
+                __m128i const one = _mm_cmpeq_epi16(_mm_subs_epu16(units, two), zero);
+                __m128i const oneOrTwo = _mm_or_si128(_mm_cmpeq_epi16(_mm_subs_epu16(units, three), zero),
+                                                      _mm_cmpeq_epi16(_mm_and_si128(units, mask), surrogates));
+                more[i] = _mm_add_epi16(one, oneOrTwo);  // minus how many bytes below three
+            }
+            counts = _mm_add_epi8(counts, _mm_add_epi8(_mm_set1_epi8(2), _mm_packs_epi16(more[0], more[1])));
+        }
+        count += sum(counts);
+    }
+#endif
+    for (; p != end; ++p) {
+        auto const unit = static_cast<unsigned int>(*p);
+        count += static_cast<std::size_t>(unit >= 0x80) + static_cast<std::size_t>(unit >= 0x800 && !isSurrogate(unit));
     }
     return count;
 }
 
-std::size_t expectedBytes(std::wstring const& text) noexcept {
-    std::size_t count = 0;
-    for (wchar_t const c : text) {
-        auto const unit = static_cast<unsigned int>(c);
-        count +=
-            1 + static_cast<std::size_t>(unit >= 0x80) + static_cast<std::size_t>(unit >= 0x800 && !isSurrogate(unit));
+// Converts from p to end. A short text is built on the stack. A long one is written straight into the string, which is
+// lengthened in small steps, so that what this fills with zeros is still in the nearest cache when it is overwritten.
+template <typename To, typename From>
+std::basic_string<To> converted(From const* p, From const* end,
+                                To* (*convert)(From const*&, From const*, To*, To const*),
+                                std::size_t (*expected)(From const*, From const*)) {
+    std::size_t const step = 1024;
+    To piece[step];
+    auto filled = static_cast<std::size_t>(convert(p, end, piece, std::end(piece) - vector) - piece);
+    std::basic_string<To> result;
+    if (p != end) result.reserve(filled + expected(p, end) + 2 * vector);
+    result.append(piece, filled);
+    while (p != end) {
+        std::size_t const available = result.capacity() - filled;
+        result.resize(filled + (available >= 2 * vector ? std::min(step, available) : step));
+        To* const data = result.data();
+        filled = static_cast<std::size_t>(convert(p, end, data + filled, data + result.size() - vector) - data);
     }
-    return count;
+    result.resize(filled);
+    return result;
 }
 
 // ---- The multibyte code page
@@ -216,33 +299,13 @@ int platformLength(std::size_t length) {
 
 }
 
-// Short results are built on the stack. Longer ones are appended piece by piece, which spares the string the filling
-// with zeros that a resize would cost.
-
 std::string utf8(std::wstring const& text) {
-    char piece[4096];
-    wchar_t const* p = text.data();
-    wchar_t const* const end = p + text.size();
-    std::string result;
-    do {
-        char const* const filled = encode(p, end, piece, std::end(piece) - vector);
-        if (p != end && result.empty()) result.reserve(expectedBytes(text));
-        result.append(piece, static_cast<std::size_t>(filled - piece));
-    } while (p != end);
-    return result;
+    return converted<char>(text.data(), text.data() + text.size(), encode, expectedBytes);
 }
 
 std::wstring utf8(std::string const& text) {
-    wchar_t piece[2048];
-    auto const* p = reinterpret_cast<Byte const*>(text.data());
-    Byte const* const end = p + text.size();
-    std::wstring result;
-    do {
-        wchar_t const* const filled = decode(p, end, piece, std::end(piece) - vector);
-        if (p != end && result.empty()) result.reserve(expectedUnits(text));
-        result.append(piece, static_cast<std::size_t>(filled - piece));
-    } while (p != end);
-    return result;
+    auto const* const bytes = reinterpret_cast<Byte const*>(text.data());
+    return converted<wchar_t>(bytes, bytes + text.size(), decode, expectedUnits);
 }
 
 std::wstring getWCS(char const* text) { return getWCS(text, std::strlen(text)); }
