@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <bit>
 #include <climits>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 
@@ -18,6 +19,10 @@
 namespace {
 
 using Byte = unsigned char;
+
+int const vector = 16;  // elements that are looked at together
+int const slack = 72;   // elements of the source that must be there for the fast ways
+int const room = 208;   // elements of the target that the fast ways may use beyond where it counts as full
 
 // ---- Sixteen elements at a time
 
@@ -62,6 +67,14 @@ __m128i loadUnitsWhole(wchar_t const* from) noexcept {
     auto const* const source = reinterpret_cast<__m128i const*>(from);
     auto const low = [](__m128i units) { return _mm_srai_epi32(_mm_slli_epi32(units, 16), 16); };
     return _mm_packs_epi32(low(_mm_loadu_si128(source)), low(_mm_loadu_si128(source + 1)));
+}
+
+// Whether none of the 64 elements exceeds a code unit.
+bool areUnits(wchar_t const* from) noexcept {
+    if constexpr (sizeof(wchar_t) == 2) return true;
+    __m128i all = _mm_setzero_si128();
+    for (int i = 0; i < 16; ++i) all = _mm_or_si128(all, _mm_loadu_si128(reinterpret_cast<__m128i const*>(from) + i));
+    return _mm_movemask_epi8(_mm_cmpeq_epi32(_mm_srli_epi32(all, 16), _mm_setzero_si128())) == 0xFFFF;
 }
 #endif
 
@@ -114,29 +127,72 @@ wchar_t* decodeOne(Byte const*& p, Byte const* end, wchar_t* to) noexcept {
     return appendUnits(value - marks[count], to);
 }
 
-// The same for a sequence that does not reach the text's end.
-wchar_t* decodeInside(Byte const*& p, Byte const* end, wchar_t* to) noexcept {
-    unsigned int const lead = *p;
-    if (lead < 0xE0) {
+// Decodes the text of one or two bytes a character that Latin letters make: sixteen ASCII bytes at most, then one
+// character, without a branch that depends on which it is. Stops at what is not of this kind.
+wchar_t* decodeLatin(Byte const*& p, Byte const* end, wchar_t* to, wchar_t const* full) noexcept {
+    for (int steps = 32; steps > 0 && end - p > vector + 1 && to < full; --steps) {
+        int const ascii = std::countr_zero(widenASCII(p, to) | 0x10000u);
+        p += ascii;
+        to += ascii;
+        unsigned int const lead = *p;
         bool const two = lead >= 0xC0;
         unsigned int const value = two ? lead * 64 + p[1] - marks[1] : lead;
-        p += two ? 2 : 1;
-        return appendUnits(value, to);
+        if (lead >= 0xE0) return to;
+        if (value > 0xFFFF) return decodeOne(p, end, to);  // C0 or C1 before something small
+        *to++ = static_cast<wchar_t>(value);
+        p += 1 + static_cast<int>(two);
     }
-    if (lead < 0xF0) {
-        unsigned int const value = lead * 4096 + p[1] * 64u + p[2] - marks[2];
-        p += 3;
-        return appendUnits(value, to);
-    }
-    return decodeOne(p, end, to);
+    return to;
 }
 
-int const vector = 16;  // elements that widenASCII and narrowASCII read, and may write
+#if defined(__SSE2__)
+int const block = 64;  // bytes or units whose structure is looked at together
+
+// A bit for each byte of the block that is at least `limit`.
+std::uint64_t atLeast(__m128i const (&bytes)[4], int limit) noexcept {
+    __m128i const limits = _mm_set1_epi8(static_cast<char>(limit));
+    std::uint64_t bits = 0;
+    for (int i = 3; i >= 0; --i)
+        bits = bits << 16 |
+               static_cast<unsigned int>(_mm_movemask_epi8(_mm_cmpeq_epi8(_mm_max_epu8(bytes[i], limits), bytes[i])));
+    return bits;
+}
+
+// Decodes a block of well-formed sequences of any lengths, but for its last one, without branching on the lengths.
+// False, and nothing done, when there are others. May read three bytes behind the block, and write a unit too many.
+bool decodeBlock(Byte const*& p, wchar_t*& to) noexcept {
+    __m128i bytes[4];
+    for (int i = 0; i < 4; ++i) bytes[i] = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p) + i);
+    std::uint64_t const leads = atLeast(bytes, 0xC0), threes = atLeast(bytes, 0xE0), fours = atLeast(bytes, 0xF0);
+    std::uint64_t const continuations = atLeast(bytes, 0x80) & ~leads;
+    if (atLeast(bytes, 0xF5) != 0 || (leads << 1 | threes << 2 | fours << 3) != continuations) return false;
+
+    std::uint64_t starts = ~continuations;
+    wchar_t* unit = to;
+    int at = 0;
+    while ((starts &= starts - 1) != 0) {
+        int const next = std::countr_zero(starts), length = next - at;
+        std::uint32_t word = static_cast<std::uint32_t>(p[at]) << 24 | static_cast<std::uint32_t>(p[at + 1]) << 16 |
+                             static_cast<std::uint32_t>(p[at + 2]) << 8 | p[at + 3];
+        word >>= 32 - 8 * length;
+        std::uint32_t const value =
+            (word & 0xFF) + (word >> 2 & 0x3FC0) + (word >> 4 & 0xFF000) + (word >> 6 & 0x3FC0000) - marks[length - 1];
+        bool const pair = value > 0xFFFF;
+        unit[0] = static_cast<wchar_t>(pair ? 0xD7C0 + (value >> 10) : value);
+        unit[1] = static_cast<wchar_t>(0xDC00 | (value & 0x3FF));
+        unit += value <= 0x10FFFF ? 1 + static_cast<int>(pair) : 0;
+        at = next;
+    }
+    p += at;
+    to = unit;
+    return true;
+}
+#endif
 
 // Decodes from p on until the text ends or the piece is full, and returns the piece's end. Behind `full` there is room
-// for a vector.
+// for a block.
 wchar_t* decode(Byte const*& p, Byte const* end, wchar_t* to, wchar_t const* full) noexcept {
-    while (end - p > vector && to < full) {
+    while (end - p > slack && to < full) {
         unsigned int const others = widenASCII(p, to);
         if (others == 0) {
             p += vector;
@@ -146,7 +202,19 @@ wchar_t* decode(Byte const*& p, Byte const* end, wchar_t* to, wchar_t const* ful
         int const ascii = std::countr_zero(others);
         p += ascii;
         to += ascii;
-        while (*p >= 0x80 && end - p > vector && to < full) to = decodeInside(p, end, to);
+        to = decodeLatin(p, end, to, full);
+        while (end - p > slack && to < full && *p >= 0xE0) {
+            if (*p < 0xF0) {
+                unsigned int const value = *p * 4096u + p[1] * 64u + p[2] - marks[2];
+                p += 3;
+                to = appendUnits(value, to);
+                continue;
+            }
+#if defined(__SSE2__)
+            if (decodeBlock(p, to)) continue;
+#endif
+            to = decodeOne(p, end, to);
+        }
     }
     while (p < end && to < full) to = decodeOne(p, end, to);
     return to;
@@ -175,8 +243,97 @@ char* encodeOne(wchar_t const*& p, wchar_t const* end, char* to) noexcept {
     return to + CodePoint::codePoint(value).utf8(to, 6);
 }
 
+// Encodes the text of one or two bytes a character that Latin letters make, as decodeLatin decodes it.
+char* encodeLatin(wchar_t const*& p, wchar_t const* end, char* to, char const* full) noexcept {
+    for (int steps = 32; steps > 0 && end - p > vector && to < full; --steps) {
+        int const ascii = std::countr_zero(narrowASCII(p, to) | 0x10000u);
+        p += ascii;
+        to += ascii;
+        auto const unit = static_cast<unsigned int>(*p);
+        if (unit >= 0x800) return to;
+        bool const two = unit >= 0x80;
+        to[0] = static_cast<char>(two ? 0xC0 | unit >> 6 : unit);
+        to[1] = static_cast<char>(0x80 | (unit & 0x3F));
+        to += 1 + static_cast<int>(two);
+        ++p;
+    }
+    return to;
+}
+
+#if defined(__SSE2__)
+// Encodes four units of three bytes each; false, and nothing done, when there are others. Writes two bytes too many.
+bool encodeThrees(wchar_t const* p, char* to) noexcept {
+    __m128i units;
+    if constexpr (sizeof(wchar_t) == 2)
+        units = _mm_unpacklo_epi16(_mm_loadl_epi64(reinterpret_cast<__m128i const*>(p)), _mm_setzero_si128());
+    else
+        units = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p));
+    auto const bits = [](int value) { return _mm_set1_epi32(value); };
+    __m128i const inside = _mm_and_si128(_mm_cmpgt_epi32(units, bits(0x7FF)), _mm_cmplt_epi32(units, bits(0x10000)));
+    __m128i const surrogates = _mm_cmpeq_epi32(_mm_and_si128(units, bits(0xF800)), bits(0xD800));
+    if (_mm_movemask_epi8(_mm_andnot_si128(surrogates, inside)) != 0xFFFF) return false;
+
+    __m128i const first = _mm_srli_epi32(units, 12);
+    __m128i const second = _mm_and_si128(_mm_slli_epi32(units, 2), bits(0x3F00));
+    __m128i const third = _mm_and_si128(_mm_slli_epi32(units, 16), bits(0x3F0000));
+    __m128i const words = _mm_or_si128(_mm_or_si128(first, second), _mm_or_si128(third, bits(0x8080E0)));
+    __m128i const low = _mm_and_si128(words, _mm_set1_epi64x(0xFFFFFF));
+    __m128i const high = _mm_srli_epi64(_mm_andnot_si128(_mm_set1_epi64x(0xFFFFFFFF), words), 8);
+    __m128i const sixes = _mm_or_si128(low, high);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), sixes);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(to + 6), _mm_unpackhi_epi64(sixes, sixes));
+    return true;
+}
+
+// Encodes a block whose surrogates are all paired, but for its last code point, without branching on the lengths. False,
+// and nothing done, when there are others. May write three bytes too many.
+bool encodeBlock(wchar_t const*& p, char*& to) noexcept {
+    std::uint64_t leading = 0, trailing = 0;
+    for (int i = block / vector - 1; i >= 0; --i) {
+        __m128i const units[2] = {loadUnitsWhole(p + vector * i), loadUnitsWhole(p + vector * i + 8)};
+        auto const equal = [&units](int value) {
+            __m128i const mask = _mm_set1_epi16(static_cast<short>(0xFC00)),
+                          sought = _mm_set1_epi16(static_cast<short>(value));
+            __m128i const found = _mm_packs_epi16(_mm_cmpeq_epi16(_mm_and_si128(units[0], mask), sought),
+                                                  _mm_cmpeq_epi16(_mm_and_si128(units[1], mask), sought));
+            return static_cast<unsigned int>(_mm_movemask_epi8(found));
+        };
+        leading = leading << 16 | equal(0xD800);
+        trailing = trailing << 16 | equal(0xDC00);
+    }
+    if (leading << 1 != trailing || !areUnits(p)) return false;
+
+    static constexpr std::uint32_t heads[] = {0, 0, 0xC080, 0xE08080, 0xF0808080};
+    std::uint64_t starts = ~trailing;
+    char* byte = to;
+    int at = 0;
+    while ((starts &= starts - 1) != 0) {
+        int const next = std::countr_zero(starts);
+        bool const pair = next - at == 2;
+        auto const unit = static_cast<std::uint32_t>(p[at]);
+        std::uint32_t const value = pair ? (unit << 10) + static_cast<std::uint32_t>(p[at + 1]) - 0x35FDC00 : unit;
+        int const length =
+            1 + static_cast<int>(value >= 0x80) + static_cast<int>(value >= 0x800) + static_cast<int>(pair);
+        std::uint32_t const spread =
+            (value & 0x3F) | (value & 0xFC0) << 2 | (value & 0x3F000) << 4 | (value & 0x1C0000) << 6;
+        std::uint32_t const word = (value < 0x80 ? value : spread | heads[length]) << (32 - 8 * length);
+        byte[0] = static_cast<char>(word >> 24);
+        byte[1] = static_cast<char>(word >> 16);
+        byte[2] = static_cast<char>(word >> 8);
+        byte[3] = static_cast<char>(word);
+        byte += length;
+        at = next;
+    }
+    p += at;
+    to = byte;
+    return true;
+}
+#endif
+
+// Encodes from p on until the text ends or the piece is full, and returns the piece's end. Behind `full` there is room
+// for a block's bytes.
 char* encode(wchar_t const*& p, wchar_t const* end, char* to, char const* full) noexcept {
-    while (end - p >= vector && to < full) {
+    while (end - p > slack && to < full) {
         unsigned int const others = narrowASCII(p, to);
         if (others == 0) {
             p += vector;
@@ -186,7 +343,18 @@ char* encode(wchar_t const*& p, wchar_t const* end, char* to, char const* full) 
         int const ascii = std::countr_zero(others);
         p += ascii;
         to += ascii;
-        while (p != end && static_cast<unsigned int>(*p) >= 0x80 && to < full) to = encodeOne(p, end, to);
+        to = encodeLatin(p, end, to, full);
+        while (end - p > slack && to < full && static_cast<unsigned int>(*p) >= 0x800) {
+#if defined(__SSE2__)
+            if (encodeThrees(p, to)) {
+                p += 4;
+                to += 12;
+                continue;
+            }
+            if (isSurrogate(static_cast<unsigned int>(*p)) && encodeBlock(p, to)) continue;
+#endif
+            to = encodeOne(p, end, to);
+        }
     }
     while (p != end && to < full) to = encodeOne(p, end, to);
     return to;
@@ -260,15 +428,15 @@ std::basic_string<To> converted(From const* p, From const* end,
                                 std::size_t (*expected)(From const*, From const*)) {
     std::size_t const step = 1024;
     To piece[step];
-    auto filled = static_cast<std::size_t>(convert(p, end, piece, std::end(piece) - vector) - piece);
+    auto filled = static_cast<std::size_t>(convert(p, end, piece, std::end(piece) - room) - piece);
     std::basic_string<To> result;
-    if (p != end) result.reserve(filled + expected(p, end) + 2 * vector);
+    if (p != end) result.reserve(filled + expected(p, end) + 2 * room);
     result.append(piece, filled);
     while (p != end) {
         std::size_t const available = result.capacity() - filled;
-        result.resize(filled + (available >= 2 * vector ? std::min(step, available) : step));
+        result.resize(filled + (available >= 2 * room ? std::min(step, available) : step));
         To* const data = result.data();
-        filled = static_cast<std::size_t>(convert(p, end, data + filled, data + result.size() - vector) - data);
+        filled = static_cast<std::size_t>(convert(p, end, data + filled, data + result.size() - room) - data);
     }
     result.resize(filled);
     return result;
@@ -333,13 +501,13 @@ std::string getMBS(wchar_t const* text, std::size_t length) {
 unsigned int packTo(std::wstring const& text, char* buffer, int size) {
     if (size <= 0) throw std::logic_error{"illegal buffer to pack wstring"};
     buffer[0] = '\0';
-    int const room = size - 1;
-    if (text.empty() || room == 0) return 0;
+    int const available = size - 1;
+    if (text.empty() || available == 0) return 0;
 
     // True when the prefix is in the buffer, false when it has no room there.
     unsigned int written = 0;
     auto const fits = [&](int length) {
-        int const bytes = ORN::os::wideToMultibyte(text.data(), length, buffer, room);
+        int const bytes = ORN::os::wideToMultibyte(text.data(), length, buffer, available);
         DWORD const error = bytes > 0 ? 0 : ORN::os::lastError();
         buffer[bytes] = '\0';
         written = static_cast<unsigned int>(bytes);
