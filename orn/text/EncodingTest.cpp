@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <iterator>
 #include <random>
+#include <stdexcept>
 
 namespace {
 
@@ -76,6 +79,87 @@ TEST(Encoding, MalformedBytesAreReadByTheRulesAtEveryLengthAndPlace) {
             if (random() % 32 >= plain)
                 c = static_cast<char>(random() % 2 != 0 ? random() : frequent[random() % std::size(frequent)]);
         ASSERT_EQ(utf8(text), decodedByTheRules(text)) << testing::PrintToString(text);
+    }
+}
+
+TEST(Encoding, WideTextsOfEveryMixAreWrittenCodePointByCodePoint) {
+    std::mt19937 random{21};
+    unsigned int const frequent[] = {0, 0x7F, 0x80, 0x7FF, 0x800, 0xD7FF, 0xE000, 0xFFFF};
+    for (int round = 0; round < 5000; ++round) {
+        std::wstring text;
+        unsigned int const plain = random() % 8, pairs = random() % 8;
+        for (std::size_t length = random() % (round % 100 == 0 ? 9000 : 300); text.size() < length;) {
+            if (random() % 8 < plain)
+                text += static_cast<wchar_t>('a' + random() % 26);
+            else if (random() % 8 < pairs)
+                text += std::wstring{CodePoint::codePoint(0x10000 + random() % 0x100000)};
+            else if (random() % 64 == 0)
+                text += static_cast<wchar_t>(0xD800 + random() % 0x800);
+            else
+                text += static_cast<wchar_t>(frequent[random() % std::size(frequent)]);
+        }
+        std::string expected;
+        for (CodePointEnumerator e{text}; e; ++e) {
+            char bytes[6];
+            expected.append(bytes, (*e).utf8(bytes, sizeof bytes));
+        }
+        ASSERT_EQ(utf8(text), expected);
+        ASSERT_EQ(utf8(expected), text);
+    }
+}
+
+TEST(Encoding, TheCodePageTakesTextsOfEveryLength) {
+    for (std::size_t const length : {0u, 1u, 25u, 26u, 63u, 64u, 65u, 128u, 5000u}) {
+        std::string narrow(length, 'x');
+        std::wstring wide(length, L'x');
+        EXPECT_EQ(getWCS(narrow), wide);
+        EXPECT_EQ(getWCS(narrow.c_str()), wide);
+        EXPECT_EQ(getMBS(wide), narrow);
+        EXPECT_EQ(getMBS(wide.c_str()), narrow);
+    }
+    EXPECT_EQ(getWCS("a\0b", 3), std::wstring(L"a\0b", 3));
+    EXPECT_EQ(getMBS(L"a\0b", 3), std::string("a\0b", 3));
+    EXPECT_EQ(getWCS("a\0b"), L"a");
+    EXPECT_EQ(getMBS(L"a\0b"), "a");
+    EXPECT_THROW(getWCS("x", 0x80000000u), std::runtime_error);
+    EXPECT_THROW(getMBS(L"x", 0x80000000u), std::runtime_error);
+}
+
+// What packTo leaves in a buffer of `size` bytes, or the text of what it throws.
+std::string packed(std::wstring const& text, int size) {
+    std::string buffer(16, '#');
+    try {
+        unsigned int const length = packTo(text, buffer.data(), size);
+        EXPECT_EQ(length, std::strlen(buffer.c_str()));
+    } catch (std::exception const& error) {
+        return error.what();
+    }
+    auto const given = static_cast<std::size_t>(size);
+    EXPECT_EQ(buffer.substr(given), std::string(16 - given, '#'));
+    return buffer.c_str();
+}
+
+TEST(Encoding, PackToCutsWhereACodePointEnds) {
+    EXPECT_EQ(packed(L"abc", 0), "illegal buffer to pack wstring");
+    EXPECT_EQ(packed(L"", 0), "illegal buffer to pack wstring");
+    EXPECT_EQ(packed(L"abc", -1), "illegal buffer to pack wstring");
+    EXPECT_EQ(packed(L"abc", 1), "");
+    EXPECT_EQ(packed(L"", 4), "");
+    EXPECT_EQ(packed(L"abc", 4), "abc");
+    EXPECT_EQ(packed(L"abc", 3), "ab");
+    EXPECT_EQ(packed(L"abc", 2), "a");
+    EXPECT_EQ(packed(std::wstring(100, L'y'), 9), "yyyyyyyy");
+
+    std::wstring const face{0x61, 0xD83D, 0xDE00, 0x62};
+    std::string const whole = getMBS(face);
+    for (int size = 2; size <= 8; ++size) {
+        std::string const cut = packed(face, size);
+        std::string const candidates[] = {whole, getMBS(face.substr(0, 3)), getMBS(face.substr(0, 1))};
+        for (std::string const& candidate : candidates) {
+            if (candidate.size() > static_cast<std::size_t>(size - 1)) continue;
+            EXPECT_EQ(cut, candidate) << size;
+            break;
+        }
     }
 }
 
