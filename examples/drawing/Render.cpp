@@ -3,7 +3,12 @@
 #include "drawing/Flatten.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <exception>
+#include <mutex>
+#include <system_error>
+#include <thread>
 
 namespace drawing {
 
@@ -52,12 +57,33 @@ DIBitmap renderPage(Drawing const& drawing, Page const& page) {
     auto const [width, height] = page.size();
     DIBitmap bitmap{static_cast<unsigned int>(width), -height, 32, 0};
 
-    // Bands of about a million pixels bound what a canvas may need besides.
-    int const rows = std::clamp((1 << 20) / width, 1, height);
-    for (int top = 0; top < height; top += rows) {
-        unsigned char* const pixels = bitmap.bits() + std::ptrdiff_t{width} * top * 4;
-        renderBand(drawing, page, {pixels, width, top, std::min(rows, height - top)});
+    // A few bands for every processor, each of at most a million pixels to bound what a canvas may need besides.
+    int const threads = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
+    int const rows = std::clamp(std::min((1 << 20) / width, height / (3 * threads)), 1, height);
+    std::atomic<int> nextTop{0};
+    std::mutex failing;
+    std::exception_ptr failure;
+    auto const work = [&, width = width, height = height] {
+        try {
+            for (int top; (top = nextTop.fetch_add(rows)) < height;) {
+                unsigned char* const pixels = bitmap.bits() + std::ptrdiff_t{width} * top * 4;
+                renderBand(drawing, page, {pixels, width, top, std::min(rows, height - top)});
+            }
+        } catch (...) {
+            std::lock_guard const lock{failing};
+            failure = std::current_exception();
+            nextTop = height;
+        }
+    };
+    {
+        std::vector<std::jthread> helpers;
+        try {
+            while (static_cast<int>(helpers.size()) + 1 < threads) helpers.emplace_back(work);
+        } catch (std::system_error const&) {  // then with fewer
+        }
+        work();
     }
+    if (failure) std::rethrow_exception(failure);
     return bitmap;
 }
 

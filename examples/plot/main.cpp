@@ -12,6 +12,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <new>
 #include <string>
 
 namespace {
@@ -90,6 +91,8 @@ int main(int argc, char* argv[]) {
         return 0;
     } catch (ORN::OrnError const& error) {
         return fail(utf8(error.wWhat()));
+    } catch (std::bad_alloc const&) {
+        return fail("orn-plot: there is not enough memory");
     } catch (std::exception const& error) {
         return fail(std::string{"orn-plot: "} + error.what());
     }
