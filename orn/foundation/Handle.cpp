@@ -14,6 +14,7 @@ void Handlable::deref() const {
     delete this;
 }
 
-template class Handle<Handlable>;
+template class ORN_API Handle<Handlable>;
+static_assert(sizeof(Handle<Handlable>) == sizeof(void*));
 
 }

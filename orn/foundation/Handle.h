@@ -64,8 +64,8 @@ class Handle : public HandleBase {
 public:
     constexpr Handle() noexcept = default;
     constexpr Handle(std::nullptr_t) noexcept {}
-    explicit Handle(T* p) noexcept : pointer_{p} { adref(p); }  ///< adds a reference; null gives a null handle
-    Handle(Handle const& other) noexcept : HandleBase{other}, pointer_{other.pointer_} { adref(pointer_); }
+    explicit Handle(T* p) noexcept;  ///< adds a reference; null gives a null handle
+    Handle(Handle const& other) noexcept;
     constexpr Handle(Handle&& other) noexcept : pointer_{std::exchange(other.pointer_, nullptr)} {}  ///< leaves null
     template <typename Derived>
     requires(std::convertible_to<Derived*, T*> && !std::same_as<Derived, T>) Handle(Handle<Derived> const& other)
@@ -73,36 +73,30 @@ public:
     template <typename Derived>
     requires(std::convertible_to<Derived*, T*> && !std::same_as<Derived, T>) Handle(Handle<Derived>&& other)
     noexcept : pointer_{std::exchange(other.pointer_, nullptr)} {}
-    ~Handle() { deref(pointer_); }
+    ~Handle();
 
-    T* get() const noexcept { return pointer_; }
-    T* operator->() const noexcept { return pointer_; }
-    T& operator*() const noexcept { return *pointer_; }
+    T* get() const noexcept;
+    T* operator->() const noexcept;
+    T& operator*() const noexcept;
 
-    bool null() const noexcept { return pointer_ == nullptr; }
+    bool null() const noexcept;
     explicit operator bool() const noexcept { return pointer_ != nullptr; }
 
     /// True when the object has no other reference; meaningful while no other thread takes or drops one.
-    bool isLastHandle() const noexcept { return pointer_ != nullptr && refC(pointer_) == 1; }
+    bool isLastHandle() const noexcept;
 
     /// Takes the new object before it drops the old one, so assignment to the handle's own object never destroys it.
-    Handle& operator=(Handle const& other) noexcept {
-        reset(other.pointer_);
-        return *this;
-    }
+    Handle& operator=(Handle const& other) noexcept;
     Handle& operator=(Handle&& other) noexcept {
         replace(std::exchange(other.pointer_, nullptr));
         return *this;
     }
-    void reset(T* p = nullptr) noexcept {
-        adref(p);
-        replace(p);
-    }
-    void swap(Handle& other) noexcept { std::swap(pointer_, other.pointer_); }  ///< not atomic
+    void reset(T* p) noexcept;
+    void swap(Handle& other) noexcept;  ///< not atomic
 
     /// Identity of the objects, not equality of their values.
-    bool operator==(Handle const& other) const noexcept { return pointer_ == other.pointer_; }
-    bool operator!=(Handle const& other) const noexcept { return pointer_ != other.pointer_; }
+    bool operator==(Handle const& other) const noexcept;
+    bool operator!=(Handle const& other) const noexcept;
     bool operator==(std::nullptr_t) const noexcept { return pointer_ == nullptr; }
     bool operator!=(std::nullptr_t) const noexcept { return pointer_ != nullptr; }
 
@@ -115,7 +109,64 @@ private:
     T* pointer_ = nullptr;
 };
 
-extern template class ORN_API Handle<Handlable>;
-static_assert(sizeof(Handle<Handlable>) == sizeof(void*));
+// Outside of the class, because what is inside counts as inline, and inline members of an instantiation are not exported
+// from a DLL.
+template <typename T>
+Handle<T>::Handle(T* p) noexcept : pointer_{p} {
+    adref(p);
+}
+template <typename T>
+Handle<T>::Handle(Handle const& other) noexcept : HandleBase{other}, pointer_{other.pointer_} {
+    adref(pointer_);
+}
+template <typename T>
+Handle<T>::~Handle() {
+    deref(pointer_);
+}
+
+template <typename T>
+T* Handle<T>::get() const noexcept {
+    return pointer_;
+}
+template <typename T>
+T* Handle<T>::operator->() const noexcept {
+    return pointer_;
+}
+template <typename T>
+T& Handle<T>::operator*() const noexcept {
+    return *pointer_;
+}
+template <typename T>
+bool Handle<T>::null() const noexcept {
+    return pointer_ == nullptr;
+}
+template <typename T>
+bool Handle<T>::isLastHandle() const noexcept {
+    return pointer_ != nullptr && refC(pointer_) == 1;
+}
+
+template <typename T>
+Handle<T>& Handle<T>::operator=(Handle const& other) noexcept {
+    reset(other.pointer_);
+    return *this;
+}
+template <typename T>
+void Handle<T>::reset(T* p) noexcept {
+    adref(p);
+    replace(p);
+}
+template <typename T>
+void Handle<T>::swap(Handle& other) noexcept {
+    std::swap(pointer_, other.pointer_);
+}
+
+template <typename T>
+bool Handle<T>::operator==(Handle const& other) const noexcept {
+    return pointer_ == other.pointer_;
+}
+template <typename T>
+bool Handle<T>::operator!=(Handle const& other) const noexcept {
+    return pointer_ != other.pointer_;
+}
 
 }
