@@ -66,6 +66,11 @@ void CollectionBase::rawTake(CollectionBase& other) noexcept {
     count_ = std::exchange(other.count_, 0);
 }
 
+void CollectionBase::rawDiscard() noexcept {
+    for (std::size_t chunk = (count_ + perChunk_ - 1) / perChunk_; chunk-- > 1;) freeChunk(chunk);
+    count_ = 0;
+}
+
 /// Constructs the next run of elements, all within one chunk, from a source that goes on by stride.
 void CollectionBase::append(std::size_t chunk, std::size_t run, unsigned char const* source, std::size_t stride) {
     std::size_t const offset = count_ % perChunk_;

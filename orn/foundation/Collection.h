@@ -43,7 +43,7 @@ protected:
     /// The slot of element size(), its chunk allocated. The caller constructs the element there and calls rawPushed,
     /// or, when the constructor throws, rawNotPushed.
     void* rawPush();
-    void rawPushed() noexcept { ++count_; }
+    void rawPushed(std::size_t count) noexcept { count_ = count; }  ///< the count with the new element
     void rawNotPushed() noexcept;
 
     void* rawIndex(std::size_t i) const noexcept { return chunks_[i / perChunk_] + i % perChunk_ * elementSize_; }
@@ -62,6 +62,9 @@ protected:
     /// Takes over the other's count and all chunks but chunk 0, whose elements the caller has moved already. This
     /// collection is empty; the other one is so afterwards.
     void rawTake(CollectionBase& other) noexcept;
+
+    /// clear() for elements that need no destruction.
+    void rawDiscard() noexcept;
 
 private:
     virtual void rawConstruct(void* slot, void const* source) = 0;  ///< a copy of source, or a default element
@@ -114,6 +117,13 @@ public:
         return *this;
     }
 
+    void clear() {
+        if constexpr (std::is_trivially_destructible_v<T>)
+            rawDiscard();
+        else
+            CollectionBase::clear();
+    }
+
     T& operator[](size_type i) noexcept { return *at(i); }  ///< i below size(), not checked
     T const& operator[](size_type i) const noexcept { return *at(i); }
     T& front() noexcept { return *at(0); }
@@ -132,7 +142,9 @@ public:
     void push_back(T&& value) { emplace_back(std::move(value)); }
     template <typename... Arguments>
     T& emplace_back(Arguments&&... arguments) {
-        void* const slot = size() % PerChunk == 0 ? rawPush() : at(size());
+        // The count is read once: the element just constructed might overlie it for all that the compiler knows.
+        size_type const count = size();
+        void* const slot = count % PerChunk == 0 ? rawPush() : at(count);
         T* element;
         if constexpr (std::is_nothrow_constructible_v<T, Arguments...>) {
             element = ::new (slot) T(std::forward<Arguments>(arguments)...);
@@ -144,7 +156,7 @@ public:
                 throw;
             }
         }
-        rawPushed();
+        rawPushed(count + 1);
         return *element;
     }
 

@@ -2,13 +2,13 @@
 
 #include <benchmark/benchmark.h>
 
+#include <malloc.h>
 #include <cstdint>
 #include <deque>
 
 namespace {
 
-/// As many elements a chunk as the peer has.
-constexpr std::size_t perChunk = 512 / sizeof(std::uint64_t);
+constexpr std::size_t perChunk = 4096 / sizeof(std::uint64_t);  // the peer's own make has chunks of 512 bytes
 constexpr std::uint64_t elements = 1'000'000;
 
 template <typename Sequence>

@@ -29,7 +29,7 @@ public:
 
     void push(int value) {
         *static_cast<int*>(rawPush()) = value;
-        rawPushed();
+        rawPushed(size() + 1);
     }
     int* at(std::size_t i) const { return static_cast<int*>(rawIndex(i)); }
 
@@ -163,7 +163,9 @@ TEST(Collection, CopiesAndMoves) {
         Collection<std::string, 4> moved{std::move(texts)};
         EXPECT_TRUE(texts.empty());
         EXPECT_TRUE(std::ranges::equal(moved, expected)) << size;
-        if (size > 4) { EXPECT_EQ(&moved[4], late); }
+        if (size > 4) {
+            EXPECT_EQ(&moved[4], late);
+        }
         texts.emplace_back(3, 'x');
         EXPECT_EQ(texts[0], "xxx");
 

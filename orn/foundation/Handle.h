@@ -34,8 +34,11 @@ protected:
 private:
     friend class HandleBase;
 
-    void adref() const override;
-    void deref() const override;
+    void adref() const override { ++count_; }
+    void deref() const override {
+        if (--count_ == 0) destroy();
+    }
+    void destroy() const;
 
     mutable std::atomic<LONG> count_{0};
 };
