@@ -1,0 +1,252 @@
+#include "orn/os/Waitable.h"
+
+#include "orn/os/CodePage.h"
+#include "orn/os/ErrorText.h"
+#include "orn/os/Fault.h"
+
+#include <fcntl.h>
+#include <linux/futex.h>
+#include <pthread.h>
+#include <sched.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <cwchar>
+#include <new>
+
+namespace ORN::os {
+
+namespace {
+
+DWORD const invalidHandle = 6, notEnoughMemory = 8;
+
+/// What a HANDLE points to. An event's signal is taken by the wait that it ends; an ended thread stays signalled. Each
+/// handle counts, and so does a running thread.
+struct Waitable {
+    std::atomic<std::uint32_t> signalled{0};
+    std::atomic<std::uint32_t> waiting{0};
+    std::atomic<int> references{1};
+    bool const isThread;
+
+    pthread_t thread{};
+    std::atomic<pid_t> number{0};
+    std::atomic<DWORD> exitCode{threadStillActive};
+    unsigned int (*main)(void*) = nullptr;
+    void* argument = nullptr;
+
+    explicit Waitable(bool ofThread) noexcept : isThread{ofThread} {}
+
+    void signal() noexcept {
+        signalled.store(1);
+        if (waiting.load() == 0) return;
+        syscall(SYS_futex, &signalled, FUTEX_WAKE_PRIVATE, isThread ? INT_MAX : 1, nullptr, nullptr, 0);
+    }
+
+    bool take() noexcept {
+        if (isThread) return signalled.load() != 0;
+        std::uint32_t one = 1;
+        return signalled.compare_exchange_strong(one, 0);
+    }
+
+    void drop() noexcept {
+        if (references.fetch_sub(1) == 1) delete this;
+    }
+};
+
+Waitable* waitable(HANDLE handle) noexcept { return static_cast<Waitable*>(handle); }
+
+Waitable* threadOf(HANDLE handle) noexcept {
+    Waitable* const object = waitable(handle);
+    if (object != nullptr && object->isThread) return object;
+    setLastError(invalidHandle);
+    return nullptr;
+}
+
+constinit thread_local Waitable* ownThread = nullptr;
+
+/// Marks the thread as ended on every way out, that of exitThread included.
+struct ThreadEnd {
+    Waitable* thread;
+    ~ThreadEnd() {
+        DWORD running = threadStillActive;
+        thread->exitCode.compare_exchange_strong(running, 0);
+        ownThread = nullptr;
+        thread->signal();
+        thread->drop();
+    }
+};
+
+void* runThread(void* object) {
+    Waitable* const thread = waitable(object);
+    ThreadEnd const end{thread};
+    ownThread = thread;
+    thread->number.store(static_cast<pid_t>(syscall(SYS_gettid)));
+    thread->exitCode.store(thread->main(thread->argument));
+    return nullptr;
+}
+
+// The kernel's nice values of the priorities -2 to 2.
+constexpr int niceValues[] = {19, 10, 0, -10, -20};
+
+void setNice(pid_t number, int nice) noexcept {
+    if (number != 0) setpriority(PRIO_PROCESS, static_cast<id_t>(number), nice);
+}
+
+pid_t numberOf(Waitable const& thread) noexcept {
+    // A thread that was started a moment ago has yet to tell its number.
+    pid_t number = 0;
+    while ((number = thread.number.load()) == 0 && thread.exitCode.load() == threadStillActive) sched_yield();
+    return thread.exitCode.load() == threadStillActive ? number : 0;
+}
+
+}
+
+HANDLE createEvent() noexcept {
+    if (ORN_OS_REFUSED("CreateEvent")) return nullptr;
+    auto* const event = new (std::nothrow) Waitable{false};
+    if (event == nullptr) setLastError(notEnoughMemory);
+    return event;
+}
+
+bool signalEvent(HANDLE event) noexcept {
+    if (event == nullptr || waitable(event)->isThread) {
+        setLastError(invalidHandle);
+        return false;
+    }
+    waitable(event)->signal();
+    return true;
+}
+
+HANDLE shareEvent(HANDLE event) noexcept {
+    waitable(event)->references.fetch_add(1);
+    return event;
+}
+
+void closeHandle(HANDLE handle) noexcept {
+    Waitable* const object = waitable(handle);
+    if (object == nullptr) return;
+    if (object->isThread) {
+        // A thread that has ended is waited for to its last instruction, so that its code may be unloaded.
+        if (object->signalled.load() != 0 && object != ownThread)
+            pthread_join(object->thread, nullptr);
+        else
+            pthread_detach(object->thread);
+    }
+    object->drop();
+}
+
+DWORD waitFor(HANDLE handle, DWORD timeout) noexcept {
+    Waitable* const object = waitable(handle);
+    if (object == nullptr) {
+        setLastError(invalidHandle);
+        return waitFailed;
+    }
+    if (object->take()) return waitObject;
+
+    timespec deadline{};
+    clock_gettime(CLOCK_MONOTONIC, &deadline);
+    deadline.tv_sec += timeout / 1000;
+    deadline.tv_nsec += timeout % 1000 * 1000000L;
+    if (deadline.tv_nsec >= 1000000000L) {
+        ++deadline.tv_sec;
+        deadline.tv_nsec -= 1000000000L;
+    }
+
+    object->waiting.fetch_add(1);
+    DWORD result = waitObject;
+    while (!object->take()) {
+        long const slept = syscall(SYS_futex, &object->signalled, FUTEX_WAIT_BITSET_PRIVATE, 0,
+                                   timeout == waitForever ? nullptr : &deadline, nullptr, FUTEX_BITSET_MATCH_ANY);
+        if (slept == -1 && errno == ETIMEDOUT) {
+            result = object->take() ? waitObject : waitTimedOut;
+            break;
+        }
+    }
+    object->waiting.fetch_sub(1);
+    return result;
+}
+
+DWORD waitDeliveringSentMessages(HANDLE handle) noexcept { return waitFor(handle, waitForever); }
+
+HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int stackBytes) noexcept {
+    if (ORN_OS_REFUSED("_beginthreadex")) return nullptr;
+    auto* const thread = new (std::nothrow) Waitable{true};
+    if (thread == nullptr) {
+        setLastError(notEnoughMemory);
+        return nullptr;
+    }
+    thread->main = main;
+    thread->argument = argument;
+    thread->references.store(2);
+
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, std::max<std::size_t>(stackBytes, PTHREAD_STACK_MIN));
+    int const error = pthread_create(&thread->thread, &attributes, runThread, thread);
+    pthread_attr_destroy(&attributes);
+    if (error == 0) return thread;
+    delete thread;
+    setLastError(notEnoughMemory);
+    return nullptr;
+}
+
+bool threadExitCode(HANDLE handle, DWORD& code) noexcept {
+    Waitable const* const thread = threadOf(handle);
+    if (thread == nullptr) return false;
+    code = thread->signalled.load() != 0 ? thread->exitCode.load() : threadStillActive;
+    return true;
+}
+
+void exitThread(DWORD code) {
+    if (ownThread != nullptr) ownThread->exitCode.store(code);
+    pthread_exit(nullptr);
+}
+
+void setThreadPriority(HANDLE handle, int priority) noexcept {
+    if (Waitable const* const thread = threadOf(handle))
+        setNice(numberOf(*thread), niceValues[std::clamp(priority, -2, 2) + 2]);
+}
+
+void lendPriority(HANDLE handle) noexcept {
+    if (Waitable const* const thread = threadOf(handle))
+        setNice(numberOf(*thread), getpriority(PRIO_PROCESS, static_cast<id_t>(syscall(SYS_gettid))));
+}
+
+void nameThread(char const* name, DWORD threadId) noexcept {
+    std::size_t const longest = 15;
+    char path[64];
+    long const number = threadId == 0xFFFFFFFF ? syscall(SYS_gettid) : static_cast<long>(threadId);
+    std::snprintf(path, sizeof path, "/proc/self/task/%ld/comm", number);
+    int const file = open(path, O_WRONLY | O_CLOEXEC);
+    if (file < 0) return;
+    [[maybe_unused]] ssize_t const written = write(file, name, strnlen(name, longest));
+    close(file);
+}
+
+DWORD currentThreadId() noexcept { return static_cast<DWORD>(syscall(SYS_gettid)); }
+
+bool enterApartment() noexcept { return false; }
+void leaveApartment() noexcept {}
+
+void showMessage(wchar_t const* text, wchar_t const* caption) noexcept {
+    auto const put = [](wchar_t const* wide) {
+        char bytes[512];
+        int const length = wideToMultibyte(wide, static_cast<int>(wcslen(wide)), bytes, sizeof bytes);
+        std::fwrite(bytes, 1, static_cast<std::size_t>(length), stderr);
+    };
+    put(caption);
+    std::fputs(": ", stderr);
+    put(text);
+    std::fputs("\n", stderr);
+}
+
+}

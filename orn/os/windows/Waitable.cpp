@@ -1,0 +1,84 @@
+#include "orn/os/Waitable.h"
+
+#include "orn/os/Fault.h"
+
+#include <process.h>
+#include <windows.h>
+#include <objbase.h>
+
+namespace ORN::os {
+
+HANDLE createEvent() noexcept {
+    if (ORN_OS_REFUSED("CreateEvent")) return nullptr;
+    return CreateEventW(nullptr, FALSE, FALSE, nullptr);
+}
+
+bool signalEvent(HANDLE event) noexcept { return SetEvent(event) != 0; }
+
+HANDLE shareEvent(HANDLE event) noexcept {
+    HANDLE shared = nullptr;
+    HANDLE const process = GetCurrentProcess();
+    return DuplicateHandle(process, event, process, &shared, 0, FALSE, DUPLICATE_SAME_ACCESS) ? shared : nullptr;
+}
+
+void closeHandle(HANDLE handle) noexcept { CloseHandle(handle); }
+
+DWORD waitFor(HANDLE handle, DWORD timeout) noexcept { return WaitForSingleObject(handle, timeout); }
+
+DWORD waitDeliveringSentMessages(HANDLE handle) noexcept {
+    for (;;) {
+        MSG message;
+        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);  // delivers what was sent
+        DWORD const result = MsgWaitForMultipleObjects(1, &handle, FALSE, INFINITE, QS_SENDMESSAGE);
+        if (result != WAIT_OBJECT_0 + 1) return result;
+    }
+}
+
+HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int stackBytes) noexcept {
+    if (ORN_OS_REFUSED("_beginthreadex")) return nullptr;
+    return reinterpret_cast<HANDLE>(_beginthreadex(nullptr, stackBytes, main, argument, 0, nullptr));
+}
+
+bool threadExitCode(HANDLE thread, DWORD& code) noexcept { return GetExitCodeThread(thread, &code) != 0; }
+
+void exitThread(DWORD code) {
+    _endthreadex(code);
+    __builtin_unreachable();
+}
+
+void setThreadPriority(HANDLE thread, int priority) noexcept {
+    SetThreadPriority(thread, priority);
+    SetThreadPriorityBoost(thread, TRUE);
+}
+
+void lendPriority(HANDLE thread) noexcept { SetThreadPriority(thread, GetThreadPriority(GetCurrentThread())); }
+
+namespace {
+
+DWORD const nameException = 0x406D1388;
+
+LONG CALLBACK swallowName(EXCEPTION_POINTERS* exception) {
+    return exception->ExceptionRecord->ExceptionCode == nameException ? EXCEPTION_CONTINUE_EXECUTION
+                                                                      : EXCEPTION_CONTINUE_SEARCH;
+}
+
+}
+
+void nameThread(char const* name, DWORD threadId) noexcept {
+    ULONG_PTR const arguments[4] = {0x1000, reinterpret_cast<ULONG_PTR>(name), threadId, 0};
+    void* const handler = AddVectoredExceptionHandler(0, swallowName);  // a debugger sees it first
+    if (handler == nullptr) return;
+    RaiseException(nameException, 0, 4, arguments);
+    RemoveVectoredExceptionHandler(handler);
+}
+
+DWORD currentThreadId() noexcept { return GetCurrentThreadId(); }
+
+bool enterApartment() noexcept { return SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)); }
+void leaveApartment() noexcept { CoUninitialize(); }
+
+void showMessage(wchar_t const* text, wchar_t const* caption) noexcept {
+    MessageBoxW(nullptr, text, caption, MB_ICONINFORMATION);
+}
+
+}

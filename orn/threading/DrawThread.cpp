@@ -1,0 +1,134 @@
+#include "orn/threading/DrawThread.h"
+
+#include "orn/os/Window.h"
+
+#include <algorithm>
+#include <functional>
+#include <set>
+#include <vector>
+
+using ORN::Threading::BoringWaiter;
+namespace os = ORN::os;
+
+namespace {
+
+/// The window and its ancestors, the topmost first.
+std::vector<HWND> chainOf(HWND window) {
+    std::vector<HWND> chain;
+    for (; window != nullptr; window = os::parentWindow(window)) chain.push_back(window);
+    std::reverse(chain.begin(), chain.end());
+    return chain;
+}
+
+/// Which of two siblings lies above; the left-hand one also when they are not found.
+bool siblingLiesAbove(HWND a, HWND b) {
+    for (HWND sibling = os::firstSibling(a); sibling != nullptr; sibling = os::nextSibling(sibling)) {
+        if (sibling == a) return true;
+        if (sibling == b) return false;
+    }
+    return true;
+}
+
+/// An ancestor lies above its descendants, and a window above itself.
+bool liesAbove(HWND a, HWND b) {
+    std::vector<HWND> const left = chainOf(a), right = chainOf(b);
+    auto const [l, r] = std::mismatch(left.begin(), left.end(), right.begin(), right.end());
+    if (l == left.end()) return true;
+    if (r == right.end()) return false;
+    return siblingLiesAbove(*l, *r);
+}
+
+}
+
+DrawTask::~DrawTask() = default;
+
+DrawThread::DrawThread() : Scheduler{-2}, hint_{queue_.end()} {}
+DrawThread::~DrawThread() { finish(BoringWaiter{}); }
+
+void DrawThread::insert(DrawTask& task) {
+    startThread();
+    ExclusiveLock const guard{lockWord()};
+    HWND const window = task.key();
+    if (current_ != nullptr) {
+        HWND const running = current_->key();
+        if (window == running) setCancelled(true);
+        if (liesAbove(window, running)) current_->abort();
+    }
+    hint_ = queue_.emplace_hint(hint_, window, &task);
+    wakeWorker();  // before the lock is released, because finish may close the event then
+}
+
+void DrawThread::updateActive(HWND window) {
+    ExclusiveLock const guard{lockWord()};
+    auto const highest = findHighestWindow();
+    if (highest != queue_.end() && highest->first == window && current_ != nullptr && !cancelled()) current_->abort();
+}
+
+void DrawThread::processTasks() {
+    DrawTask* const before = current_;
+    ExclusiveLock guard{lockWord()};
+    auto highest = findHighestWindow();
+    setCancelled(false);
+    while (highest != queue_.end()) {
+        current_ = highest->second;
+        hint_ = queue_.erase(highest);
+        runCurrentTask(guard);
+        guard.unlock();
+        guard.lock();
+        highest = findHighestWindow();
+        setCancelled(false);
+    }
+    guard.unlock();
+    current_ = before;
+}
+
+/// Runs the current task outside the lock and, back inside, puts it into the queue again when it is to be resumed. Whoever
+/// waits for it is told, however it ended.
+void DrawThread::runCurrentTask(ExclusiveLock& guard) {
+    struct Stopped {
+        DrawThread& thread;
+        ExclusiveLock& guard;
+        ~Stopped() {
+            guard.lock();
+            thread.tellStopped();
+            thread.current_ = nullptr;
+        }
+    } const stopped{*this, guard};
+
+    DrawTask& task = *current_;
+    guard.unlock();
+    bool const complete = task.run();
+    guard.lock();
+    if (!complete && !cancelled()) hint_ = queue_.emplace_hint(hint_, task.key(), &task);
+}
+
+void DrawThread::eraseWholeQueue() {
+    queue_.clear();
+    hint_ = queue_.end();
+}
+
+void DrawThread::eraseFromQueue(HWND const& window) {
+    if (auto const found = queue_.find(window); found != queue_.end()) hint_ = queue_.erase(found);
+}
+
+char const* DrawThread::threadName() const { return "ORN::Draw"; }
+
+ORN::Threading::TaskBase* DrawThread::taskInProgress() const { return current_; }
+
+DrawThread::Queue::iterator DrawThread::findHighestWindow() {
+    if (queue_.size() < 2) return queue_.begin();
+
+    std::set<HWND> ancestors;
+    for (auto const& [window, task] : queue_)
+        for (HWND parent = os::parentWindow(window); parent != nullptr && ancestors.insert(parent).second;)
+            parent = os::parentWindow(parent);
+
+    auto highest = queue_.end();
+    std::function<bool(HWND)> const visit = [&](HWND window) {
+        if (ancestors.contains(window)) os::visitChildWindows(window, visit);  // in front of the window itself
+        if (highest == queue_.end()) highest = queue_.find(window);
+        return highest == queue_.end();
+    };
+    os::visitTopLevelWindows(visit);
+    return highest;
+}

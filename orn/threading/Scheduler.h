@@ -1,0 +1,119 @@
+/// A background worker: one thread that sleeps on an event, wakes to run queued tasks, and can be told to drop queued
+/// work, to abort the task that runs, to wait until it has stopped, and to end. What the queue is and how tasks run is for
+/// derived classes to say.
+///
+/// Every public operation takes the scheduler's lock word exclusively; it is not held while something is waited for.
+#pragma once
+
+#include "orn/Export.h"
+#include "orn/os/Types.h"
+#include "orn/threading/Lock.h"
+#include "orn/threading/Waiter.h"
+
+#include <atomic>
+
+namespace ORN::Threading {
+
+/// A unit of work.
+class ORN_API TaskBase {
+public:
+    /// Asks the task, while it runs on the worker, to stop as soon as it can. Called from other threads, under the
+    /// scheduler's lock: it must not wait, nor call the scheduler.
+    virtual void abort() = 0;
+
+    virtual ~TaskBase();
+};
+
+/// A unit of work that can be cancelled by its key.
+template <typename Key>
+class Task : public TaskBase {
+public:
+    virtual Key key() const = 0;
+};
+
+/// The worker, its protocol of cancelling and waiting. The destructor stops nothing: owners call finish before.
+class ORN_API SchedulerBase {
+public:
+    explicit SchedulerBase(int priority) noexcept;  ///< the worker's, -2 lowest to 2 highest; no thread starts here
+    virtual ~SchedulerBase();
+
+    /// Aborts the running task, if there is one. It may be resumed later.
+    void interrupt();
+    void interrupt(Waiter const& waiter);  ///< and waits until it has stopped
+
+    /// Drops what is queued, aborts what runs, ends the worker and waits for it. False when the worker ended with an exit
+    /// code other than 0; true also when there was no worker, or the waiter failed. Afterwards a new worker may start.
+    bool finish(Waiter const& waiter);
+
+protected:
+    // All but the destructor are called on the worker (the first three) or under the lock (the others).
+    virtual void onThreadStart() = 0;  ///< after the worker's set-up
+    virtual void onThreadExit() = 0;   ///< before the worker's end
+
+    /// Runs queued tasks until the queue is empty. A std::exception that it throws is discarded, and it is called again at
+    /// once.
+    virtual void processTasks() = 0;
+
+    virtual void eraseWholeQueue() = 0;
+    virtual char const* threadName() const = 0;  ///< for debuggers, and the message about a worker that died; any thread
+    virtual TaskBase* taskInProgress() const = 0;
+
+    /// Makes sure that there is a live worker. One that has died is reported to the user, and replaced. Takes the lock;
+    /// threads that call it at once start one worker. When the system refuses there is none, and nothing is told.
+    void startThread();
+
+    /// Aborts the running task (there must be one), for a caller that holds the lock through the guard. With a waiter the
+    /// guard steps out until the task has stopped.
+    void doCancelCurrentTask(ExclusiveLock& guard, bool setCancelled, Waiter const* waiter);
+
+    LONG volatile& lockWord() const noexcept { return lockWord_; }
+    HANDLE wakeEvent() const noexcept { return wakeEvent_.load(); }  ///< under the lock; null without a worker
+    HANDLE stopEvent() const noexcept { return stopEvent_; }  ///< under the lock; null when nobody waits for the task
+    bool cancelled() const noexcept { return cancelled_; }    ///< under the lock: the task is not to be resumed
+    void setCancelled(bool cancelled) noexcept { cancelled_ = cancelled; }
+
+    /// Signal what sleeps on them, under the lock; nothing when there is no such event.
+    void wakeWorker() noexcept;
+    void tellStopped() noexcept;
+
+private:
+    SchedulerBase(SchedulerBase const&);             // both throw NotImplemented
+    SchedulerBase& operator=(SchedulerBase const&);  // NOLINT(misc-unconventional-assign-operator)
+
+    static unsigned int threadMain(void* scheduler);
+    void serve();
+    void waitForTask(ExclusiveLock& guard, Waiter const& waiter);
+
+    mutable LONG volatile lockWord_ = 0;
+    std::atomic<HANDLE> wakeEvent_ = nullptr;  // the worker reads it without the lock
+    HANDLE stopEvent_ = nullptr;
+    HANDLE worker_ = nullptr;
+    bool cancelled_ = false;
+    int priority_;
+};
+
+/// A scheduler whose tasks are cancelled by key.
+template <typename Key>
+class Scheduler : public SchedulerBase {
+public:
+    explicit Scheduler(int priority) noexcept : SchedulerBase{priority} {}
+
+    void cancel(Key const& key) { cancel(key, nullptr); }  ///< drops what is queued for the key, aborts it if it runs
+    void cancel(Key const& key, Waiter const& waiter) { cancel(key, &waiter); }  ///< and waits until it has stopped
+
+protected:
+    virtual void eraseFromQueue(Key const& key) = 0;  ///< under the lock
+
+private:
+    void cancel(Key const& key, Waiter const* waiter) {
+        ExclusiveLock guard{lockWord()};
+        eraseFromQueue(key);
+        auto const* const task = static_cast<Task<Key> const*>(taskInProgress());
+        if (task != nullptr && task->key() == key) doCancelCurrentTask(guard, true, waiter);
+    }
+};
+
+extern template class ORN_API Task<HWND>;
+extern template class ORN_API Scheduler<HWND>;
+
+}

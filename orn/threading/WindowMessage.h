@@ -1,0 +1,16 @@
+/// Messages to windows, from any thread.
+#pragma once
+
+#include "orn/Export.h"
+#include "orn/os/Types.h"
+
+namespace ORN {
+
+/// Puts a message into the queue of the window's thread and returns at once. WinError "Error "TEXT" calling PostMessage"
+/// when the window is gone or its queue is full.
+///
+/// Where windows belong to an X server the window receives a client message of five 32-bit words, of type INTEGER: the
+/// message, and of either parameter the low half before the high one.
+ORN_API void OrnPostMessage(HWND window, unsigned int message, unsigned long long wParam, long long lParam);
+
+}
