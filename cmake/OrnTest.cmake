@@ -1,7 +1,6 @@
 # GoogleTest is built from the system's copy of its sources, for whichever target is being built.
 find_path(ORN_GOOGLETEST CMakeLists.txt PATHS /usr/src/googletest NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
 set(INSTALL_GTEST OFF)
-set(gtest_disable_pthreads OFF)
 set(CMAKE_WARN_DEPRECATED OFF)
 add_subdirectory("${ORN_GOOGLETEST}" "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
 

@@ -41,7 +41,7 @@ private:
     using Queue = std::map<HWND, DrawTask*>;
 
     Queue::iterator findHighestWindow();
-    void runCurrentTask(ORN::Threading::ExclusiveLock& guard);
+    void runCurrentTask(ExclusiveLock& guard);
 
     DrawTask* current_ = nullptr;
     Queue queue_;

@@ -55,7 +55,8 @@ protected:
     virtual void processTasks() = 0;
 
     virtual void eraseWholeQueue() = 0;
-    virtual char const* threadName() const = 0;  ///< for debuggers, and the message about a worker that died; any thread
+    virtual char const* threadName()
+        const = 0;  ///< for debuggers, and the message about a worker that died; any thread
     virtual TaskBase* taskInProgress() const = 0;
 
     /// Makes sure that there is a live worker. One that has died is reported to the user, and replaced. Takes the lock;

@@ -1,5 +1,10 @@
 orn_unit(threading/CriticalSection)
 orn_unit(threading/Lock)
+orn_unit(threading/Waiter)
+orn_unit(threading/Scheduler)
+orn_unit(threading/DrawThread)
+orn_unit(threading/ThreadName)
+orn_unit(threading/WindowMessage)
 
 # The algorithm inside the lock has no interface of its own to applications.
 set_property(GLOBAL APPEND PROPERTY ORN_INNER_TESTS "${CMAKE_CURRENT_SOURCE_DIR}/threading/LockStepsTest.cpp")

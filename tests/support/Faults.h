@@ -33,7 +33,8 @@ long liveBlocks() noexcept;
 
 /// Runs `body` with allocation 0, 1, 2, … failing until it runs through; `body` lets std::bad_alloc escape. Returns how
 /// many allocations failed. After each failure `checked` is called, with the allocator whole again.
-template <typename Body, typename Checked> int failEveryAllocation(Body body, Checked checked) {
+template <typename Body, typename Checked>
+int failEveryAllocation(Body body, Checked checked) {
     for (int number = 0;; ++number) {
         bool failed = false;
         try {

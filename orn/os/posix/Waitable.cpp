@@ -238,6 +238,7 @@ bool enterApartment() noexcept { return false; }
 void leaveApartment() noexcept {}
 
 void showMessage(wchar_t const* text, wchar_t const* caption) noexcept {
+    if (ORN_OS_REFUSED("MessageBox")) return;
     auto const put = [](wchar_t const* wide) {
         char bytes[512];
         int const length = wideToMultibyte(wide, static_cast<int>(wcslen(wide)), bytes, sizeof bytes);

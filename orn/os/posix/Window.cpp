@@ -58,8 +58,7 @@ class Tree {
 public:
     explicit Tree(xcb_window_t window) noexcept {
         xcb_connection_t* const display = window != XCB_NONE ? Display::connection() : nullptr;
-        if (display != nullptr)
-            reply_.reset(xcb_query_tree_reply(display, xcb_query_tree(display, window), nullptr));
+        if (display != nullptr) reply_.reset(xcb_query_tree_reply(display, xcb_query_tree(display, window), nullptr));
     }
 
     xcb_window_t parent() const noexcept { return reply_ ? reply_->parent : XCB_NONE; }

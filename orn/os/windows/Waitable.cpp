@@ -2,9 +2,9 @@
 
 #include "orn/os/Fault.h"
 
+#include <objbase.h>
 #include <process.h>
 #include <windows.h>
-#include <objbase.h>
 
 namespace ORN::os {
 
@@ -78,6 +78,7 @@ bool enterApartment() noexcept { return SUCCEEDED(CoInitializeEx(nullptr, COINIT
 void leaveApartment() noexcept { CoUninitialize(); }
 
 void showMessage(wchar_t const* text, wchar_t const* caption) noexcept {
+    if (ORN_OS_REFUSED("MessageBox")) return;
     MessageBoxW(nullptr, text, caption, MB_ICONINFORMATION);
 }
 

@@ -1,0 +1,79 @@
+#include "orn/os/Waitable.h"
+
+#include "tests/support/Faults.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+namespace os = ORN::os;
+
+namespace {
+
+unsigned int returnArgument(void* argument) { return *static_cast<unsigned int*>(argument); }
+unsigned int exitWithArgument(void* argument) { os::exitThread(*static_cast<unsigned int*>(argument)); }
+unsigned int waitForArgument(void* argument) { return os::waitFor(argument, os::waitForever); }
+
+TEST(Waitable, AWaitTakesAnEventsSignalBack) {
+    HANDLE const event = os::createEvent();
+    EXPECT_EQ(os::waitFor(event, 0), os::waitTimedOut);
+    EXPECT_TRUE(os::signalEvent(event));
+    EXPECT_TRUE(os::signalEvent(event));
+    EXPECT_EQ(os::waitFor(event, os::waitForever), os::waitObject);
+    EXPECT_EQ(os::waitFor(event, 0), os::waitTimedOut);
+
+    auto const start = std::chrono::steady_clock::now();
+    EXPECT_EQ(os::waitFor(event, 30), os::waitTimedOut);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds{25});
+
+    HANDLE const shared = os::shareEvent(event);
+    os::closeHandle(event);
+    std::thread signaller{[&] { os::signalEvent(shared); }};
+    EXPECT_EQ(os::waitDeliveringSentMessages(shared), os::waitObject);
+    signaller.join();
+    os::closeHandle(shared);
+    EXPECT_FALSE(os::signalEvent(nullptr));
+    EXPECT_EQ(os::waitFor(nullptr, 0), os::waitFailed);
+}
+
+TEST(Waitable, AThreadStaysSignalledAndKeepsItsExitCode) {
+    unsigned int seven = 7;
+    for (auto* const main : {returnArgument, exitWithArgument}) {
+        HANDLE const thread = os::startThread(main, &seven, 0x40000);
+        ASSERT_NE(thread, nullptr);
+        EXPECT_EQ(os::waitFor(thread, os::waitForever), os::waitObject);
+        EXPECT_EQ(os::waitFor(thread, os::waitForever), os::waitObject);
+        DWORD code = 0;
+        EXPECT_TRUE(os::threadExitCode(thread, code));
+        EXPECT_EQ(code, 7u);
+        os::closeHandle(thread);
+    }
+
+    HANDLE const event = os::createEvent();
+    HANDLE const thread = os::startThread(waitForArgument, event, 0x40000);
+    DWORD code = 0;
+    EXPECT_TRUE(os::threadExitCode(thread, code));
+    EXPECT_EQ(code, os::threadStillActive);
+    os::setThreadPriority(thread, -2);
+    os::lendPriority(thread);
+    EXPECT_EQ(os::waitFor(thread, 0), os::waitTimedOut);
+    os::signalEvent(event);
+    EXPECT_EQ(os::waitFor(thread, os::waitForever), os::waitObject);
+    EXPECT_FALSE(os::threadExitCode(event, code));
+    os::closeHandle(thread);
+    os::closeHandle(event);
+}
+
+TEST(Waitable, ARefusedObjectIsNull) {
+    {
+        faults::Refuse const refuse{"CreateEvent"};
+        EXPECT_EQ(os::createEvent(), nullptr);
+    }
+    faults::Refuse const refuse{"_beginthreadex"};
+    unsigned int zero = 0;
+    EXPECT_EQ(os::startThread(returnArgument, &zero, 0x40000), nullptr);
+}
+
+}

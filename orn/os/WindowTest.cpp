@@ -1,0 +1,72 @@
+#include "orn/os/Window.h"
+
+#include "tests/support/TestWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <vector>
+
+namespace os = ORN::os;
+
+namespace {
+
+std::vector<HWND> topLevelWindows() {
+    std::vector<HWND> windows;
+    os::visitTopLevelWindows([&](HWND window) {
+        windows.push_back(window);
+        return true;
+    });
+    return windows;
+}
+
+auto placeOf(std::vector<HWND> const& windows, TestWindow const& window) {
+    return std::find(windows.begin(), windows.end(), window.handle()) - windows.begin();
+}
+
+TEST(Window, TheTreeIsWhatTheScreenShows) {
+    if (!TestWindow::possible()) GTEST_SKIP() << "no display";
+    TestWindow back, front;
+    TestWindow const inner{&back}, innerFront{&back};
+
+    EXPECT_EQ(os::parentWindow(inner.handle()), back.handle());
+    HWND const root = os::parentWindow(back.handle());
+    EXPECT_NE(root, nullptr);
+    EXPECT_EQ(os::parentWindow(root), nullptr);
+
+    EXPECT_EQ(os::firstSibling(inner.handle()), innerFront.handle());
+    EXPECT_EQ(os::nextSibling(innerFront.handle()), inner.handle());
+    EXPECT_EQ(os::nextSibling(inner.handle()), nullptr);
+
+    std::vector<HWND> windows = topLevelWindows();
+    EXPECT_LT(placeOf(windows, front), placeOf(windows, back));
+    back.raise();
+    windows = topLevelWindows();
+    EXPECT_LT(placeOf(windows, back), placeOf(windows, front));
+    EXPECT_EQ(placeOf(windows, inner), std::ssize(windows));
+
+    std::vector<HWND> children;
+    os::visitChildWindows(back.handle(), [&](HWND window) {
+        children.push_back(window);
+        return children.size() < 5;
+    });
+    EXPECT_EQ(children, (std::vector{innerFront.handle(), inner.handle()}));
+    EXPECT_THROW(os::visitTopLevelWindows([](HWND) -> bool { throw std::runtime_error{"from the visitor"}; }),
+                 std::runtime_error);
+}
+
+TEST(Window, AWindowThatIsGoneHasNoPlaceAndTakesNoMessage) {
+    for (HWND const window : {reinterpret_cast<HWND>(0x7FF0), static_cast<HWND>(nullptr)}) {
+        EXPECT_EQ(os::parentWindow(window), nullptr);
+        EXPECT_EQ(os::firstSibling(window), nullptr);
+        EXPECT_EQ(os::nextSibling(window), nullptr);
+        os::visitChildWindows(reinterpret_cast<HWND>(0x7FF0), [](HWND) {
+            ADD_FAILURE() << "a window that is gone has a child";
+            return false;
+        });
+    }
+    EXPECT_FALSE(os::postMessage(reinterpret_cast<HWND>(0x7FF0), 0x8001, 0, 0));
+}
+
+}
