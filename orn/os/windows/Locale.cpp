@@ -35,17 +35,45 @@ static_assert(LC_ALL == 0 && LC_COLLATE == 1 && LC_CTYPE == 2 && LC_MONETARY == 
 
 constexpr bool isKnown(int category) noexcept { return category >= 0 && category < categoryCount; }
 
-/// The locale's name in every category, and the same as an object.
+/// The runtime's objects for the few locales that a process ever uses, by their whole names; kept until it ends, because
+/// threads that end at the same time do not free them safely.
+class LocaleObjects {
+public:
+    static _locale_t find(std::string const& name) {
+        Lock const lock;
+        for (Node const* node = first_; node != nullptr; node = node->next)
+            if (node->name == name) return node->object;
+        auto node = std::make_unique<Node>(Node{name, _create_locale(LC_ALL, name.c_str()), first_});
+        if (node->object == nullptr) return nullptr;
+        first_ = node.release();
+        return first_->object;
+    }
+
+private:
+    struct Node {
+        std::string name;
+        _locale_t object;
+        Node* next;
+    };
+
+    struct Lock {
+        Lock() { AcquireSRWLockExclusive(&lock_); }
+        ~Lock() { ReleaseSRWLockExclusive(&lock_); }
+        Lock(Lock const&) = delete;
+        Lock& operator=(Lock const&) = delete;
+    };
+
+    static constinit SRWLOCK lock_;
+    static constinit Node* first_;
+};
+
+constinit SRWLOCK LocaleObjects::lock_ = SRWLOCK_INIT;
+constinit LocaleObjects::Node* LocaleObjects::first_ = nullptr;
+
+/// The locale's name in every category, and the object for the whole.
 struct Locale {
     std::string names[categoryCount];
     _locale_t handle = nullptr;
-
-    Locale() = default;
-    Locale(Locale const&) = delete;
-    Locale& operator=(Locale const&) = delete;
-    ~Locale() {
-        if (handle != nullptr) _free_locale(handle);
-    }
 
     /// One name for all categories, or the list of them that the runtime reads back.
     std::string whole() const {
@@ -91,7 +119,7 @@ bool isPerThread() noexcept { return threadLocale != nullptr; }
 
 /// Makes the object for the names, and the whole the thread's.
 bool adopt(std::unique_ptr<Locale> next) {
-    next->handle = _create_locale(LC_ALL, next->whole().c_str());
+    next->handle = LocaleObjects::find(next->whole());
     if (next->handle == nullptr) return false;
     threadLocale = std::move(next);
     return true;
