@@ -17,11 +17,12 @@ namespace {
 // With the snapping below, a quarter of a pixel in all.
 constexpr double flatness = 0.2;
 
-/// To a grid so fine that it does not show, and so coarse that moving a point to its band is exact: then every band gets
-/// the same shapes.
+// To a pixel. So fine that it does not show, and so coarse that moving a point to its band is exact: then every band gets
+// the same shapes.
+constexpr double gridSteps = 256;
+
 Point<2> snapped(Point<2> const& p) {
-    double const steps = 256;
-    return {std::floor(p.x() * steps + 0.5) / steps, std::floor(p.y() * steps + 0.5) / steps};
+    return {std::floor(p.x() * gridSteps + 0.5) / gridSteps, std::floor(p.y() * gridSteps + 0.5) / gridSteps};
 }
 
 /// Whether an arc can touch the rows at all: it keeps within a disc around the middle of its chord.
@@ -45,6 +46,8 @@ void renderBand(Drawing const& drawing, Page const& page, Band const& band) {
         if (!touches(entity.arc, page.transform(), stretch, from, to)) continue;
         flatten(entity.arc, page.transform(), stretch, flatness, points);
         for (Point<2>& p : points) p = snapped(p);
+        bool const dot = std::all_of(points.begin(), points.end(), [&](Point<2> const& p) { return p == points[0]; });
+        if (dot) points.back() += Vector<2>{1 / gridSteps, 0};  // not every library draws a line without length
         canvas->stroke(points, Colour::argb(0xFF000000 | entity.rgb), width);
     }
     canvas->finish();

@@ -60,6 +60,7 @@ TEST(Render, InkLiesWhereThePageSaysAndIsSmooth) {
     add(drawing, {{0, 0}, {10, 0}}, 0x0000C0);  // along the bottom
     add(drawing, {{10, 0}, 1, {10, 10}}, 0x008000);
     add(drawing, {{0, 10}, {10, 5}}, 0);
+    add(drawing, {{5, 7}, 1, {5, 7}}, 0x800080);  // without length: a dot
     // The semicircle on the right reaches 15: 15 x 10 units on 1500 x 1000 pixels, with margins of 60 and 40.
     int const width = 1500;
     DIBitmap const bitmap = drawing::renderPage(drawing, Page{drawing, {width, 1000}, {}});
@@ -72,6 +73,8 @@ TEST(Render, InkLiesWhereThePageSaysAndIsSmooth) {
     EXPECT_TRUE(bottom.blue > 180 && bottom.green < 90 && bottom.red < 90);
     Pixel const right = pixelOf(bitmap, width, 1440, 500);
     EXPECT_TRUE(right.green > 100 && right.red < 90 && right.blue < 90);
+    Pixel const dot = pixelOf(bitmap, width, 520, 316);
+    EXPECT_TRUE(dot.green < 160 && dot.red > dot.green + 40 && dot.blue > dot.green + 40);
     for (auto const& [x, y] : {std::pair{500, 40}, {1440, 40}, {700, 500}, {0, 0}, {1499, 999}}) {
         Pixel const paper = pixelOf(bitmap, width, x, y);
         EXPECT_TRUE(paper.red == 255 && paper.green == 255 && paper.blue == 255 && paper.rest == 255) << x << ' ' << y;
