@@ -76,9 +76,9 @@ private:
     Strokes strokes_;
 };
 
-/// Over a GDI+ that draws lines without smoothing them: drawn larger, and each pixel is the mean of its part. Such a GDI+
-/// (that of Wine) also takes time for the whole box around a shape, hence the short pieces; without smoothing they join
-/// without a trace.
+/// Over a GDI+ that draws lines without smoothing them: drawn larger, and each pixel is the mean of its part. Such a
+/// GDI+ (that of Wine) also takes time for the whole box around a shape, hence the short pieces; without smoothing
+/// they join without a trace.
 class OversizedCanvas final : public Canvas {
 public:
     explicit OversizedCanvas(Band const& band)

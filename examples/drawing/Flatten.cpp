@@ -10,7 +10,7 @@ namespace drawing {
 
 namespace {
 
-/// The point of an arc at a parameter of ORNArcSplit: -1 the start, 0 the middle, 1 the end, in proportion to the angle.
+/// The point of an arc at a parameter of ORNArcSplit: -1 the start, 0 the middle, 1 the end, by the angle.
 class ArcPoints {
 public:
     explicit ArcPoints(ORN::Arc<2> const& arc)

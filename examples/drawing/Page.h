@@ -9,8 +9,8 @@
 
 namespace drawing {
 
-/// How the drawing is turned before it is fitted into the page: scaled along its axes, then mirrored left to right, then
-/// rotated anticlockwise.
+/// How the drawing is turned before it is fitted into the page: scaled along its axes, then mirrored left to right,
+/// then rotated anticlockwise.
 struct View {
     double scaleX = 1, scaleY = 1;
     bool mirrored = false;

@@ -11,8 +11,8 @@ namespace drawing {
 bool isPictureName(std::wstring const& name);
 
 /// Writes a top-down 32-bit bitmap to a file, as a bitmap file or as PNG by the name's ending. What stood there before
-/// is replaced in one step once the new file is complete; when anything fails, it is untouched. Throws ORN::OrnError, one
-/// line that begins with the name.
+/// is replaced in one step once the new file is complete; when anything fails, it is untouched. Throws ORN::OrnError,
+/// one line that begins with the name.
 void savePicture(DIBitmap const& bitmap, std::wstring const& name);
 
 }

@@ -13,8 +13,8 @@ namespace drawing {
 /// and if wanted bulge (else 0), layer (else "0") and colour (#RRGGBB, else black); further columns are ignored, and an
 /// empty cell counts as a column that is not there. Lines without any of the columns are skipped.
 ///
-/// Throws ORN::OrnError with one line of text that names the file and, where there is one, the line and the column. Calls
-/// progress with the number of rows now and then.
+/// Throws ORN::OrnError with one line of text that names the file and, where there is one, the line and the column.
+/// Calls progress with the number of rows now and then.
 Drawing readDrawing(std::wstring const& file, std::function<void(std::uint64_t rows)> const& progress = {});
 
 }

@@ -17,8 +17,8 @@ namespace {
 // With the snapping below, a quarter of a pixel in all.
 constexpr double flatness = 0.2;
 
-// To a pixel. So fine that it does not show, and so coarse that moving a point to its band is exact: then every band gets
-// the same shapes.
+// To a pixel. So fine that it does not show, and so coarse that moving a point to its band is exact: then every band
+// gets the same shapes.
 constexpr double gridSteps = 256;
 
 Point<2> snapped(Point<2> const& p) {

@@ -7,9 +7,9 @@
 
 #include <iosfwd>
 
-/// Keeps the model it was made in exactly and computes the others when they are first asked for; the results stay in the
-/// object. Components run from 0 to 1, hue is an angle, and nothing is clamped. Since a query may fill the cache, even
-/// one of a const object, two threads that read one colour need a lock or a copy each.
+/// Keeps the model it was made in exactly and computes the others when they are first asked for; the results stay in
+/// the object. Components run from 0 to 1, hue is an angle, and nothing is clamped. Since a query may fill the cache,
+/// even one of a const object, two threads that read one colour need a lock or a copy each.
 class ORN_API Colour {
 public:
     Colour() noexcept : Colour{0.0, 0.0, 0.0, 1.0} {}  ///< opaque black
@@ -38,8 +38,8 @@ public:
     double v_hsv() const { return hsv().value; }
     double a() const { return alpha_; }
 
-    // Device values are x·255 (or x·31) rounded half away from zero, and not clamped: a byte keeps the low eight bits, in a
-    // packed word an excess spills into the neighbour, and a table is indexed with the number as it is.
+    // Device values are x·255 (or x·31) rounded half away from zero, and not clamped: a byte keeps the low eight bits,
+    // in a packed word an excess spills into the neighbour, and a table is indexed with the number as it is.
 
     void getDib24(void* p) const;  ///< writes three bytes: blue, green, red
     void getDib24(void* p, unsigned char const* redTable, unsigned char const* greenTable,

@@ -4,9 +4,10 @@
 #include "orn/Export.h"
 #include "orn/os/Types.h"
 
-/// Owns two bytes of alignment and behind them a whole bitmap file: file header (14 bytes), info header (40 bytes, at a
-/// 4-byte boundary), colour table, pixel rows (each a multiple of 4 bytes; from the bottom up, or from the top down when
-/// the height is negative). It can be written to a file as it stands, or given to drawing calls by header and pixels.
+/// Owns two bytes of alignment and behind them a whole bitmap file: file header (14 bytes), info header (40 bytes, at
+/// a 4-byte boundary), colour table, pixel rows (each a multiple of 4 bytes; from the bottom up, or from the top down
+/// when the height is negative). It can be written to a file as it stands, or given to drawing calls by header and
+/// pixels.
 ///
 /// A size that does not fit 32 bits, or that the system does not have, throws std::bad_alloc ("bad allocation").
 class ORN_API DIBitmap {
@@ -15,7 +16,8 @@ public:
     /// is undetermined. In one that is smaller than its headers these are all there and can be read, as zeros.
     explicit DIBitmap(unsigned int size);
 
-    /// A bitmap with its headers; its colour table and its pixels are undetermined. Colours: entries of the colour table.
+    /// A bitmap with its headers; its colour table and its pixels are undetermined. Colours: entries of the colour
+    /// table.
     DIBitmap(unsigned int width, int height, unsigned short bitCount, unsigned int colours);
 
     DIBitmap(DIBitmap const&);

@@ -14,8 +14,8 @@ struct GraphicsHooks {
     void (*unhook)(std::uintptr_t hookToken);
 };
 
-/// Starts GDI+: version 1, no debug callback, no background thread, external codecs allowed. Gives 0, or a Windows error
-/// code with the arguments untouched. Each start needs one stop with its token.
+/// Starts GDI+: version 1, no debug callback, no background thread, external codecs allowed. Gives 0, or a Windows
+/// error code with the arguments untouched. Each start needs one stop with its token.
 DWORD startGraphics(std::uintptr_t& token, GraphicsHooks& hooks);
 
 /// Calls the notification hook. Gives 0, or a Windows error code with the token untouched.
