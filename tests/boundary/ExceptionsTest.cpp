@@ -1,0 +1,61 @@
+// Exceptions that are thrown inside the library and caught by their types out here, in another module.
+#include "orn/orn.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string>
+
+namespace {
+
+/// The text of what `call` throws, when it is caught as exactly this type.
+template <typename Exception, typename Call> std::string caughtAs(Call call) {
+    try {
+        call();
+    } catch (Exception const& exception) {
+        return typeid(exception) == typeid(Exception) ? exception.what() : "a class derived from it";
+    } catch (...) {
+        return "something else";
+    }
+    return "nothing";
+}
+
+TEST(Boundary, TheLibrarysOwnExceptionsAreCaughtByType) {
+    EXPECT_EQ(caughtAs<ORN::OrnError>([] { throwIntCast(); }), "integer value right out of range");
+    EXPECT_EQ(caughtAs<ORN::NotImplemented>([] { Matrix<4>{}.determinant(); }), "Matrix<M>::determinant");
+
+    // The conversion of the last, empty prefix fails for a reason other than room.
+    char buffer[2];
+    std::string const failed = caughtAs<WinError>([&] { packTo(std::wstring{L"\u20AC\u20AC"}, buffer, 2); });
+    EXPECT_NE(failed.find("calling WideCharToMultiByte in packTo"), std::string::npos) << failed;
+
+    try {
+        std::unique_ptr<ORN::RawFileReader> const reader{ORN::rawOpen(L"there/is/no/such/file")};
+        FAIL() << "a missing file was opened";
+    } catch (ORN::OrnError const& error) {
+        EXPECT_NE(std::wstring{error.wWhat()}.find(L"there/is/no/such/file"), std::wstring::npos);
+    }
+}
+
+TEST(Boundary, TheStandardExceptionsAreCaughtByType) {
+    char buffer[1];
+    EXPECT_EQ(caughtAs<std::logic_error>([&] { packTo(std::wstring{L"x"}, buffer, 0); }),
+              "illegal buffer to pack wstring");
+    EXPECT_EQ(caughtAs<std::bad_alloc>([] { DIBitmap{0x7FFFFFFF, 0x7FFFFFFF, 32, 0}; }), std::bad_alloc{}.what());
+}
+
+TEST(Boundary, BareStringsAreCaughtAsEveryPointerThatTheyMayBe) {
+    NonUniformTransform<2> const flat;
+    EXPECT_THROW(flat.pSlice(), char*);
+    EXPECT_THROW(flat.pSlice(), void*);
+    try {
+        flat.pSlice();
+        FAIL() << "a plane affine transform was sliced";
+    } catch (char const* text) {
+        EXPECT_STREQ(text, "Not Implemented");
+    }
+}
+
+}
