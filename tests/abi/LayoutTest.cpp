@@ -248,4 +248,49 @@ TEST(Slots, TextStreamsAndParsers) {
     EXPECT_EQ(slotOf(&ORN::CSVParser::parse), 3);
 }
 
+ORN_EXPOSE(OnThreadStart, void (ORN::Threading::SchedulerBase::*)(), ORN::Threading::SchedulerBase::onThreadStart)
+ORN_EXPOSE(OnThreadExit, void (ORN::Threading::SchedulerBase::*)(), ORN::Threading::SchedulerBase::onThreadExit)
+ORN_EXPOSE(ProcessTasks, void (ORN::Threading::SchedulerBase::*)(), ORN::Threading::SchedulerBase::processTasks)
+ORN_EXPOSE(EraseWholeQueue, void (ORN::Threading::SchedulerBase::*)(), ORN::Threading::SchedulerBase::eraseWholeQueue)
+ORN_EXPOSE(ThreadName, char const* (ORN::Threading::SchedulerBase::*)() const, ORN::Threading::SchedulerBase::threadName)
+ORN_EXPOSE(TaskInProgress, ORN::Threading::TaskBase* (ORN::Threading::SchedulerBase::*)() const,
+           ORN::Threading::SchedulerBase::taskInProgress)
+ORN_EXPOSE(EraseFromQueue, void (ORN::Threading::Scheduler<HWND>::*)(HWND const&),
+           ORN::Threading::Scheduler<HWND>::eraseFromQueue)
+
+TEST(Slots, Schedulers) {
+    EXPECT_EQ(slotOf(exposed(OnThreadStart{})), 2);
+    EXPECT_EQ(slotOf(exposed(OnThreadExit{})), 3);
+    EXPECT_EQ(slotOf(exposed(ProcessTasks{})), 4);
+    EXPECT_EQ(slotOf(exposed(EraseWholeQueue{})), 5);
+    EXPECT_EQ(slotOf(exposed(ThreadName{})), 6);
+    EXPECT_EQ(slotOf(exposed(TaskInProgress{})), 7);
+    EXPECT_EQ(slotOf(exposed(EraseFromQueue{})), 8);
+    EXPECT_EQ(slotOf(&ORN::Threading::TaskBase::abort), 0);
+    EXPECT_EQ(slotOf(&ORN::Threading::Task<HWND>::key), 3);
+}
+
+TEST(Layout, SharedObjectsAndLocks) {
+    EXPECT_EQ(sizeof(ORN::Handle<ORN::Handlable>), sizeof(void*));
+    EXPECT_EQ(sizeof(ORN::Handlable), 2 * sizeof(void*));
+    EXPECT_EQ(sizeof(Quark), sizeof(void*));
+    EXPECT_EQ(sizeof(Identifier), 4u);
+    EXPECT_EQ(sizeof(Identifier::PODTYPE), 4u);
+    EXPECT_EQ(sizeof(ExclusiveLock), 2 * sizeof(void*));
+    EXPECT_EQ(sizeof(ORN::CollectionBase), 7 * sizeof(void*));
+}
+
+ORN_EXPOSE(ListInsert, void (EVSubscriptionList<int>::*)(EVSubscription<int>*), EVSubscriptionList<int>::insert)
+ORN_EXPOSE(ListErase, void (EVSubscriptionList<int>::*)(EVSubscription<int>*), EVSubscriptionList<int>::erase)
+ORN_EXPOSE(TableIntern, wchar_t const* (QuarkTable::*)(wchar_t const*), QuarkTable::intern)
+
+TEST(Slots, SharedObjectsAndEvents) {
+    EXPECT_EQ(slotOf(&ORN::IHandlable::adref), 0);
+    EXPECT_EQ(slotOf(&ORN::IHandlable::deref), 1);
+    EXPECT_EQ(slotOf(static_cast<void (EVSubscriptionList<int>::*)(int)>(&EVSubscriptionList<int>::notify)), 4);
+    EXPECT_EQ(slotOf(exposed(ListInsert{})), 5);
+    EXPECT_EQ(slotOf(exposed(ListErase{})), 6);
+    EXPECT_EQ(slotOf(exposed(TableIntern{})), 0);
+}
+
 }
