@@ -34,6 +34,8 @@ TEST(StringsInner, WithoutMemoryNothingIsLostAndTheLocaleStays) {
     EXPECT_GE(faults::failEveryAllocation([&] { upper = uppercase(text); }, [&](bool) {}), 2);
     EXPECT_EQ(upper, std::wstring(100, L'X'));
 
+    // What the system keeps for a locale, it keeps from its first use on.
+    { AutoLocale const first{LC_ALL}; }
     long const before = faults::liveBlocks();
     faults::failEveryAllocation([] { AutoLocale const guard{LC_ALL}; },
                                 [&](bool) {

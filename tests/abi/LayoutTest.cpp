@@ -11,10 +11,13 @@
 
 namespace {
 
-template <std::size_t N> using Doubles = std::array<double, N>;
-template <std::size_t N> using Ints = std::array<int, N>;
+template <std::size_t N>
+using Doubles = std::array<double, N>;
+template <std::size_t N>
+using Ints = std::array<int, N>;
 
-template <typename Image, typename Value> Image imageOf(Value const& value) {
+template <typename Image, typename Value>
+Image imageOf(Value const& value) {
     static_assert(sizeof(Image) == sizeof(Value) && std::is_trivially_copyable_v<Value>);
     return std::bit_cast<Image>(value);
 }
@@ -122,7 +125,8 @@ TEST(Layout, TextAndErrors) {
 
 /// The position of a virtual function in its table, by the common C++ ABI: a pointer to a virtual member holds one more
 /// than its offset. A virtual destructor takes two places.
-template <typename Function> std::ptrdiff_t slotOf(Function function) {
+template <typename Function>
+std::ptrdiff_t slotOf(Function function) {
     struct {
         std::ptrdiff_t position, adjustment;
     } image;
@@ -132,53 +136,64 @@ template <typename Function> std::ptrdiff_t slotOf(Function function) {
 }
 
 /// Reaches protected and private members: an explicit instantiation may name them.
-template <typename Tag, auto member> struct Expose {
+template <typename Tag, auto member>
+struct Expose {
     friend constexpr auto exposed(Tag) { return member; }
 };
 
-#define ORN_EXPOSE(tag, type, member)                                  \
-    struct tag {                                                       \
-        friend constexpr auto exposed(tag);                            \
-    };                                                                 \
+#define ORN_EXPOSE(tag, type, member)       \
+    struct tag {                            \
+        friend constexpr auto exposed(tag); \
+    };                                      \
     template struct Expose<tag, static_cast<type>(&member)>;
 
-#define ORN_EXPOSE_TRANSFORM(N)                                                                                      \
-    ORN_EXPOSE(PutOn##N, std::wostream& (Transform<N>::*)(std::wostream&) const, Transform<N>::putOn)                 \
-    ORN_EXPOSE(MapBox##N, Extent<N> (Transform<N>::*)(Extent<N> const&) const, Transform<N>::preMultiply)             \
-    ORN_EXPOSE(MapPoint##N, Point<N> (Transform<N>::*)(Point<N> const&) const, Transform<N>::preMultiply)             \
-    ORN_EXPOSE(UnmapBox##N, Extent<N> (Transform<N>::*)(Extent<N> const&) const, Transform<N>::preDivide)             \
-    ORN_EXPOSE(UnmapPoint##N, Point<N> (Transform<N>::*)(Point<N> const&) const, Transform<N>::preDivide)             \
-    ORN_EXPOSE(MapVector##N, Vector<N> (AffineTransform<N>::*)(Vector<N> const&) const, AffineTransform<N>::preMultiply) \
-    ORN_EXPOSE(UnmapVector##N, Vector<N> (AffineTransform<N>::*)(Vector<N> const&) const, AffineTransform<N>::preDivide) \
-    ORN_EXPOSE(Multiply##N, AffineTransform<N>& (AffineTransform<N>::*)(AffineTransform<N> const&), AffineTransform<N>::multiply) \
-    ORN_EXPOSE(Divide##N, AffineTransform<N>& (AffineTransform<N>::*)(AffineTransform<N> const&), AffineTransform<N>::divide) \
-    ORN_EXPOSE(Front##N, PerspectiveTransform<N>& (PerspectiveTransform<N>::*)(AffineTransform<N> const&), PerspectiveTransform<N>::preMultiply) \
-    ORN_EXPOSE(Behind##N, PerspectiveTransform<N>& (PerspectiveTransform<N>::*)(AffineTransform<N> const&), PerspectiveTransform<N>::multiply) \
-    ORN_EXPOSE(Without##N, PerspectiveTransform<N>& (PerspectiveTransform<N>::*)(AffineTransform<N> const&), PerspectiveTransform<N>::divide)
+#define ORN_EXPOSE_TRANSFORM(N)                                                                              \
+    ORN_EXPOSE(PutOn##N, std::wostream& (Transform<N>::*)(std::wostream&) const, Transform<N>::putOn)        \
+    ORN_EXPOSE(MapBox##N, Extent<N> (Transform<N>::*)(Extent<N> const&) const, Transform<N>::preMultiply)    \
+    ORN_EXPOSE(MapPoint##N, Point<N> (Transform<N>::*)(Point<N> const&) const, Transform<N>::preMultiply)    \
+    ORN_EXPOSE(UnmapBox##N, Extent<N> (Transform<N>::*)(Extent<N> const&) const, Transform<N>::preDivide)    \
+    ORN_EXPOSE(UnmapPoint##N, Point<N> (Transform<N>::*)(Point<N> const&) const, Transform<N>::preDivide)    \
+    ORN_EXPOSE(MapVector##N, Vector<N> (AffineTransform<N>::*)(Vector<N> const&) const,                      \
+               AffineTransform<N>::preMultiply)                                                              \
+    ORN_EXPOSE(UnmapVector##N, Vector<N> (AffineTransform<N>::*)(Vector<N> const&) const,                    \
+               AffineTransform<N>::preDivide)                                                                \
+    ORN_EXPOSE(Multiply##N, AffineTransform<N>& (AffineTransform<N>::*)(AffineTransform<N> const&),          \
+               AffineTransform<N>::multiply)                                                                 \
+    ORN_EXPOSE(Divide##N, AffineTransform<N>& (AffineTransform<N>::*)(AffineTransform<N> const&),            \
+               AffineTransform<N>::divide)                                                                   \
+    ORN_EXPOSE(Front##N, PerspectiveTransform<N>& (PerspectiveTransform<N>::*)(AffineTransform<N> const&),   \
+               PerspectiveTransform<N>::preMultiply)                                                         \
+    ORN_EXPOSE(Behind##N, PerspectiveTransform<N>& (PerspectiveTransform<N>::*)(AffineTransform<N> const&),  \
+               PerspectiveTransform<N>::multiply)                                                            \
+    ORN_EXPOSE(Without##N, PerspectiveTransform<N>& (PerspectiveTransform<N>::*)(AffineTransform<N> const&), \
+               PerspectiveTransform<N>::divide)
 
 ORN_EXPOSE_TRANSFORM(2)
 ORN_EXPOSE_TRANSFORM(3)
 
-template <int N> struct Tags;
-#define ORN_TAGS(N)                                    \
-    template <> struct Tags<N> {                       \
-        using PutOn = PutOn##N;                        \
-        using MapBox = MapBox##N;                      \
-        using MapPoint = MapPoint##N;                  \
-        using UnmapBox = UnmapBox##N;                  \
-        using UnmapPoint = UnmapPoint##N;              \
-        using MapVector = MapVector##N;                \
-        using UnmapVector = UnmapVector##N;            \
-        using Multiply = Multiply##N;                  \
-        using Divide = Divide##N;                      \
-        using Front = Front##N;                        \
-        using Behind = Behind##N;                      \
-        using Without = Without##N;                    \
+template <int N>
+struct Tags;
+#define ORN_TAGS(N)                         \
+    template <>                             \
+    struct Tags<N> {                        \
+        using PutOn = PutOn##N;             \
+        using MapBox = MapBox##N;           \
+        using MapPoint = MapPoint##N;       \
+        using UnmapBox = UnmapBox##N;       \
+        using UnmapPoint = UnmapPoint##N;   \
+        using MapVector = MapVector##N;     \
+        using UnmapVector = UnmapVector##N; \
+        using Multiply = Multiply##N;       \
+        using Divide = Divide##N;           \
+        using Front = Front##N;             \
+        using Behind = Behind##N;           \
+        using Without = Without##N;         \
     };
 ORN_TAGS(2)
 ORN_TAGS(3)
 
-template <int N> void expectTransformSlots() {
+template <int N>
+void expectTransformSlots() {
     using T = Transform<N>;
     using A = AffineTransform<N>;
     using P = PerspectiveTransform<N>;
@@ -252,7 +267,8 @@ ORN_EXPOSE(OnThreadStart, void (ORN::Threading::SchedulerBase::*)(), ORN::Thread
 ORN_EXPOSE(OnThreadExit, void (ORN::Threading::SchedulerBase::*)(), ORN::Threading::SchedulerBase::onThreadExit)
 ORN_EXPOSE(ProcessTasks, void (ORN::Threading::SchedulerBase::*)(), ORN::Threading::SchedulerBase::processTasks)
 ORN_EXPOSE(EraseWholeQueue, void (ORN::Threading::SchedulerBase::*)(), ORN::Threading::SchedulerBase::eraseWholeQueue)
-ORN_EXPOSE(ThreadName, char const* (ORN::Threading::SchedulerBase::*)() const, ORN::Threading::SchedulerBase::threadName)
+ORN_EXPOSE(ThreadName, char const* (ORN::Threading::SchedulerBase::*)() const,
+           ORN::Threading::SchedulerBase::threadName)
 ORN_EXPOSE(TaskInProgress, ORN::Threading::TaskBase* (ORN::Threading::SchedulerBase::*)() const,
            ORN::Threading::SchedulerBase::taskInProgress)
 ORN_EXPOSE(EraseFromQueue, void (ORN::Threading::Scheduler<HWND>::*)(HWND const&),

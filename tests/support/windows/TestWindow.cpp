@@ -6,7 +6,13 @@ struct TestWindow::Imp {
     HWND window;
 };
 
-bool TestWindow::possible() { return true; }
+bool TestWindow::possible() {
+    static bool const shown = [] {
+        TestWindow const trial;
+        return trial.handle() != nullptr;
+    }();
+    return shown;
+}
 
 TestWindow::TestWindow(TestWindow const* parent) : imp_{std::make_unique<Imp>()} {
     DWORD const style = (parent != nullptr ? WS_CHILD : WS_POPUP) | WS_VISIBLE;
