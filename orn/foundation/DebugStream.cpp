@@ -1,0 +1,128 @@
+#include "orn/foundation/DebugStream.h"
+
+#include "orn/foundation/TextWriterBufImp.h"
+#include "orn/os/Environment.h"
+#include "orn/os/File.h"
+#include "orn/os/LocalTime.h"
+#include "orn/os/Waitable.h"
+#include "orn/text/AutoLocale.h"
+#include "orn/text/Printf.h"
+#include "orn/text/RawFile.h"
+#include "orn/threading/Lock.h"
+
+#include <atomic>
+#include <clocale>
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <ostream>
+
+namespace os = ORN::os;
+
+namespace DebugStream {
+
+namespace {
+
+// Room for an object that nobody destroys, because other static objects may still write when the process ends.
+template <typename T>
+struct Undying {
+    alignas(T) std::byte bytes[sizeof(T)];
+};
+
+constinit Undying<TextWriterBuf> bufferRoom{};
+constinit Undying<std::wostream> streamRoom{};
+
+constinit std::atomic<std::wostream*> madeStream{nullptr};  // null until the file has been made
+constinit std::atomic<ORN::TextWriter*> textWriter{nullptr};
+constinit std::atomic<std::int32_t> activity{0};  // 0 not yet known, positive active, negative inactive
+constinit std::atomic<DebuggingLevel> currentLevel{debugNormal};
+constinit LONG volatile lockWord = 0;
+constinit LONG volatile makingWord = 0;  // for the first callers, who may come at once and hold the lock shared
+
+/// The template with its first '#' turned into the first number that gives a free name.
+std::wstring freeName(std::wstring const& pattern, std::size_t mark) {
+    for (int n = 0;; ++n) {
+        std::wstring name = pattern;
+        name.replace(mark, 1, decimal(n));
+        if (!os::fileExists(name)) return name;
+    }
+}
+
+/// Null when the environment names no file. Neither the writer nor its file is ever closed.
+ORN::TextWriter* openFile() {
+    std::wstring const pattern = os::environmentVariable(L"ORNDEBUGPRINTTEMPLATE");
+    std::wstring const file = os::environmentVariable(L"ORNDEBUGPRINTFILE");
+    if (std::size_t const mark = pattern.find(L'#'); mark != std::wstring::npos) {
+        std::unique_ptr<ORN::RawFileWriter> raw{ORN::rawCreate(freeName(pattern, mark))};
+        ORN::TextWriter* const writer = ORN::TextWriter::create(*raw, ORN::encUTF8, true);
+        static_cast<void>(raw.release());
+        return writer;
+    }
+    return file.empty() ? nullptr : ORN::TextWriter::create(file, ORN::textAppend, ORN::encUTF8);
+}
+
+void makeFile(TextWriterBuf& buffer, std::wostream& out) {
+    textWriter = openFile();
+    buffer.setWriter(textWriter);
+    out << L"Tessaforge debug file created at " << os::localTimeText(os::secondsSince1970()).c_str();
+    out.flush();
+    out.precision(15);
+}
+
+}
+
+std::wostream& stream() {
+    if (std::wostream* const made = madeStream.load()) return *made;
+
+    ExclusiveLock const guard{makingWord};
+    if (madeStream.load() == nullptr) {
+        auto* const buffer = new (bufferRoom.bytes) TextWriterBuf;
+        auto* const out = new (streamRoom.bytes) std::wostream{buffer};
+        out->exceptions(std::ios_base::badbit);  // otherwise they would end here
+        struct Made {
+            std::wostream* out;
+            ~Made() { madeStream = out; }
+        } const made{out};
+        makeFile(*buffer, *out);
+    }
+    return *madeStream;
+}
+
+bool testActive() {
+    AutoLocale const locale{LC_CTYPE};
+    stream();
+    activity = textWriter.load() != nullptr ? 1 : -1;
+    return activity > 0;
+}
+
+bool isActive() {
+    if (std::int32_t const known = activity; known != 0) return known > 0;
+    SharedLock const guard{lockWord};
+    return testActive();
+}
+
+void flush() {
+    ExclusiveLock const guard{lockWord};
+    std::wostream* const made = madeStream;
+    if (made != nullptr && textWriter.load() != nullptr) made->flush();
+}
+
+LONG volatile& lock() noexcept { return lockWord; }
+
+DebuggingLevel debuggingLevel() noexcept { return currentLevel.load(std::memory_order_relaxed); }
+
+std::wstring decimal(int n) { return stringPrintf(L"%d", n); }
+std::wstring hexadecimal(int n) { return stringPrintf(L"%x", n); }
+
+SetVerbose::~SetVerbose() { currentLevel = saved_; }
+
+void SetVerbose::doVerbose() const noexcept { currentLevel = requested_; }
+
+std::wostream& operator<<(std::wostream& stream, SetVerbose const& verbose) {
+    if (&stream == madeStream.load()) verbose.doVerbose();
+    return stream;
+}
+
+std::wostream& operator<<(std::wostream& stream, GCTID) { return stream << stringPrintf(L"%lu", static_cast<unsigned long>(os::currentThreadId())); }
+
+}

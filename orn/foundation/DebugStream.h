@@ -1,0 +1,77 @@
+/// The process's diagnostic output: one wide stream that writes UTF-8 to the file that the environment names, or nothing.
+///
+///   ORNDEBUGPRINTTEMPLATE   a file name with a '#', which becomes the first number (0, 1, 2, …) that gives a name nobody
+///                           bears; the file is made. Without a '#' it counts as not set.
+///   ORNDEBUGPRINTFILE       otherwise: a file that is made, or appended to in the encoding that it has.
+///
+/// Read once, when the stream is first used. The stream and its file live until the process ends, and what is written
+/// reaches the file when a buffer is full and when the stream is flushed. Characters are written one by one, so that CR
+/// and LF each end a line; a leading surrogate waits for its partner.
+///
+/// Failures to write are thrown by the insertion that meets them, as TextWriter's are; afterwards the stream is bad, as
+/// streams are, until someone clears it.
+#pragma once
+
+#include "orn/Export.h"
+#include "orn/foundation/TypedPointer.h"
+#include "orn/os/Types.h"
+
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+
+namespace DebugStream {
+
+/// The stream. The first call makes the file, and throws OrnError when it cannot; nothing is tried again, and the later
+/// calls give a stream that writes nothing. Hold lock() while you write.
+ORN_API std::wostream& stream();
+
+/// Whether a file is being written. The first call finds out, under lock() shared: do not hold it exclusively.
+ORN_API bool isActive();
+ORN_API bool testActive();  ///< finds out, and remembers; hold lock()
+
+/// Hands everything to the system, under lock() exclusively. When it returns, what was written is in the file, and stays
+/// there whatever becomes of the process.
+ORN_API void flush();
+
+/// The lock (see ReadWriteLock) of those who write to the stream.
+ORN_API LONG volatile& lock() noexcept;
+
+/// How much the process tells about itself.
+enum DebuggingLevel : std::int32_t {
+    debugNothing = 0,
+    debugFailures = 1,
+    debugNormal = 2,  ///< the level at start
+    debugEverything = 3,
+};
+
+ORN_API DebuggingLevel debuggingLevel() noexcept;  ///< the current one; any thread may ask
+
+ORN_API std::wstring decimal(int n);
+ORN_API std::wstring hexadecimal(int n);  ///< lower-case digits of the 32-bit two's complement, without a prefix
+
+/// A level for a scope: becomes current when it is inserted into the debug stream (inserted into another stream it does
+/// nothing), and at its end the level is again what it was when the scope began. Scopes nest; the level is the process's.
+class ORN_API SetVerbose {
+public:
+    explicit SetVerbose(DebuggingLevel level) noexcept : saved_{debuggingLevel()}, requested_{level} {}
+    ~SetVerbose();
+    SetVerbose(SetVerbose const&) = delete;
+    SetVerbose& operator=(SetVerbose const&) = delete;
+
+    friend ORN_API std::wostream& operator<<(std::wostream& stream, SetVerbose const& verbose);
+
+private:
+    void doVerbose() const noexcept;
+
+    DebuggingLevel saved_, requested_;
+};
+
+static_assert(sizeof(SetVerbose) == 8);
+
+/// Inserted into a stream, the number by which the system knows the calling thread, in decimal.
+struct GCTID {};
+
+ORN_API std::wostream& operator<<(std::wostream& stream, GCTID);
+
+}

@@ -1,0 +1,84 @@
+#include "orn/foundation/TypedPointer.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <sstream>
+
+namespace Shapes {
+
+struct Shape {
+    virtual ~Shape() = default;
+    int sides = 0;
+};
+struct Named {
+    virtual ~Named() = default;
+};
+class Square : public Shape, public Named {};
+struct Plain {
+    int value;
+};
+template <typename T>
+struct Box {};
+struct Construct {};
+
+}
+
+namespace {
+
+std::wstring address(void const* object) {
+    std::wostringstream text;
+    text << std::hex << reinterpret_cast<std::uintptr_t>(object);
+    return text.str();
+}
+
+TEST(TypedPointer, NamesTheWholeObjectThroughEveryBase) {
+    Shapes::Square square;
+    std::wstring const expected = L"Shapes::Square@" + address(&square);
+    Shapes::Named const* const second = &square;
+    ASSERT_NE(static_cast<void const*>(second), static_cast<void const*>(&square));
+
+    EXPECT_EQ(DebugStream::typedPtrA(&square), expected);
+    EXPECT_EQ(DebugStream::typedPtrA(static_cast<Shapes::Shape*>(&square)), expected);
+    EXPECT_EQ(DebugStream::typedPtrA(second), expected);
+    EXPECT_EQ(DebugStream::typedPtrRefA(*second), expected);
+    EXPECT_EQ(DebugStream::typedPtrA(typeid(square), &square), expected);
+}
+
+TEST(TypedPointer, ShowsNumbersNullsAndTypesWithoutVirtualFunctions) {
+    Shapes::Plain const plain{1};
+    EXPECT_EQ(DebugStream::typedIdPtrA(&plain, 42), L"Shapes::Plain#42@" + address(&plain));
+    EXPECT_EQ(DebugStream::typedIdPtrRefA(plain, std::numeric_limits<std::int64_t>::min()),
+              L"Shapes::Plain#-9223372036854775808@" + address(&plain));
+    EXPECT_EQ(DebugStream::typedPtrA(static_cast<Shapes::Shape*>(nullptr)), L"Shapes::Shape@0");
+    EXPECT_EQ(DebugStream::typedIdPtrA(static_cast<int const volatile*>(nullptr), 0), L"int#0@0");
+}
+
+TEST(TypedPointer, CleansTheNameOfWholeWordsOnly) {
+    void const* const nothing = nullptr;
+    // The compiler's own text has "const " inside: a pointer to a function that takes a const member of a template.
+    std::wstring const name = DebugStream::typedPtrA(typeid(Shapes::Box<void (Shapes::Plain::*)() const>), nothing);
+    EXPECT_EQ(name.find(L"class "), std::wstring::npos);
+    EXPECT_EQ(name.find(L"struct "), std::wstring::npos);
+    EXPECT_EQ(name.find(L"const "), std::wstring::npos);
+    EXPECT_EQ(name.find(L"volatile "), std::wstring::npos);
+    EXPECT_EQ(name.find(L"Shapes::Box<"), 0u);
+    EXPECT_EQ(DebugStream::typedPtrA(typeid(Shapes::Construct const volatile), nothing), L"Shapes::Construct@0");
+}
+
+TEST(TypedPointer, WritesTheSameTextsIntoStreams) {
+    Shapes::Square const square;
+    std::wostringstream stream;
+    DebugStream::debugPtrA(stream, &square);
+    stream << L'|';
+    DebugStream::debugIdPtrA(stream, &square, 7);
+    stream << L'|';
+    DebugStream::debugPtrRefA(stream, square);
+    stream << L'|';
+    DebugStream::debugIdPtrRefA(stream, square, -7);
+    EXPECT_EQ(stream.str(), DebugStream::typedPtrA(&square) + L"|" + DebugStream::typedIdPtrA(&square, 7) + L"|" +
+                                DebugStream::typedPtrRefA(square) + L"|" + DebugStream::typedIdPtrRefA(square, -7));
+}
+
+}
