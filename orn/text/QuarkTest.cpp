@@ -97,3 +97,17 @@ TEST(Quark, WritesItsPointerAndText) {
         EXPECT_EQ(written.str(), expected.str() + L".");
     }
 }
+
+TEST(Quark, IsWrittenWithItsTextByTheDebuggingLevel) {
+    Quark const quark = Quark::create(L"text");
+    std::wostringstream pointer;
+    pointer << L"Q:" << static_cast<void const*>(quark.value());
+    for (DebugStream::DebuggingLevel level : {DebugStream::debugNothing, DebugStream::debugFailures,
+                                              DebugStream::debugNormal, DebugStream::debugEverything}) {
+        DebugStream::SetVerbose const verbose{level};
+        DebugStream::stream() << verbose;
+        std::wostringstream written;
+        written << quark;
+        EXPECT_EQ(written.str(), level < 2 ? pointer.str() : pointer.str() + L" \"text\"") << level;
+    }
+}

@@ -1,0 +1,81 @@
+#include "tests/support/ChildProcess.h"
+
+#include <windows.h>
+
+#include <stdexcept>
+
+struct ChildProcess::Imp {
+    HANDLE process = nullptr;
+    bool ended = false;
+
+    ~Imp() {
+        if (process != nullptr) CloseHandle(process);
+    }
+};
+
+namespace {
+
+/// Variables of the test's own that a child inherits.
+class Variables {
+public:
+    explicit Variables(std::map<std::string, std::filesystem::path> const& variables) : variables_{variables} {
+        for (auto const& [name, value] : variables_) SetEnvironmentVariableW(wide(name).c_str(), value.c_str());
+    }
+    ~Variables() {
+        for (auto const& [name, value] : variables_) SetEnvironmentVariableW(wide(name).c_str(), nullptr);
+    }
+    Variables(Variables const&) = delete;
+    Variables& operator=(Variables const&) = delete;
+
+    static std::wstring wide(std::string const& ascii) { return {ascii.begin(), ascii.end()}; }
+
+private:
+    std::map<std::string, std::filesystem::path> const& variables_;
+};
+
+}
+
+ChildProcess::ChildProcess(std::string const& program, std::vector<std::string> const& arguments,
+                           std::map<std::string, std::filesystem::path> const& environment,
+                           std::filesystem::path const& output)
+    : imp_{std::make_unique<Imp>()} {
+    Variables const variables{environment};
+    std::wstring line = L'"' + Variables::wide(program) + L'"';
+    for (std::string const& argument : arguments) line += L" \"" + Variables::wide(argument) + L'"';
+
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    HANDLE const file = CreateFileW(output.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited,
+                                    CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdOutput = start.hStdError = file;
+    PROCESS_INFORMATION child{};
+    BOOL const started =
+        CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &child);
+    CloseHandle(file);
+    if (!started) throw std::runtime_error{"CreateProcess of " + program};
+    CloseHandle(child.hThread);
+    imp_->process = child.hProcess;
+}
+
+ChildProcess::~ChildProcess() { kill(); }
+
+std::optional<int> ChildProcess::wait(std::chrono::seconds limit) {
+    auto const milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(limit).count();
+    if (WaitForSingleObject(imp_->process, static_cast<DWORD>(milliseconds)) != WAIT_OBJECT_0) {
+        kill();
+        return std::nullopt;
+    }
+    imp_->ended = true;
+    DWORD code = 0;
+    GetExitCodeProcess(imp_->process, &code);
+    return static_cast<int>(code);
+}
+
+void ChildProcess::kill() {
+    if (imp_->ended) return;
+    TerminateProcess(imp_->process, 9);
+    WaitForSingleObject(imp_->process, INFINITE);
+    imp_->ended = true;
+}

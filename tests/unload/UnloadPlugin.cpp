@@ -1,0 +1,100 @@
+// What a plugin of the suite does with the library while it is loaded.
+#include "orn/foundation/DebugStream.h"
+#include "orn/text/Encoding.h"
+#include "orn/text/Quark.h"
+#include "orn/threading/DrawThread.h"
+
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace {
+
+class Drawing final : public DrawTask {
+public:
+    void abort() override {
+        std::lock_guard const lock{mutex_};
+        aborted_ = true;
+        changed_.notify_all();
+    }
+    HWND key() const override { return reinterpret_cast<HWND>(std::uintptr_t{16}); }
+
+    /// A worker's first drawing is complete; another runs until it is aborted.
+    bool run() override {
+        static_cast<void>(Quark::create(L"drawn"));
+        std::unique_lock lock{mutex_};
+        ++runs_;
+        changed_.notify_all();
+        if (runs_ > 1) changed_.wait(lock, [&] { return aborted_; });
+        return !aborted_;
+    }
+
+    void waitForRun(int number) {
+        std::unique_lock lock{mutex_};
+        changed_.wait(lock, [&] { return runs_ >= number; });
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    int runs_ = 0;
+    bool aborted_ = false;
+};
+
+class Drawer final : public DrawThread {
+public:
+    ~Drawer() override { finish(ORN::Threading::BoringWaiter{}); }
+
+protected:
+    void onThreadStart() override {}
+    void onThreadExit() override {}
+};
+
+/// A thread waits for the lock, and so the parking table is in use.
+void lockAmongThreads() {
+    LONG volatile word = 0;
+    int count = 0;
+    auto const work = [&] {
+        for (int time = 0; time < 1000; ++time) {
+            ExclusiveLock const lock{word};
+            ++count;
+        }
+    };
+    std::thread other{work};
+    work();
+    other.join();
+    if (count != 2000) throw std::logic_error{"the lock let two in"};
+}
+
+void draw() {
+    Drawing drawing;
+    Drawer drawer;
+    drawer.insert(drawing);
+    drawing.waitForRun(1);
+    drawer.insert(drawing);
+    drawing.waitForRun(2);
+    drawer.cancel(drawing.key(), ORN::Threading::BoringWaiter{});
+    if (!drawer.finish(ORN::Threading::BoringWaiter{})) throw std::logic_error{"the worker died"};
+}
+
+}
+
+/// 0 when all went well.
+extern "C" __attribute__((visibility("default"))) int useLibrary(int round) {
+    try {
+        std::wstring const name = L"round " + std::to_wstring(round);
+        if (Quark::create(name.c_str()) != Quark::create(name.c_str())) return 1;
+        if (getWCS(getMBS(name).c_str()) != name) return 2;
+        if (DebugStream::isActive()) return 3;
+        DebugStream::stream() << DebugStream::GCTID{} << L" in " << name << std::endl;
+        lockAmongThreads();
+        draw();
+        return 0;
+    } catch (std::exception const&) {
+        return 4;
+    }
+}
