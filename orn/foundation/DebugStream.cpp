@@ -123,6 +123,8 @@ std::wostream& operator<<(std::wostream& stream, SetVerbose const& verbose) {
     return stream;
 }
 
-std::wostream& operator<<(std::wostream& stream, GCTID) { return stream << stringPrintf(L"%lu", static_cast<unsigned long>(os::currentThreadId())); }
+std::wostream& operator<<(std::wostream& stream, GCTID) {
+    return stream << stringPrintf(L"%lu", static_cast<unsigned long>(os::currentThreadId()));
+}
 
 }

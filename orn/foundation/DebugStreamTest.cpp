@@ -44,8 +44,7 @@ TEST(DebugStream, ALevelHoldsFromItsInsertionToTheEndOfItsScope) {
     EXPECT_EQ(debuggingLevel(), 2);
 
     DebugStream::DebuggingLevel within{};
-    DebugStream::stream() << DebugStream::SetVerbose{DebugStream::debugFailures}
-                          << (within = debuggingLevel(), L"");
+    DebugStream::stream() << DebugStream::SetVerbose{DebugStream::debugFailures} << (within = debuggingLevel(), L"");
     EXPECT_EQ(within, 1);
     EXPECT_EQ(debuggingLevel(), 2);
 }

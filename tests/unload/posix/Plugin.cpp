@@ -10,9 +10,7 @@ Plugin::Plugin(std::string const& path) : handle_{dlopen(path.c_str(), RTLD_NOW 
 
 Plugin::~Plugin() { dlclose(handle_); }
 
-Plugin::Function Plugin::function(char const* name) const {
-    return reinterpret_cast<Function>(dlsym(handle_, name));
-}
+Plugin::Function Plugin::function(char const* name) const { return reinterpret_cast<Function>(dlsym(handle_, name)); }
 
 bool Plugin::isLoaded(std::string const& library) {
     void* const handle = dlopen(library.c_str(), RTLD_NOW | RTLD_NOLOAD);

@@ -11,8 +11,7 @@ Plugin::Plugin(std::string const& path) : handle_{LoadLibraryA(path.c_str())} {
 Plugin::~Plugin() { FreeLibrary(static_cast<HMODULE>(handle_)); }
 
 Plugin::Function Plugin::function(char const* name) const {
-    return reinterpret_cast<Function>(
-        reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(handle_), name)));
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(handle_), name)));
 }
 
 bool Plugin::isLoaded(std::string const& library) { return GetModuleHandleA(library.c_str()) != nullptr; }
