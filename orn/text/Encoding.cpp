@@ -21,7 +21,7 @@ namespace {
 using Byte = unsigned char;
 
 int const vector = 16;  // elements that are looked at together
-int const slack = 72;   // elements of the source that must be there for the fast ways
+int const slack = 84;   // elements of the source that must be there for the fast ways
 int const room = 208;   // elements of the target that the fast ways may use beyond where it counts as full
 
 // ---- Sixteen elements at a time
@@ -61,20 +61,14 @@ __m128i loadUnits(wchar_t const* from) noexcept {
         return _mm_packs_epi32(_mm_loadu_si128(source), _mm_loadu_si128(source + 1));
 }
 
-// Eight units, each in 16 bits.
-__m128i loadUnitsWhole(wchar_t const* from) noexcept {
-    if constexpr (sizeof(wchar_t) == 2) return loadUnits(from);
+// The upper six bits of each of eight units; of what is no unit, something above 0x3F.
+__m128i loadHeads(wchar_t const* from) noexcept {
     auto const* const source = reinterpret_cast<__m128i const*>(from);
-    auto const low = [](__m128i units) { return _mm_srai_epi32(_mm_slli_epi32(units, 16), 16); };
-    return _mm_packs_epi32(low(_mm_loadu_si128(source)), low(_mm_loadu_si128(source + 1)));
-}
-
-// Whether none of the 64 elements exceeds a code unit.
-bool areUnits(wchar_t const* from) noexcept {
-    if constexpr (sizeof(wchar_t) == 2) return true;
-    __m128i all = _mm_setzero_si128();
-    for (int i = 0; i < 16; ++i) all = _mm_or_si128(all, _mm_loadu_si128(reinterpret_cast<__m128i const*>(from) + i));
-    return _mm_movemask_epi8(_mm_cmpeq_epi32(_mm_srli_epi32(all, 16), _mm_setzero_si128())) == 0xFFFF;
+    if constexpr (sizeof(wchar_t) == 2)
+        return _mm_srli_epi16(_mm_loadu_si128(source), 10);
+    else
+        return _mm_packs_epi32(_mm_srli_epi32(_mm_loadu_si128(source), 10),
+                               _mm_srli_epi32(_mm_loadu_si128(source + 1), 10));
 }
 #endif
 
@@ -127,60 +121,87 @@ wchar_t* decodeOne(Byte const*& p, Byte const* end, wchar_t* to) noexcept {
     return appendUnits(value - marks[count], to);
 }
 
-// Decodes the text of one or two bytes a character that Latin letters make: sixteen ASCII bytes at most, then one
-// character, without a branch that depends on which it is. Stops at what is not of this kind.
-wchar_t* decodeLatin(Byte const*& p, Byte const* end, wchar_t* to, wchar_t const* full) noexcept {
-    for (int steps = 32; steps > 0 && end - p > vector + 1 && to < full; --steps) {
-        int const ascii = std::countr_zero(widenASCII(p, to) | 0x10000u);
-        p += ascii;
-        to += ascii;
-        unsigned int const lead = *p;
-        bool const two = lead >= 0xC0;
-        unsigned int const value = two ? lead * 64 + p[1] - marks[1] : lead;
-        if (lead >= 0xE0) return to;
-        if (value > 0xFFFF) return decodeOne(p, end, to);  // C0 or C1 before something small
-        *to++ = static_cast<wchar_t>(value);
-        p += 1 + static_cast<int>(two);
-    }
-    return to;
-}
-
 #if defined(__SSE2__)
 int const block = 64;  // bytes or units whose structure is looked at together
 
-// A bit for each byte of the block that is at least `limit`.
+// A bit for each byte of the block that is at least `limit`, which is at least 0x80.
 std::uint64_t atLeast(__m128i const (&bytes)[4], int limit) noexcept {
-    __m128i const limits = _mm_set1_epi8(static_cast<char>(limit));
+    __m128i const below = _mm_set1_epi8(static_cast<char>(limit - 0x80));
     std::uint64_t bits = 0;
     for (int i = 3; i >= 0; --i)
-        bits = bits << 16 |
-               static_cast<unsigned int>(_mm_movemask_epi8(_mm_cmpeq_epi8(_mm_max_epu8(bytes[i], limits), bytes[i])));
+        bits = bits << 16 | static_cast<unsigned int>(_mm_movemask_epi8(_mm_subs_epu8(bytes[i], below)));
     return bits;
 }
 
+// Big-endian, from four bytes.
+std::uint32_t loadWord(Byte const* from) noexcept {
+    std::uint32_t word;
+    std::memcpy(&word, from, sizeof word);
+    return __builtin_bswap32(word);
+}
+
+// What `more` + 1 bytes of one sequence, in the word's lower end, decode to.
+std::uint32_t decodeWord(std::uint32_t word, unsigned int more) noexcept {
+    std::uint32_t const halves = (word & 0xFF00FF) + (word >> 2 & 0x3FC03FC0);
+    return (halves & 0xFFFF) + (halves >> 16 << 12) - marks[more];
+}
+
+// Decodes a block of well-formed sequences of one to three bytes, but for one that is cut off by its end: widens the
+// whole block as if it were ASCII, and then what lies behind each longer sequence once more, in its own place. False, and
+// nothing done, when there are others. Reads and writes up to 16 elements behind the block.
+bool decodeMostlyASCII(Byte const*& p, wchar_t*& to) noexcept {
+    __m128i bytes[4];
+    for (int i = 0; i < 4; ++i) bytes[i] = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p) + i);
+    std::uint64_t const leads = atLeast(bytes, 0xC0), threes = atLeast(bytes, 0xE0);
+    std::uint64_t const continuations = atLeast(bytes, 0x80) & ~leads;
+    if ((leads << 1 | threes << 2) != continuations || atLeast(bytes, 0xF0) != 0) return false;
+
+    // How many continuation bytes there are in the first 8, 16, 24, ... bytes: a byte of the product each.
+    std::uint64_t sums = continuations - (continuations >> 1 & 0x5555555555555555);
+    sums = (sums & 0x3333333333333333) + (sums >> 2 & 0x3333333333333333);
+    sums = ((sums + (sums >> 4)) & 0x0F0F0F0F0F0F0F0F) * 0x0101010101010101;
+    widenASCII(p, to);
+    for (unsigned int i = 1; i < 4; ++i) widenASCII(p + 16 * i, to + 16 * i - (sums >> (16 * i - 8) & 0xFF));
+
+    unsigned int const size = leads >> 63 != 0 ? 63 : threes >> 62 != 0 ? 62 : 64;
+    unsigned int saved = 0;
+    for (std::uint64_t left = size == 64 ? leads : leads & ~(~std::uint64_t{0} << size); left != 0; left &= left - 1) {
+        auto const at = static_cast<unsigned int>(std::countr_zero(left));
+        unsigned int const more = 1 + (threes >> at & 1);
+        wchar_t* const unit = to + at - saved;
+        widenASCII(p + at + 1 + more, unit + 1);
+        *unit = static_cast<wchar_t>(decodeWord(loadWord(p + at) >> (24 - 8 * more), more));
+        saved += more;
+    }
+    p += size;
+    to += size - saved;
+    return true;
+}
+
 // Decodes a block of well-formed sequences of any lengths, but for its last one, without branching on the lengths.
-// False, and nothing done, when there are others. May read three bytes behind the block, and write a unit too many.
+// False, and nothing done, when there are others, or none of four bytes, or some that are overlong or of plane 16 and
+// beyond. May read three bytes behind the block, and write a unit too many.
 bool decodeBlock(Byte const*& p, wchar_t*& to) noexcept {
     __m128i bytes[4];
     for (int i = 0; i < 4; ++i) bytes[i] = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p) + i);
     std::uint64_t const leads = atLeast(bytes, 0xC0), threes = atLeast(bytes, 0xE0), fours = atLeast(bytes, 0xF0);
     std::uint64_t const continuations = atLeast(bytes, 0x80) & ~leads;
-    if (atLeast(bytes, 0xF5) != 0 || (leads << 1 | threes << 2 | fours << 3) != continuations) return false;
+    std::uint64_t const overlong = fours << 1 & ~atLeast(bytes, 0x90);
+    bool const wellFormed = (leads << 1 | threes << 2 | fours << 3) == continuations;
+    if (!wellFormed || fours == 0 || overlong != 0 || atLeast(bytes, 0xF4) != 0) return false;
 
+    // By the sequence's length: how far the first unit's bits are to be moved, and what is to be added to them.
+    static constexpr unsigned char shifts[] = {0, 0, 0, 10};
+    static constexpr std::uint32_t bases[] = {0, 0, 0, 0xD7C0};
     std::uint64_t starts = ~continuations;
     wchar_t* unit = to;
-    int at = 0;
+    unsigned int at = 0;
     while ((starts &= starts - 1) != 0) {
-        int const next = std::countr_zero(starts), length = next - at;
-        std::uint32_t word = static_cast<std::uint32_t>(p[at]) << 24 | static_cast<std::uint32_t>(p[at + 1]) << 16 |
-                             static_cast<std::uint32_t>(p[at + 2]) << 8 | p[at + 3];
-        word >>= 32 - 8 * length;
-        std::uint32_t const value =
-            (word & 0xFF) + (word >> 2 & 0x3FC0) + (word >> 4 & 0xFF000) + (word >> 6 & 0x3FC0000) - marks[length - 1];
-        bool const pair = value > 0xFFFF;
-        unit[0] = static_cast<wchar_t>(pair ? 0xD7C0 + (value >> 10) : value);
+        auto const next = static_cast<unsigned int>(std::countr_zero(starts)), more = next - at - 1;
+        std::uint32_t const value = decodeWord(loadWord(p + at) >> (24 - 8 * more), more);
+        unit[0] = static_cast<wchar_t>((value >> shifts[more]) + bases[more]);
         unit[1] = static_cast<wchar_t>(0xDC00 | (value & 0x3FF));
-        unit += value <= 0x10FFFF ? 1 + static_cast<int>(pair) : 0;
+        unit += 1 + (more + 1) / 4;
         at = next;
     }
     p += at;
@@ -200,9 +221,12 @@ wchar_t* decode(Byte const*& p, Byte const* end, wchar_t* to, wchar_t const* ful
             continue;
         }
         int const ascii = std::countr_zero(others);
+#if defined(__SSE2__)
+        if (p[ascii] < 0xE0 && decodeMostlyASCII(p, to)) continue;
+#endif
         p += ascii;
         to += ascii;
-        to = decodeLatin(p, end, to, full);
+        to = decodeOne(p, end, to);
         while (end - p > slack && to < full && *p >= 0xE0) {
             if (*p < 0xF0) {
                 unsigned int const value = *p * 4096u + p[1] * 64u + p[2] - marks[2];
@@ -211,7 +235,10 @@ wchar_t* decode(Byte const*& p, Byte const* end, wchar_t* to, wchar_t const* ful
                 continue;
             }
 #if defined(__SSE2__)
-            if (decodeBlock(p, to)) continue;
+            if (decodeBlock(p, to)) {
+                while (end - p > slack && to < full && decodeBlock(p, to)) {}
+                continue;
+            }
 #endif
             to = decodeOne(p, end, to);
         }
@@ -289,39 +316,37 @@ bool encodeThrees(wchar_t const* p, char* to) noexcept {
 // and nothing done, when there are others. May write three bytes too many.
 bool encodeBlock(wchar_t const*& p, char*& to) noexcept {
     std::uint64_t leading = 0, trailing = 0;
+    __m128i beyond = _mm_setzero_si128();
     for (int i = block / vector - 1; i >= 0; --i) {
-        __m128i const units[2] = {loadUnitsWhole(p + vector * i), loadUnitsWhole(p + vector * i + 8)};
-        auto const equal = [&units](int value) {
-            __m128i const mask = _mm_set1_epi16(static_cast<short>(0xFC00)),
-                          sought = _mm_set1_epi16(static_cast<short>(value));
-            __m128i const found = _mm_packs_epi16(_mm_cmpeq_epi16(_mm_and_si128(units[0], mask), sought),
-                                                  _mm_cmpeq_epi16(_mm_and_si128(units[1], mask), sought));
-            return static_cast<unsigned int>(_mm_movemask_epi8(found));
+        __m128i const kinds = _mm_packs_epi16(loadHeads(p + vector * i), loadHeads(p + vector * i + 8));
+        auto const equal = [kinds](char kind) {
+            return static_cast<unsigned int>(_mm_movemask_epi8(_mm_cmpeq_epi8(kinds, _mm_set1_epi8(kind))));
         };
-        leading = leading << 16 | equal(0xD800);
-        trailing = trailing << 16 | equal(0xDC00);
+        leading = leading << 16 | equal(0xD800 >> 10);
+        trailing = trailing << 16 | equal(0xDC00 >> 10);
+        beyond = _mm_or_si128(beyond, _mm_cmpgt_epi8(kinds, _mm_set1_epi8(0xFFFF >> 10)));
     }
-    if (leading << 1 != trailing || !areUnits(p)) return false;
+    if (leading == 0 || leading << 1 != trailing || _mm_movemask_epi8(beyond) != 0) return false;
 
-    static constexpr std::uint32_t heads[] = {0, 0, 0xC080, 0xE08080, 0xF0808080};
+    // By the number of bytes behind the first: the marks of them all, and the bits that are spread too far when there is
+    // none.
+    static constexpr std::uint32_t heads[] = {0, 0xC080, 0xE08080, 0xF0808080}, near[] = {0x40, 0, 0, 0};
     std::uint64_t starts = ~trailing;
     char* byte = to;
-    int at = 0;
+    unsigned int at = 0;
     while ((starts &= starts - 1) != 0) {
-        int const next = std::countr_zero(starts);
-        bool const pair = next - at == 2;
+        auto const next = static_cast<unsigned int>(std::countr_zero(starts)), pair = next - at - 1;
         auto const unit = static_cast<std::uint32_t>(p[at]);
-        std::uint32_t const value = pair ? (unit << 10) + static_cast<std::uint32_t>(p[at + 1]) - 0x35FDC00 : unit;
-        int const length =
-            1 + static_cast<int>(value >= 0x80) + static_cast<int>(value >= 0x800) + static_cast<int>(pair);
-        std::uint32_t const spread =
-            (value & 0x3F) | (value & 0xFC0) << 2 | (value & 0x3F000) << 4 | (value & 0x1C0000) << 6;
-        std::uint32_t const word = (value < 0x80 ? value : spread | heads[length]) << (32 - 8 * length);
-        byte[0] = static_cast<char>(word >> 24);
-        byte[1] = static_cast<char>(word >> 16);
-        byte[2] = static_cast<char>(word >> 8);
-        byte[3] = static_cast<char>(word);
-        byte += length;
+        std::uint32_t const combined = (unit << 10) + static_cast<std::uint32_t>(p[at + 1]) - 0x35FDC00;
+        std::uint32_t const value = unit ^ ((unit ^ combined) & (0 - pair));  // chosen without a branch
+        unsigned int const more =
+            static_cast<unsigned int>(unit >= 0x80) + static_cast<unsigned int>(unit >= 0x800) + pair;
+        std::uint32_t const halves = (value & 0xFFF) | (value & 0x1FF000) << 4;
+        std::uint32_t const spread = (halves & 0x3F003F) | (halves & 0xFC00FC0) << 2;
+        std::uint32_t const word = (spread | heads[more] | (value & near[more])) << (24 - 8 * more);
+        std::uint32_t const bytes = __builtin_bswap32(word);
+        std::memcpy(byte, &bytes, sizeof bytes);
+        byte += more + 1;
         at = next;
     }
     p += at;
@@ -351,7 +376,10 @@ char* encode(wchar_t const*& p, wchar_t const* end, char* to, char const* full) 
                 to += 12;
                 continue;
             }
-            if (isSurrogate(static_cast<unsigned int>(*p)) && encodeBlock(p, to)) continue;
+            if (isSurrogate(static_cast<unsigned int>(*p)) && encodeBlock(p, to)) {
+                while (end - p > slack && to < full && encodeBlock(p, to)) {}
+                continue;
+            }
 #endif
             to = encodeOne(p, end, to);
         }
@@ -362,83 +390,28 @@ char* encode(wchar_t const*& p, wchar_t const* end, char* to, char const* full) 
 
 // ---- Whole texts
 
-#if defined(__SSE2__)
-// The sum of the bytes of a vector.
-std::size_t sum(__m128i bytes) noexcept {
-    __m128i const halves = _mm_sad_epu8(bytes, _mm_setzero_si128());
-    return static_cast<std::size_t>(_mm_cvtsi128_si64(halves) + _mm_cvtsi128_si64(_mm_unpackhi_epi64(halves, halves)));
-}
-#endif
-
-// The length of the result for well-formed text; malformed text may need a little more or less.
-std::size_t expectedUnits(Byte const* p, Byte const* end) noexcept {
-    std::size_t count = 0;
-#if defined(__SSE2__)
-    __m128i const continuation = _mm_set1_epi8(static_cast<char>(0xC0)), four = _mm_set1_epi8(static_cast<char>(0xF0));
-    while (end - p >= vector) {
-        __m128i counts = _mm_setzero_si128();
-        for (int rounds = 127; rounds > 0 && end - p >= vector; --rounds, p += vector) {
-            __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p));
-            __m128i const noPairs = _mm_cmplt_epi8(bytes, continuation);  // as signed: 0x80 to 0xBF
-            __m128i const pairs = _mm_cmpeq_epi8(_mm_max_epu8(bytes, four), bytes);
-            counts = _mm_sub_epi8(counts, _mm_sub_epi8(pairs, noPairs));
-            counts = _mm_add_epi8(counts, _mm_set1_epi8(1));
-        }
-        count += sum(counts);
-    }
-#endif
-    for (; p != end; ++p) count += static_cast<std::size_t>((*p & 0xC0) != 0x80) + static_cast<std::size_t>(*p >= 0xF0);
-    return count;
-}
-
-std::size_t expectedBytes(wchar_t const* p, wchar_t const* end) noexcept {
-    std::size_t count = static_cast<std::size_t>(end - p);
-#if defined(__SSE2__)
-    __m128i const zero = _mm_setzero_si128(), two = _mm_set1_epi16(0x7F), three = _mm_set1_epi16(0x7FF);
-    __m128i const surrogates = _mm_set1_epi16(static_cast<short>(0xD800)),
-                  mask = _mm_set1_epi16(static_cast<short>(0xF800));
-    while (end - p >= vector) {
-        __m128i counts = zero;
-        for (int rounds = 127; rounds > 0 && end - p >= vector; --rounds, p += vector) {
-            __m128i more[2];
-            for (int i = 0; i < 2; ++i) {
-                __m128i const units = loadUnitsWhole(p + 8 * i);
-                __m128i const one = _mm_cmpeq_epi16(_mm_subs_epu16(units, two), zero);
-                __m128i const oneOrTwo = _mm_or_si128(_mm_cmpeq_epi16(_mm_subs_epu16(units, three), zero),
-                                                      _mm_cmpeq_epi16(_mm_and_si128(units, mask), surrogates));
-                more[i] = _mm_add_epi16(one, oneOrTwo);  // minus how many bytes below three
-            }
-            counts = _mm_add_epi8(counts, _mm_add_epi8(_mm_set1_epi8(2), _mm_packs_epi16(more[0], more[1])));
-        }
-        count += sum(counts);
-    }
-#endif
-    for (; p != end; ++p) {
-        auto const unit = static_cast<unsigned int>(*p);
-        count += static_cast<std::size_t>(unit >= 0x80) + static_cast<std::size_t>(unit >= 0x800 && !isSurrogate(unit));
-    }
-    return count;
-}
-
-// Converts from p to end. A short text is built on the stack. A long one is written straight into the string, which is
-// lengthened in small steps, so that what this fills with zeros is still in the nearest cache when it is overwritten.
+// Converts from p to end. A short text is built on the stack. A long one is written straight into the string, whose room
+// is as much as the text's beginning needed; it is lengthened in small steps, so that what this fills with zeros is still
+// in the nearest cache when it is overwritten.
 template <typename To, typename From>
 std::basic_string<To> converted(From const* p, From const* end,
-                                To* (*convert)(From const*&, From const*, To*, To const*),
-                                std::size_t (*expected)(From const*, From const*)) {
+                                To* (*convert)(From const*&, From const*, To*, To const*)) {
     std::size_t const step = 1024;
+    From const* const begin = p;
     To piece[step];
     auto filled = static_cast<std::size_t>(convert(p, end, piece, std::end(piece) - room) - piece);
-    std::basic_string<To> result;
-    if (p != end) result.reserve(filled + expected(p, end) + 2 * room);
-    result.append(piece, filled);
+    std::basic_string<To> result{piece, filled};
     while (p != end) {
-        std::size_t const available = result.capacity() - filled;
-        result.resize(filled + (available >= 2 * room ? std::min(step, available) : step));
+        if (result.capacity() - filled < 2 * room) {
+            double const each = 1.03 * static_cast<double>(filled) / static_cast<double>(p - begin);
+            result.reserve(filled + static_cast<std::size_t>(each * static_cast<double>(end - p)) + 2 * step);
+        }
+        result.resize(filled + std::min(step, result.capacity() - filled));
         To* const data = result.data();
         filled = static_cast<std::size_t>(convert(p, end, data + filled, data + result.size() - room) - data);
     }
     result.resize(filled);
+    if (result.capacity() / 2 > filled && filled > step) result.shrink_to_fit();
     return result;
 }
 
@@ -467,13 +440,11 @@ int platformLength(std::size_t length) {
 
 }
 
-std::string utf8(std::wstring const& text) {
-    return converted<char>(text.data(), text.data() + text.size(), encode, expectedBytes);
-}
+std::string utf8(std::wstring const& text) { return converted<char>(text.data(), text.data() + text.size(), encode); }
 
 std::wstring utf8(std::string const& text) {
     auto const* const bytes = reinterpret_cast<Byte const*>(text.data());
-    return converted<wchar_t>(bytes, bytes + text.size(), decode, expectedUnits);
+    return converted<wchar_t>(bytes, bytes + text.size(), decode);
 }
 
 std::wstring getWCS(char const* text) { return getWCS(text, std::strlen(text)); }

@@ -82,6 +82,49 @@ TEST(Encoding, MalformedBytesAreReadByTheRulesAtEveryLengthAndPlace) {
     }
 }
 
+// Long runs without a fault, of one kind of sequence or of several, with an odd sequence here and there.
+TEST(Encoding, LongRunsOfSequencesAreReadByTheRules) {
+    std::mt19937 random{22};
+    unsigned int const limits[] = {0x80, 0x800, 0x10000, 0x100000, 0x110000};
+    char const* const odd[] = {"\xC0\x80",
+                               "\xC1\xBF",
+                               "\xE0\x80\x8A",
+                               "\xF0\x80\x80\xBF",
+                               "\xF0\x8F\xBF\xBF",
+                               "\xED\xA0\x80",
+                               "\xF4\x90\x80\x80",
+                               "\xF7\xBF\xBF\xBF",
+                               "\xF8\x88\x80\x80\x80",
+                               "\xE2\x82",
+                               "\xC3",
+                               "\x80",
+                               "\xF0\x9F\x98",
+                               "\xFF"};
+    for (int round = 0; round < 4000; ++round) {
+        std::string text;
+        unsigned int const most = limits[random() % 5], often = limits[random() % 5], sparse = 1 + random() % 40;
+        unsigned int const faults = random() % 4 == 0 ? 30 : 300;
+        for (std::size_t length = random() % 3000; text.size() < length;) {
+            char bytes[6];
+            unsigned int const value = random() % (random() % sparse == 0 ? most : often);
+            text.append(bytes, CodePoint::codePoint(value).utf8(bytes, sizeof bytes));
+            if (random() % faults == 0) text += odd[random() % std::size(odd)];
+        }
+        ASSERT_EQ(utf8(text), decodedByTheRules(text)) << testing::PrintToString(text);
+    }
+}
+
+TEST(Encoding, LongResultsKeepLittleRoomToSpare) {
+    std::string const plain(50000, 'x');
+    std::string ideographs;
+    for (int i = 0; i < 50000; ++i) ideographs += "\xE4\xB8\xAD";
+    for (std::string const& text : {plain, ideographs, plain + ideographs, ideographs + plain}) {
+        std::wstring const wide = utf8(text);
+        EXPECT_LE(wide.capacity(), 2 * wide.size());
+        EXPECT_LE(utf8(wide).capacity(), 2 * text.size());
+    }
+}
+
 TEST(Encoding, WideTextsOfEveryMixAreWrittenCodePointByCodePoint) {
     std::mt19937 random{21};
     unsigned int const frequent[] = {0, 0x7F, 0x80, 0x7FF, 0x800, 0xD7FF, 0xE000, 0xFFFF};
