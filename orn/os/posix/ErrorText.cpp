@@ -26,6 +26,7 @@ constexpr Text texts[] = {
     {8, L"Not enough memory resources are available to process this command."},
     {13, L"The data is invalid."},
     {14, L"Not enough memory resources are available to complete this operation."},
+    {31, L"A device attached to the system is not functioning."},
     {32, L"The process cannot access the file because it is being used by another process."},
     {50, L"The request is not supported."},
     {87, L"The parameter is incorrect."},
