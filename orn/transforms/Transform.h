@@ -5,6 +5,7 @@
 #include "orn/geometry/Extent.h"
 #include "orn/geometry/Point.h"
 
+#include <atomic>
 #include <iosfwd>
 
 template <int N>
@@ -12,17 +13,14 @@ class Transform;
 
 namespace ORN {
 
-// A point of the plane comes back in two registers. Copied as a whole it would be stored in halves and loaded in one
-// piece, for which the processor waits until the halves have reached the cache. The barrier keeps the compiler from it.
-inline Point<2> byComponent(Point<2> const& p) noexcept {
-#ifdef __has_builtin
-#if __has_builtin(__builtin_assoc_barrier)
-    return Point<2>{__builtin_assoc_barrier(p.x()), p.y()};
-#endif
-#endif
-    return p;
+// A point of the plane is returned in two registers. Copied whole it would be stored by halves and loaded in one piece,
+// which waits until both stores are done. The fence is no instruction: it keeps the compiler from joining the halves.
+inline Point<2> byHalves(Point<2> const& returned) noexcept {
+    double const x = returned.x();
+    std::atomic_signal_fence(std::memory_order_acq_rel);
+    return {x, returned.y()};
 }
-inline Point<3> const& byComponent(Point<3> const& p) noexcept { return p; }
+inline Point<3> const& byHalves(Point<3> const& returned) noexcept { return returned; }
 
 }
 
@@ -57,15 +55,15 @@ public:
     virtual Transform* composeWith(Transform const& other) const;
 
     /// Forwards. An extent becomes the box of its mapped corners (a perspective looks at the eye too).
-    friend Point<N> operator*(Point<N> const& p, Transform const& t) { return ORN::byComponent(t.preMultiply(p)); }
+    friend Point<N> operator*(Point<N> const& p, Transform const& t) { return ORN::byHalves(t.preMultiply(p)); }
     friend Extent<N> operator*(Extent<N> const& e, Transform const& t) { return t.preMultiply(e); }
-    friend Point<N>& operator*=(Point<N>& p, Transform const& t) { return p = p * t; }
+    friend Point<N>& operator*=(Point<N>& p, Transform const& t) { return p = t.preMultiply(p); }
     friend Extent<N>& operator*=(Extent<N>& e, Transform const& t) { return e = t.preMultiply(e); }
 
     /// Backwards. A singular transform yields infinities and NaNs, never an exception.
-    friend Point<N> operator/(Point<N> const& p, Transform const& t) { return ORN::byComponent(t.preDivide(p)); }
+    friend Point<N> operator/(Point<N> const& p, Transform const& t) { return ORN::byHalves(t.preDivide(p)); }
     friend Extent<N> operator/(Extent<N> const& e, Transform const& t) { return t.preDivide(e); }
-    friend Point<N>& operator/=(Point<N>& p, Transform const& t) { return p = p / t; }
+    friend Point<N>& operator/=(Point<N>& p, Transform const& t) { return p = t.preDivide(p); }
     friend Extent<N>& operator/=(Extent<N>& e, Transform const& t) { return e = t.preDivide(e); }
 
     friend std::wostream& operator<<(std::wostream& os, Transform const& t) { return t.putOn(os); }
