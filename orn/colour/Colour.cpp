@@ -1,11 +1,14 @@
 #include "orn/colour/Colour.h"
 
-#include <bit>
+#include "orn/geometry/EitherImp.h"
+
 #include <climits>
 #include <cstdint>
 #include <cstring>
 #include <new>
 #include <ostream>
+
+using ORN::either;
 
 namespace {
 
@@ -31,12 +34,6 @@ double hueOf(double r, double g, double b, Range const& range) noexcept {
     if (r == range.max) return (g - b) * 60 / d;
     if (g == range.max) return (b - r) * 60 / d + 120;
     return (r - g) * 60 / d + 240;
-}
-
-// One of two by masks: which one cannot be foreseen, and a branch guessed wrong costs more than both.
-double either(bool first, double a, double b) noexcept {
-    auto const mask = -static_cast<std::uint64_t>(first);
-    return std::bit_cast<double>((std::bit_cast<std::uint64_t>(a) & mask) | (std::bit_cast<std::uint64_t>(b) & ~mask));
 }
 
 // The angle is made in its place: its two registers stored one by one and copied as a pair would wait for the stores.

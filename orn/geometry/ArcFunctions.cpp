@@ -1,11 +1,27 @@
 #include "orn/geometry/ArcFunctions.h"
 
+#include "orn/geometry/EitherImp.h"
+
 #include <cmath>
 
 namespace {
 
 constexpr double epsilon = 2.220446049250313e-16;
 constexpr double fullTurn = 6.283185307179586;
+
+// Of any arc but a nearly full circle. For the nearly straight ones, up to the straight segment and NaN, it is a series,
+// also because the closed formula has no value for 0.
+double length(double bulge, double q) noexcept {
+    double const closed = std::atan(bulge) * (q + 1) / bulge;
+    double const second = 2 * q / 3;
+    return ORN::either(q > 1e-6, closed, 1 + second - second * q / 5);
+}
+
+// The whole circle less the arc that completes it.
+[[gnu::noinline]] double nearlyFullLength(double bulge, double q) noexcept {
+    double const rest = 1 / bulge;
+    return std::fabs((q + 1) / (4 * bulge)) * fullTurn - length(rest, rest * rest);
+}
 
 // The closed formula, for a bulge whose square q is neither tiny nor large. Its q + 1 over four times the bulge is the
 // radius, four times the bulge's arc tangent the included angle.
@@ -29,14 +45,10 @@ double flatHeight(double bulge, double q, double u) noexcept {
 }
 
 double ORNArcLength(double bulge) noexcept {
-    if (bulge == 0) return 1;
     double const q = bulge * bulge;
-    if (q > 25) return std::fabs((q + 1) / (4 * bulge)) * fullTurn - ORNArcLength(1 / bulge);
-    if (!(q > 1e-6)) {
-        double const second = 2 * q / 3;
-        return 1 + second - second * q / 5;
-    }
-    return std::atan(bulge) * (q + 1) / bulge;
+    if (q > 25) [[unlikely]]
+        return nearlyFullLength(bulge, q);
+    return length(bulge, q);
 }
 
 double ORNArcSegmentArea(double bulge) noexcept {
