@@ -39,9 +39,6 @@ public:
     Angle operator*(int n) const noexcept;  ///< n times the principal value, again of unit length
     Angle& operator*=(int n) noexcept { return *this = *this * n; }
 
-    /// Exact: for a comparison with a tolerance see closerThanDegrees.
-    friend constexpr bool operator==(Angle const& a, Angle const& b) noexcept { return a.equals(b); }
-
 private:
     constexpr Angle(double cosine, double sine) noexcept : cosine_{cosine}, sine_{sine} {}
 

@@ -1,5 +1,7 @@
 #include "orn/geometry/Arc.h"
 
+#include "tests/support/VectorEquality.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -1,5 +1,7 @@
 #include "orn/geometry/Line.h"
 
+#include "tests/support/VectorEquality.h"
+
 #include <gtest/gtest.h>
 
 #include <random>

@@ -1,6 +1,7 @@
 #include "orn/geometry/Matrix.h"
 
 #include "orn/foundation/Error.h"
+#include "tests/support/VectorEquality.h"
 
 #include <gtest/gtest.h>
 

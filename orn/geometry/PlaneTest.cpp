@@ -1,5 +1,7 @@
 #include "orn/geometry/Plane.h"
 
+#include "tests/support/VectorEquality.h"
+
 #include <gtest/gtest.h>
 
 #include <random>

@@ -12,19 +12,9 @@ template <int N>
 class Point;
 
 template <int N>
-class Transform;
-template <int N>
 class AffineTransform;
 template <int N>
 class UniformTransform;
-template <int N>
-class NonUniformTransform;
-template <int N>
-class PerspectiveTransform;
-template <int N>
-class SlicedTransform;
-template <int N>
-class CompoundTransform;
 
 /// The products with a matrix, p·m and p·m + t, are defined in orn/geometry/Matrix.h; transforms use them.
 template <>
@@ -56,9 +46,7 @@ public:
 
 private:
     template <int>
-    friend class Transform;
-    template <int>
-    friend class SlicedTransform;
+    friend class AffineTransform;
 
     explicit constexpr Point(Vector<1> const& v) noexcept : x_{v.x()} {}
     Point(Point const& p, Matrix<1> const& m) noexcept;
@@ -104,19 +92,9 @@ public:
 
 private:
     template <int>
-    friend class Transform;
-    template <int>
     friend class AffineTransform;
     template <int>
     friend class UniformTransform;
-    template <int>
-    friend class NonUniformTransform;
-    template <int>
-    friend class PerspectiveTransform;
-    template <int>
-    friend class SlicedTransform;
-    template <int>
-    friend class CompoundTransform;
 
     explicit constexpr Point(Vector<2> const& v) noexcept : x_{v.x()}, y_{v.y()} {}
     Point(Point const& p, Matrix<2> const& m) noexcept;
@@ -166,19 +144,9 @@ public:
 
 private:
     template <int>
-    friend class Transform;
-    template <int>
     friend class AffineTransform;
     template <int>
     friend class UniformTransform;
-    template <int>
-    friend class NonUniformTransform;
-    template <int>
-    friend class PerspectiveTransform;
-    template <int>
-    friend class SlicedTransform;
-    template <int>
-    friend class CompoundTransform;
 
     explicit constexpr Point(Vector<3> const& v) noexcept : x_{v.x()}, y_{v.y()}, z_{v.z()} {}
     Point(Point const& p, Matrix<3> const& m) noexcept;
@@ -189,7 +157,7 @@ private:
     double z_ = 0;
 };
 
-/// The point at t on the way from a (t = 0) to b (t = 1), both met exactly; other t extrapolate.
+/// The point at t on the way from a (t = 0) to b (t = 1), both met exactly when finite; other t extrapolate.
 constexpr Point<1> interp(Point<1> const& a, Point<1> const& b, double t) noexcept {
     return Point<1>{(1 - t) * a.x() + t * b.x()};
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <concepts>
 #include <limits>
 #include <sstream>
 #include <type_traits>
@@ -21,6 +22,7 @@ TYPED_TEST(PointOf, IsMovedByVectorsAndMeasuredAgainstPoints) {
     using V = decltype(P{} - P{});
     constexpr int n = sizeof(P) / sizeof(double);
     static_assert(std::is_trivially_copyable_v<P>);
+    static_assert(std::equality_comparable<P> && !std::equality_comparable<V>, "vectors have no public comparison");
 
     double const ca[] = {7, -3, 0.1}, cb[] = {-0.7, 11, 1e-9};
     P const a{ca}, b{cb};

@@ -29,7 +29,7 @@ Point<3> Arc<3>::midpoint() const noexcept {
 
 Point<3> Arc<3>::centre() const noexcept {
     Vector<3> const d = end_ - start_;
-    return start_ + d / 2 + cross(axis_, d) * ((1 - bulge_ * bulge_) / (4 * bulge_));
+    return start_ + d / 2 + cross(axis_, d) * (1 - bulge_ * bulge_) / (4 * bulge_);
 }
 
 double Arc<3>::radius() const noexcept {

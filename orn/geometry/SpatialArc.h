@@ -18,11 +18,13 @@ template <>
 class ORN_API Arc<3> {
 public:
     constexpr Arc() noexcept = default;  ///< the origin, about (0, 0, 1)
-    Arc(Point<3> const& start, double bulge, Vector<3> const& axis,
-        Point<3> const& end) noexcept  ///< normalises the axis
+
+    /// Normalises the axis, without a test for a zero one.
+    Arc(Point<3> const& start, double bulge, Vector<3> const& axis, Point<3> const& end) noexcept
         : start_{start}, bulge_{bulge}, axis_{axis.unit()}, end_{end} {}
-    Arc(Point<3> const& start,
-        Point<3> const& end) noexcept;  ///< straight, about an axis at a right angle to the chord
+
+    /// Straight, about an axis at a right angle to the chord, in the y-z or the z-x plane; (0, 0, 1) for a zero chord.
+    Arc(Point<3> const& start, Point<3> const& end) noexcept;
 
     constexpr Point<3> const& start() const noexcept { return start_; }
     constexpr double bulge() const noexcept { return bulge_; }

@@ -1,5 +1,7 @@
 #include "orn/geometry/SpatialArc.h"
 
+#include "tests/support/VectorEquality.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -51,6 +53,9 @@ TEST_F(SpatialArc, OfASemicircle) {
     std::wostringstream os;
     os << arc;
     EXPECT_EQ(os.str(), L"(0,0,0)[1 (0,0,1)](2,0,0)");
+
+    // From left to right, (3 · 0.91) / 1.2: with the quotient formed first it would be the next double.
+    EXPECT_EQ((Arc{P{}, 0.3, V{0, 0, 1}, P{3, 0, 0}}.centre().y()), 2.275);
 }
 
 TEST_F(SpatialArc, OfAStraightSegmentChoosesItsAxis) {

@@ -44,7 +44,6 @@ public:
     constexpr Vector& operator*=(double s) noexcept { return *this = *this * s; }
     constexpr Vector& operator/=(double s) noexcept { return *this = *this / s; }
 
-    friend constexpr bool operator==(Vector const& a, Vector const& b) noexcept { return a.isEql(b); }
     friend constexpr double dot(Vector const& a, Vector const& b) noexcept { return a.doDot(b); }
     friend std::wostream& operator<<(std::wostream& os, Vector const& v) { return v.putOn(os); }  ///< (x)
 
@@ -91,7 +90,6 @@ public:
     constexpr Vector const& operator*=(double s) noexcept { return *this = *this * s; }
     constexpr Vector const& operator/=(double s) noexcept { return *this = *this / s; }
 
-    friend constexpr bool operator==(Vector const& a, Vector const& b) noexcept { return a.x_ == b.x_ && a.y_ == b.y_; }
     friend constexpr double dot(Vector const& a, Vector const& b) noexcept { return a.x_ * b.x_ + a.y_ * b.y_; }
 
 private:
@@ -140,9 +138,6 @@ public:
     constexpr Vector& operator*=(double s) noexcept { return *this = *this * s; }
     constexpr Vector& operator/=(double s) noexcept { return *this = *this / s; }
 
-    friend constexpr bool operator==(Vector const& a, Vector const& b) noexcept {
-        return a.x_ == b.x_ && a.y_ == b.y_ && a.z_ == b.z_;
-    }
     friend constexpr double dot(Vector const& a, Vector const& b) noexcept {
         return a.x_ * b.x_ + a.y_ * b.y_ + a.z_ * b.z_;
     }
@@ -191,7 +186,6 @@ public:
     constexpr Vector& operator*=(double s) noexcept { return *this = *this * s; }
     constexpr Vector& operator/=(double s) noexcept { return *this = *this / s; }
 
-    friend constexpr bool operator==(Vector const& a, Vector const& b) noexcept { return a.isEql(b); }
     friend constexpr double dot(Vector const& a, Vector const& b) noexcept { return a.doDot(b); }
     friend std::wostream& operator<<(std::wostream& os, Vector const& v) { return v.putOn(os); }  ///< (a,b,c,d)
 

@@ -1,5 +1,7 @@
 #include "orn/geometry/Vector.h"
 
+#include "tests/support/VectorEquality.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>

@@ -1,6 +1,7 @@
 #include "orn/transforms/AffineTransform.h"
 
 #include "tests/support/Transforms.h"
+#include "tests/support/VectorEquality.h"
 
 #include <gtest/gtest.h>
 
