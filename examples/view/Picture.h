@@ -1,0 +1,43 @@
+/// A drawing's picture while it comes into being.
+#pragma once
+
+#include "view/Sheet.h"
+
+#include "drawing/Page.h"
+
+#include "orn/colour/DIBitmap.h"
+
+#include <optional>
+
+namespace view {
+
+/// What a picture is to show.
+struct Request {
+    drawing::PageSize size;
+    LayerSet hidden;
+};
+
+/// A page whose rows are drawn in bands, from the top. The pixels of rows that are drawn do not change any more: one
+/// thread may read them while another draws those below.
+class Picture {
+public:
+    /// Hidden layers take their place on the page, too: what is shown does not move. The sheet must outlive the picture.
+    /// Throws what Page does.
+    Picture(Sheet const& sheet, Request const& request);
+
+    drawing::PageSize size() const noexcept { return page_.size(); }
+    DIBitmap const& bitmap() const noexcept { return bitmap_; }
+
+    /// Draws the band that begins with this row, and returns the row behind it.
+    int drawBand(int top);
+
+private:
+    drawing::Drawing const& visible() const noexcept { return rest_ ? *rest_ : sheet_->drawing(); }
+
+    Sheet const* sheet_;
+    std::optional<drawing::Drawing> rest_;  ///< when layers are hidden
+    drawing::Page page_;
+    DIBitmap bitmap_;
+};
+
+}

@@ -1,0 +1,115 @@
+#include "view/Player.h"
+
+#include "drawing/Picture.h"
+
+#include "orn/foundation/Error.h"
+
+#include <utility>
+
+namespace view {
+
+namespace {
+
+[[noreturn]] void fail(Command const& command, std::wstring const& what) {
+    throw ORN::OrnError{command.place + L": " + what};
+}
+
+std::wstring nameOf(Command const& command) { return L"window " + std::to_wstring(command.window + 1); }
+
+}
+
+Player::Player(Desk& desk, std::vector<std::unique_ptr<View>> const& views, std::vector<Command> commands)
+    : desk_{desk}, views_{views}, commands_{std::move(commands)} {}
+
+Player::~Player() {
+    if (timer_ != 0) KillTimer(nullptr, timer_);
+}
+
+void Player::play() {
+    while (!atEnd() && !quits_) {
+        Command const& command = commands_[next_];
+        if (!begun_) desk_.log.write(L"> " + command.line);
+        begun_ = true;
+        if (!perform(command)) return;
+        begun_ = false;
+        ++next_;
+    }
+}
+
+/// False when the command has to wait.
+bool Player::perform(Command const& command) {
+    switch (command.action) {
+        case Action::wait: return waitForPictures(command);
+        case Action::hide: desk_.layers.show(layer(command), false); return true;
+        case Action::show: desk_.layers.show(layer(command), true); return true;
+        case Action::await: return waitForFile(command);
+        case Action::note: return true;
+        case Action::quit: quits_ = true; return true;
+        default: break;
+    }
+
+    View& view = *views_[command.window];
+    if (!view.isOpen()) fail(command, nameOf(command) + L" is closed");
+    switch (command.action) {
+        case Action::activate: view.activate(); break;
+        case Action::resize:
+            if (!view.resize({command.a, command.b})) fail(command, nameOf(command) + L" cannot get this size");
+            break;
+        case Action::move:
+            if (!view.move({command.a, command.b})) fail(command, nameOf(command) + L" cannot be put there");
+            break;
+        case Action::minimise: view.minimise(); break;
+        case Action::restore: view.restore(); break;
+        case Action::close: view.close(); break;
+        case Action::redraw: view.redraw(); break;
+        case Action::hold: view.hold(command.a); break;
+        case Action::held: return waitForHold(command, view);
+        case Action::release: view.release(); break;
+        case Action::save: save(command, view); break;
+        default: break;
+    }
+    return true;
+}
+
+bool Player::waitForPictures(Command const& command) const {
+    for (std::unique_ptr<View> const& view : views_) {
+        if (!view->isOpen() || view->isMinimised()) continue;
+        if (!view->progress().failure.empty()) fail(command, view->progress().failure);
+        if (!view->progress().complete) return false;
+    }
+    for (std::unique_ptr<View> const& view : views_) {
+        if (view->isOpen()) view->showNow();
+    }
+    return true;
+}
+
+bool Player::waitForHold(Command const& command, View& view) const {
+    if (view.progress().complete) fail(command, nameOf(command) + L" is drawn and was not held");
+    if (!view.progress().failure.empty()) fail(command, view.progress().failure);
+    return view.progress().held;
+}
+
+bool Player::waitForFile(Command const& command) {
+    if (GetFileAttributesW(command.text.c_str()) != INVALID_FILE_ATTRIBUTES) return true;
+    if (timer_ == 0) timer_ = SetTimer(nullptr, 0, 50, nullptr);  // a message now and then, to look again
+    return false;
+}
+
+void Player::save(Command const& command, View const& view) const {
+    if (!view.progress().complete) fail(command, nameOf(command) + L" is not drawn yet");
+    try {
+        drawing::savePicture(view.progress().picture->bitmap(), command.text);
+    } catch (ORN::OrnError const& error) {
+        fail(command, error.wWhat());
+    }
+}
+
+Quark Player::layer(Command const& command) const {
+    Quark const layer = Quark::create(command.text.c_str());
+    for (std::unique_ptr<View> const& view : views_) {
+        if (view->sheet().has(layer)) return layer;
+    }
+    fail(command, L"no drawing has a layer '" + command.text + L"'");
+}
+
+}

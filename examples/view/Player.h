@@ -1,0 +1,43 @@
+/// Plays a script.
+#pragma once
+
+#include "view/Script.h"
+#include "view/View.h"
+
+#include <memory>
+#include <vector>
+
+namespace view {
+
+class Player {
+public:
+    Player(Desk& desk, std::vector<std::unique_ptr<View>> const& views, std::vector<Command> commands);
+    ~Player();
+    Player(Player const&) = delete;
+    Player& operator=(Player const&) = delete;
+
+    /// Does what comes next, up to a command that has to wait; to be called again whenever a message has been handled.
+    /// Throws ORN::OrnError, with the place in the script, when something cannot be done.
+    void play();
+
+    bool quits() const noexcept { return quits_; }  ///< the command quit was reached
+    bool atEnd() const noexcept { return next_ == commands_.size(); }
+
+private:
+    bool perform(Command const& command);
+    bool waitForPictures(Command const& command) const;
+    bool waitForHold(Command const& command, View& view) const;
+    bool waitForFile(Command const& command);
+    void save(Command const& command, View const& view) const;
+    Quark layer(Command const& command) const;
+
+    Desk& desk_;
+    std::vector<std::unique_ptr<View>> const& views_;
+    std::vector<Command> commands_;
+    std::size_t next_ = 0;
+    bool begun_ = false;  ///< the next one has been recorded, and waits
+    bool quits_ = false;
+    UINT_PTR timer_ = 0;
+};
+
+}

@@ -1,0 +1,27 @@
+#include "view/Sheet.h"
+
+#include "drawing/Reading.h"
+
+#include <algorithm>
+
+namespace view {
+
+Sheet::Sheet(std::wstring const& file)
+    : name_{file.substr(file.find_last_of(L"\\/:") + 1)}, drawing_{drawing::readDrawing(file)} {
+    for (drawing::Layer const& layer : drawing_.layers()) layers_.push_back(Quark::create(layer.name.c_str()));
+}
+
+bool Sheet::has(Quark layer) const noexcept {
+    return std::find(layers_.begin(), layers_.end(), layer) != layers_.end();
+}
+
+drawing::Drawing Sheet::without(LayerSet const& hidden) const {
+    drawing::Drawing rest;
+    for (drawing::Entity const& entity : drawing_.entities()) {
+        drawing::Layer const& layer = drawing_.layers()[entity.layer];
+        if (!hidden.contains(layers_[entity.layer])) rest.add(entity.arc, entity.rgb, layer.name, {});
+    }
+    return rest;
+}
+
+}

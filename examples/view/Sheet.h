@@ -1,0 +1,34 @@
+/// A drawing and its layers.
+#pragma once
+
+#include "drawing/Drawing.h"
+
+#include "orn/text/Quark.h"
+
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace view {
+
+using LayerSet = std::unordered_set<Quark>;
+
+/// A drawing read from a file. Its layers are quarks: layers of one name are one layer in all drawings.
+class Sheet {
+public:
+    explicit Sheet(std::wstring const& file);  ///< throws what readDrawing does
+
+    std::wstring const& name() const noexcept { return name_; }  ///< the file's, without folders
+    drawing::Drawing const& drawing() const noexcept { return drawing_; }
+    std::vector<Quark> const& layers() const noexcept { return layers_; }
+
+    bool has(Quark layer) const noexcept;
+    drawing::Drawing without(LayerSet const& hidden) const;  ///< the entities on other layers, in their order
+
+private:
+    std::wstring name_;
+    drawing::Drawing drawing_;
+    std::vector<Quark> layers_;  ///< those of the drawing, in its order
+};
+
+}

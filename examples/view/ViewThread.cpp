@@ -1,0 +1,7 @@
+#include "view/ViewThread.h"
+
+namespace view {
+
+ViewThread::~ViewThread() { finish(ORN::Threading::BoringWaiter{}); }
+
+}
