@@ -53,13 +53,15 @@ View::View(Desk& desk, Sheet const& sheet, int number, drawing::PageSize size, P
         resize(size);
         ShowWindow(window, SW_SHOWNORMAL);
     } catch (...) {
-        close();
+        DestroyWindow(window);
         throw;
     }
     desk.log.write(stringPrintf(L"opened %d %ls", number, sheet.name().c_str()));
 }
 
-View::~View() { close(); }
+View::~View() {
+    if (window_ != nullptr) DestroyWindow(window_);
+}
 
 void View::start() {
     started_ = true;
@@ -114,7 +116,8 @@ LRESULT View::handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_ERASEBKGND: return 1;  // paint() fills everything
         case WM_PAINT: paint(); return 0;
-        case WM_DESTROY: endDrawing(); return 0;
+        case WM_CLOSE: close(); return 0;
+    case WM_DESTROY: endDrawing(); return 0;
         case WM_NCDESTROY:
             SetWindowLongPtrW(window, GWLP_USERDATA, 0);
             window_ = nullptr;
@@ -234,6 +237,7 @@ void View::paint() {
 /// Waits for the worker, which may be drawing this window: afterwards nothing refers to the task any more. Messages that
 /// come meanwhile find closing_ set.
 void View::endDrawing() {
+    if (closing_) return;
     closing_ = true;
     ORN::Threading::BoringWaiter const waiter;
     try {
@@ -280,8 +284,11 @@ void View::minimise() { ShowWindow(window_, SW_SHOWMINNOACTIVE); }
 void View::restore() { ShowWindow(window_, SW_RESTORE); }
 void View::showNow() { UpdateWindow(window_); }
 
-void View::close() noexcept {
-    if (window_ != nullptr) DestroyWindow(window_);
+/// The drawing ends first: DestroyWindow hides the window, activates another one, and would so have it drawn meanwhile.
+void View::close() {
+    if (window_ == nullptr) return;
+    endDrawing();
+    DestroyWindow(window_);
 }
 
 }

@@ -52,7 +52,7 @@ public:
     void redraw();  ///< anew, from the first band
     void hold(int rows);
     void release() { task_->release(); }
-    void close() noexcept;  ///< returns when nothing draws for the window any more; nothing when it is closed
+    void close();    ///< returns when nothing draws for the window any more; nothing when it is closed
     void showNow();         ///< what is drawn comes to the screen before this returns
 
 private:
