@@ -18,7 +18,7 @@ Picture::Picture(Sheet const& sheet, Request const& request)
 int Picture::drawBand(int top) {
     auto const [width, height] = size();
     // Small enough to be stopped soon, large enough to be worth a walk over the drawing.
-    int const rows = std::clamp((1 << 13) / width, 4, height - std::min(top, height - 1));
+    int const rows = std::max((1 << 13) / width, 4);
     int const bottom = std::min(top + rows, height);
     unsigned char* const pixels = bitmap_.bits() + std::ptrdiff_t{width} * top * 4;
     drawing::renderBand(visible(), page_, {pixels, width, top, bottom - top});

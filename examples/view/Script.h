@@ -33,7 +33,7 @@ struct Command {
     Action action;
     std::size_t window = 0;  ///< index of the drawing
     int a = 0, b = 0;        ///< a size, a place on the screen, or in a the number of rows
-    std::wstring text{};       ///< a layer, a file or a note
+    std::wstring text{};     ///< a layer, a file or a note
 };
 
 /// Reads a script for so many windows. Blank lines, and lines that begin with #, are nothing. Throws ORN::OrnError, one

@@ -50,7 +50,10 @@ View::View(Desk& desk, Sheet const& sheet, int number, drawing::PageSize size, P
                         stringPrintf(L"%d layers, %llu lines and arcs", static_cast<int>(sheet.layers().size()),
                                      static_cast<unsigned long long>(sheet.drawing().entities().size())));
         layersChanged_.emplace(desk.layers.changed(), [this](Quark layer) { layerChanged(layer); });
-        resize(size);
+        if (!resize(size)) {
+            throw ORN::OrnError{
+                stringPrintf(L"orn-view: no window has a picture of %dx%d pixels", size.width, size.height)};
+        }
         ShowWindow(window, SW_SHOWNORMAL);
     } catch (...) {
         DestroyWindow(window);
@@ -117,7 +120,7 @@ LRESULT View::handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_ERASEBKGND: return 1;  // paint() fills everything
         case WM_PAINT: paint(); return 0;
         case WM_CLOSE: close(); return 0;
-    case WM_DESTROY: endDrawing(); return 0;
+        case WM_DESTROY: endDrawing(); return 0;
         case WM_NCDESTROY:
             SetWindowLongPtrW(window, GWLP_USERDATA, 0);
             window_ = nullptr;
@@ -149,7 +152,7 @@ void View::request() {
 }
 
 void View::sizeChanged(WPARAM how) {
-    if (closing_ || !status_) return;
+    if (!status_) return;
     status_->fitParent();
     if (!started_) return;
     if (how == SIZE_MINIMIZED) {
@@ -170,11 +173,11 @@ void View::sizeChanged(WPARAM how) {
 
 /// A window that still waits for its picture may now be the one to be drawn first.
 void View::cameToFront() {
-    if (started_ && !closing_) desk_.thread.updateActive(window_);
+    if (started_) desk_.thread.updateActive(window_);
 }
 
 void View::progressed() {
-    if (closing_) return;
+    if (!started_) return;
     int const before = progress_.rows;
     std::shared_ptr<Picture const> const old = progress_.picture;
     progress_ = task_->progress();
@@ -203,7 +206,7 @@ void View::chosen(unsigned int command) {
 }
 
 void View::layerChanged(Quark layer) {
-    if (closing_ || !sheet_.has(layer)) return;
+    if (!started_ || !sheet_.has(layer)) return;
     auto const at = std::find(sheet_.layers().begin(), sheet_.layers().end(), layer) - sheet_.layers().begin();
     CheckMenuItem(GetMenu(window_), static_cast<UINT>(commandFirstLayer + at),
                   desk_.layers.shows(layer) ? MF_CHECKED : MF_UNCHECKED);
@@ -235,10 +238,11 @@ void View::paint() {
 }
 
 /// Waits for the worker, which may be drawing this window: afterwards nothing refers to the task any more. Messages that
-/// come meanwhile find closing_ set.
+/// come meanwhile find nothing to draw.
 void View::endDrawing() {
     if (closing_) return;
     closing_ = true;
+    started_ = false;
     ORN::Threading::BoringWaiter const waiter;
     try {
         desk_.thread.cancel(window_, waiter);
@@ -247,6 +251,8 @@ void View::endDrawing() {
         throw;
     }
     layersChanged_.reset();
+    task_.reset();
+    progress_ = {};
     desk_.log.write(stringPrintf(L"closed %d", number_));
 }
 

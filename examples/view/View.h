@@ -53,7 +53,7 @@ public:
     void hold(int rows);
     void release() { task_->release(); }
     void close();    ///< returns when nothing draws for the window any more; nothing when it is closed
-    void showNow();         ///< what is drawn comes to the screen before this returns
+    void showNow();  ///< what is drawn comes to the screen before this returns
 
 private:
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
