@@ -208,6 +208,12 @@ public:
         wchar_t* out = units;  // local, so that what is written through it cannot change it
         unsigned char const* p = bytes;
         while (end - p >= static_cast<std::ptrdiff_t>(asciiBlock)) {
+            // E3 to EC lead no surrogates, no line ends and nothing small.
+            if (*p - 0xE3u <= 0xECu - 0xE3u && p[1] <= 0xC0 && p[2] <= 0xC0) {
+                *out++ = static_cast<wchar_t>((p[0] & 0x0Fu) << 12 | (p[1] & 0x3Fu) << 6 | (p[2] & 0x3Fu));
+                p += 3;
+                continue;
+            }
             if (*p < 0x80) {
                 unsigned int const stops = widenBlock(out, p);
                 unsigned int const taken = stops == 0 ? asciiBlock : static_cast<unsigned int>(std::countr_zero(stops));
@@ -259,31 +265,24 @@ public:
 
 // A unit's low byte stands at the one place of its two, its high byte at the other.
 template <unsigned int low, unsigned int high>
-std::uint64_t stepUTF16(unsigned int& value, unsigned char const* bytes, std::uint64_t available) noexcept {
-    if (available < 2) return 0;
-    auto const unit = [bytes](unsigned int at) -> unsigned int { return bytes[at + low] | bytes[at + high] << 8; };
-    if (!isSurrogate(unit(0))) {
-        value = unit(0);
-        return 2;
+class UTF16ReaderImp final : public StepReader<UTF16ReaderImp<low, high>> {
+public:
+    using StepReader<UTF16ReaderImp>::StepReader;
+
+    static void takePlain(wchar_t*&, unsigned char const*&, unsigned char const*) noexcept {}
+
+    static std::uint64_t step(unsigned int& value, unsigned char const* bytes, std::uint64_t available) noexcept {
+        if (available < 2) return 0;
+        auto const unit = [bytes](unsigned int at) -> unsigned int { return bytes[at + low] | bytes[at + high] << 8; };
+        if (!isSurrogate(unit(0))) {
+            value = unit(0);
+            return 2;
+        }
+        return available >= 4 && fromUTF16(value, unit(0), unit(2)) ? 4 : 0;
     }
-    return available >= 4 && fromUTF16(value, unit(0), unit(2)) ? 4 : 0;
-}
-
-class UTF16leReaderImp final : public StepReader<UTF16leReaderImp> {
-public:
-    using StepReader::StepReader;
-
-    static constexpr auto takePlain = [](auto&&...) {};
-    static constexpr auto step = stepUTF16<0, 1>;
 };
-
-class UTF16beReaderImp final : public StepReader<UTF16beReaderImp> {
-public:
-    using StepReader::StepReader;
-
-    static constexpr auto takePlain = [](auto&&...) {};
-    static constexpr auto step = stepUTF16<1, 0>;
-};
+using UTF16leReaderImp = UTF16ReaderImp<0, 1>;
+using UTF16beReaderImp = UTF16ReaderImp<1, 0>;
 
 class MultibyteReaderImp final : public StepReader<MultibyteReaderImp> {
 public:

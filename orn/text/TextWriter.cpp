@@ -112,35 +112,23 @@ protected:
 
 // A unit's low byte goes to the one place of its two, its high byte to the other.
 template <unsigned int low, unsigned int high>
-std::uint64_t encodeUTF16(CodePoint c, unsigned char* destination, std::uint64_t room) noexcept {
-    wchar_t units[2];
-    std::size_t const count = c.wchars(units, room / 2);
-    for (std::size_t i = 0; i < count; ++i) {
-        destination[2 * i + low] = static_cast<unsigned char>(units[i] & 0xFF);
-        destination[2 * i + high] = static_cast<unsigned char>(units[i] >> 8 & 0xFF);
-    }
-    return 2 * count;
-}
-
-class UTF16leWriterImp final : public TextWriterImp {
+class UTF16WriterImp final : public TextWriterImp {
 public:
     using TextWriterImp::TextWriterImp;
 
 protected:
     std::uint64_t encode(CodePoint c, unsigned char* destination, std::uint64_t room) const override {
-        return encodeUTF16<0, 1>(c, destination, room);
+        wchar_t units[2];
+        std::size_t const count = c.wchars(units, room / 2);
+        for (std::size_t i = 0; i < count; ++i) {
+            destination[2 * i + low] = static_cast<unsigned char>(units[i] & 0xFF);
+            destination[2 * i + high] = static_cast<unsigned char>(units[i] >> 8 & 0xFF);
+        }
+        return 2 * count;
     }
 };
-
-class UTF16beWriterImp final : public TextWriterImp {
-public:
-    using TextWriterImp::TextWriterImp;
-
-protected:
-    std::uint64_t encode(CodePoint c, unsigned char* destination, std::uint64_t room) const override {
-        return encodeUTF16<1, 0>(c, destination, room);
-    }
-};
+using UTF16leWriterImp = UTF16WriterImp<0, 1>;
+using UTF16beWriterImp = UTF16WriterImp<1, 0>;
 
 class MultibyteWriterImp final : public TextWriterImp {
 public:
