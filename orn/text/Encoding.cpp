@@ -406,7 +406,7 @@ std::basic_string<To> converted(From const* p, From const* end,
             double const each = 1.03 * static_cast<double>(filled) / static_cast<double>(p - begin);
             result.reserve(filled + static_cast<std::size_t>(each * static_cast<double>(end - p)) + 2 * step);
         }
-        result.resize(filled + std::min(step, result.capacity() - filled));
+        result.resize(filled + std::min(4 * step, result.capacity() - filled));
         To* const data = result.data();
         filled = static_cast<std::size_t>(convert(p, end, data + filled, data + result.size() - room) - data);
     }
