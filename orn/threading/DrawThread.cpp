@@ -78,8 +78,7 @@ void DrawThread::processTasks() {
         highest = findHighestWindow();
         setCancelled(false);
     }
-    guard.unlock();
-    current_ = before;
+    current_ = before;  // under the lock, because finish may look at it from its thread
 }
 
 /// Runs the current task outside the lock and, back inside, puts it into the queue again when it is to be resumed. Whoever
