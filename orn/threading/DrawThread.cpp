@@ -46,8 +46,8 @@ DrawThread::DrawThread() : Scheduler{-2}, hint_{queue_.end()} {}
 DrawThread::~DrawThread() { finish(BoringWaiter{}); }
 
 void DrawThread::insert(DrawTask& task) {
-    startThread();
-    ExclusiveLock const guard{lockWord()};
+    ExclusiveLock guard{lockWord()};
+    startThread(guard);
     HWND const window = task.key();
     if (current_ != nullptr) {
         HWND const running = current_->key();
@@ -55,7 +55,7 @@ void DrawThread::insert(DrawTask& task) {
         if (liesAbove(window, running)) current_->abort();
     }
     hint_ = queue_.emplace_hint(hint_, window, &task);
-    wakeWorker();  // before the lock is released, because finish may close the event then
+    wakeWorker(guard);
 }
 
 void DrawThread::updateActive(HWND window) {

@@ -260,6 +260,15 @@ TEST(DrawThread, TenThousandRoundsAgainstABusyWorker) {
         }
         EXPECT_TRUE(thread.finish(BoringWaiter{}));
     }
+    {
+        std::jthread const other{work, 4};
+        for (int round = 0; round < 100; ++round) EXPECT_TRUE(thread.finish(BoringWaiter{}));
+    }
+    // However the last finish met the last insert, the next task is run.
+    int const before = runs();
+    thread.insert(tasks[0]);
+    while (runs() == before) std::this_thread::yield();
+    EXPECT_TRUE(thread.finish(BoringWaiter{}));
     EXPECT_GT(runs(), 100);
 }
 

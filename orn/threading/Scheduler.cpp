@@ -9,6 +9,8 @@
 
 #include <clocale>
 #include <exception>
+#include <memory>
+#include <new>
 
 namespace ORN::Threading {
 
@@ -20,12 +22,60 @@ SchedulerBase::~SchedulerBase() = default;
 SchedulerBase::SchedulerBase(SchedulerBase const&) { throw NotImplemented{L"SchedulerBase copy constructor"}; }
 SchedulerBase& SchedulerBase::operator=(SchedulerBase const&) { throw NotImplemented{L"SchedulerBase operator=()"}; }
 
+/// An event that lives until the last who may use it lets go: the scheduler, its worker, and those who signal it outside
+/// the lock.
+struct SchedulerBase::WakeEvent {
+    explicit WakeEvent(HANDLE event) noexcept : handle{event} {}
+    ~WakeEvent() { os::closeHandle(handle); }
+
+    static WakeEvent* create() noexcept {
+        HANDLE const event = os::createEvent();
+        if (event == nullptr) return nullptr;
+        auto* const made = new (std::nothrow) WakeEvent{event};
+        if (made == nullptr) os::closeHandle(event);
+        return made;
+    }
+
+    struct LetGo {
+        void operator()(WakeEvent* event) const noexcept {
+            if (event->users_.fetch_sub(1) == 1) delete event;
+        }
+    };
+    using Use = std::unique_ptr<WakeEvent, LetGo>;
+
+    /// A further use of an event, or of none.
+    static Use use(WakeEvent* event) noexcept {
+        if (event != nullptr) event->users_.fetch_add(1);
+        return Use{event};
+    }
+
+    HANDLE const handle;
+
+private:
+    std::atomic<int> users_{1};
+};
+
+/// What a worker is given; the event is its own, whatever becomes of the scheduler's field.
+struct SchedulerBase::Start {
+    SchedulerBase& scheduler;
+    WakeEvent::Use wake;
+};
+
+HANDLE SchedulerBase::wakeEvent() const noexcept {
+    WakeEvent const* const wake = wakeEvent_.load();
+    return wake != nullptr ? wake->handle : nullptr;
+}
+
 void SchedulerBase::startThread() {
     ExclusiveLock guard{lockWord_};
-    if (worker_ != nullptr) {
+    startThread(guard);
+}
+
+void SchedulerBase::startThread(ExclusiveLock& guard) {
+    if (worker_ != nullptr && !finishing_) {
         DWORD code = 0;
         if (!os::threadExitCode(worker_, code) || code != os::threadStillActive) {
-            if (HANDLE const wake = wakeEvent_.exchange(nullptr)) os::closeHandle(wake);
+            WakeEvent::Use const wake{wakeEvent_.exchange(nullptr)};
             os::closeHandle(worker_);
             worker_ = nullptr;
             guard.unlock();
@@ -33,23 +83,30 @@ void SchedulerBase::startThread() {
             guard.lock();
         }
     }
-    if (wakeEvent_.load() == nullptr) wakeEvent_.store(os::createEvent());
-    if (wakeEvent_.load() == nullptr || worker_ != nullptr) return;
-
-    unsigned int const stackBytes = 0x40000;
-    worker_ = os::startThread(threadMain, this, stackBytes);
-    if (worker_ != nullptr) os::setThreadPriority(worker_, priority_);
+    if (wakeEvent_.load() == nullptr) wakeEvent_.store(WakeEvent::create());
+    if (wakeEvent_.load() != nullptr && worker_ == nullptr) startWorker();
 }
 
-unsigned int SchedulerBase::threadMain(void* scheduler) {
-    auto& self = *static_cast<SchedulerBase*>(scheduler);
+void SchedulerBase::startWorker() {
+    std::unique_ptr<Start> start{new (std::nothrow) Start{*this, WakeEvent::use(wakeEvent_.load())}};
+    if (start == nullptr) return;
+    unsigned int const stackBytes = 0x40000;
+    worker_ = os::startThread(threadMain, start.get(), stackBytes);
+    if (worker_ == nullptr) return;
+    static_cast<void>(start.release());
+    os::setThreadPriority(worker_, priority_);
+}
+
+unsigned int SchedulerBase::threadMain(void* start) {
+    std::unique_ptr<Start const> const own{static_cast<Start const*>(start)};
+    SchedulerBase& self = own->scheduler;
     setThreadName(self.threadName(), 0xFFFFFFFF);
     bool const apartment = os::enterApartment();
     os::threadLocaleMode(os::perThreadLocale);
     os::setLocale(LC_CTYPE, "");
 
     self.onThreadStart();
-    self.serve();
+    self.serve(*own->wake);
     self.onThreadExit();
 
     os::threadLocaleMode(os::processLocale);
@@ -57,24 +114,10 @@ unsigned int SchedulerBase::threadMain(void* scheduler) {
     return 0;
 }
 
-void SchedulerBase::serve() {
-    // A handle of the worker's own keeps the event until the worker has ended, whatever finish has closed by then.
-    struct Share {
-        HANDLE field = nullptr;
-        HANDLE own = nullptr;
-        ~Share() {
-            if (own != nullptr) os::closeHandle(own);
-        }
-    } wake;
-    {
-        ExclusiveLock const guard{lockWord_};
-        wake.field = wakeEvent_.load();
-        if (wake.field != nullptr) wake.own = os::shareEvent(wake.field);
-    }
-
-    // Another event in the field belongs to the worker that has taken this one's place.
-    while (wake.own != nullptr && wakeEvent_.load() == wake.field) {
-        if (os::waitFor(wake.own, os::waitForever) != os::waitObject) return;
+void SchedulerBase::serve(WakeEvent& wake) {
+    // When another event is in the field, finish has taken this one out, and waits.
+    while (wakeEvent_.load() == &wake) {
+        if (os::waitFor(wake.handle, os::waitForever) != os::waitObject) return;
         for (bool done = false; !done;) {
             try {
                 processTasks();
@@ -87,6 +130,7 @@ void SchedulerBase::serve() {
 }
 
 bool SchedulerBase::finish(Waiter const& waiter) {
+    HANDLE worker = nullptr;
     {
         ExclusiveLock const guard{lockWord_};
         eraseWholeQueue();
@@ -94,21 +138,27 @@ bool SchedulerBase::finish(Waiter const& waiter) {
             cancelled_ = true;
             task->abort();
         }
-        if (HANDLE const wake = wakeEvent_.exchange(nullptr)) {
-            os::signalEvent(wake);
-            os::closeHandle(wake);
-        }
+        if (WakeEvent::Use const wake{wakeEvent_.exchange(nullptr)}) os::signalEvent(wake->handle);
+        worker = worker_;
+        if (worker == nullptr) return true;
+        finishing_ = true;
     }
-    if (worker_ == nullptr) return true;
 
-    os::lendPriority(worker_);  // a worker of low priority would starve beside a waiting thread of higher
+    os::lendPriority(worker);  // a worker of low priority would starve beside a waiting thread of higher
     bool result = true;
-    if (waiter(worker_) == os::waitObject) {
+    if (waiter(worker) == os::waitObject) {
         DWORD code = 0;
-        result = os::threadExitCode(worker_, code) && code == 0;
+        result = os::threadExitCode(worker, code) && code == 0;
     }
-    os::closeHandle(worker_);
+
+    ExclusiveLock guard{lockWord_};
+    os::closeHandle(worker);
     worker_ = nullptr;
+    finishing_ = false;
+    if (wakeEvent_.load() == nullptr) return result;
+    // Something was queued after the queue had been emptied, when the worker that ended still counted as live.
+    startWorker();
+    wakeWorker(guard);
     return result;
 }
 
@@ -134,6 +184,11 @@ void SchedulerBase::waitForTask(ExclusiveLock& guard, Waiter const& waiter) {
 
     // One field serves all who wait: the latest takes it and, when the task has stopped, tells the one before.
     HANDLE const before = stopEvent_ != nullptr ? os::shareEvent(stopEvent_) : nullptr;
+    if (before == nullptr && stopEvent_ != nullptr) {
+        DWORD const code = os::lastError();
+        os::closeHandle(mine);
+        throw WinError{L"DuplicateHandle", code};
+    }
     stopEvent_ = mine;
 
     struct Close {
@@ -153,8 +208,10 @@ void SchedulerBase::waitForTask(ExclusiveLock& guard, Waiter const& waiter) {
     waiter(mine);
 }
 
-void SchedulerBase::wakeWorker() noexcept {
-    if (HANDLE const wake = wakeEvent_.load()) os::signalEvent(wake);
+void SchedulerBase::wakeWorker(ExclusiveLock& guard) {
+    WakeEvent::Use const wake = WakeEvent::use(wakeEvent_.load());
+    guard.unlock();
+    if (wake != nullptr) os::signalEvent(wake->handle);
 }
 
 void SchedulerBase::tellStopped() noexcept {

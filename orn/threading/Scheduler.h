@@ -42,7 +42,8 @@ public:
     void interrupt(Waiter const& waiter);  ///< and waits until it has stopped
 
     /// Drops what is queued, aborts what runs, ends the worker and waits for it. False when the worker ended with an exit
-    /// code other than 0; true also when there was no worker, or the waiter failed. Afterwards a new worker may start.
+    /// code other than 0; true also when there was no worker, or the waiter failed. Afterwards a new worker may start; it
+    /// does at once for what other threads have queued meanwhile. One thread at a time.
     bool finish(Waiter const& waiter);
 
 protected:
@@ -59,38 +60,47 @@ protected:
         const = 0;  ///< for debuggers, and the message about a worker that died; any thread
     virtual TaskBase* taskInProgress() const = 0;
 
-    /// Makes sure that there is a live worker. One that has died is reported to the user, and replaced. Takes the lock;
-    /// threads that call it at once start one worker. When the system refuses there is none, and nothing is told.
+    /// Makes sure that there is a live worker. One that has died is reported to the user, and replaced. Takes the lock, or
+    /// steps out of it for the report only; threads that call it at once start one worker. When the system refuses there
+    /// is none, and nothing is told.
     void startThread();
+    void startThread(ExclusiveLock& guard);
 
     /// Aborts the running task (there must be one), for a caller that holds the lock through the guard. With a waiter the
     /// guard steps out until the task has stopped.
     void doCancelCurrentTask(ExclusiveLock& guard, bool setCancelled, Waiter const* waiter);
 
     LONG volatile& lockWord() const noexcept { return lockWord_; }
-    HANDLE wakeEvent() const noexcept { return wakeEvent_.load(); }  ///< under the lock; null without a worker
+    HANDLE wakeEvent() const noexcept;                        ///< under the lock; null without a worker
     HANDLE stopEvent() const noexcept { return stopEvent_; }  ///< under the lock; null when nobody waits for the task
     bool cancelled() const noexcept { return cancelled_; }    ///< under the lock: the task is not to be resumed
     void setCancelled(bool cancelled) noexcept { cancelled_ = cancelled; }
 
-    /// Signal what sleeps on them, under the lock; nothing when there is no such event.
-    void wakeWorker() noexcept;
-    void tellStopped() noexcept;
+    /// Steps out of the lock, and signals the wake event that there was. (A worker that is woken under the lock has to
+    /// wait once more.) The event lives on meanwhile, whatever finish does.
+    void wakeWorker(ExclusiveLock& guard);
+
+    void tellStopped() noexcept;  ///< signals the stop event, under the lock; nothing when there is none
 
 private:
     SchedulerBase(SchedulerBase const&);             // both throw NotImplemented
     SchedulerBase& operator=(SchedulerBase const&);  // NOLINT(misc-unconventional-assign-operator)
 
-    static unsigned int threadMain(void* scheduler);
-    void serve();
+    struct WakeEvent;
+    struct Start;
+
+    static unsigned int threadMain(void* start);
+    void startWorker();
+    void serve(WakeEvent& wake);
     void waitForTask(ExclusiveLock& guard, Waiter const& waiter);
 
     mutable LONG volatile lockWord_ = 0;
-    std::atomic<HANDLE> wakeEvent_ = nullptr;  // the worker reads it without the lock
+    std::atomic<WakeEvent*> wakeEvent_ = nullptr;  // the worker reads it without the lock
     HANDLE stopEvent_ = nullptr;
     HANDLE worker_ = nullptr;
     bool cancelled_ = false;
     int priority_;
+    bool finishing_ = false;  // a worker that has ended is no surprise
 };
 
 /// A scheduler whose tasks are cancelled by key.

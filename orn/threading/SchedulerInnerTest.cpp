@@ -87,9 +87,14 @@ TEST(SchedulerInside, WithoutAnEventOrAThreadThereIsNoWorker) {
         scheduler.startThread();
         EXPECT_EQ(scheduler.wakeEvent(), nullptr);
     }
-    {
+    long const blocks = faults::liveBlocks();
+    for (long number = 0;; ++number) {
+        faults::AllocationFails const fails{number};
         faults::Refuse const refuse{"_beginthreadex"};
         scheduler.startThread();
+        EXPECT_TRUE(scheduler.finish(BoringWaiter{}));
+        EXPECT_EQ(faults::liveBlocks(), blocks);
+        if (!fails.happened()) break;
     }
     EXPECT_TRUE(scheduler.finish(BoringWaiter{}));
     EXPECT_EQ(scheduler.starts, 0);

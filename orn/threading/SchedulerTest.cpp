@@ -59,10 +59,10 @@ public:
     ~TestScheduler() override { finish(BoringWaiter{}); }
 
     void insert(TestTask& task) {
-        startThread();
-        ExclusiveLock const guard{lockWord()};
+        ExclusiveLock guard{lockWord()};
+        startThread(guard);
         queue_.push_back(&task);
-        wakeWorker();
+        wakeWorker(guard);
     }
     bool wasCancelled() const {
         ExclusiveLock const guard{lockWord()};
@@ -223,6 +223,20 @@ TEST(Scheduler, ThreadsThatInsertAtOnceStartOneWorker) {
         EXPECT_EQ(scheduler.starts, 1);
         EXPECT_EQ(scheduler.exits, 1);
     }
+}
+
+TEST(Scheduler, WhatIsQueuedWhileFinishWaitsIsRunByANewWorker) {
+    TestTask endless{1}, late{2, [] {}};
+    TestScheduler scheduler;
+    scheduler.insert(endless);
+    endless.waitUntilRunning();
+    CountingWaiter waiter;
+    waiter.meanwhile = [&] { scheduler.insert(late); };
+    EXPECT_TRUE(scheduler.finish(waiter));
+    late.waitUntilRunning();
+    EXPECT_TRUE(scheduler.finish(BoringWaiter{}));
+    EXPECT_EQ(scheduler.starts, 2);
+    EXPECT_EQ(scheduler.exits, 2);
 }
 
 }

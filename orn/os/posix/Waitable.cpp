@@ -46,7 +46,7 @@ struct Waitable {
     explicit Waitable(bool ofThread) noexcept : isThread{ofThread} {}
 
     void signal() noexcept {
-        signalled.store(1);
+        if (signalled.exchange(1) != 0) return;  // whoever sleeps has been woken for that signal
         if (waiting.load() == 0) return;
         syscall(SYS_futex, &signalled, FUTEX_WAKE_PRIVATE, isThread ? INT_MAX : 1, nullptr, nullptr, 0);
     }
