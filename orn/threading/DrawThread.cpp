@@ -65,8 +65,8 @@ void DrawThread::updateActive(HWND window) {
 }
 
 void DrawThread::processTasks() {
-    DrawTask* const before = current_;
     ExclusiveLock guard{lockWord()};
+    DrawTask* const before = current_;
     auto highest = findHighestWindow();
     setCancelled(false);
     while (highest != queue_.end()) {
