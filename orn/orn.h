@@ -29,6 +29,7 @@
 #include "orn/text/CharacterTable.h"
 #include "orn/text/CodePoint.h"
 #include "orn/text/Encoding.h"
+#include "orn/text/FileName.h"
 #include "orn/text/Identifier.h"
 #include "orn/text/Numbers.h"
 #include "orn/text/Printf.h"

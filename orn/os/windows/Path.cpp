@@ -1,0 +1,32 @@
+#include "orn/os/Path.h"
+
+#include "orn/os/Fault.h"
+
+#include <cstdlib>
+#include <iterator>
+
+#include <windows.h>
+
+namespace ORN::os {
+
+wchar_t pathSeparator() noexcept { return L'\\'; }
+
+std::wstring fullPath(std::wstring const& name) {
+    wchar_t buffer[261];
+    if (ORN_OS_REFUSED("_wfullpath") || name.find(L'\0') != std::wstring::npos) return {};
+    return ::_wfullpath(buffer, name.c_str(), std::size(buffer)) != nullptr ? buffer : L"";
+}
+
+std::wstring longPath(std::wstring const& name) {
+    if (name.find(L'\0') != std::wstring::npos) return {};
+    std::wstring buffer(MAX_PATH, L'\0');
+    for (;;) {
+        // Too small a buffer is told the size that it needs, terminator included.
+        DWORD const length = ::GetLongPathNameW(name.c_str(), buffer.data(), static_cast<DWORD>(buffer.size()));
+        bool const fits = length < buffer.size();
+        buffer.resize(length);
+        if (fits) return buffer;
+    }
+}
+
+}

@@ -1,0 +1,128 @@
+#include "orn/text/FileName.h"
+
+#include "orn/os/Path.h"
+#include "orn/text/CharacterClass.h"
+#include "orn/text/PathPartsImp.h"
+#include "orn/text/Strings.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+using namespace std::string_view_literals;
+
+namespace {
+
+struct Divided {
+    std::wstring directory, base, extension;
+};
+
+Divided divideUrl(std::wstring const& url) {
+    std::size_t const name = url.rfind(L'/') + 1;
+    std::size_t const dot = url.rfind(L'.');
+    std::size_t const end = dot != std::wstring::npos && dot >= name ? dot : url.size();
+    return {url.substr(0, name), url.substr(name, end - name), url.substr(end)};
+}
+
+std::wstring directoryOf(std::wstring const& path, ORN::PathParts const& parts) {
+    std::wstring result{parts.drive};
+    std::wstring_view directory = parts.directory;
+    if (directory.empty()) {
+        if (!result.empty()) result += L'\\';
+    } else if (!directory.starts_with(L"\\\\"sv)) {
+        if (directory.size() > 1) directory.remove_suffix(1);
+        result += directory;
+    } else {
+        directory.remove_suffix(1);
+        if (directory.find(L'\\', 2) == std::wstring_view::npos) return path;
+        result += directory;
+    }
+    return result;
+}
+
+Divided divide(std::wstring const& path) {
+    if (isURL(path)) return divideUrl(path);
+    ORN::PathParts const parts{path};
+    return {directoryOf(path, parts), std::wstring{parts.base}, std::wstring{parts.extension}};
+}
+
+// Categories 2 to 12 and 18 to 30, and 1.
+constexpr unsigned int fileCategories = 0x7FFC1FFE;
+
+}
+
+bool isURL(std::wstring const& text) { return text.find(L"://") != std::wstring::npos; }
+
+bool isFileChar(CodePoint c) noexcept {
+    unsigned char const category = unicodeClass(c);
+    if (c.value() > 127) return (fileCategories >> category & 1) != 0 || c.value() == 0xFEFF;
+    return isUalnum(c) ||
+           L" $%'-_@~`!(){}^#&+,;=[]."sv.find(static_cast<wchar_t>(c.value())) != std::wstring_view::npos;
+}
+
+std::wstring getDirectory(std::wstring const& path) { return divide(path).directory; }
+
+std::wstring getDirectory(std::wstring const& path, std::wstring& name) {
+    Divided divided = divide(path);
+    name = divided.base + divided.extension;
+    return divided.directory;
+}
+
+std::wstring getDirectory(std::wstring const& path, std::wstring& base, std::wstring& extension) {
+    Divided divided = divide(path);
+    base = std::move(divided.base);
+    extension = std::move(divided.extension);
+    return divided.directory;
+}
+
+std::wstring joinDirectory(std::wstring const& directory, std::wstring const& name) {
+    std::wstring result;
+    result.reserve(directory.size() + 1 + name.size());
+    result = directory;
+    if (!result.empty() && result.back() != L'\\' && result.back() != L'/') {
+        bool const ofThisSystem = directory.find(L'/') != std::wstring::npos &&
+                                  directory.find(L'\\') == std::wstring::npos &&
+                                  ORN::PathParts{directory}.drive.empty();
+        result += isURL(directory) ? L'/' : ofThisSystem ? ORN::os::pathSeparator() : L'\\';
+    }
+    return result += name;
+}
+
+std::wstring absoluteFilename(std::wstring const& path) { return isURL(path) ? path : ORN::os::fullPath(path); }
+
+bool okToAddToAbsolutePath(std::wstring const& path) {
+    return !path.starts_with(L'\\') && path.find(L':') == std::wstring::npos;
+}
+
+unsigned int analyzeFileType(std::wstring const& path, std::wstring const& extensions) {
+    if (extensions.empty()) return 0;
+    std::wstring const wanted = lowercase(divide(path).extension);
+    unsigned int number = 1;
+    for (std::size_t first = 0;; ++number) {
+        std::size_t const end = std::min(extensions.find(L'/', first), extensions.size());
+        if (lowercase(extensions.substr(first, end - first)) == wanted) return number;
+        if (end == extensions.size()) return 0;
+        first = end + 1;
+    }
+}
+
+std::wstring abbreviateFilename(std::wstring const& path, std::size_t maxLength) {
+    if (path.size() <= maxLength) return path;
+    std::wstring name;
+    std::wstring leading = getDirectory(getDirectory(path, name));
+    std::size_t const needed = name.size() + 3;
+    if (needed > maxLength) return name;
+
+    std::size_t cut = maxLength - needed;
+    if (cut < leading.size()) {
+        auto const unit = [&](std::size_t i) { return static_cast<unsigned int>(leading[i]); };
+        if (cut > 0 && isSurrogateA(unit(cut - 1)) && isSurrogateB(unit(cut))) --cut;
+        leading.resize(cut);
+    }
+    return leading + L"..." + name;
+}
+
+std::wstring getLongFilename(std::wstring const& path) {
+    std::wstring result = ORN::os::longPath(path);
+    return !result.empty() ? result : path;
+}

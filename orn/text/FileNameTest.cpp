@@ -1,0 +1,184 @@
+#include "orn/text/FileName.h"
+
+#include "orn/text/CharacterClass.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+namespace {
+
+TEST(FileName, DirectoriesAndNames) {
+    struct {
+        wchar_t const *path, *directory, *base, *extension;
+    } const cases[] = {
+        {L"C:\\a\\b\\f.txt", L"C:\\a\\b", L"f", L".txt"},
+        {L"C:\\f.txt", L"C:\\", L"f", L".txt"},
+        {L"C:f.txt", L"C:\\", L"f", L".txt"},
+        {L"C:", L"C:\\", L"", L""},
+        {L"f.txt", L"", L"f", L".txt"},
+        {L"", L"", L"", L""},
+        {L"\\f", L"\\", L"f", L""},
+        {L"/f", L"/", L"f", L""},
+        {L"/usr/lib/x.tar.gz", L"/usr/lib", L"x.tar", L".gz"},
+        {L"a/b\\c.d/", L"a/b\\c.d", L"", L""},
+        {L"a\\.profile", L"a", L"", L".profile"},
+        {L"a\\..", L"a", L".", L"."},
+        {L"a.b\\c", L"a.b", L"c", L""},
+        {L"\\\\server\\share\\d\\f.txt", L"\\\\server\\share\\d", L"f", L".txt"},
+        {L"\\\\server\\share\\f.txt", L"\\\\server\\share", L"f", L".txt"},
+        {L"\\\\server\\f.txt", L"\\\\server\\f.txt", L"f", L".txt"},
+        {L"\\\\f", L"\\\\f", L"f", L""},
+        {L"C:\\\\f", L"C:\\\\f", L"f", L""},
+        {L"//server/f", L"//server", L"f", L""},
+        {L"x://h/a/b.txt", L"x://h/a/", L"b", L".txt"},
+        {L"x://h/a.b/c", L"x://h/a.b/", L"c", L""},
+        {L"x://h/a/b.tar.gz", L"x://h/a/", L"b.tar", L".gz"},
+        {L"x://h.org", L"x://", L"h", L".org"},
+        {L"x://h\\a/b\\c.d", L"x://h\\a/", L"b\\c", L".d"},
+        {L"x://h/", L"x://h/", L"", L""},
+    };
+    for (auto const& c : cases) {
+        std::wstring name, base, extension;
+        EXPECT_EQ(getDirectory(c.path), c.directory);
+        EXPECT_EQ(getDirectory(c.path, name), c.directory);
+        EXPECT_EQ(getDirectory(c.path, base, extension), c.directory);
+        EXPECT_EQ(name, std::wstring{c.base} + c.extension) << ::testing::PrintToString(c.path);
+        EXPECT_EQ(base, c.base) << ::testing::PrintToString(c.path);
+        EXPECT_EQ(extension, c.extension) << ::testing::PrintToString(c.path);
+    }
+}
+
+TEST(FileName, TheOutputsMayBeThePath) {
+    std::wstring path = L"C:\\a\\f.txt";
+    EXPECT_EQ(getDirectory(path, path), L"C:\\a");
+    EXPECT_EQ(path, L"f.txt");
+    std::wstring extension;
+    path = L"\\\\s\\f.txt";
+    EXPECT_EQ(getDirectory(path, path, extension), L"\\\\s\\f.txt");
+    EXPECT_EQ(path, L"f");
+    EXPECT_EQ(extension, L".txt");
+}
+
+TEST(FileName, JoinsWithOneSeparator) {
+    EXPECT_EQ(joinDirectory(L"C:\\a", L"b"), L"C:\\a\\b");
+    EXPECT_EQ(joinDirectory(L"C:\\", L"b"), L"C:\\b");
+    EXPECT_EQ(joinDirectory(L"C:/a", L"b"), L"C:/a\\b");
+    EXPECT_EQ(joinDirectory(L"a/", L"b"), L"a/b");
+    EXPECT_EQ(joinDirectory(L"a", L"b"), L"a\\b");
+    EXPECT_EQ(joinDirectory(L"a", L""), L"a\\");
+    EXPECT_EQ(joinDirectory(L"x://h/a", L"b"), L"x://h/a/b");
+    EXPECT_EQ(joinDirectory(L"x://h/a\\", L"b"), L"x://h/a\\b");
+    EXPECT_EQ(joinDirectory(L"", L"b"), L"b");
+    EXPECT_EQ(joinDirectory(L"", L""), L"");
+}
+
+// Names in whatever form the system has are put together and taken apart without loss.
+TEST(FileName, WhatIsJoinedIsFoundAndDividesAgain) {
+    TemporaryFolder const folder;
+    folder.put("f.txt", "here");
+    std::wstring const directory = absoluteFilename(folder.name());
+    std::wstring const joined = joinDirectory(directory, L"f.txt");
+    EXPECT_TRUE(std::filesystem::exists(joined));
+    std::wstring name;
+    EXPECT_EQ(getDirectory(joined, name), directory);
+    EXPECT_EQ(name, L"f.txt");
+    EXPECT_EQ(absoluteFilename(joined), joined);
+    EXPECT_EQ(absoluteFilename(joinDirectory(directory, L"./d/../f.txt")), joined);
+    EXPECT_EQ(std::filesystem::file_size(getLongFilename(joined)), 4u);
+}
+
+TEST(FileName, AbsoluteNames) {
+    EXPECT_EQ(absoluteFilename(L"x://h/../a"), L"x://h/../a");
+    std::wstring const here = std::filesystem::current_path().wstring();
+    EXPECT_EQ(absoluteFilename(L""), here);
+    EXPECT_EQ(absoluteFilename(L"."), here);
+    EXPECT_EQ(absoluteFilename(L"a"), joinDirectory(here, L"a"));
+    EXPECT_EQ(absoluteFilename(std::wstring(L"a\0b", 3)), L"");
+}
+
+TEST(FileName, LongFormsOfNothingAreTheName) {
+    for (wchar_t const* name : {L"", L"no such file", L"no\\such\\FILE~1.TXT", L"x://h/a"})
+        EXPECT_EQ(getLongFilename(name), name);
+    std::wstring const withZero(L"a\0b", 3);
+    EXPECT_EQ(getLongFilename(withZero), withZero);
+}
+
+TEST(FileName, RelativePathsMayBeAppended) {
+    for (wchar_t const* path : {L"a\\b", L"a/b", L"/a", L"..", L"", L"a\\"}) EXPECT_TRUE(okToAddToAbsolutePath(path));
+    for (wchar_t const* path : {L"\\a", L"\\\\s\\a", L"C:a", L"x://y", L"a:", L":"})
+        EXPECT_FALSE(okToAddToAbsolutePath(path));
+}
+
+TEST(FileName, FileTypes) {
+    struct {
+        wchar_t const *path, *extensions;
+        unsigned int number;
+    } const cases[] = {
+        {L"x.DXF", L".dwg/.dxf", 2},
+        {L"x.dwg", L".dwg/.dxf", 1},
+        {L"x.dw", L".dwg/.dxf", 0},
+        {L"x.dxf", L"dxf", 0},
+        {L"x.dxf/y", L".dxf", 0},
+        {L"x", L".dwg/.dxf", 0},
+        {L"x", L".dwg//.dxf", 2},
+        {L"x", L".dwg/", 2},
+        {L"x", L"", 0},
+        {L"x.a", L".a/.A", 1},
+        {L"x://h/f.Dwg", L".dwg", 1},
+        {L"x://h.dwg/f", L".dwg", 0},
+        {L"x.", L".a/.", 2},
+        {L"C:\\a.b\\c.b", L".a/.b", 2},
+        {L"x.dwg", L"/.dwg", 2},
+    };
+    for (auto const& c : cases)
+        EXPECT_EQ(analyzeFileType(c.path, c.extensions), c.number) << ::testing::PrintToString(c.path);
+}
+
+TEST(FileName, Abbreviations) {
+    struct {
+        wchar_t const* path;
+        std::size_t length;
+        wchar_t const* result;
+    } const cases[] = {
+        {L"C:\\alpha\\beta\\f.txt", 19, L"C:\\alpha\\beta\\f.txt"},
+        {L"C:\\alpha\\beta\\f.txt", 18, L"C:\\alpha...f.txt"},
+        {L"C:\\alpha\\beta\\f.txt", 16, L"C:\\alpha...f.txt"},
+        {L"C:\\alpha\\beta\\f.txt", 15, L"C:\\alph...f.txt"},
+        {L"C:\\alpha\\beta\\f.txt", 9, L"C...f.txt"},
+        {L"C:\\alpha\\beta\\f.txt", 8, L"...f.txt"},
+        {L"C:\\alpha\\beta\\f.txt", 7, L"f.txt"},
+        {L"C:\\alpha\\beta\\f.txt", 0, L"f.txt"},
+        {L"directory\\f.txt", 14, L"...f.txt"},
+        {L"x://host/alpha/beta.txt", 21, L"x://host/al...beta.txt"},
+        {L"/usr/share/doc/f", 15, L"/usr/share...f"},
+        {L"", 0, L""},
+    };
+    for (auto const& c : cases)
+        EXPECT_EQ(abbreviateFilename(c.path, c.length), c.result)
+            << ::testing::PrintToString(c.path) << ' ' << c.length;
+
+    std::wstring const pair{L'\xD83D', L'\xDE00'};
+    EXPECT_EQ(abbreviateFilename(L"/" + pair + L"/abcdef/f", 7), L"/" + pair + L"...f");
+    EXPECT_EQ(abbreviateFilename(L"/" + pair + L"/abcdef/f", 6), L"/...f");
+}
+
+TEST(FileName, CharactersOfFileNames) {
+    for (char c : std::string{"_ a7Z$%'-@~`!(){}^#&+,;=[]."})
+        EXPECT_TRUE(isFileChar(CodePoint::codePoint(static_cast<unsigned char>(c)))) << c;
+    for (char c : std::string{"*?\\/:\"<>|\t\n\x7F\x01"} + '\0')
+        EXPECT_FALSE(isFileChar(CodePoint::codePoint(static_cast<unsigned char>(c)))) << c;
+    struct {
+        unsigned int value;
+        bool allowed;
+    } const cases[] = {
+        {0x80, false},   {0xA0, true},   {0xAD, false},   {0xE9, true},    {0xBD, true},      {0x378, false},
+        {0x300, true},   {0x2028, true}, {0x200B, false}, {0x20AC, true},  {0x4E00, true},    {0xD800, false},
+        {0xE000, false}, {0xFEFF, true}, {0xFFFE, false}, {0x1D11E, true}, {0x110000, false}, {0xFFFFFFFF, false},
+    };
+    for (auto const& c : cases) EXPECT_EQ(isFileChar(CodePoint::codePoint(c.value)), c.allowed) << std::hex << c.value;
+}
+
+}
