@@ -152,7 +152,7 @@ TEST(FileName, Abbreviations) {
         {L"C:\\alpha\\beta\\f.txt", 7, L"f.txt"},
         {L"C:\\alpha\\beta\\f.txt", 0, L"f.txt"},
         {L"directory\\f.txt", 14, L"...f.txt"},
-        {L"x://host/alpha/beta.txt", 21, L"x://host/al...beta.txt"},
+        {L"x://host/alpha/beta.txt", 21, L"x://host/a...beta.txt"},
         {L"/usr/share/doc/f", 15, L"/usr/share...f"},
         {L"", 0, L""},
     };
