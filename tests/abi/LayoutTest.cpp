@@ -6,6 +6,7 @@
 #include <array>
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <type_traits>
 
@@ -52,6 +53,11 @@ TEST(Layout, MatricesAreStoredByRowsAndARowIsAPointer) {
     EXPECT_EQ(sizeof(Matrix<3>), 72u);
     EXPECT_EQ(sizeof(Matrix<4>), 128u);
     EXPECT_EQ(sizeof(MatrixRow<4>), sizeof(void*));
+}
+
+TEST(Layout, IdentifiersAreTheirSixteenBytes) {
+    auto const words = imageOf<std::array<std::uint32_t, 4>>(ORN::UUID{L"01234567-89AB-CDEF-0123-456789ABCDEF"});
+    EXPECT_EQ(words, (std::array<std::uint32_t, 4>{0x01234567, 0xCDEF89AB, 0x67452301, 0xEFCDAB89}));
 }
 
 TEST(Layout, LinesPlanesAndArcs) {

@@ -1,0 +1,87 @@
+#include "orn/os/Uuid.h"
+
+#include "orn/os/Fault.h"
+
+#include <uuid/uuid.h>
+
+#include <algorithm>
+#include <compare>
+#include <iterator>
+#include <tuple>
+
+namespace ORN::os {
+
+namespace {
+
+constexpr LONG localOnly = 1824, outOfMemory = 14, invalidArgument = 87;
+
+/// The value whose bytes, most significant first in each field, these are.
+Uuid fromBytes(unsigned char const (&bytes)[16]) noexcept {
+    Uuid uuid{};
+    uuid.data1 =
+        std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 | bytes[3];
+    uuid.data2 = static_cast<std::uint16_t>(bytes[4] << 8 | bytes[5]);
+    uuid.data3 = static_cast<std::uint16_t>(bytes[6] << 8 | bytes[7]);
+    std::copy(bytes + 8, bytes + 16, uuid.data4);
+    return uuid;
+}
+
+/// The value of a hexadecimal digit, -1 for anything else.
+int digit(wchar_t c) noexcept {
+    if (c >= L'0' && c <= L'9') return static_cast<int>(c - L'0');
+    wchar_t const lower = c | 0x20;
+    return lower >= L'a' && lower <= L'f' ? static_cast<int>(lower - L'a') + 10 : -1;
+}
+
+}
+
+LONG createUuid(Uuid& uuid) noexcept {
+    unsigned char bytes[16];
+    uuid_generate_random(bytes);
+    uuid = fromBytes(bytes);
+    return ORN_OS_REFUSED("UuidCreate") ? localOnly : 0;
+}
+
+LONG createNilUuid(Uuid& uuid) noexcept {
+    if (ORN_OS_REFUSED("UuidCreateNil")) return outOfMemory;
+    uuid = Uuid{};
+    return 0;
+}
+
+LONG parseUuid(wchar_t const* text, Uuid& uuid) noexcept {
+    unsigned char bytes[16] = {};
+    int digits = 0;
+    for (int position = 0; position < 36; ++position) {
+        wchar_t const c = text[position];
+        if (position == 8 || position == 13 || position == 18 || position == 23) {
+            if (c != L'-') return uuidInvalidText;
+            continue;
+        }
+        int const value = digit(c);
+        if (value < 0) return uuidInvalidText;
+        bytes[digits / 2] = static_cast<unsigned char>(bytes[digits / 2] << 4 | value);
+        ++digits;
+    }
+    if (text[36] != L'\0') return uuidInvalidText;
+    uuid = fromBytes(bytes);
+    return 0;
+}
+
+bool uuidIsNil(Uuid const& uuid, LONG& status) noexcept {
+    Uuid const nil{};
+    LONG ignored;
+    status = ORN_OS_REFUSED("UuidIsNil") ? invalidArgument : 0;
+    return compareUuids(uuid, nil, ignored) == 0;
+}
+
+int compareUuids(Uuid const& a, Uuid const& b, LONG& status) noexcept {
+    status = ORN_OS_REFUSED("UuidCompare") ? invalidArgument : 0;
+    auto order = std::tie(a.data1, a.data2, a.data3) <=> std::tie(b.data1, b.data2, b.data3);
+    if (order == 0) {
+        order = std::lexicographical_compare_three_way(std::begin(a.data4), std::end(a.data4), std::begin(b.data4),
+                                                       std::end(b.data4));
+    }
+    return order < 0 ? -1 : order > 0 ? 1 : 0;
+}
+
+}

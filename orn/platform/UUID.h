@@ -1,0 +1,81 @@
+/// Universally unique identifiers.
+#pragma once
+
+#include "orn/Export.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <type_traits>
+
+namespace ORN {
+
+/// A 128-bit identifier: a plain value of sixteen bytes, ordered field by field. What the system refuses is thrown as
+/// ORN::OrnError with the name of the refused call and its status.
+class ORN_API UUID {
+public:
+    /// The sixteen bytes as a Windows GUID lays them out.
+    struct PODTYPE {
+        std::uint32_t Data1;
+        std::uint16_t Data2, Data3;
+        std::uint8_t Data4[8];
+    };
+
+    UUID();  ///< the nil identifier, all zeros
+    explicit UUID(PODTYPE const& value) noexcept : value_{value} {}
+
+    /// Reads the 36 characters of XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX, digits in either case. Throws ORN::OrnError with
+    /// the catalogue's message 218 for any other text.
+    explicit UUID(std::wstring const& text);
+
+    /// A new one, unlike any other anywhere. Also throws when the system warrants that for this computer only.
+    static UUID create();
+
+    static bool valid(std::wstring const& text) noexcept;  ///< whether the text can be read
+
+    PODTYPE toPod() const noexcept { return value_; }
+    std::wstring toString() const;  ///< the 36 characters, digits in upper case
+    bool isNull() const;            ///< whether it is the nil identifier
+
+    friend bool operator==(UUID const& a, UUID const& b);
+    friend bool operator!=(UUID const& a, UUID const& b);
+
+private:
+    friend struct std::less<UUID>;
+
+    static int compare(UUID const& a, UUID const& b);
+
+    PODTYPE value_;
+};
+
+ORN_API bool operator==(UUID const& a, UUID const& b);
+ORN_API bool operator!=(UUID const& a, UUID const& b);
+
+}
+
+/// The first field, the second, the third, then the eight bytes in turn, all as unsigned numbers.
+template <>
+struct std::less<ORN::UUID> {
+    bool operator()(ORN::UUID const& a, ORN::UUID const& b) const { return ORN::UUID::compare(a, b) < 0; }
+};
+
+template <>
+struct std::hash<ORN::UUID> {
+    std::size_t operator()(ORN::UUID const& uuid) const noexcept {
+        // The bytes may be random or count up in any field, so each half is spread over all bits.
+        ORN::UUID::PODTYPE const pod = uuid.toPod();
+        std::uint64_t const head = std::uint64_t{pod.Data1} << 32 | std::uint64_t{pod.Data2} << 16 | pod.Data3;
+        std::uint64_t tail = 0;
+        for (std::uint8_t const byte : pod.Data4) tail = tail << 8 | byte;
+        return static_cast<std::size_t>(spread(spread(head) ^ tail));
+    }
+
+private:
+    // The finishing step of MurmurHash3.
+    static constexpr std::uint64_t spread(std::uint64_t bits) noexcept {
+        bits = (bits ^ bits >> 33) * 0xFF51AFD7ED558CCD;
+        bits = (bits ^ bits >> 33) * 0xC4CEB9FE1A85EC53;
+        return bits ^ bits >> 33;
+    }
+};

@@ -1,0 +1,1 @@
+orn_unit(platform/UUID)
