@@ -1,4 +1,4 @@
-/// A splitter of file names that is not the library's: the runtime's own on Windows, a regular expression elsewhere.
+/// A splitter of file names that is not the library's: the runtime's own on Windows, a walk from the end elsewhere.
 #pragma once
 
 #include <string>
