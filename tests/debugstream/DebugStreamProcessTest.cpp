@@ -14,7 +14,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <sstream>
 #include <thread>
 
@@ -57,10 +56,6 @@ protected:
 
     /// Nothing but the banner with the time of a moment ago.
     static void expectBanner(std::string const& line) {
-        // Day, month, date, time and year, as ctime writes them.
-        EXPECT_TRUE(std::regex_match(line, std::regex{banner + "[A-Z][a-z]{2} [A-Z][a-z]{2} [ 1-3][0-9] "
-                                                               "[0-2][0-9]:[0-5][0-9]:[0-6][0-9] [0-9]{4}\r\n"}))
-            << line;
         std::time_t const now = std::time(nullptr);
         bool recent = false;
         for (std::time_t time = now - 120; time <= now; ++time) {
