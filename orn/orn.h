@@ -2,6 +2,8 @@
 #pragma once
 
 #include "orn/colour/Colour.h"
+#include "orn/colour/ColourProfile.h"
+#include "orn/colour/ColourTransform.h"
 #include "orn/colour/ContextGdiplus.h"
 #include "orn/colour/DIBitmap.h"
 #include "orn/events/EventSubscription.h"

@@ -1,3 +1,5 @@
 orn_unit(colour/Colour)
+orn_unit(colour/ColourProfile)
+orn_unit(colour/ColourTransform)
 orn_unit(colour/ContextGdiplus)
 orn_unit(colour/DIBitmap)

@@ -1,4 +1,5 @@
 orn_unit(os/CodePage)
+orn_unit(os/ColourManagement)
 orn_unit(os/Com)
 orn_unit(os/CriticalSection)
 orn_unit(os/Environment)

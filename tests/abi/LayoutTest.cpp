@@ -248,6 +248,19 @@ TEST(Slots, ColoursAndErrors) {
     EXPECT_EQ(slotOf(&ORN::NotImplemented::wWhat), 3);
 }
 
+TEST(Slots, ColourProfilesAndTransforms) {
+    EXPECT_EQ(slotOf(&ORN::ColourProfile::id), 4);  // behind adref, deref and the destructor
+    EXPECT_EQ(slotOf(&ORN::ColourProfile::colourSpace), 5);
+    EXPECT_EQ(slotOf(&ORN::ColourProfile::profileClass), 6);
+    EXPECT_EQ(slotOf(&ORN::ColourProfile::displayName), 7);
+    EXPECT_EQ(slotOf(&ORN::ColourProfile::fullDescription), 8);
+    EXPECT_EQ(slotOf(&ORN::ColourProfile::data), 9);
+    EXPECT_EQ(slotOf(&ORN::ColourProfile::handle), 10);
+    EXPECT_EQ(slotOf(&ORN::ColourTransform::handle), 4);
+    EXPECT_EQ(sizeof(ORN::ColourProfile), sizeof(ORN::Handlable));
+    EXPECT_EQ(sizeof(ORN::ColourTransform), sizeof(ORN::Handlable));
+}
+
 TEST(Slots, TextStreamsAndParsers) {
     EXPECT_EQ(slotOf(&ORN::TextReader::readLine), 2);
     EXPECT_EQ(slotOf(&ORN::TextReader::close), 3);

@@ -1,0 +1,203 @@
+#include "orn/colour/ColourTransform.h"
+
+#include "orn/foundation/Error.h"
+#include "tests/support/ColourSystem.h"
+#include "tests/support/IccProfile.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using ORN::ColourProfile;
+using ORN::ColourProfileId;
+using ORN::ColourTransform;
+using ORN::RenderingIntent;
+using Profile = ORN::Handle<ColourProfile>;
+using Transform = ORN::Handle<ColourTransform>;
+
+RenderingIntent const relative = RenderingIntent::relativeColorimetric;
+double const tolerance = 0.001;  // systems differ in how finely they tabulate
+
+Profile opened(icc::Bytes const& bytes) {
+    return ColourProfile::create(ColourProfileId::fromData, icc::data(bytes), bytes.size());
+}
+Profile withPower(unsigned int exponent256) { return opened(icc::profile(icc::tags(icc::power(exponent256)))); }
+
+void expectColour(Colour const& colour, double r, double g, double b, double a = 1) {
+    EXPECT_NEAR(colour.r(), r, tolerance);
+    EXPECT_NEAR(colour.g(), g, tolerance);
+    EXPECT_NEAR(colour.b(), b, tolerance);
+    EXPECT_EQ(colour.a(), a);
+}
+
+Colour converted(Transform const& transform, Colour const& colour) {
+    Colour result;
+    transform->convert({&colour, 1}, {&result, 1});
+    return result;
+}
+
+TEST(ColourTransform, PowersOfTheComponents) {
+    auto const square = withPower(0x200), linear = withPower(0x100), cube = withPower(0x300);
+    auto const toLinear = ColourTransform::create(relative, *square, *linear);
+    EXPECT_TRUE(toLinear.isLastHandle());
+    EXPECT_NE(toLinear->handle(), nullptr);
+    expectColour(converted(toLinear, Colour::rgba(0.5, 0.25, 0.75, 0.3)), 0.25, 0.0625, 0.5625, 0.3);
+    expectColour(converted(toLinear, Colour::rgb(1, 0, 0.1)), 1, 0, 0.01);
+    auto const toSquare = ColourTransform::create(relative, *linear, *square);
+    expectColour(converted(toSquare, Colour::rgb(0.25, 0.5625, 0.64)), 0.5, 0.75, 0.8);
+    auto const between = ColourTransform::create(relative, *cube, *square);
+    expectColour(converted(between, Colour::rgb(0.64, 0.49, 0.81)), 0.512, 0.343, 0.729);
+}
+
+TEST(ColourTransform, TheStandardProfileToLinearLight) {
+    auto const sRGB = ColourProfile::create(ColourProfileId::sRGB);
+    auto const linear = withPower(0x100);
+    auto const transform = ColourTransform::create(relative, *sRGB, *linear);
+    // ((x + 0.055) / 1.055)^2.4, below 0.04045 x / 12.92
+    struct {
+        double encoded, light;
+    } const cases[] = {{0, 0}, {0.02, 0.0015480}, {0.2, 0.0331048}, {0.5, 0.2140411}, {0.8, 0.6038273}, {1, 1}};
+    for (auto const& [encoded, light] : cases)
+        expectColour(converted(transform, Colour::rgb(encoded, encoded, encoded)), light, light, light);
+}
+
+TEST(ColourTransform, OtherPrimaries) {
+    // The first profile's red is the second one's green, and so on.
+    auto const& [red, green, blue] = icc::sRGBPrimaries;
+    auto const rotated = opened(icc::profile(icc::tags(icc::power(0x100), {blue, red, green})));
+    auto const plain = withPower(0x100);
+    auto const transform = ColourTransform::create(relative, *plain, *rotated);
+    expectColour(converted(transform, Colour::rgb(0.2, 0.4, 0.6)), 0.6, 0.2, 0.4);
+    auto const back = ColourTransform::create(relative, *rotated, *plain);
+    expectColour(converted(back, Colour::rgb(0.2, 0.4, 0.6)), 0.4, 0.6, 0.2);
+}
+
+TEST(ColourTransform, ComponentsAreClampedAndResultsMayReplaceColours) {
+    auto const linear = withPower(0x100), square = withPower(0x200);
+    auto const transform = ColourTransform::create(relative, *linear, *square);
+    double const infinity = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
+    expectColour(converted(transform, Colour::rgba(-1, 7, 0.25, 4)), 0, 1, 0.5, 4);
+    expectColour(converted(transform, Colour::rgba(nan, infinity, -infinity, -1)), 0, 1, 0, -1);
+
+    std::vector<Colour> colours;
+    for (int i = 0; i != 1000; ++i) colours.push_back(Colour::rgba(i / 999.0, 0, 1 - i / 999.0, i));
+    transform->convert(colours, colours);
+    for (int i = 0; i != 1000; i += 37)
+        expectColour(colours[static_cast<std::size_t>(i)], std::sqrt(i / 999.0), 0, std::sqrt(1 - i / 999.0), i);
+    transform->convert({}, {});
+}
+
+// A profile of an application's own, over one of the library's.
+class Witness : public ColourProfile {
+public:
+    Witness(Profile profile, std::vector<Witness const*>& asked) : profile_{std::move(profile)}, asked_{asked} {}
+
+    ColourProfileId id() const override { return profile_->id(); }
+    std::wstring colourSpace() const override { return profile_->colourSpace(); }
+    std::wstring profileClass() const override { return profile_->profileClass(); }
+    std::wstring displayName() const override { return profile_->displayName(); }
+    std::wstring fullDescription() const override { return profile_->fullDescription(); }
+    unsigned char const* data(DWORD& size) const override { return profile_->data(size); }
+    HPROFILE handle() const override {
+        asked_.push_back(this);
+        return profile_->handle();
+    }
+
+private:
+    Profile profile_;
+    std::vector<Witness const*>& asked_;
+};
+
+TEST(ColourTransform, ProfilesAreJoinedInTheirOrder) {
+    std::vector<Witness const*> asked;
+    // The inner profiles cannot hold components above a half and above a quarter.
+    auto const narrow = [](double scale) {
+        return opened(icc::profile(icc::tags(icc::straight(), icc::sRGBPrimaries, scale)));
+    };
+    Witness const square{withPower(0x200), asked}, half{narrow(0.5), asked}, quarter{narrow(0.25), asked},
+        linear{withPower(0x100), asked};
+
+    expectColour(converted(ColourTransform::create(relative, square, linear), Colour::rgb(0.9, 0.6, 0.3)), 0.81, 0.36,
+                 0.09);
+    EXPECT_EQ(asked, (std::vector<Witness const*>{&square, &linear}));
+
+    asked.clear();
+    auto const three = [&] { return ColourTransform::create(relative, square, half, linear); };
+    auto const four = [&] { return ColourTransform::create(relative, square, half, quarter, linear); };
+    if (joinsLongChains()) {
+        expectColour(converted(three(), Colour::rgb(0.9, 0.6, 0.3)), 0.5, 0.36, 0.09);
+        expectColour(converted(four(), Colour::rgb(0.9, 0.6, 0.3)), 0.25, 0.25, 0.09);
+    } else {
+        EXPECT_THROW(three(), WinError);
+        EXPECT_THROW(four(), WinError);
+    }
+    EXPECT_EQ(asked, (std::vector<Witness const*>{&square, &half, &linear, &square, &half, &quarter, &linear}));
+}
+
+std::string refusal(ColourTransform const& transform, std::vector<Colour> const& in, std::vector<Colour>& out) {
+    try {
+        transform.convert(in, out);
+    } catch (std::logic_error const& error) {
+        return error.what();
+    }
+    return "";
+}
+
+TEST(ColourTransform, OnlyRGBAndAsManyResultsAsColoursAreConverted) {
+    class Foreign : public ColourTransform {
+        HTRANSFORM handle() const override { return nullptr; }
+    };
+    auto const rgb = withPower(0x100);
+    icc::Tags const greyTags{{"wtpt", icc::xyz({0.9642, 1, 0.8249})}, {"kTRC", icc::power(0x100)}};
+    auto const grey = opened(icc::profile(greyTags, "GRAY"));
+    EXPECT_EQ(grey->colourSpace(), L"GRAY");
+
+    std::vector<Colour> const in{Colour::rgb(0.1, 0.2, 0.3), Colour::rgb(0.4, 0.5, 0.6)};
+    std::vector<Colour> out{2, Colour::rgb(0.7, 0.8, 0.9)}, fewer(1), more(3);
+    char const* const notRGB = "only a transform from RGB to RGB converts colours";
+    EXPECT_EQ(refusal(*ColourTransform::create(relative, *rgb, *grey), in, out), notRGB);
+    EXPECT_EQ(refusal(*ColourTransform::create(relative, *grey, *rgb), in, out), notRGB);
+    EXPECT_EQ(refusal(Foreign{}, in, out), notRGB);
+    auto const transform = ColourTransform::create(relative, *rgb, *rgb);
+    for (auto* results : {&fewer, &more})
+        EXPECT_EQ(refusal(*transform, in, *results), "there must be as many results as colours to convert");
+    expectColour(out[1], 0.7, 0.8, 0.9);
+    EXPECT_EQ(refusal(*transform, in, out), "");
+    expectColour(out[1], 0.4, 0.5, 0.6);
+}
+
+TEST(ColourTransform, AnUnknownIntentIsTheSystemsToRefuse) {
+    auto const rgb = withPower(0x100);
+    for (int intent : {0, 1, 2, 3})
+        EXPECT_FALSE(ColourTransform::create(static_cast<RenderingIntent>(intent), *rgb, *rgb).null());
+}
+
+TEST(ColourTransform, ThreadsShareATransformAndItsColours) {
+    auto const square = withPower(0x200), linear = withPower(0x100);
+    auto const transform = ColourTransform::create(relative, *square, *linear);
+    std::vector<Colour> colours;
+    for (int i = 0; i != 500; ++i) colours.push_back(Colour::hsv(Angle{}, 0, i / 499.0));  // RGB is still to compute
+    std::vector<Colour> results[4];
+    {
+        std::vector<std::jthread> threads;
+        for (auto& mine : results) {
+            threads.emplace_back([&] {
+                mine.resize(colours.size());
+                for (int round = 0; round != 20; ++round) transform->convert(colours, mine);
+            });
+        }
+    }
+    for (auto const& mine : results)
+        for (std::size_t i = 0; i != mine.size(); i += 7) {
+            double const x = static_cast<double>(i) / 499;
+            expectColour(mine[i], x * x, x * x, x * x);
+        }
+}
+
+}

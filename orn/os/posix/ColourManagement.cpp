@@ -1,0 +1,260 @@
+#include "orn/os/ColourManagement.h"
+
+#include "orn/os/CodePage.h"
+#include "orn/os/ErrorText.h"
+#include "orn/os/Fault.h"
+#include "orn/os/File.h"
+
+#include <fcntl.h>
+#include <lcms2.h>
+#include <lcms2_plugin.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace ORN::os {
+
+namespace {
+
+DWORD const notFound = 2, pathNotFound = 3, cannotOpen = 4, accessDenied = 5, writeFault = 29, diskFull = 112;
+DWORD const insufficientBuffer = 122, invalidProfile = 2011, tagNotFound = 2012, invalidColourSpace = 2017,
+            invalidTransform = 2020;
+
+bool fail(DWORD error) noexcept {
+    setLastError(error);
+    return false;
+}
+
+bool failByErrno(int error, DWORD otherwise) noexcept {
+    switch (error) {
+        case ENOENT: return fail(notFound);
+        case ENOTDIR: return fail(pathNotFound);
+        case EACCES:
+        case EPERM:
+        case EISDIR:
+        case EROFS: return fail(accessDenied);
+        case EDQUOT:
+        case ENOSPC: return fail(diskFull);
+        default: return fail(otherwise);
+    }
+}
+
+bool isRefused([[maybe_unused]] char const* call) noexcept {
+    if (!ORN_OS_REFUSED(call)) return false;
+    setLastError(accessDenied);
+    return true;
+}
+
+/// Whether the buffer can take what is needed; leaves the need behind.
+bool fits(void const* buffer, DWORD& size, std::size_t needed) noexcept {
+    bool const enough = buffer != nullptr && size >= needed;
+    size = static_cast<DWORD>(needed);
+    return enough || fail(insufficientBuffer);
+}
+
+struct ProfileClose {
+    void operator()(void* profile) const noexcept { cmsCloseProfile(profile); }
+};
+
+// A file under a name of its own, which it loses unless it gets its place.
+class NewFile {
+public:
+    explicit NewFile(std::string const& place) : name_{place + ".XXXXXX"}, descriptor_{::mkstemp(name_.data())} {}
+    ~NewFile() {
+        if (descriptor_ < 0) return;
+        ::close(descriptor_);
+        if (!placed_) ::unlink(name_.c_str());
+    }
+    NewFile(NewFile const&) = delete;
+    NewFile& operator=(NewFile const&) = delete;
+
+    /// All or nothing; what goes wrong is in errno.
+    bool write(std::vector<unsigned char> const& bytes, std::string const& place) {
+        if (descriptor_ < 0) return false;
+        for (std::size_t done = 0; done < bytes.size();) {
+            ssize_t const written = ::write(descriptor_, bytes.data() + done, bytes.size() - done);
+            if (written < 0 && errno != EINTR) return false;
+            if (written > 0) done += static_cast<std::size_t>(written);
+        }
+        placed_ = ::fsync(descriptor_) == 0 && ::rename(name_.c_str(), place.c_str()) == 0;
+        return placed_;
+    }
+
+private:
+    std::string name_;
+    int descriptor_;
+    bool placed_ = false;
+};
+
+std::string cacheFolder() {
+    // A relative folder does not count.
+    char const* const named = std::getenv("XDG_CACHE_HOME");
+    if (named != nullptr && *named == '/') return named;
+    char const* home = std::getenv("HOME");
+    passwd user;
+    char strings[4096];
+    if (home == nullptr || *home == '\0') {
+        passwd* found = nullptr;
+        ::getpwuid_r(::getuid(), &user, strings, sizeof strings, &found);
+        home = found != nullptr ? user.pw_dir : "";
+    }
+    return std::string{home} + "/.cache";
+}
+
+std::vector<unsigned char> standardBytes() {
+    std::unique_ptr<void, ProfileClose> const profile{cmsCreate_sRGBProfile()};
+    cmsUInt32Number size = 0;
+    if (profile == nullptr || !cmsSaveProfileToMem(profile.get(), nullptr, &size)) return {};
+    std::vector<unsigned char> bytes(size);
+    if (!cmsSaveProfileToMem(profile.get(), bytes.data(), &size)) return {};
+    bytes.resize(size);
+    return bytes;
+}
+
+// Whoever comes at the same time writes the same bytes beside, and the last one's file stays.
+bool standardFile(std::string& place) {
+    std::string const folder = cacheFolder() + "/orn";
+    place = folder + "/sRGB.icc";
+    struct stat status;
+    if (::stat(place.c_str(), &status) == 0) return S_ISREG(status.st_mode) || fail(accessDenied);
+
+    std::vector<unsigned char> const bytes = standardBytes();
+    if (bytes.empty()) return fail(invalidProfile);
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) return failByErrno(error.value(), writeFault);
+    NewFile file{place};
+    return file.write(bytes, place) || failByErrno(errno, writeFault);
+}
+
+std::wstring nameIn(ProfileSource const& source) {
+    auto const* const characters = static_cast<wchar_t const*>(source.data);
+    return {characters, std::find(characters, characters + source.size / 2, L'\0')};
+}
+
+cmsHPROFILE openFileProfile(ProfileSource const& source) {
+    std::FILE* const file = openFile(nameIn(source), L"rb");
+    if (file == nullptr) {
+        failByErrno(errno, cannotOpen);
+        return nullptr;
+    }
+    cmsIOHANDLER* const handler = cmsOpenIOhandlerFromStream(nullptr, file);
+    if (handler == nullptr) std::fclose(file);
+    cmsHPROFILE const profile = handler != nullptr ? cmsOpenProfileFromIOhandlerTHR(nullptr, handler) : nullptr;
+    if (profile == nullptr) fail(invalidProfile);
+    return profile;
+}
+
+bool isConnectionSpace(cmsColorSpaceSignature space) noexcept {
+    return space == cmsSigXYZData || space == cmsSigLabData;
+}
+
+bool isLink(cmsHPROFILE profile) noexcept {
+    cmsProfileClassSignature const kind = cmsGetDeviceClass(profile);
+    return kind == cmsSigLinkClass || kind == cmsSigAbstractClass;
+}
+
+// Three channels of 16 bits and what else a DeviceColour holds.
+cmsUInt32Number const deviceFormat = TYPE_RGB_16 | EXTRA_SH(5);
+static_assert(sizeof(DeviceColour) == 2 * (3 + 5));
+
+cmsUInt32Number formatOf(cmsHPROFILE profile, bool connection) {
+    cmsColorSpaceSignature const space = connection ? cmsGetPCS(profile) : cmsGetColorSpace(profile);
+    if (space == cmsSigRgbData) return deviceFormat;
+    return connection ? cmsFormatterForPCSOfProfile(profile, 2, FALSE)
+                      : cmsFormatterForColorspaceOfProfile(profile, 2, FALSE);
+}
+
+}
+
+bool standardProfile(wchar_t* path, DWORD& size) {
+    if (isRefused("GetStandardColorSpaceProfile")) return false;
+    std::string place;
+    if (!standardFile(place)) return false;
+    std::wstring wide(place.size(), L'\0');
+    int const length = static_cast<int>(place.size());
+    wide.resize(static_cast<std::size_t>(multibyteToWide(place.data(), length, wide.data(), length)));
+    if (wide.empty()) return false;
+    if (!fits(path, size, 2 * (wide.size() + 1))) return path == nullptr;
+    std::copy_n(wide.c_str(), wide.size() + 1, path);
+    return true;
+}
+
+HPROFILE openProfile(ProfileSource const& source) {
+    if (isRefused("OpenColorProfile")) return nullptr;
+    if (source.kind == ProfileKind::fileName) return openFileProfile(source);
+    cmsHPROFILE const profile = cmsOpenProfileFromMem(source.data, source.size);
+    if (profile == nullptr) fail(invalidProfile);
+    return profile;
+}
+
+void closeProfile(HPROFILE profile) noexcept { cmsCloseProfile(profile); }
+
+bool profileBytes(HPROFILE profile, void* buffer, DWORD& size) {
+    if (isRefused("GetColorProfileFromHandle")) return false;
+    cmsIOHANDLER* const file = cmsGetProfileIOhandler(profile);
+    if (!fits(buffer, size, file->ReportedSize)) return buffer == nullptr;
+    return (file->Seek(file, 0) && file->Read(file, buffer, size, 1) == 1) || fail(invalidProfile);
+}
+
+bool profileHeader(HPROFILE profile, ProfileHeader& header) {
+    if (isRefused("GetColorProfileHeader")) return false;
+    header = {cmsGetDeviceClass(profile), cmsGetColorSpace(profile), cmsGetPCS(profile)};
+    return true;
+}
+
+bool profileElement(HPROFILE profile, DWORD tag, void* buffer, DWORD& size) {
+    if (isRefused("GetColorProfileElement")) return false;
+    auto const signature = static_cast<cmsTagSignature>(tag);
+    DWORD const stored = cmsReadRawTag(profile, signature, nullptr, 0);
+    if (stored == 0) return fail(tagNotFound);
+    if (!fits(buffer, size, stored)) return buffer == nullptr;
+    return cmsReadRawTag(profile, signature, buffer, size) == stored || fail(invalidProfile);
+}
+
+HTRANSFORM createTransform(HPROFILE const* profiles, DWORD count, DWORD intent) {
+    if (isRefused("CreateMultiProfileTransform")) return nullptr;
+
+    // A device in the middle is where the colours go to and where they come from.
+    std::vector<cmsHPROFILE> chain;
+    for (DWORD i = 0; i != count; ++i) {
+        chain.push_back(profiles[i]);
+        if (i != 0 && i + 1 != count && !isLink(profiles[i])) chain.push_back(profiles[i]);
+    }
+
+    // The space at the end depends on the direction in which each profile is gone through.
+    bool connection = false;
+    cmsColorSpaceSignature space = cmsSigRgbData;
+    for (std::size_t i = 0; i != chain.size(); ++i) {
+        connection = isLink(chain[i]) || i == 0 || !isConnectionSpace(space);
+        space = connection ? cmsGetPCS(chain[i]) : cmsGetColorSpace(chain[i]);
+    }
+
+    cmsHTRANSFORM const transform = cmsCreateMultiprofileTransform(
+        chain.data(), static_cast<cmsUInt32Number>(chain.size()), formatOf(chain.front(), false),
+        formatOf(chain.back(), connection), intent, cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE);
+    if (transform == nullptr) fail(invalidColourSpace);
+    return transform;
+}
+
+void deleteTransform(HTRANSFORM transform) noexcept { cmsDeleteTransform(transform); }
+
+bool translateColours(HTRANSFORM transform, DeviceColour const* in, DWORD count, DeviceColour* out) {
+    if (isRefused("TranslateColors")) return false;
+    bool const colours =
+        cmsGetTransformInputFormat(transform) == deviceFormat && cmsGetTransformOutputFormat(transform) == deviceFormat;
+    if (!colours) return fail(invalidTransform);
+    cmsDoTransform(transform, in, out, count);
+    return true;
+}
+
+}

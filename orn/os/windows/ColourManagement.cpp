@@ -1,0 +1,77 @@
+#include "orn/os/ColourManagement.h"
+
+#include "orn/os/Fault.h"
+
+#include <windows.h>
+
+#include <icm.h>
+
+namespace ORN::os {
+
+namespace {
+
+DWORD const standardRGB = 0x73524742;  // "sRGB"
+
+bool isRefused([[maybe_unused]] char const* call) noexcept {
+    if (!ORN_OS_REFUSED(call)) return false;
+    SetLastError(ERROR_ACCESS_DENIED);
+    return true;
+}
+
+}
+
+bool standardProfile(wchar_t* path, DWORD& size) {
+    if (isRefused("GetStandardColorSpaceProfile")) return false;
+    if (path != nullptr) return GetStandardColorSpaceProfileW(nullptr, standardRGB, path, &size) != FALSE;
+    size = 0;
+    GetStandardColorSpaceProfileW(nullptr, standardRGB, nullptr, &size);
+    if (size == 0) {  // Wine tells the size only of a buffer that is too small
+        wchar_t none = 0;
+        GetStandardColorSpaceProfileW(nullptr, standardRGB, &none, &size);
+    }
+    return size != 0;
+}
+
+HPROFILE openProfile(ProfileSource const& source) {
+    if (isRefused("OpenColorProfile")) return nullptr;
+    PROFILE profile{static_cast<DWORD>(source.kind), const_cast<void*>(source.data), source.size};
+    return OpenColorProfileW(&profile, PROFILE_READ, FILE_SHARE_READ, OPEN_EXISTING);
+}
+
+void closeProfile(HPROFILE profile) noexcept { CloseColorProfile(profile); }
+
+bool profileBytes(HPROFILE profile, void* buffer, DWORD& size) {
+    if (isRefused("GetColorProfileFromHandle")) return false;
+    return GetColorProfileFromHandle(profile, static_cast<BYTE*>(buffer), &size) != FALSE;
+}
+
+bool profileHeader(HPROFILE profile, ProfileHeader& header) {
+    if (isRefused("GetColorProfileHeader")) return false;
+    PROFILEHEADER read;
+    if (!GetColorProfileHeader(profile, &read)) return false;
+    header = {read.phClass, read.phDataColorSpace, read.phConnectionSpace};
+    return true;
+}
+
+bool profileElement(HPROFILE profile, DWORD tag, void* buffer, DWORD& size) {
+    if (isRefused("GetColorProfileElement")) return false;
+    BOOL reference = FALSE;
+    return GetColorProfileElement(profile, tag, 0, &size, buffer, &reference) != FALSE;
+}
+
+HTRANSFORM createTransform(HPROFILE const* profiles, DWORD count, DWORD intent) {
+    if (isRefused("CreateMultiProfileTransform")) return nullptr;
+    return CreateMultiProfileTransform(const_cast<HPROFILE*>(profiles), count, &intent, 1, BEST_MODE, INDEX_DONT_CARE);
+}
+
+void deleteTransform(HTRANSFORM transform) noexcept { DeleteColorTransform(transform); }
+
+bool translateColours(HTRANSFORM transform, DeviceColour const* in, DWORD count, DeviceColour* out) {
+    static_assert(sizeof(DeviceColour) == sizeof(COLOR) && alignof(DeviceColour) == alignof(COLOR));
+    static_assert(offsetof(RGBCOLOR, blue) == offsetof(DeviceColour, blue));
+    if (isRefused("TranslateColors")) return false;
+    return TranslateColors(transform, reinterpret_cast<COLOR*>(const_cast<DeviceColour*>(in)), count, COLOR_RGB,
+                           reinterpret_cast<COLOR*>(out), COLOR_RGB) != FALSE;
+}
+
+}

@@ -1,0 +1,3 @@
+#include "tests/support/ColourSystem.h"
+
+bool joinsLongChains() { return true; }
