@@ -88,7 +88,7 @@ TEST(ColourTransform, ComponentsAreClampedAndResultsMayReplaceColours) {
     std::vector<Colour> colours;
     for (int i = 0; i != 1000; ++i) colours.push_back(Colour::rgba(i / 999.0, 0, 1 - i / 999.0, i));
     transform->convert(colours, colours);
-    for (int i = 0; i != 1000; i += 37)
+    for (int i = 0; i < 1000; i += 37)
         expectColour(colours[static_cast<std::size_t>(i)], std::sqrt(i / 999.0), 0, std::sqrt(1 - i / 999.0), i);
     transform->convert({}, {});
 }
@@ -172,7 +172,7 @@ TEST(ColourTransform, OnlyRGBAndAsManyResultsAsColoursAreConverted) {
     expectColour(out[1], 0.4, 0.5, 0.6);
 }
 
-TEST(ColourTransform, AnUnknownIntentIsTheSystemsToRefuse) {
+TEST(ColourTransform, EveryIntentIsTaken) {
     auto const rgb = withPower(0x100);
     for (int intent : {0, 1, 2, 3})
         EXPECT_FALSE(ColourTransform::create(static_cast<RenderingIntent>(intent), *rgb, *rgb).null());
@@ -194,7 +194,7 @@ TEST(ColourTransform, ThreadsShareATransformAndItsColours) {
         }
     }
     for (auto const& mine : results)
-        for (std::size_t i = 0; i != mine.size(); i += 7) {
+        for (std::size_t i = 0; i < mine.size(); i += 7) {
             double const x = static_cast<double>(i) / 499;
             expectColour(mine[i], x * x, x * x, x * x);
         }
