@@ -6,6 +6,7 @@
 
 #include <locale.h>
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <clocale>
 #include <cwchar>
@@ -103,7 +104,45 @@ struct Locale {
     }
 };
 
-constinit thread_local std::unique_ptr<Locale> threadLocale;
+/// The calling thread's own locale, or null, in a slot of the system's: this compiler's runtime frees thread-local objects
+/// before it runs their destructors.
+class ThreadSlot {
+public:
+    constexpr ThreadSlot() noexcept = default;
+    ~ThreadSlot() {
+        if (slot_ != none) FlsFree(slot_);  // frees what every thread has there
+    }
+    ThreadSlot(ThreadSlot const&) = delete;
+    ThreadSlot& operator=(ThreadSlot const&) = delete;
+
+    Locale* get() const noexcept {
+        DWORD const slot = slot_;
+        return slot != none ? static_cast<Locale*>(FlsGetValue(slot)) : nullptr;
+    }
+
+    bool set(std::unique_ptr<Locale> locale) noexcept {
+        if (slot_ == none && !make()) return false;
+        std::unique_ptr<Locale> const before{get()};
+        FlsSetValue(slot_, locale.release());
+        return true;
+    }
+
+private:
+    static constexpr DWORD none = FLS_OUT_OF_INDEXES;
+
+    static void WINAPI release(void* locale) noexcept { delete static_cast<Locale*>(locale); }
+
+    bool make() noexcept {
+        DWORD const slot = FlsAlloc(release);
+        DWORD expected = none;
+        if (slot != none && !slot_.compare_exchange_strong(expected, slot)) FlsFree(slot);
+        return slot_ != none;
+    }
+
+    std::atomic<DWORD> slot_{none};
+};
+
+constinit ThreadSlot threadSlot;
 
 /// What the runtime calls the user's default locale.
 std::string userName() {
@@ -115,14 +154,13 @@ std::string userName() {
     return part(LOCALE_SENGLANGUAGE) + '_' + part(LOCALE_SENGCOUNTRY) + '.' + part(LOCALE_IDEFAULTANSICODEPAGE);
 }
 
-bool isPerThread() noexcept { return threadLocale != nullptr; }
+bool isPerThread() noexcept { return threadSlot.get() != nullptr; }
 
 /// Makes the object for the names, and the whole the thread's.
 bool adopt(std::unique_ptr<Locale> next) {
     next->handle = LocaleObjects::find(next->whole());
     if (next->handle == nullptr) return false;
-    threadLocale = std::move(next);
-    return true;
+    return threadSlot.set(std::move(next));
 }
 
 }
@@ -135,7 +173,7 @@ int threadLocaleMode(int mode) noexcept {
             next->set(LC_ALL, std::setlocale(LC_ALL, nullptr));
             if (ORN_OS_REFUSED("_configthreadlocale") || !adopt(std::move(next))) return -1;
         } else if (mode == processLocale) {
-            threadLocale.reset();
+            if (before == perThreadLocale) threadSlot.set(nullptr);
         }
     } catch (std::bad_alloc const&) {
         return -1;
@@ -146,7 +184,8 @@ int threadLocaleMode(int mode) noexcept {
 std::string localeName(int category) {
     if (!isKnown(category)) return {};
     if (!isPerThread()) return std::setlocale(category, nullptr);
-    return category == LC_ALL ? threadLocale->whole() : threadLocale->names[category];
+    Locale const& own = *threadSlot.get();
+    return category == LC_ALL ? own.whole() : own.names[category];
 }
 
 bool setLocale(int category, char const* name) noexcept {
@@ -154,7 +193,7 @@ bool setLocale(int category, char const* name) noexcept {
     if (!isPerThread()) return std::setlocale(category, name) != nullptr;
     try {
         auto next = std::make_unique<Locale>();
-        std::copy(threadLocale->names, threadLocale->names + categoryCount, next->names);
+        std::copy_n(threadSlot.get()->names, categoryCount, next->names);
         next->set(category, *name != 0 ? std::string{name} : userName());
         return adopt(std::move(next));
     } catch (std::bad_alloc const&) {
@@ -162,11 +201,19 @@ bool setLocale(int category, char const* name) noexcept {
     }
 }
 
-void upperCase(wchar_t* text) noexcept { isPerThread() ? _wcsupr_l(text, threadLocale->handle) : _wcsupr(text); }
-void lowerCase(wchar_t* text) noexcept { isPerThread() ? _wcslwr_l(text, threadLocale->handle) : _wcslwr(text); }
+void upperCase(wchar_t* text) noexcept {
+    Locale const* const own = threadSlot.get();
+    own != nullptr ? _wcsupr_l(text, own->handle) : _wcsupr(text);
+}
+
+void lowerCase(wchar_t* text) noexcept {
+    Locale const* const own = threadSlot.get();
+    own != nullptr ? _wcslwr_l(text, own->handle) : _wcslwr(text);
+}
 
 static int compare(wchar_t const* a, wchar_t const* b) noexcept {
-    return isPerThread() ? _wcscoll_l(a, b, threadLocale->handle) : std::wcscoll(a, b);
+    Locale const* const own = threadSlot.get();
+    return own != nullptr ? _wcscoll_l(a, b, own->handle) : std::wcscoll(a, b);
 }
 
 #else
