@@ -125,6 +125,43 @@ TEST(Encoding, LongResultsKeepLittleRoomToSpare) {
     }
 }
 
+// Sequences of one kind or of all, well-formed or nearly so, at every length around what is looked at together.
+TEST(Encoding, TextsWithOneFaultAreReadByTheRulesAtEveryLengthAndPlace) {
+    std::string const kinds[] = {"a",
+                                 "\xC3\xA9",
+                                 "\xE4\xB8\xAD",
+                                 "\xF0\x9F\x98\x80",
+                                 "\xF4\x8F\xBF\xBF",
+                                 "\xED\xA0\xBD",
+                                 "\xE0\x80\x80",
+                                 "\xF0\x80\x80\x80",
+                                 "\xF3\xBF\xBF\xBF"};
+    unsigned char const faults[] = {0,    'b',  0x7F, 0x80, 0xBF, 0xC0, 0xC1, 0xC2,
+                                    0xE0, 0xEF, 0xF0, 0xF4, 0xF5, 0xFC, 0xFF};
+    std::mt19937 random{22};
+    for (std::size_t length : {0, 60, 1000, 2020})
+        for (std::size_t const last = length + 160; length <= last; ++length)
+            for (unsigned int mask : {1u, 2u, 3u, 4u, 5u, 8u, 9u, 13u, 0x1Fu, 0x1FFu}) {
+                std::string text;
+                for (std::size_t i; text.size() < length;)
+                    if (i = random() % std::size(kinds), (mask >> i & 1) != 0) text += kinds[i];
+                text.resize(length);
+                ASSERT_EQ(utf8(text), decodedByTheRules(text)) << testing::PrintToString(text);
+                if (text.empty()) continue;
+                text[random() % length] = static_cast<char>(faults[random() % std::size(faults)]);
+                ASSERT_EQ(utf8(text), decodedByTheRules(text)) << testing::PrintToString(text);
+            }
+}
+
+std::string encodedByTheRules(std::wstring const& text) {
+    std::string result;
+    for (CodePointEnumerator e{text}; e; ++e) {
+        char bytes[6];
+        result.append(bytes, (*e).utf8(bytes, sizeof bytes));
+    }
+    return result;
+}
+
 TEST(Encoding, WideTextsOfEveryMixAreWrittenCodePointByCodePoint) {
     std::mt19937 random{21};
     unsigned int const frequent[] = {0, 0x7F, 0x80, 0x7FF, 0x800, 0xD7FF, 0xE000, 0xFFFF};
@@ -141,14 +178,31 @@ TEST(Encoding, WideTextsOfEveryMixAreWrittenCodePointByCodePoint) {
             else
                 text += static_cast<wchar_t>(frequent[random() % std::size(frequent)]);
         }
-        std::string expected;
-        for (CodePointEnumerator e{text}; e; ++e) {
-            char bytes[6];
-            expected.append(bytes, (*e).utf8(bytes, sizeof bytes));
-        }
+        std::string const expected = encodedByTheRules(text);
         ASSERT_EQ(utf8(text), expected);
         ASSERT_EQ(utf8(expected), text);
     }
+}
+
+// One wrong unit, or where wchar_t has room for it an element that is no unit, among pairs and letters.
+TEST(Encoding, WideTextsWithOneFaultAreWrittenAtEveryLengthAndPlace) {
+    unsigned int const faults[] = {0,      'b',    0x7F,   0x80,    0x7FF,   0x800,    0xD800,     0xDBFF,
+                                   0xDC00, 0xDFFF, 0xFFFF, 0x10000, 0x1D800, 0x110000, 0x7FFFFFFF, 0xFFFFFFFF};
+    std::mt19937 random{23};
+    for (std::size_t length : {1, 1000})
+        for (std::size_t const last = length + 130; length <= last; ++length)
+            for (unsigned int others = 0; others < 8; ++others) {
+                std::wstring text;
+                while (text.size() < length)
+                    text +=
+                        std::wstring{CodePoint::codePoint(random() % 8 < others ? 0x4E2D : 0x1F600 + random() % 64)};
+                text.resize(length);
+                ASSERT_EQ(utf8(text), encodedByTheRules(text)) << length;
+                for (int round = 0; round < 4; ++round) {
+                    text[random() % length] = static_cast<wchar_t>(faults[random() % std::size(faults)]);
+                    ASSERT_EQ(utf8(text), encodedByTheRules(text)) << length;
+                }
+            }
 }
 
 TEST(Encoding, TheCodePageTakesTextsOfEveryLength) {

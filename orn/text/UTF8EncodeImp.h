@@ -1,0 +1,170 @@
+/// UTF-16 to UTF-8, piece by piece. The rules are those of encodeOne; all else here is a faster way to the same bytes for
+/// texts of some kind, and leaves to encodeOne what is not of that kind.
+#pragma once
+
+#include "orn/text/CodePoint.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace ORN::utf8encode {
+
+inline constexpr std::size_t most = 6;        // bytes that come of an element, which may hold more than a unit
+inline constexpr std::size_t spill = 32;      // bytes that may be written behind those of a piece's last unit
+inline constexpr std::ptrdiff_t slack = 24;   // units that must be there for the fast ways
+inline constexpr std::ptrdiff_t vector = 16;  // units that are narrowed together
+
+// Encodes the code point at p.
+inline char* encodeOne(wchar_t const*& p, wchar_t const* end, char* to) noexcept {
+    auto const unit = static_cast<unsigned int>(*p++);
+    if (unit < 0x80) {
+        *to = static_cast<char>(unit);
+        return to + 1;
+    }
+    unsigned int value = unit;
+    if (p != end && fromUTF16(value, unit, static_cast<unsigned int>(*p))) ++p;
+    return to + CodePoint::codePoint(value).utf8(to, most);
+}
+
+#if defined(__SSE2__)
+// Eight units as signed 16-bit values; those of 0x8000 and more, and what is no unit, come out negative or above 0x7F.
+inline __m128i loadEight(wchar_t const* from) noexcept {
+    auto const* const source = reinterpret_cast<__m128i const*>(from);
+    if constexpr (sizeof(wchar_t) == 2)
+        return _mm_loadu_si128(source);
+    else
+        return _mm_packs_epi32(_mm_loadu_si128(source), _mm_loadu_si128(source + 1));
+}
+
+// Four units as 32-bit values.
+inline __m128i loadFour(wchar_t const* from) noexcept {
+    auto const* const source = reinterpret_cast<__m128i const*>(from);
+    if constexpr (sizeof(wchar_t) == 2)
+        return _mm_unpacklo_epi16(_mm_loadl_epi64(source), _mm_setzero_si128());
+    else
+        return _mm_loadu_si128(source);
+}
+#endif
+
+// Narrows 16 units and returns a bit for each that is not ASCII; the bytes from the first of those on mean nothing.
+inline unsigned int narrowASCII(wchar_t const* from, char* to) noexcept {
+#if defined(__SSE2__)
+    __m128i const low = loadEight(from), high = loadEight(from + 8);
+    __m128i const bytes = _mm_packus_epi16(low, high);                       // top bit set: above 0x7F
+    __m128i const others = _mm_or_si128(bytes, _mm_packs_epi16(low, high));  // or negative
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes);
+    return static_cast<unsigned int>(_mm_movemask_epi8(others));
+#else
+    for (unsigned int i = 0; i < vector; ++i) {
+        if (static_cast<unsigned int>(from[i]) >= 0x80) return 1u << i;
+        to[i] = static_cast<char>(from[i]);
+    }
+    return 0;
+#endif
+}
+
+// Encodes units below 0x800, as Latin letters make them, up to one that is not: at each step at most sixteen ASCII units,
+// and the one behind them if they are fewer. Which of both it is must not be a branch.
+inline char* encodeLatin(wchar_t const*& from, wchar_t const* stop, char* to) noexcept {
+    wchar_t const* p = from;
+    while (p < stop) {
+        unsigned int const others = narrowASCII(p, to);
+        int const ascii = std::countr_zero(others | 1u << vector), two = static_cast<int>(others != 0);
+        p += ascii;
+        to += ascii;
+        auto const unit = static_cast<unsigned int>(*p);
+        if ((two & static_cast<int>(unit >= 0x800)) != 0) break;
+        to[0] = static_cast<char>(0xC0 | unit >> 6);
+        to[1] = static_cast<char>(0x80 | (unit & 0x3F));
+        p += two;
+        to += 2 * two;
+    }
+    from = p;
+    return to;
+}
+
+#if defined(__SSE2__)
+// Encodes four units without branching on what they are. Of a surrogate pair the leading unit becomes three bytes and the
+// trailing one the fourth, so that a pair may lie across two calls: a trailing unit at p belongs to one before it. False,
+// and nothing done, unless every leading unit here has its trailing one and those at p + 1 to p + 4 their leading ones.
+inline bool encodeFour(wchar_t const* p, char*& to) noexcept {
+    auto const every = [](int bits) { return _mm_set1_epi32(bits); };
+    auto const choose = [](__m128i mask, __m128i a, __m128i b) {
+        return _mm_or_si128(_mm_and_si128(mask, a), _mm_andnot_si128(mask, b));
+    };
+    auto const isHalf = [every](__m128i units, int half) {
+        return _mm_cmpeq_epi32(_mm_and_si128(units, every(~0x3FF)), every(half));
+    };
+    __m128i const units = loadFour(p), next = loadFour(p + 1);
+    __m128i const leading = isHalf(units, 0xD800), trailing = isHalf(units, 0xDC00);
+    __m128i const unpaired = _mm_xor_si128(leading, isHalf(next, 0xDC00)), noUnits = _mm_srli_epi32(units, 16);
+    __m128i const fine = _mm_cmpeq_epi32(_mm_or_si128(unpaired, noUnits), _mm_setzero_si128());
+    if (_mm_movemask_epi8(fine) != 0xFFFF) return false;
+
+    // The first three bytes of a pair have the form of a three-byte sequence for a value of 17 bits: 0x10000, and the
+    // code point without its last six bits.
+    __m128i const head = _mm_add_epi32(_mm_add_epi32(_mm_slli_epi32(units, 4), every(0x10400 - 0xD8000)),
+                                       _mm_and_si128(_mm_srli_epi32(next, 6), every(0xF)));
+    __m128i const values = choose(leading, head, units);
+    __m128i const sixth = _mm_and_si128(values, every(0x3F)), twelfth = _mm_and_si128(values, every(0xFC0));
+    __m128i const one = choose(trailing, _mm_or_si128(sixth, every(0x80)), values);
+    __m128i const two = _mm_or_si128(_mm_or_si128(_mm_srli_epi32(values, 6), _mm_slli_epi32(sixth, 8)), every(0x80C0));
+    __m128i const three = _mm_or_si128(_mm_or_si128(_mm_srli_epi32(values, 12), _mm_slli_epi32(twelfth, 2)),
+                                       _mm_or_si128(_mm_slli_epi32(sixth, 16), every(0x8080E0)));
+    __m128i const aboveOne = _mm_andnot_si128(trailing, _mm_cmpgt_epi32(values, every(0x7F)));
+    __m128i const aboveTwo = _mm_andnot_si128(trailing, _mm_cmpgt_epi32(values, every(0x7FF)));
+
+    std::uint32_t bytes[4];
+    std::int32_t more[4];  // minus how many bytes beyond one
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), choose(aboveOne, choose(aboveTwo, three, two), one));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(more), _mm_add_epi32(aboveOne, aboveTwo));
+    for (int i = 0; i < 4; ++i) {
+        std::memcpy(to, bytes + i, 4);
+        to += 1 - more[i];
+    }
+    return true;
+}
+
+// Encodes from a code point on by fours as far as that goes; false when it does not go at all.
+inline bool encodeFours(wchar_t const*& from, wchar_t const* stop, char*& to) noexcept {
+    wchar_t const* p = from;
+    if (isSurrogateB(static_cast<unsigned int>(*p))) return false;
+    while (p < stop && encodeFour(p, to)) p += 4;
+    if (p == from) return false;
+    auto const unit = static_cast<unsigned int>(*p);
+    if (isSurrogateB(unit)) {
+        *to++ = static_cast<char>(0x80 | (unit & 0x3F));
+        ++p;
+    }
+    from = p;
+    return true;
+}
+#else
+inline bool encodeFours(wchar_t const*&, wchar_t const*, char*&) noexcept { return false; }
+#endif
+
+// Encodes the code points that begin in [p, stop) of a text up to `end`, moves p behind them, and returns the bytes' end.
+inline char* encode(wchar_t const*& p, wchar_t const* stop, wchar_t const* end, char* to) noexcept {
+    wchar_t const* const fast = end - p > slack ? std::min(stop, end - slack) : p;
+    while (p < fast) {
+        if (narrowASCII(p, to) == 0) {
+            p += vector;
+            to += vector;
+            continue;
+        }
+        to = encodeLatin(p, fast, to);
+        while (p < fast && static_cast<unsigned int>(*p) >= 0x800)
+            if (!encodeFours(p, fast, to)) to = encodeOne(p, end, to);
+    }
+    while (p < stop) to = encodeOne(p, end, to);
+    return to;
+}
+
+}
