@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <vector>
 
 namespace ORN::os {
@@ -23,32 +24,37 @@ struct Free {
 template <typename T>
 using Reply = std::unique_ptr<T, Free>;
 
+using Connection = std::shared_ptr<xcb_connection_t>;
+
 /// The process's connection to its display, made at the first use; none where there is no display. xcb lets every thread
-/// use it.
+/// use it. It ends when the library is unloaded and nobody uses it any more.
 class Display {
 public:
-    static xcb_connection_t* connection() noexcept {
+    static Connection connection() noexcept {
         std::lock_guard const lock{mutex_};
-        if (connection_ != nullptr && xcb_connection_has_error(connection_) != 0) close();
+        try {
+            return current();
+        } catch (std::bad_alloc const&) {
+            return nullptr;
+        }
+    }
+
+private:
+    static Connection current() {
+        if (connection_ != nullptr && xcb_connection_has_error(connection_.get()) != 0) connection_ = nullptr;
         if (connection_ == nullptr && std::getenv("DISPLAY") != nullptr) {
-            connection_ = xcb_connect(nullptr, nullptr);
-            if (xcb_connection_has_error(connection_) != 0) close();
+            connection_ = Connection{xcb_connect(nullptr, nullptr), xcb_disconnect};
+            if (xcb_connection_has_error(connection_.get()) != 0) connection_ = nullptr;
         }
         return connection_;
     }
 
-private:
-    static void close() noexcept {
-        xcb_disconnect(connection_);
-        connection_ = nullptr;
-    }
-
     static constinit std::mutex mutex_;
-    static constinit xcb_connection_t* connection_;
+    static constinit Connection connection_;
 };
 
 constinit std::mutex Display::mutex_;
-constinit xcb_connection_t* Display::connection_ = nullptr;
+constinit Connection Display::connection_;
 
 xcb_window_t idOf(HWND window) noexcept { return static_cast<xcb_window_t>(reinterpret_cast<std::uintptr_t>(window)); }
 HWND windowOf(xcb_window_t id) noexcept { return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(id)); }
@@ -57,8 +63,9 @@ HWND windowOf(xcb_window_t id) noexcept { return reinterpret_cast<HWND>(static_c
 class Tree {
 public:
     explicit Tree(xcb_window_t window) noexcept {
-        xcb_connection_t* const display = window != XCB_NONE ? Display::connection() : nullptr;
-        if (display != nullptr) reply_.reset(xcb_query_tree_reply(display, xcb_query_tree(display, window), nullptr));
+        if (window == XCB_NONE) return;
+        if (Connection const display = Display::connection())
+            reply_.reset(xcb_query_tree_reply(display.get(), xcb_query_tree(display.get(), window), nullptr));
     }
 
     xcb_window_t parent() const noexcept { return reply_ ? reply_->parent : XCB_NONE; }
@@ -75,8 +82,8 @@ private:
 };
 
 xcb_window_t rootWindow() noexcept {
-    xcb_connection_t* const display = Display::connection();
-    return display != nullptr ? xcb_setup_roots_iterator(xcb_get_setup(display)).data->root : XCB_NONE;
+    Connection const display = Display::connection();
+    return display != nullptr ? xcb_setup_roots_iterator(xcb_get_setup(display.get())).data->root : XCB_NONE;
 }
 
 void visitChildren(xcb_window_t window, std::function<bool(HWND)> const& visitor) {
@@ -109,7 +116,7 @@ bool postMessage(HWND window, unsigned int message, unsigned long long wParam, l
         setLastError(notEnoughQuota);
         return false;
     }
-    xcb_connection_t* const display = Display::connection();
+    Connection const display = Display::connection();
     if (display == nullptr || window == nullptr) {
         setLastError(invalidWindow);
         return false;
@@ -129,10 +136,10 @@ bool postMessage(HWND window, unsigned int message, unsigned long long wParam, l
     event.data.data32[4] = high(lParam);
 
     // An empty mask sends to the client that made the window.
-    xcb_void_cookie_t const sent = xcb_send_event_checked(display, 0, event.window, XCB_EVENT_MASK_NO_EVENT,
+    xcb_void_cookie_t const sent = xcb_send_event_checked(display.get(), 0, event.window, XCB_EVENT_MASK_NO_EVENT,
                                                           reinterpret_cast<char const*>(&event));
-    Reply<xcb_generic_error_t> const error{xcb_request_check(display, sent)};
-    if (error == nullptr && xcb_connection_has_error(display) == 0) return true;
+    Reply<xcb_generic_error_t> const error{xcb_request_check(display.get(), sent)};
+    if (error == nullptr && xcb_connection_has_error(display.get()) == 0) return true;
     setLastError(invalidWindow);
     return false;
 }
