@@ -6,6 +6,7 @@
 #include <boost/asio/post.hpp>
 
 #include <linux/futex.h>
+#include <sched.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -93,9 +94,31 @@ struct TimedTask : BenchTask {
     BareEvent done;
 };
 
+/// Keeps this thread, and those that it starts, on one processor while it lives.
+class OnOneProcessor {
+public:
+    OnOneProcessor() {
+        sched_getaffinity(0, sizeof before_, &before_);
+        int first = 0;
+        while (first < CPU_SETSIZE - 1 && !CPU_ISSET(first, &before_)) ++first;
+        cpu_set_t one;
+        CPU_ZERO(&one);
+        CPU_SET(first, &one);
+        sched_setaffinity(0, sizeof one, &one);
+    }
+    ~OnOneProcessor() { sched_setaffinity(0, sizeof before_, &before_); }
+    OnOneProcessor(OnOneProcessor const&) = delete;
+    OnOneProcessor& operator=(OnOneProcessor const&) = delete;
+
+private:
+    cpu_set_t before_{};
+};
+
 /// How long a worker sleeps through, from being handed a task to running it: the bare hand-off and the scheduler's taken
-/// in turns, so that whatever else the machine does meets both alike.
+/// in turns, so that whatever else the machine does meets both alike, and on one processor, because waking a thread on
+/// another takes several times as long and the system may place the two workers differently.
 void handToSleepingWorker(benchmark::State& state) {
+    OnOneProcessor const place;
     BareEvent wake;
     TimedTask bare, scheduled;
     std::atomic<bool> ended = false;
