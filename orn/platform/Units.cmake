@@ -1,1 +1,2 @@
+orn_unit(platform/SystemLibrary)
 orn_unit(platform/UUID)

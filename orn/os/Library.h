@@ -1,0 +1,22 @@
+/// Dynamic libraries, and the folders that they may be loaded from.
+#pragma once
+
+#include "orn/os/Types.h"
+
+#include <string>
+
+namespace ORN::os {
+
+/// The folder of the system's own libraries. Empty when it cannot be read; on Windows also beyond 259 units.
+std::wstring systemDirectory();
+
+/// The file of the running program, likewise.
+std::wstring programFile();
+
+/// Loads the library in exactly this file, which is named from the root on, and lets it stay. Null when that fails.
+HINSTANCE loadLibrary(std::wstring const& file);
+
+/// Null when the library, which may be null, has no such function.
+void* libraryFunction(HINSTANCE library, char const* name) noexcept;
+
+}
