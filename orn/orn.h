@@ -26,6 +26,8 @@
 #include "orn/geometry/Vector.h"
 #include "orn/platform/SystemLibrary.h"
 #include "orn/platform/UUID.h"
+#include "orn/platform/WerRegisteredMemoryBlock.h"
+#include "orn/platform/WindowsMemoryStatus.h"
 #include "orn/text/AutoLocale.h"
 #include "orn/text/CSVParser.h"
 #include "orn/text/CSVReader.h"

@@ -13,6 +13,9 @@ std::wstring systemDirectory();
 /// The file of the running program, likewise.
 std::wstring programFile();
 
+/// The one of the system's libraries that takes what error reports are to contain; null where there are no such reports.
+wchar_t const* errorReportLibrary() noexcept;
+
 /// Loads the library in exactly this file, which is named from the root on, and lets it stay. Null when that fails.
 HINSTANCE loadLibrary(std::wstring const& file);
 

@@ -60,6 +60,18 @@ TEST(Layout, IdentifiersAreTheirSixteenBytes) {
     EXPECT_EQ(words, (std::array<std::uint32_t, 4>{0x01234567, 0xCDEF89AB, 0x67452301, 0xEFCDAB89}));
 }
 
+TEST(Layout, TheMemoryStatusIsTheSystemsRecord) {
+    using Words = std::array<std::uint64_t, 8>;
+    Words const words{0x0000003200000040, 8, 7, 6, 5, 4, 3, 2};
+    ORN::WindowsMemoryStatus const status{std::bit_cast<ORN::WindowsMemoryStatus::PODTYPE>(words)};
+    EXPECT_EQ(imageOf<Words>(status), words);
+    ORN::WindowsMemoryStatus::PODTYPE const& record = status.toPod();
+    EXPECT_EQ((std::array{record.length, record.memoryLoad}), (std::array{DWORD{64}, DWORD{50}}));
+    EXPECT_EQ((Words{0, record.totalPhysical, record.availablePhysical, record.totalPageFile, record.availablePageFile,
+                     record.totalVirtual, record.availableVirtual, record.availableExtendedVirtual}),
+              (Words{0, 8, 7, 6, 5, 4, 3, 2}));
+}
+
 TEST(Layout, LinesPlanesAndArcs) {
     EXPECT_EQ(imageOf<Doubles<4>>(ORN::Line<2>{Vector<2>{0, 1}, Point<2>{2, 3}}), (Doubles<4>{0, 1, 2, 3}));
     EXPECT_EQ(imageOf<Doubles<6>>(ORN::Line<3>{Vector<3>{0, 1, 0}, Point<3>{2, 3, 4}}), (Doubles<6>{0, 1, 0, 2, 3, 4}));
@@ -313,6 +325,7 @@ TEST(Layout, SharedObjectsAndLocks) {
     EXPECT_EQ(sizeof(Identifier::PODTYPE), 4u);
     EXPECT_EQ(sizeof(ExclusiveLock), 2 * sizeof(void*));
     EXPECT_EQ(sizeof(ORN::CollectionBase), 7 * sizeof(void*));
+    EXPECT_EQ(sizeof(ORN::WerRegisteredMemoryBlock), sizeof(void*));
 }
 
 ORN_EXPOSE(ListInsert, void (EVSubscriptionList<int>::*)(EVSubscription<int>*), EVSubscriptionList<int>::insert)

@@ -46,6 +46,8 @@ std::wstring programFile() {
     return !failed ? plainName(file.native()) : std::wstring{};
 }
 
+wchar_t const* errorReportLibrary() noexcept { return nullptr; }
+
 HINSTANCE loadLibrary(std::wstring const& file) {
     std::string const native = nativeName(file);
     // The loader would search for a name without a slash.

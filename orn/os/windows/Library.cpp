@@ -23,6 +23,8 @@ std::wstring programFile() {
     return length < std::size(buffer) ? std::wstring(buffer, length) : std::wstring{};
 }
 
+wchar_t const* errorReportLibrary() noexcept { return L"Kernel32.dll"; }
+
 HINSTANCE loadLibrary(std::wstring const& file) {
     return file.find(L'\0') == std::wstring::npos ? ::LoadLibraryW(file.c_str()) : nullptr;
 }

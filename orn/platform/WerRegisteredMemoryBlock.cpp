@@ -1,0 +1,48 @@
+#include "orn/platform/WerRegisteredMemoryBlock.h"
+
+#include "orn/foundation/Error.h"
+#include "orn/os/Library.h"
+#include "orn/platform/SystemLibrary.h"
+#include "orn/platform/WerRegisteredMemoryBlockImp.h"
+
+#include <limits>
+
+namespace ORN {
+
+static_assert(sizeof(WerRegisteredMemoryBlock) == sizeof(void*));
+
+constinit RegisterMemoryBlock* WerRegisterMemoryBlock = nullptr;
+constinit UnregisterMemoryBlock* WerUnregisterMemoryBlock = nullptr;
+
+namespace {
+
+template <typename Function>
+void find(Function*& function, HINSTANCE library, char const* name) {
+    function = reinterpret_cast<Function*>(os::libraryFunction(library, name));
+}
+
+struct Load {
+    Load() {
+        wchar_t const* const name = os::errorReportLibrary();
+        if (name == nullptr) return;
+        HINSTANCE const library = LoadSystemLibrary(name);
+        find(WerRegisterMemoryBlock, library, "WerRegisterMemoryBlock");
+        find(WerUnregisterMemoryBlock, library, "WerUnregisterMemoryBlock");
+    }
+};
+
+Load const load;
+
+}
+
+WerRegisteredMemoryBlock::WerRegisteredMemoryBlock(void* address, unsigned long long size) : address_{nullptr} {
+    if (WerRegisterMemoryBlock == nullptr) return;
+    if (size > std::numeric_limits<DWORD>::max()) throwIntCast();
+    if (WerRegisterMemoryBlock(address, static_cast<DWORD>(size)) >= 0) address_ = address;
+}
+
+WerRegisteredMemoryBlock::~WerRegisteredMemoryBlock() {
+    if (WerUnregisterMemoryBlock != nullptr && address_ != nullptr) WerUnregisterMemoryBlock(address_);
+}
+
+}

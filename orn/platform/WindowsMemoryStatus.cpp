@@ -1,0 +1,22 @@
+#include "orn/platform/WindowsMemoryStatus.h"
+
+#include "orn/foundation/Error.h"
+#include "orn/os/ErrorText.h"
+
+#include <algorithm>
+#include <type_traits>
+
+namespace ORN {
+
+static_assert(sizeof(WindowsMemoryStatus) == 64 && std::is_trivially_copyable_v<WindowsMemoryStatus>);
+
+WindowsMemoryStatus::WindowsMemoryStatus() : status_{} {
+    status_.length = sizeof status_;
+    if (!os::memoryStatus(status_)) throw WinError{L"GlobalMemoryStatusEx", os::lastError()};
+}
+
+unsigned long long WindowsMemoryStatus::usefulRam() const noexcept {
+    return std::min(status_.totalPhysical, status_.totalVirtual);
+}
+
+}
