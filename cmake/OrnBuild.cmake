@@ -47,6 +47,16 @@ if(WIN32)
   target_compile_definitions(orn-strict INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601)
 endif()
 
+# A new name of the shared object wherever a new version may break programs: until 1.0 with every minor version, from
+# then on with every major one. Fixes break none.
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+  set(ORN_SOVERSION "0.${PROJECT_VERSION_MINOR}")
+  set(ORN_COMPATIBILITY SameMinorVersion)
+else()
+  set(ORN_SOVERSION "${PROJECT_VERSION_MAJOR}")
+  set(ORN_COMPATIBILITY SameMajorVersion)
+endif()
+
 # The DLLs of the compiler's runtime are shared by the library and its callers, so that exceptions are caught by type
 # across the boundary; they lie beside the programs.
 if(MINGW AND PROJECT_IS_TOP_LEVEL)
@@ -61,5 +71,6 @@ if(MINGW AND PROJECT_IS_TOP_LEVEL)
       message(FATAL_ERROR "The compiler's runtime library ${runtime} was not found")
     endif()
     file(COPY "${path}" DESTINATION "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+    set_property(GLOBAL APPEND PROPERTY ORN_RUNTIME_DLLS "${path}")
   endforeach()
 endif()

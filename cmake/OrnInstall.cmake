@@ -1,0 +1,118 @@
+# What `cmake --install` and CPack deliver: the two libraries, the public headers, the CMake package and the pkg-config
+# file, all found from where they lie, so that the installed tree may be moved. Components: library, development,
+# examples.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+# Parts of the seam that public headers may include; everything else in orn/os stays inside.
+set(ORN_OPEN_SEAM orn/os/CriticalSection.h orn/os/Types.h)
+
+# The public headers are those that orn.h names, and what these include. Whoever compiles them needs no other library's
+# headers than the standard's and POSIX's.
+function(orn_public_headers result)
+  get_property(units GLOBAL PROPERTY ORN_PUBLIC_HEADERS)
+  set(headers orn/orn.h)
+  set(unseen orn/orn.h)
+  while(unseen)
+    list(POP_FRONT unseen header)
+    file(STRINGS "${PROJECT_SOURCE_DIR}/${header}" foreign REGEX "^#include <.*[./]")
+    list(FILTER foreign EXCLUDE REGEX "<pthread.h>")
+    if(foreign)
+      message(FATAL_ERROR "${header} is public and says ${foreign}, which its users may not have")
+    endif()
+    file(STRINGS "${PROJECT_SOURCE_DIR}/${header}" lines REGEX "^#include \"")
+    foreach(line ${lines})
+      string(REGEX REPLACE "^#include \"(.*)\".*" "\\1" included "${line}")
+      if(included IN_LIST headers)
+        continue()
+      endif()
+      string(REGEX REPLACE "^orn/" "" unit "${included}")
+      if(NOT unit IN_LIST units AND NOT included STREQUAL "orn/Export.h" AND NOT included IN_LIST ORN_OPEN_SEAM)
+        message(FATAL_ERROR "${header} is public and includes ${included}, which is not: it would have to be installed")
+      endif()
+      list(APPEND headers "${included}")
+      list(APPEND unseen "${included}")
+    endforeach()
+  endwhile()
+  foreach(open ${ORN_OPEN_SEAM})
+    if(NOT open IN_LIST headers)
+      message(FATAL_ERROR "ORN_OPEN_SEAM names ${open}, and no public header includes it")
+    endif()
+  endforeach()
+  set(${result} ${headers} PARENT_SCOPE)
+endfunction()
+
+orn_public_headers(headers)
+foreach(header ${headers} ornmsg/ornmsg.h)
+  cmake_path(GET header PARENT_PATH folder)
+  install(FILES "${PROJECT_SOURCE_DIR}/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}"
+          COMPONENT development)
+endforeach()
+
+if(NOT WIN32)
+  set_target_properties(orn ornmsg PROPERTIES INSTALL_RPATH "$ORIGIN")
+endif()
+set_target_properties(orn-arithmetic PROPERTIES EXPORT_NAME arithmetic)
+install(TARGETS orn-arithmetic EXPORT orn-targets)
+install(TARGETS orn ornmsg EXPORT orn-targets
+  RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT library
+  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT library NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development
+  INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+get_property(runtime GLOBAL PROPERTY ORN_RUNTIME_DLLS)
+install(FILES ${runtime} DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT library)
+
+set(package "${CMAKE_INSTALL_LIBDIR}/cmake/orn")
+install(EXPORT orn-targets NAMESPACE orn:: DESTINATION "${package}" COMPONENT development)
+configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/orn-config.cmake.in" "${PROJECT_BINARY_DIR}/orn-config.cmake"
+  INSTALL_DESTINATION "${package}" NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/orn-config-version.cmake"
+  COMPATIBILITY "${ORN_COMPATIBILITY}")
+install(FILES "${PROJECT_BINARY_DIR}/orn-config.cmake" "${PROJECT_BINARY_DIR}/orn-config-version.cmake"
+  DESTINATION "${package}" COMPONENT development)
+
+file(RELATIVE_PATH to_prefix "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+string(REGEX REPLACE "/$" "" to_prefix "${to_prefix}")
+foreach(library orn ornmsg)
+  configure_file("${CMAKE_CURRENT_LIST_DIR}/orn.pc.in" "${PROJECT_BINARY_DIR}/${library}.pc" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/${library}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
+          COMPONENT development)
+endforeach()
+
+install(FILES "${CMAKE_CURRENT_LIST_DIR}/copyright" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/orn" COMPONENT library)
+if(TARGET orn-plot)
+  install(TARGETS orn-plot DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT examples)
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/drawings" DESTINATION "${CMAKE_INSTALL_DATADIR}/orn"
+          COMPONENT examples)
+endif()
+if(TARGET orn-view)
+  install(TARGETS orn-view DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT examples)
+endif()
+
+# One package a system, without the examples.
+set(CPACK_PACKAGE_NAME orn)
+set(CPACK_PACKAGE_VENDOR "The developers of orn")
+set(CPACK_PACKAGE_CONTACT "The developers of orn <orn@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_PACKAGE_DESCRIPTION
+"Geometry of one to three dimensions, transforms, text in UTF-16 and UTF-8,
+text files and CSV, colours and colour profiles, one-word reader-writer
+locks, event subscriptions and background drawing: the shared library, its
+headers, and what CMake and pkg-config need to find them.")
+set(CPACK_INSTALL_CMAKE_PROJECTS
+  "${PROJECT_BINARY_DIR};orn;library;/" "${PROJECT_BINARY_DIR};orn;development;/")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_VERBATIM_VARIABLES ON)
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_FILE_NAME "orn-${PROJECT_VERSION}-windows-x86_64")
+else()
+  set(CPACK_GENERATOR DEB)
+  set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+  set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+  set(CPACK_DEBIAN_PACKAGE_SUGGESTS "g++, cmake, pkg-config")
+endif()
+include(CPack)
