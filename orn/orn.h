@@ -47,6 +47,7 @@
 #include "orn/text/TextLineIterator.h"
 #include "orn/text/TextReader.h"
 #include "orn/text/TextWriter.h"
+#include "orn/text/Url.h"
 #include "orn/threading/CriticalSection.h"
 #include "orn/threading/DrawThread.h"
 #include "orn/threading/Lock.h"

@@ -17,6 +17,7 @@ orn_unit(text/TextEncoding)
 orn_unit(text/TextLineIterator)
 orn_unit(text/TextReader)
 orn_unit(text/TextWriter)
+orn_unit(text/Url)
 
 # The table is told against the file it was made from.
 set_source_files_properties(text/CharacterTableTest.cpp PROPERTIES

@@ -4,17 +4,14 @@
 #include "orn/os/ErrorText.h"
 #include "orn/os/Fault.h"
 #include "orn/os/File.h"
+#include "orn/os/posix/CacheFile.h"
 
-#include <fcntl.h>
 #include <lcms2.h>
 #include <lcms2_plugin.h>
-#include <pwd.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -25,7 +22,7 @@ namespace ORN::os {
 
 namespace {
 
-DWORD const notFound = 2, pathNotFound = 3, cannotOpen = 4, accessDenied = 5, writeFault = 29, diskFull = 112;
+DWORD const cannotOpen = 4, accessDenied = 5, writeFault = 29;
 DWORD const insufficientBuffer = 122, invalidProfile = 2011, tagNotFound = 2012, invalidColourSpace = 2017,
             invalidTransform = 2020;
 
@@ -34,19 +31,7 @@ bool fail(DWORD error) noexcept {
     return false;
 }
 
-bool failByErrno(int error, DWORD otherwise) noexcept {
-    switch (error) {
-        case ENOENT: return fail(notFound);
-        case ENOTDIR: return fail(pathNotFound);
-        case EACCES:
-        case EPERM:
-        case EISDIR:
-        case EROFS: return fail(accessDenied);
-        case EDQUOT:
-        case ENOSPC: return fail(diskFull);
-        default: return fail(otherwise);
-    }
-}
+bool failByErrno(int error, DWORD otherwise) noexcept { return fail(windowsError(error, otherwise)); }
 
 bool isRefused([[maybe_unused]] char const* call) noexcept {
     if (!ORN_OS_REFUSED(call)) return false;
@@ -64,51 +49,6 @@ bool fits(void const* buffer, DWORD& size, std::size_t needed) noexcept {
 struct ProfileClose {
     void operator()(void* profile) const noexcept { cmsCloseProfile(profile); }
 };
-
-// A file under a name of its own, which it loses unless it gets its place.
-class NewFile {
-public:
-    explicit NewFile(std::string const& place) : name_{place + ".XXXXXX"}, descriptor_{::mkstemp(name_.data())} {}
-    ~NewFile() {
-        if (descriptor_ < 0) return;
-        ::close(descriptor_);
-        if (!placed_) ::unlink(name_.c_str());
-    }
-    NewFile(NewFile const&) = delete;
-    NewFile& operator=(NewFile const&) = delete;
-
-    /// All or nothing; what goes wrong is in errno.
-    bool write(std::vector<unsigned char> const& bytes, std::string const& place) {
-        if (descriptor_ < 0) return false;
-        for (std::size_t done = 0; done < bytes.size();) {
-            ssize_t const written = ::write(descriptor_, bytes.data() + done, bytes.size() - done);
-            if (written < 0 && errno != EINTR) return false;
-            if (written > 0) done += static_cast<std::size_t>(written);
-        }
-        placed_ = ::fsync(descriptor_) == 0 && ::rename(name_.c_str(), place.c_str()) == 0;
-        return placed_;
-    }
-
-private:
-    std::string name_;
-    int descriptor_;
-    bool placed_ = false;
-};
-
-std::string cacheFolder() {
-    // A relative folder does not count.
-    char const* const named = std::getenv("XDG_CACHE_HOME");
-    if (named != nullptr && *named == '/') return named;
-    char const* home = std::getenv("HOME");
-    passwd user;
-    char strings[4096];
-    if (home == nullptr || *home == '\0') {
-        passwd* found = nullptr;
-        ::getpwuid_r(::getuid(), &user, strings, sizeof strings, &found);
-        home = found != nullptr ? user.pw_dir : "";
-    }
-    return std::string{home} + "/.cache";
-}
 
 std::vector<unsigned char> standardBytes() {
     std::unique_ptr<void, ProfileClose> const profile{cmsCreate_sRGBProfile()};
@@ -132,8 +72,8 @@ bool standardFile(std::string& place) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error) return failByErrno(error.value(), writeFault);
-    NewFile file{place};
-    return file.write(bytes, place) || failByErrno(errno, writeFault);
+    NewFile file{folder};
+    return (file.write(bytes.data(), bytes.size()) && file.place(place)) || failByErrno(errno, writeFault);
 }
 
 std::wstring nameIn(ProfileSource const& source) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 
 namespace ORN::os {
 
@@ -54,13 +55,42 @@ constexpr Text texts[] = {
     {0x80004004, L"Operation aborted"},
     {0x80004005, L"Unspecified error"},
     {0x8000FFFF, L"Catastrophic failure"},
+    {0x80070002, L"The system cannot find the file specified."},
+    {0x80070003, L"The system cannot find the path specified."},
     {0x80070005, L"Access is denied."},
     {0x8007000E, L"Not enough memory resources are available to complete this operation."},
+    {0x8007001D, L"The system cannot write to the specified device."},
     {0x80070057, L"The parameter is incorrect."},
+    {0x80070070, L"There is not enough space on the disk."},
+};
+
+// What can happen to a download.
+constexpr Text downloadTexts[] = {
+    {0x800C0002, L"The address is not valid."},
+    {0x800C0004, L"No connection to the server could be made."},
+    {0x800C0005, L"The server was not found."},
+    {0x800C0006, L"There is nothing at this address."},
+    {0x800C0007, L"The server did not give the data."},
+    {0x800C0008, L"Not all of the data came."},
+    {0x800C0009, L"The server asks for a name and a password, or denies access."},
+    {0x800C000B, L"The server took too long to answer."},
+    {0x800C000D, L"The protocol of the address is not supported."},
+    {0x800C000E, L"No secure connection to the server could be made."},
+    {0x800C0014, L"The server leads on to another address that is not followed."},
+    {0x800C0019, L"The certificate of the server is not valid."},
 };
 
 constexpr bool before(Text const& a, Text const& b) noexcept { return a.code < b.code; }
 static_assert(std::is_sorted(std::begin(texts), std::end(texts), before));
+static_assert(std::is_sorted(std::begin(downloadTexts), std::end(downloadTexts), before));
+
+template <std::size_t count>
+bool find(Text const (&table)[count], DWORD code, std::wstring& text) {
+    auto const found = std::lower_bound(std::begin(table), std::end(table), Text{code, nullptr}, before);
+    if (found == std::end(table) || found->code != code) return false;
+    text = found->text;
+    return true;
+}
 
 }
 
@@ -68,11 +98,10 @@ DWORD lastError() noexcept { return lastErrorCode; }
 void setLastError(DWORD code) noexcept { lastErrorCode = code; }
 
 bool errorText(DWORD code, wchar_t const* module, std::wstring& text) {
-    if (module != nullptr) return false;  // no module here carries a message table
-    auto const found = std::lower_bound(std::begin(texts), std::end(texts), Text{code, nullptr}, before);
-    if (found == std::end(texts) || found->code != code) return false;
-    text = found->text;
-    return true;
+    if (module == nullptr) return find(texts, code, text);
+    if (module != std::wstring_view{L"urlmon.dll"}) return false;
+    // A download fails by what the system did, too.
+    return find(downloadTexts, code, text) || find(texts, code, text);
 }
 
 }

@@ -1,0 +1,105 @@
+/// Files in the user's cache folder.
+#pragma once
+
+#include "orn/os/Types.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <unistd.h>
+#include <uuid/uuid.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace ORN::os {
+
+/// By $XDG_CACHE_HOME, of which a relative one does not count, else in the home folder.
+inline std::string cacheFolder() {
+    char const* const named = std::getenv("XDG_CACHE_HOME");
+    if (named != nullptr && *named == '/') return named;
+    char const* home = std::getenv("HOME");
+    passwd user;
+    char strings[4096];
+    if (home == nullptr || *home == '\0') {
+        passwd* found = nullptr;
+        ::getpwuid_r(::getuid(), &user, strings, sizeof strings, &found);
+        home = found != nullptr ? user.pw_dir : "";
+    }
+    return std::string{home} + "/.cache";
+}
+
+/// A file in the making: without a name where the system has such files, so that not even a program that is killed leaves
+/// it behind, else with one that it loses again unless it gets its place. What goes wrong is in errno.
+class NewFile {
+public:
+    explicit NewFile(std::string const& folder) {
+        bool const canBeNamed = ::access("/proc/self/fd", X_OK) == 0;
+        descriptor_ = canBeNamed ? ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600) : -1;
+        if (descriptor_ >= 0) return;
+        name_ = folder + "/new.XXXXXX";
+        descriptor_ = ::mkostemp(name_.data(), O_CLOEXEC);
+        if (descriptor_ < 0) name_.clear();
+    }
+    ~NewFile() {
+        if (descriptor_ >= 0) ::close(descriptor_);
+        if (!name_.empty()) ::unlink(name_.c_str());
+    }
+    NewFile(NewFile const&) = delete;
+    NewFile& operator=(NewFile const&) = delete;
+
+    /// All or nothing.
+    bool write(void const* bytes, std::size_t count) noexcept {
+        auto const* next = static_cast<char const*>(bytes);
+        while (count > 0) {
+            ssize_t const written = ::write(descriptor_, next, count);
+            if (written < 0 && errno != EINTR) return false;
+            if (written <= 0) continue;
+            next += written;
+            count -= static_cast<std::size_t>(written);
+        }
+        return true;
+    }
+
+    /// In the same folder; what is there is replaced.
+    bool place(std::string const& path) {
+        if (::fsync(descriptor_) != 0) return false;
+        if (name_.empty()) {
+            // Only a file with a name can take another's place.
+            uuid_t id;
+            uuid_generate(id);
+            char text[UUID_STR_LEN];
+            uuid_unparse_lower(id, text);
+            char self[32];
+            std::snprintf(self, sizeof self, "/proc/self/fd/%d", descriptor_);
+            std::string name = path + '.' + text;
+            if (::linkat(AT_FDCWD, self, AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) return false;
+            name_.swap(name);
+        }
+        if (::rename(name_.c_str(), path.c_str()) != 0) return false;
+        name_.clear();
+        return true;
+    }
+
+private:
+    std::string name_;  ///< empty when there is nothing to remove
+    int descriptor_;
+};
+
+/// The Windows code for an errno, or the other one when there is none.
+inline DWORD windowsError(int error, DWORD otherwise) noexcept {
+    switch (error) {
+        case ENOENT: return 2;
+        case ENOTDIR: return 3;
+        case EACCES:
+        case EPERM:
+        case EISDIR:
+        case EROFS: return 5;
+        case EDQUOT:
+        case ENOSPC: return 112;
+        default: return otherwise;
+    }
+}
+
+}

@@ -1,0 +1,21 @@
+#include "orn/os/Download.h"
+
+#include "orn/os/Fault.h"
+
+#include <iterator>
+
+#include <windows.h>
+
+#include <urlmon.h>
+
+namespace ORN::os {
+
+HRESULT downloadToCache(wchar_t const* url, std::wstring& file) {
+    if (ORN_OS_REFUSED("URLDownloadToCacheFile")) return E_FAIL;
+    wchar_t buffer[261] = {};
+    HRESULT const status = ::URLDownloadToCacheFileW(nullptr, url, buffer, std::size(buffer), 0, nullptr);
+    if (status >= 0) file = buffer;
+    return status;
+}
+
+}

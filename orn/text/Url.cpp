@@ -1,0 +1,45 @@
+#include "orn/text/Url.h"
+
+#include "orn/foundation/Error.h"
+#include "orn/os/Download.h"
+#include "orn/os/Url.h"
+#include "orn/text/Printf.h"
+#include "ornmsg/ornmsg.h"
+
+namespace {
+
+[[noreturn]] void fail(unsigned int message, std::wstring const& url, std::wstring const& reason) {
+    throw ORN::OrnError{stringPrintf(ornMsg(message).c_str(), url.c_str(), reason.c_str())};
+}
+
+void require(HRESULT status, std::wstring const& url) {
+    if (status < 0) fail(278, url, formatMessage(status, nullptr));
+}
+
+}
+
+std::wstring unescapeUrl(std::wstring const& url) {
+    std::wstring result;
+    require(ORN::os::unescapeUrl(url.c_str(), result), url);
+    return result;
+}
+
+std::wstring canonicalizeUrl(std::wstring const& url) {
+    std::wstring result;
+    require(ORN::os::canonicalizeUrl(url.c_str(), result), url);
+    return result;
+}
+
+std::wstring cleanupUrl(std::wstring const& url) {
+    std::wstring changed;
+    HRESULT const status = ORN::os::applyUrlScheme(url.c_str(), changed);
+    require(status, url);
+    return canonicalizeUrl(status == 0 ? changed : url);
+}
+
+std::wstring downloadUrlToCache(std::wstring const& url) {
+    std::wstring file;
+    HRESULT const status = ORN::os::downloadToCache(url.c_str(), file);
+    if (status < 0) fail(280, url, formatMessage(static_cast<DWORD>(status), L"urlmon.dll"));
+    return file;
+}

@@ -1,0 +1,139 @@
+#include "orn/text/Url.h"
+
+#include "orn/foundation/Error.h"
+#include "orn/text/FileName.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+template <typename Action>
+std::wstring failure(Action action) {
+    try {
+        action();
+    } catch (ORN::OrnError const& error) {
+        return error.wWhat();
+    }
+    return L"nothing";
+}
+
+TEST(Url, EscapesAreDecoded) {
+    struct {
+        std::wstring url, result;
+    } const cases[] = {
+        {L"http://h/a%20b", L"http://h/a b"},
+        {L"http://h/a?b%20c#d%20e", L"http://h/a?b c#d e"},
+        {L"%41%zz%", L"A%zz%"},
+        {L"%4", L"%4"},
+        {L"%4G%41", L"%4GA"},
+        {L"%%41", L"%A"},
+        {L"%25%34%31", L"%41"},
+        {L"%C3%A9%ff", L"\xC3\xA9\xFF"},
+        {L"\x20AC%7e", L"\x20AC~"},
+        {L"a%00b", std::wstring(L"a\0b", 3)},
+        {std::wstring(L"a\0b", 3), L"a"},
+        {L"", L""},
+    };
+    for (auto const& [url, result] : cases) EXPECT_EQ(unescapeUrl(url), result) << ::testing::PrintToString(url);
+}
+
+// What Windows gives; where its versions differ there is no case.
+struct Pair {
+    wchar_t const *url, *result;
+};
+Pair const canonicalForms[] = {
+    {L"http://h", L"http://h/"},
+    {L"HTTP://Host.Org:8080/A", L"HTTP://Host.Org:8080/A"},
+    {L"http://h/a/../b", L"http://h/b"},
+    {L"http://h/a/./b", L"http://h/a/b"},
+    {L"http://h/a/b/..", L"http://h/a/"},
+    {L"http://h/a/..", L"http://h/"},
+    {L"http://h/a/./", L"http://h/a/"},
+    {L"http://h/a//../b", L"http://h/a/b"},
+    {L"http://h/a//b", L"http://h/a//b"},
+    {L"http://h/../a", L"http://h/../a"},
+    {L"http://h/./a/../b", L"http://h/./b"},
+    {L"http://h/a/../../b", L"http://h/../b"},
+    {L"http://h/a/../..", L"http://h/.."},
+    {L"http://h/.../..a/a../.a", L"http://h/.../..a/a../.a"},
+    {L"http://h/a/%2E%2e/b", L"http://h/a/%2E%2e/b"},
+    {L"zz://h/a/../b c", L"zz://h/b%20c"},
+    {L"//h/a/../b", L"//h/b"},
+    {L"/a/b/../c", L"/a/c"},
+    {L"../a b", L"../a%20b"},
+    {L"http:/a/../b", L"http:/b"},
+    {L"http://h\\a\\..\\b", L"http://h/b"},
+    {L"ftp://h/a b\\c", L"ftp://h/a%20b%5Cc"},
+    {L"http://h/a b\tc ", L"http://h/a%20bc"},
+    {L"http://h/\"<>{}|^[]`&", L"http://h/%22%3C%3E%7B%7D%7C%5E%5B%5D%60%26"},
+    {L"http://h/!$'()*+,;=:@-._~", L"http://h/!$'()*+,;=:@-._~"},
+    {L"http://h/\x01\x7F\x80\xFF\x100\x20AC", L"http://h/%01%7F%80%FF\x100\x20AC"},
+    {L"http://h/\xD83D\xDE00", L"http://h/\xD83D\xDE00"},
+    {L"http://h/a%20b%zz%", L"http://h/a%20b%zz%"},
+    {L"http://h/a?b c#d \"e", L"http://h/a?b c#d \"e"},
+    {L"http://h/a b#c d?e f", L"http://h/a%20b#c d?e f"},
+    {L"mailto:a b@c", L"mailto:a%20b@c"},
+    {L"mailto:a/../b", L"mailto:a%2F..%2Fb"},
+    {L"C:\\a\\b#c.txt", L"file:///C:/a/b%23c.txt"},
+    {L"C:/a b?c d", L"file:///C:/a%20b?c d"},
+    {L"file:/C:/a", L"file:///C:/a"},
+    {L"file://C:\\a\\b", L"file:///C:/a/b"},
+    {L"file:\\\\s\\a b", L"file://s/a%20b"},
+    {L"file:///C:/a/../b/./c.txt", L"file:///C:/b/c.txt"},
+    {L"file:///C:/../a", L"file:///C:/../a"},
+    {L"file:///a/b/../c d#e", L"file:///a/c%20d%23e"},
+    {L"file:a/../b", L"file:a/../b"},
+    {L"", L""},
+    {L":", L":"},
+    {L"a#b c", L"a#b c"},
+};
+
+TEST(Url, CanonicalForms) {
+    for (auto const& [url, result] : canonicalForms)
+        EXPECT_EQ(canonicalizeUrl(url), result) << ::testing::PrintToString(url);
+}
+
+TEST(Url, SchemesAreGuessed) {
+    Pair const cases[] = {
+        {L"www.h.org", L"http://www.h.org/"},
+        {L"WWW.h/a/../b c", L"http://WWW.h/b%20c"},
+        {L"ftp.h.org/a", L"ftp://ftp.h.org/a"},
+        {L"h.org/a b", L"h.org/a%20b"},
+        {L"http://h/a b", L"http://h/a%20b"},
+        {L"C:\\a b%20c\\d.txt", L"file:///C:/a%20b%2520c/d.txt"},
+        {L"\\\\s\\a b\\c#", L"file://s/a%20b/c%23"},
+        {L"file:///C:/a%20b", L"file:///C:/a%20b"},
+        {L"mailto:www", L"mailto:www"},
+        {L"//www.h/a b", L"//www.h/a%20b"},
+        {L"", L""},
+    };
+    for (auto const& [url, result] : cases) EXPECT_EQ(cleanupUrl(url), result) << ::testing::PrintToString(url);
+}
+
+TEST(Url, TheCanonicalFormIsItsOwn) {
+    for (auto const& [url, result] : canonicalForms) {
+        EXPECT_EQ(canonicalizeUrl(result), result);
+        if (isURL(result)) {
+            EXPECT_EQ(cleanupUrl(url), result);
+        }
+    }
+}
+
+TEST(Url, WhatDoesNotFitIsRefusedWithTheUrlAndTheReason) {
+    std::wstring const fits = L"http://h/" + std::wstring(2083 - 9, L'a');
+    EXPECT_EQ(unescapeUrl(fits), fits);
+    EXPECT_EQ(canonicalizeUrl(fits), fits);
+    EXPECT_EQ(cleanupUrl(fits), fits);
+
+    std::wstring const guessed = L"www." + std::wstring(2080 - 4, L'a'), grows(700, L' ');
+    std::wstring const reason = L": " + formatMessage(static_cast<HRESULT>(0x80004003), nullptr);
+    EXPECT_EQ(failure([&] { unescapeUrl(fits + L'a'); }),
+              L"The address \"" + fits + L"a\" cannot be understood" + reason);
+    EXPECT_EQ(failure([&] { canonicalizeUrl(fits + L'a'); }).substr(13 + 2084), L"\" cannot be understood" + reason);
+    EXPECT_NE(failure([&] { cleanupUrl(guessed); }), L"nothing");
+    EXPECT_NE(failure([&] { canonicalizeUrl(L'a' + grows + L'a'); }), L"nothing");
+}
+
+}
