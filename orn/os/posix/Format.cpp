@@ -191,8 +191,9 @@ bool putDigits(Sink& sink, FormatConversion const& conversion, double value) noe
 
     char digits[512];
     int const precision = conversion.precision < 0 ? 6 : conversion.precision;
-    auto const [end, error] = std::to_chars(digits, digits + sizeof digits, std::fabs(value), form, precision);
-    if (error != std::errc{}) return false;
+    auto const written = std::to_chars(digits, digits + sizeof digits, std::fabs(value), form, precision);
+    if (written.ec != std::errc{}) return false;
+    char const* const end = written.ptr;
 
     wchar_t const sign = std::signbit(value) ? L'-' : conversion.plus ? L'+' : conversion.blank ? L' ' : wchar_t{};
     char const* const point = nl_langinfo(RADIXCHAR);
