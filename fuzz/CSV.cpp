@@ -1,0 +1,165 @@
+// Comma-separated text cut anywhere gives the records that a parser of one character after the other finds in the whole;
+// the reader and the parsers with a header agree with it.
+#include "fuzz/Input.h"
+#include "fuzz/Law.h"
+#include "orn/foundation/Error.h"
+#include "orn/text/CSVParser.h"
+#include "orn/text/CSVReader.h"
+#include "orn/text/CharacterClass.h"
+#include "orn/text/CodePoint.h"
+
+#include <memory>
+
+namespace {
+
+using Record = std::vector<std::wstring>;
+using Records = std::vector<Record>;
+
+bool isLineEnd(wchar_t unit) { return std::wstring{L"\n\f\r\x85\x2028\x2029"}.find(unit) != std::wstring::npos; }
+
+struct Parsed {
+    Records records;
+    bool between = true;  // no record is begun
+    bool inQuotes = false;
+};
+
+Parsed parse(std::wstring const& text) {
+    enum { start, afterComma, unquoted, quoted, quoteInQuoted, closed } state = start;
+    Parsed result;
+    Record record;
+    std::size_t keep = 0;
+    auto const cut = [&] { record.back().resize(keep); };
+    auto const append = [&](std::wstring const& c, bool kept) {
+        record.back() += c;
+        if (kept) keep = record.back().size();
+    };
+    bool behindReturn = false;
+    for (CodePointEnumerator e{text}; e; ++e) {
+        std::wstring const c = *e;
+        bool const blank = isUspace(*e), comma = c == L",", quote = c == L"\"";
+        bool const pairWithReturn = behindReturn && c == L"\n";
+        behindReturn = false;
+        if (pairWithReturn) continue;
+        if (isLineEnd(c[0]) && state != quoted) {
+            if (state == afterComma) record.emplace_back();
+            if (state >= unquoted) cut();
+            result.records.push_back(record);
+            record.clear();
+            state = start;
+            behindReturn = c == L"\r";
+            continue;
+        }
+        if (state == quoteInQuoted && !quote) state = closed;
+        if (comma && state != quoted) {
+            if (state == start || state == afterComma)
+                record.emplace_back();
+            else
+                cut();
+            state = afterComma;
+            continue;
+        }
+        switch (state) {
+            case start:
+            case afterComma:
+                if (blank) break;
+                record.emplace_back();
+                keep = 0;
+                if (!quote) append(c, true);
+                state = quote ? quoted : unquoted;
+                break;
+            case unquoted: append(c, !blank); break;
+            case quoted:
+                append(c, !quote);
+                if (quote) state = quoteInQuoted;
+                break;
+            case quoteInQuoted:
+                keep = record.back().size();
+                state = quoted;
+                break;
+            case closed:
+                append(c, !blank && !quote);
+                if (!blank) state = quote ? quoteInQuoted : quoted;
+                break;
+        }
+    }
+    result.between = state == start;
+    result.inQuotes = state == quoted;
+    return result;
+}
+
+// In pieces of sizes by turns, and cut behind every return, because a call never goes on behind one.
+std::vector<std::wstring> cut(std::wstring const& text, std::size_t const (&sizes)[2]) {
+    std::vector<std::wstring> pieces{{}};
+    for (wchar_t const unit : text) {
+        auto const& last = pieces.back();
+        if (last.size() >= sizes[pieces.size() % 2] || (!last.empty() && last.back() == L'\r' && unit != L'\n'))
+            pieces.emplace_back();
+        pieces.back() += unit;
+    }
+    return pieces;
+}
+
+Records parsePieces(ORN::CSVParser& parser, std::vector<std::wstring> const& pieces) {
+    std::wstring const none;
+    Records records;
+    Record fields;
+    for (auto const& piece : pieces) {
+        // A record that ended at a lone return has ended the piece.
+        for (bool more = parser.parse(fields, piece); more; more = parser.parse(fields, none))
+            records.push_back(fields);
+    }
+    return records;
+}
+
+Records columnsOf(Records const& records, Record const& names) {
+    Records result;
+    for (std::size_t i = 1; i < records.size(); ++i) {
+        auto& row = result.emplace_back();
+        for (auto const& name : names) {
+            auto const& header = records[0];
+            auto const place = static_cast<std::size_t>(std::find(header.begin(), header.end(), name) - header.begin());
+            row.push_back(place < header.size() && place < records[i].size() ? records[i][place] : L"");
+        }
+    }
+    return result;
+}
+
+struct Read {
+    Records records;
+    bool failed = false;
+};
+
+Read readAll(ORN::CSVReader reader) {
+    Read result;
+    try {
+        for (Record record; reader.read(record);) result.records.push_back(record);
+    } catch (ORN::OrnError const&) {
+        result.failed = true;
+    }
+    return result;
+}
+
+}
+
+void fuzz::run(Input input) {
+    std::size_t const sizes[] = {input.option(24) + 1, input.option(5) * 60 + 1};
+    std::wstring text = input.text();
+    Parsed const expected = parse(text);
+
+    std::unique_ptr<ORN::CSVParser> const raw{ORN::CSVParser::create()};
+    same("records from pieces", parsePieces(*raw, cut(text, sizes)), expected.records);
+
+    std::wstring const columns = L"b,\"a\",z, a ";
+    Record const names{L"b", L"a", L"z", L"a"};
+    Records const wanted = columnsOf(expected.records, names);
+    std::unique_ptr<ORN::CSVParser> const headed{ORN::CSVParser::create(columns)};
+    same("wanted columns from pieces", parsePieces(*headed, cut(text, sizes)), wanted);
+
+    // A reader ends the last line itself.
+    Parsed const all = parse(text.empty() || isLineEnd(text.back()) ? text : text + L'\n');
+    Read const read = readAll(ORN::CSVReader{text}), readColumns = readAll(ORN::CSVReader{text, columns});
+    same("records read", read.records, all.records);
+    same("columns read", readColumns.records, columnsOf(all.records, names));
+    same("reading fails inside quotes", read.failed, all.inQuotes);
+    same("reading columns fails inside quotes", readColumns.failed, all.inQuotes);
+}
