@@ -4,8 +4,10 @@
 #   orn_unit(geometry/Extent)
 #
 # collects them; a unit without a test does not configure. A unit of the seam, os/X, has its source in os/windows/X.cpp
-# and os/posix/X.cpp, and its test belongs to the inside.
+# and os/posix/X.cpp, and its test belongs to the inside. What there is on Windows alone, orn_unit(platform/X WINDOWS),
+# leaves nothing but its header on other systems.
 function(orn_unit unit)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS" "" "")
   cmake_path(GET unit PARENT_PATH folder)
   cmake_path(GET unit FILENAME name)
   set(base "${CMAKE_CURRENT_SOURCE_DIR}/${unit}")
@@ -14,6 +16,12 @@ function(orn_unit unit)
 
   if(NOT EXISTS "${base}.h")
     message(FATAL_ERROR "orn_unit(${unit}): there is no ${unit}.h")
+  endif()
+  if(arg_WINDOWS AND NOT WIN32)
+    if(NOT folder STREQUAL "os")
+      set_property(GLOBAL APPEND PROPERTY ORN_PUBLIC_HEADERS "${unit}.h")
+    endif()
+    return()
   endif()
   if(folder STREQUAL "os")
     set(source "${CMAKE_CURRENT_SOURCE_DIR}/os/${ORN_OS}/${name}.cpp")

@@ -6,19 +6,19 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <functional>
 #include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <utility>
 
 namespace ORN::os {
 
+/// Files: given a name, the text of that file, empty when there is none.
+template <typename Files>
 class KernelMemory {
 public:
-    /// The text of the file of this name, empty when there is none.
-    using Files = std::function<std::string(std::string const& name)>;
-
     /// A limit that is missing, or is not a number ("max"), is none.
     explicit KernelMemory(Files files) : files_{std::move(files)} {
         std::string const memory = files_("/proc/meminfo");

@@ -27,6 +27,7 @@ typedef HANDLE HTRANSFORM;
 struct tagBITMAPINFO;
 typedef struct tagBITMAPINFO BITMAPINFO;
 struct IUnknown;
+struct IDataObject;
 
 #else
 
@@ -43,6 +44,7 @@ using HINSTANCE = struct HINSTANCE__*;
 using HPROFILE = HANDLE;
 using HTRANSFORM = HANDLE;
 struct IUnknown;
+struct IDataObject;
 
 struct RGBQUAD {
     BYTE rgbBlue, rgbGreen, rgbRed, rgbReserved;

@@ -1,0 +1,72 @@
+#include "orn/os/DropData.h"
+
+#include "orn/os/Fault.h"
+
+#include <windows.h>
+
+#include <shlwapi.h>
+
+namespace ORN::os {
+
+static_assert(fileDropFormat == CF_HDROP);
+
+unsigned int clipboardFormat(wchar_t const* name) noexcept { return ::RegisterClipboardFormatW(name); }
+
+DroppedMemory::DroppedMemory(IDataObject& data, unsigned int format) {
+    FORMATETC wanted{static_cast<CLIPFORMAT>(format), nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
+    if (FAILED(data.GetData(&wanted, &medium_))) {
+        medium_ = {};  // nothing that a failed call left there is ours
+        return;
+    }
+    delivered_ = medium_.tymed == TYMED_HGLOBAL && medium_.hGlobal != nullptr;
+    if (!delivered_ || ORN_OS_REFUSED("GlobalLock")) return;
+    if (void const* const memory = ::GlobalLock(medium_.hGlobal); memory != nullptr)
+        bytes_ = {static_cast<std::byte const*>(memory), ::GlobalSize(medium_.hGlobal)};
+}
+
+DroppedMemory::~DroppedMemory() {
+    if (bytes_.data() != nullptr) ::GlobalUnlock(medium_.hGlobal);
+    ::ReleaseStgMedium(&medium_);
+}
+
+ShellItem::ShellItem(void const* list) noexcept {
+    if (ORN_OS_REFUSED("SHBindToParent")) return;
+    IShellFolder* folder = nullptr;
+    HRESULT const result = ::SHBindToParent(static_cast<PCIDLIST_ABSOLUTE>(list), IID_PPV_ARGS(&folder), &child_);
+    if (SUCCEEDED(result)) folder_.reset(folder);
+}
+
+std::wstring ShellItem::linkTarget(HWND owner) const {
+    if (ORN_OS_REFUSED("GetUIObjectOf")) return {};
+    ITEMIDLIST const* child = child_;
+    void* object = nullptr;
+    HRESULT const result = folder_->GetUIObjectOf(owner, 1, &child, __uuidof(IShellLinkW), nullptr, &object);
+    if (FAILED(result) || object == nullptr) return {};
+    Held<IShellLinkW> const link{static_cast<IShellLinkW*>(object)};
+
+    std::wstring path(0x8000, L'\0');  // more than any path has
+    if (link->GetPath(path.data(), static_cast<int>(path.size()), nullptr, 0) != S_OK) return {};
+    return path.c_str();
+}
+
+bool ShellItem::isOfFileSystem() const noexcept {
+    if (ORN_OS_REFUSED("GetAttributesOf")) return false;
+    ITEMIDLIST const* child = child_;
+    SFGAOF attributes = SFGAO_FILESYSTEM;
+    return SUCCEEDED(folder_->GetAttributesOf(1, &child, &attributes)) && (attributes & SFGAO_FILESYSTEM) != 0;
+}
+
+std::wstring ShellItem::parsingName() const {
+    if (ORN_OS_REFUSED("GetDisplayNameOf")) return {};
+    STRRET stored{};
+    if (FAILED(folder_->GetDisplayNameOf(child_, SHGDN_FORPARSING, &stored))) return {};
+    wchar_t* text = nullptr;
+    if (FAILED(::StrRetToStrW(&stored, child_, &text))) return {};
+    struct Free {
+        void operator()(wchar_t* memory) const noexcept { ::CoTaskMemFree(memory); }
+    };
+    std::unique_ptr<wchar_t, Free> const held{text};
+    return held != nullptr ? std::wstring{held.get()} : std::wstring{};
+}
+
+}

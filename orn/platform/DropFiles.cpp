@@ -1,0 +1,30 @@
+#include "orn/platform/DropFiles.h"
+
+#include "orn/os/DropData.h"
+#include "orn/platform/DropListsImp.h"
+
+#include <utility>
+
+namespace {
+
+unsigned int const itemListFormat = ORN::os::clipboardFormat(L"Shell IDList Array");  // when the library is loaded
+
+std::wstring pathOf(ORN::JoinedItemList const& list, HWND window) {
+    ORN::os::ShellItem const item{list.data()};
+    if (!item.found()) return {};
+    if (std::wstring target = item.linkTarget(window); !target.empty()) return target;
+    return item.isOfFileSystem() ? item.parsingName() : std::wstring{};
+}
+
+}
+
+void getDropFiles(IDataObject& data, HWND window, std::vector<std::wstring>& files) {
+    if (ORN::os::DroppedMemory const items{data, itemListFormat}; items.delivered()) {
+        ORN::forEachItemList(items.bytes(), [&](ORN::JoinedItemList const& list) {
+            if (std::wstring path = pathOf(list, window); !path.empty()) files.push_back(std::move(path));
+        });
+        return;
+    }
+    ORN::os::DroppedMemory const names{data, ORN::os::fileDropFormat};
+    ORN::appendDroppedNames(names.bytes(), files);
+}

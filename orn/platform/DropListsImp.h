@@ -1,0 +1,120 @@
+/// What a data object delivers in memory: lists of the shell's item identifiers, and lists of file names. The bytes are
+/// another program's, so whatever they say about themselves is checked: nothing outside of them is read.
+#pragma once
+
+#include "orn/text/Encoding.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace ORN {
+
+class DropBlock {
+public:
+    explicit DropBlock(std::span<std::byte const> bytes) noexcept : bytes_{bytes} {}
+
+    std::size_t size() const noexcept { return bytes_.size(); }
+    std::span<std::byte const> part(std::size_t first, std::size_t end) const {
+        return bytes_.subspan(first, end - first);
+    }
+
+    /// The unsigned number of this many bytes, of which the first is the lowest.
+    std::optional<std::uint32_t> number(std::size_t offset, std::size_t count) const noexcept {
+        if (offset > size() || count > size() - offset) return {};
+        std::uint32_t value = 0;
+        while (count-- > 0) value = value << 8 | std::to_integer<std::uint32_t>(bytes_[offset + count]);
+        return value;
+    }
+
+private:
+    std::span<std::byte const> bytes_;
+};
+
+/// A list of item identifiers from the desktop on: the entries of two lists and the terminating one.
+class JoinedItemList {
+public:
+    JoinedItemList(std::span<std::byte const> parent, std::span<std::byte const> item)
+        : size_{parent.size() + item.size() + 2},
+          heap_{size_ > stack_.size() ? std::make_unique_for_overwrite<std::byte[]>(size_) : nullptr} {
+        std::byte* const end = copy(item, copy(parent, heap_ != nullptr ? heap_.get() : stack_.data()));
+        end[0] = end[1] = std::byte{0};
+    }
+    JoinedItemList(JoinedItemList const&) = delete;
+    JoinedItemList& operator=(JoinedItemList const&) = delete;
+
+    void const* data() const noexcept { return heap_ != nullptr ? heap_.get() : stack_.data(); }
+    std::size_t size() const noexcept { return size_; }
+
+private:
+    static std::byte* copy(std::span<std::byte const> from, std::byte* to) noexcept {
+        if (!from.empty()) std::memcpy(to, from.data(), from.size());
+        return to + from.size();
+    }
+
+    std::size_t size_;
+    alignas(8) std::array<std::byte, 512> stack_;
+    std::unique_ptr<std::byte[]> heap_;
+};
+
+/// Calls use(list) with the joined list of each item of a "Shell IDList Array", in order: a count of items, the offset of
+/// their folder's list, then the offset of each item's. Items whose offset or list is not wholly in the block are left out.
+template <typename Use>
+void forEachItemList(std::span<std::byte const> bytes, Use use) {
+    DropBlock const block{bytes};
+    // The entries up to the terminating one; each begins with the count of its bytes.
+    auto const list = [&](std::size_t place) -> std::optional<std::span<std::byte const>> {
+        std::optional<std::uint32_t> const first = block.number(place, 4);
+        if (!first) return {};
+        std::size_t end = *first;
+        for (;;) {
+            std::optional<std::uint32_t> const count = block.number(end, 2);
+            if (!count || *count == 1) return {};
+            if (*count == 0) return block.part(*first, end);
+            end += *count;
+        }
+    };
+
+    auto const parent = list(4);
+    if (!parent) return;
+    std::size_t const count = *block.number(0, 4);
+    for (std::size_t i = 0; i < count; ++i) {
+        std::size_t const place = 8 + 4 * i;
+        if (place >= block.size()) return;
+        if (auto const item = list(place)) use(JoinedItemList{*parent, *item});
+    }
+}
+
+/// Appends the names in a DROPFILES block: the offset of the first name at its start, whether they are wide at byte 16, and
+/// an empty name behind the last. A name that is cut short is not taken.
+inline void appendDroppedNames(std::span<std::byte const> bytes, std::vector<std::wstring>& files) {
+    std::size_t const header = 20;
+    DropBlock const block{bytes};
+    if (block.size() < header) return;
+    std::size_t const width = *block.number(16, 4) != 0 ? 2 : 1;
+    std::size_t first = *block.number(0, 4);
+    if (first < header) return;
+    for (;;) {
+        std::size_t end = first;
+        std::optional<std::uint32_t> unit;
+        while ((unit = block.number(end, width)) && *unit != 0) end += width;
+        if (!unit || end == first) return;
+        std::wstring name;
+        if (width == 1) {
+            name = getWCS(reinterpret_cast<char const*>(block.part(first, end).data()), end - first);
+        } else {
+            for (; first != end; first += 2) name += static_cast<wchar_t>(*block.number(first, 2));
+        }
+        files.push_back(std::move(name));
+        first = end + width;
+    }
+}
+
+}
