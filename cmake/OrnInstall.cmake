@@ -62,6 +62,19 @@ install(TARGETS orn ornmsg EXPORT orn-targets
   INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 get_property(runtime GLOBAL PROPERTY ORN_RUNTIME_DLLS)
 install(FILES ${runtime} DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT library)
+foreach(dll ${runtime})
+  cmake_path(GET dll FILENAME name)
+  set(installed "\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/${name}")
+  install(CODE "if(CMAKE_INSTALL_DO_STRIP)
+  execute_process(COMMAND \"${CMAKE_STRIP}\" --strip-unneeded \"${installed}\" COMMAND_ERROR_IS_FATAL ANY)
+endif()" COMPONENT library)
+endforeach()
+if(runtime)
+  foreach(origin gcc-mingw-w64-x86-64-posix-runtime mingw-w64-x86-64-dev)
+    install(FILES "/usr/share/doc/${origin}/copyright" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/orn"
+            RENAME "copyright-${origin}" COMPONENT library OPTIONAL)
+  endforeach()
+endif()
 
 set(package "${CMAKE_INSTALL_LIBDIR}/cmake/orn")
 install(EXPORT orn-targets NAMESPACE orn:: DESTINATION "${package}" COMPONENT development)
@@ -82,12 +95,20 @@ endforeach()
 
 install(FILES "${CMAKE_CURRENT_LIST_DIR}/copyright" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/orn" COMPONENT library)
 if(TARGET orn-plot)
+  if(NOT WIN32)
+    file(RELATIVE_PATH to_libraries "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+    set_target_properties(orn-plot PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+  endif()
   install(TARGETS orn-plot DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT examples)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/drawings" DESTINATION "${CMAKE_INSTALL_DATADIR}/orn"
           COMPONENT examples)
 endif()
 if(TARGET orn-view)
   install(TARGETS orn-view DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT examples)
+endif()
+
+if(NOT PROJECT_IS_TOP_LEVEL)
+  return()
 endif()
 
 # One package a system, without the examples.
