@@ -13,20 +13,20 @@ namespace ORN {
 /// code page (see getMBS), for narrow logging.
 class ORN_API OrnError : public std::runtime_error {
 public:
-    explicit OrnError(wchar_t const* message);
-    explicit OrnError(std::wstring const& message);
-    OrnError(OrnError const&);
-    OrnError& operator=(OrnError const&);
+    explicit OrnError(wchar_t const* message);       ///< the terminated text
+    explicit OrnError(std::wstring const& message);  ///< the text
+    OrnError(OrnError const&);                       ///< copies both messages
+    OrnError& operator=(OrnError const&);            ///< copies both messages
     ~OrnError() override;
 
-    char const* what() const noexcept override;             ///< the narrow message; valid while the exception lives
-    virtual wchar_t const* wWhat() const noexcept;          ///< the wide message; valid while the exception lives
+    char const* what() const noexcept override;     ///< the narrow message; valid while the exception lives
+    virtual wchar_t const* wWhat() const noexcept;  ///< the wide message; valid while the exception lives
 
 protected:
-    OrnError();                                             ///< both messages empty, for classes that call setup later
+    OrnError();  ///< both messages empty, for classes that call setup later
 
-    void setup(std::wstring const& message);                ///< sets both messages
-    std::wstring const& whatString() const noexcept { return wide_; }
+    void setup(std::wstring const& message);                           ///< sets both messages
+    std::wstring const& whatString() const noexcept { return wide_; }  ///< the wide message
 
 private:
     std::string narrow_;
@@ -36,17 +36,17 @@ private:
 /// An operation that an interface has and this type does not implement. It is a std::logic_error, and not an OrnError.
 class ORN_API NotImplemented : public std::logic_error {
 public:
-    explicit NotImplemented(wchar_t const* what);           ///< what: the operation's qualified name
-    explicit NotImplemented(std::wstring const& what);
-    NotImplemented(NotImplemented const&);
-    NotImplemented& operator=(NotImplemented const&);
+    explicit NotImplemented(wchar_t const* what);       ///< what: the operation's qualified name
+    explicit NotImplemented(std::wstring const& what);  ///< the same
+    NotImplemented(NotImplemented const&);              ///< copies both messages
+    NotImplemented& operator=(NotImplemented const&);   ///< copies both messages
     ~NotImplemented() override;
 
-    char const* what() const noexcept override;
-    virtual wchar_t const* wWhat() const noexcept;
+    char const* what() const noexcept override;     ///< the narrow text; valid while the exception lives
+    virtual wchar_t const* wWhat() const noexcept;  ///< the wide text; valid while the exception lives
 
 protected:
-    NotImplemented();
+    NotImplemented();  ///< both texts empty
 
 private:
     std::string narrow_;
@@ -70,8 +70,8 @@ public:
     /// TEXT calling FUNCTION.
     explicit WinError(wchar_t const* function, HRESULT hresult, IUnknown* object);
 
-    WinError(WinError const&);
-    WinError& operator=(WinError const&);
+    WinError(WinError const&);             ///< copies both messages
+    WinError& operator=(WinError const&);  ///< copies both messages
     ~WinError() override;
 
 private:

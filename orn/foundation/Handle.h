@@ -47,16 +47,21 @@ private:
 class ORN_API HandleBase {
 protected:
     constexpr HandleBase() noexcept = default;
-    constexpr HandleBase(HandleBase const&) noexcept = default;
-    HandleBase& operator=(HandleBase const&) noexcept { return *this; }
+    constexpr HandleBase(HandleBase const&) noexcept = default;          ///< there is nothing to copy
+    HandleBase& operator=(HandleBase const&) noexcept { return *this; }  ///< does nothing
     ~HandleBase() = default;
 
+    /// Adds a reference; nothing for null.
     static void adref(IHandlable const* p) {
         if (p != nullptr) p->adref();
     }
+
+    /// Drops a reference; nothing for null.
     static void deref(IHandlable const* p) {
         if (p != nullptr) p->deref();
     }
+
+    /// The number of references at this moment; p must not be null.
     static LONG refC(Handlable const* p) noexcept { return p->count_.load(std::memory_order_relaxed); }
 };
 
@@ -65,43 +70,58 @@ protected:
 template <typename T>
 class Handle : public HandleBase {
 public:
-    constexpr Handle() noexcept = default;
-    constexpr Handle(std::nullptr_t) noexcept {}
-    explicit Handle(T* p) noexcept;  ///< adds a reference; null gives a null handle
-    Handle(Handle const& other) noexcept;
+    constexpr Handle() noexcept = default;        ///< null
+    constexpr Handle(std::nullptr_t) noexcept {}  ///< null
+    explicit Handle(T* p) noexcept;               ///< adds a reference; null gives a null handle
+    Handle(Handle const& other) noexcept;         ///< adds a reference
     constexpr Handle(Handle&& other) noexcept : pointer_{std::exchange(other.pointer_, nullptr)} {}  ///< leaves null
+
+    /// From a handle to a derived class, which it shares or leaves null.
+    /// @{
     template <typename Derived>
     requires(std::convertible_to<Derived*, T*> && !std::same_as<Derived, T>) Handle(Handle<Derived> const& other)
     noexcept : Handle{static_cast<T*>(other.get())} {}
     template <typename Derived>
     requires(std::convertible_to<Derived*, T*> && !std::same_as<Derived, T>) Handle(Handle<Derived>&& other)
     noexcept : pointer_{std::exchange(other.pointer_, nullptr)} {}
-    ~Handle();
+    /// @}
 
+    ~Handle();  ///< drops its reference
+
+    /// The object, which the handle goes on owning. It must not be null for the last two.
+    /// @{
     T* get() const noexcept;
     T* operator->() const noexcept;
     T& operator*() const noexcept;
+    /// @}
 
+    /// Whether there is no object, or is one.
+    /// @{
     bool null() const noexcept;
     explicit operator bool() const noexcept { return pointer_ != nullptr; }
+    /// @}
 
     /// True when the object has no other reference; meaningful while no other thread takes or drops one.
     bool isLastHandle() const noexcept;
 
     /// Takes the new object before it drops the old one, so assignment to the handle's own object never destroys it.
     Handle& operator=(Handle const& other) noexcept;
+
+    /// Takes the other's reference and leaves it null.
     Handle& operator=(Handle&& other) noexcept {
         replace(std::exchange(other.pointer_, nullptr));
         return *this;
     }
-    void reset(T* p) noexcept;
+    void reset(T* p) noexcept;          ///< as assignment of Handle{p}
     void swap(Handle& other) noexcept;  ///< not atomic
 
     /// Identity of the objects, not equality of their values.
+    /// @{
     bool operator==(Handle const& other) const noexcept;
     bool operator!=(Handle const& other) const noexcept;
     bool operator==(std::nullptr_t) const noexcept { return pointer_ == nullptr; }
     bool operator!=(std::nullptr_t) const noexcept { return pointer_ != nullptr; }
+    /// @}
 
 private:
     template <typename>

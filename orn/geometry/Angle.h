@@ -10,23 +10,30 @@
 /// normalised again. The number of degrees or radians exists only when asked for, in the principal range.
 class ORN_API Angle {
 public:
-    static constexpr double pi = 3.141592653589793;
+    static constexpr double pi = 3.141592653589793;  ///< the double nearest to π
 
     constexpr Angle() noexcept = default;  ///< zero
+    /// Of any size; NaN when it is not finite.
+    /// @{
     static Angle degrees(double d) noexcept;
     static Angle radians(double r) noexcept;
+    /// @}
+
     static Angle cosSin(double c, double s) noexcept;  ///< the direction of the vector (c, s); NaN for (0, 0)
 
-    constexpr double cos() const noexcept { return cosine_; }
-    constexpr double sin() const noexcept { return sine_; }
+    constexpr double cos() const noexcept { return cosine_; }          ///< −1 to 1 within rounding
+    constexpr double sin() const noexcept { return sine_; }            ///< −1 to 1 within rounding
     constexpr double tan() const noexcept { return sine_ / cosine_; }  ///< huge or infinite at a right angle
     double radians() const noexcept;                                   ///< in [−π, π]
     double degrees() const noexcept;                                   ///< in [−180, 180]
 
+    /// Neither cosine nor sine is infinite or NaN.
     bool isFinite() const noexcept { return std::isfinite(cosine_) && std::isfinite(sine_); }
 
-    constexpr Angle operator+() const noexcept { return *this; }
-    constexpr Angle operator-() const noexcept { return {cosine_, -sine_}; }
+    constexpr Angle operator+() const noexcept { return *this; }              ///< a copy
+    constexpr Angle operator-() const noexcept { return {cosine_, -sine_}; }  ///< turns the other way
+    /// One turn after the other, or after its opposite.
+    /// @{
     constexpr Angle operator+(Angle const& b) const noexcept {
         return {cosine_ * b.cosine_ - sine_ * b.sine_, cosine_ * b.sine_ + sine_ * b.cosine_};
     }
@@ -35,8 +42,10 @@ public:
     }
     constexpr Angle& operator+=(Angle const& b) noexcept { return *this = *this + b; }
     constexpr Angle& operator-=(Angle const& b) noexcept { return *this = *this - b; }
+    /// @}
 
     Angle operator*(int n) const noexcept;  ///< n times the principal value, again of unit length
+    /// N times the principal value, again of unit length.
     Angle& operator*=(int n) noexcept { return *this = *this * n; }
 
 private:
@@ -49,8 +58,10 @@ private:
 };
 
 /// Whether the difference of two angles, taken the short way round, is strictly less than a tolerance; false for NaN.
+/// @{
 ORN_API bool closerThanDegrees(Angle const& a, Angle const& b, double tolerance) noexcept;
 ORN_API bool closerThanRadians(Angle const& a, Angle const& b, double tolerance) noexcept;
+/// @}
 
 /// Writes the number of degrees.
 ORN_API std::wostream& operator<<(std::wostream& os, Angle const& angle);

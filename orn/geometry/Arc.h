@@ -9,6 +9,7 @@
 
 namespace ORN {
 
+/// An arc of the plane (N = 2) or of space (N = 3).
 template <int N>
 class Arc;
 
@@ -19,19 +20,23 @@ template <>
 class ORN_API Arc<2> {
 public:
     constexpr Arc() noexcept = default;  ///< the origin
+    /// Start, bulge and end are kept as given.
     constexpr Arc(Point<2> const& start, double bulge, Point<2> const& end) noexcept
         : start_{start}, bulge_{bulge}, end_{end} {}
     constexpr Arc(Point<2> const& start, Point<2> const& end) noexcept : start_{start}, end_{end} {}  ///< straight
 
+    /// As given; the bulge is 0 where none was.
+    /// @{
     constexpr Point<2> const& start() const noexcept { return start_; }
     constexpr double bulge() const noexcept { return bulge_; }
     constexpr Point<2> const& end() const noexcept { return end_; }
+    /// @}
 
     Point<2> midpoint() const noexcept;  ///< halfway along the arc
     Point<2> centre() const noexcept;    ///< not finite for a straight segment
-    double radius() const noexcept;
-    double length() const noexcept;
-    double deviation() const noexcept;  ///< the sagitta: the greatest distance between arc and chord, not negative
+    double radius() const noexcept;      ///< not finite for a straight segment
+    double length() const noexcept;      ///< along the arc
+    double deviation() const noexcept;   ///< the sagitta: the greatest distance between arc and chord, not negative
 
     /// The smallest box around the arc. When both ends lie in one quadrant about the centre it is that of the ends alone,
     /// even for an arc that runs almost the whole way round.

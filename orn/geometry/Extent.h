@@ -13,11 +13,14 @@ namespace ORN {
 /// for NaN, which is false in each.
 template <class T, int N>
 struct Bounds {
+    /// The extremes of the component type.
+    /// @{
     static constexpr T least = std::numeric_limits<T>::lowest();
     static constexpr T most = (std::numeric_limits<T>::max)();
+    /// @}
 
-    T lo[N];
-    T hi[N];
+    T lo[N];  ///< the lower bounds
+    T hi[N];  ///< the upper bounds
 
     /// The same interval on every axis.
     static constexpr Bounds filled(T low, T high) noexcept {
@@ -25,9 +28,10 @@ struct Bounds {
         for (int i = 0; i < N; ++i) all.lo[i] = low, all.hi[i] = high;
         return all;
     }
-    static constexpr Bounds everything() noexcept { return filled(least, most); }
-    static constexpr Bounds nothing() noexcept { return filled(most, least); }
+    static constexpr Bounds everything() noexcept { return filled(least, most); }  ///< from least to most
+    static constexpr Bounds nothing() noexcept { return filled(most, least); }     ///< from most to least
 
+    /// Around two points, in any order.
     template <class P>
     static constexpr Bounds around(P const& a, P const& b) noexcept {
         Bounds box{};
@@ -38,6 +42,9 @@ struct Bounds {
         }
         return box;
     }
+
+    /// Row 0 is lo, row 1 hi; not ordered.
+    /// @{
     static constexpr Bounds fromRows(T const (*rows)[N]) noexcept {
         Bounds box{};
         for (int i = 0; i < N; ++i) box.lo[i] = rows[0][i], box.hi[i] = rows[1][i];
@@ -46,7 +53,9 @@ struct Bounds {
     constexpr void packToPod(T (*rows)[N]) const noexcept {
         for (int i = 0; i < N; ++i) rows[0][i] = lo[i], rows[1][i] = hi[i];
     }
+    /// @}
 
+    /// Grows to hold the point.
     template <class P>
     constexpr void include(P const& p) noexcept {
         for (int i = 0; i < N; ++i) {
@@ -55,12 +64,16 @@ struct Bounds {
             if (c > hi[i]) hi[i] = c;
         }
     }
+
+    /// Grows to hold the other.
     constexpr void unite(Bounds const& b) noexcept {
         for (int i = 0; i < N; ++i) {
             if (lo[i] > b.lo[i]) lo[i] = b.lo[i];
             if (b.hi[i] > hi[i]) hi[i] = b.hi[i];
         }
     }
+
+    /// Shrinks to what both hold, or to nothing().
     constexpr void intersect(Bounds const& b) noexcept {
         for (int i = 0; i < N; ++i) {
             if (b.lo[i] > lo[i]) lo[i] = b.lo[i];
@@ -72,33 +85,43 @@ struct Bounds {
         }
     }
 
+    /// Both bounds are inclusive; true for NaN.
     template <class P>
     constexpr bool contains(P const& p) const noexcept {
         for (int i = 0; i < N; ++i)
             if (lo[i] > p[i] || p[i] > hi[i]) return false;
         return true;
     }
+
+    /// Whether lo > hi on some axis.
     constexpr bool degenerate() const noexcept {
         for (int i = 0; i < N; ++i)
             if (lo[i] > hi[i]) return true;
         return false;
     }
+
+    /// Whether the other holds every bound.
     constexpr bool within(Bounds const& b) const noexcept {
         for (int i = 0; i < N; ++i)
             if (b.lo[i] > lo[i] || hi[i] > b.hi[i]) return false;
         return true;
     }
+
+    /// Whether all bounds are equal.
     constexpr bool same(Bounds const& b) const noexcept {
         for (int i = 0; i < N; ++i)
             if (!(lo[i] == b.lo[i] && hi[i] == b.hi[i])) return false;
         return true;
     }
 
+    /// Every side moved out by d; nothing() when shrunk past the centre.
     constexpr Bounds dilated(T d) const noexcept {
         Bounds box{};
         for (int i = 0; i < N; ++i) box.lo[i] = lo[i] - d, box.hi[i] = hi[i] + d;
         return box.degenerate() ? nothing() : box;
     }
+
+    /// See Extent<1>::update.
     constexpr bool update(Bounds const& before, Bounds const& after) noexcept {
         bool exact = true;
         for (int i = 0; i < N; ++i) {
@@ -128,26 +151,29 @@ class ORN_API Extent<1> {
 public:
     static Extent const m_everything;  ///< every bound an extreme of the component type
     static Extent const m_nothing;     ///< the canonical empty box
-    static Extent const& everything() noexcept { return m_everything; }
-    static Extent const& nothing() noexcept { return m_nothing; }
+    static Extent const& everything() noexcept { return m_everything; }  ///< m_everything
+    static Extent const& nothing() noexcept { return m_nothing; }        ///< m_nothing
 
     constexpr Extent() noexcept = default;                                                        ///< nothing()
     constexpr Extent(Point<1> const& a, Point<1> const& b) noexcept : box_{Box::around(a, b)} {}  ///< in any order
     explicit constexpr Extent(double const (*rows)[1]) noexcept : box_{Box::fromRows(rows)} {}  ///< lo, hi; not ordered
     constexpr void packToPod(double (*rows)[1]) const noexcept { box_.packToPod(rows); }        ///< lo, hi
 
-    constexpr Point<1> lo() const noexcept { return Point<1>{box_.lo}; }
-    constexpr Point<1> hi() const noexcept { return Point<1>{box_.hi}; }
-    constexpr double lo(int i) const noexcept { return box_.lo[i]; }  ///< i must be an axis
-    constexpr double hi(int i) const noexcept { return box_.hi[i]; }
+    constexpr Point<1> lo() const noexcept { return Point<1>{box_.lo}; }  ///< the corner of the lower bounds
+    constexpr Point<1> hi() const noexcept { return Point<1>{box_.hi}; }  ///< of the upper bounds
+    constexpr double lo(int i) const noexcept { return box_.lo[i]; }      ///< i must be an axis
+    constexpr double hi(int i) const noexcept { return box_.hi[i]; }      ///< as lo
+    /// Half of the sum of the bounds.
     constexpr Point<1> centre() const noexcept { return Point<1>{(box_.lo[0] + box_.hi[0]) * 0.5}; }
     constexpr Point<1> corner(unsigned int k) const noexcept {  ///< bit i of k: hi on axis i, else lo
         return Point<1>{(k & 1u ? box_.hi : box_.lo)[0]};
     }
 
-    constexpr bool degenerate() const noexcept { return box_.degenerate(); }
+    constexpr bool degenerate() const noexcept { return box_.degenerate(); }  ///< empty: lo > hi on some axis
     constexpr bool contains(Point<1> const& p) const noexcept { return box_.contains(p); }  ///< true for NaN
 
+    /// Grown by a point; the box around both; what both hold, or nothing().
+    /// @{
     constexpr Extent operator+(Point<1> const& p) const noexcept { return Extent{*this} += p; }
     constexpr Extent operator|(Extent const& b) const noexcept { return Extent{*this} |= b; }
     constexpr Extent operator&(Extent const& b) const noexcept { return Extent{*this} &= b; }
@@ -163,6 +189,7 @@ public:
         box_.intersect(b.box_);
         return *this;
     }
+    /// @}
 
     /// The box with every side moved out by d, in for a negative d; nothing() when shrunk past the centre.
     constexpr Extent dilate(double d) const noexcept { return Extent{box_.dilated(d)}; }
@@ -173,11 +200,14 @@ public:
         return box_.update(before.box_, after.box_);
     }
 
+    /// Equality is that of all bounds; the order is containment.
+    /// @{
     constexpr bool operator==(Extent const& b) const noexcept { return box_.same(b.box_); }
     constexpr bool operator<=(Extent const& b) const noexcept { return box_.within(b.box_); }
     constexpr bool operator>=(Extent const& b) const noexcept { return b <= *this; }
     constexpr bool operator<(Extent const& b) const noexcept { return *this <= b && *this != b; }
     constexpr bool operator>(Extent const& b) const noexcept { return b < *this; }
+    /// @}
 
     /// Written as (0):(1), or as degenerate.
     friend std::wostream& operator<<(std::wostream& os, Extent const& e) { return e.putOn(os); }
@@ -193,33 +223,36 @@ private:
     Box box_ = Box::nothing();
 };
 
+/// A box of the plane, by the rules of Extent<1>.
 template <>
 class ORN_API Extent<2> {
 public:
     static Extent const m_everything;  ///< every bound an extreme of the component type
     static Extent const m_nothing;     ///< the canonical empty box
-    static Extent const& everything() noexcept { return m_everything; }
-    static Extent const& nothing() noexcept { return m_nothing; }
+    static Extent const& everything() noexcept { return m_everything; }  ///< m_everything
+    static Extent const& nothing() noexcept { return m_nothing; }        ///< m_nothing
 
     constexpr Extent() noexcept = default;                                                        ///< nothing()
     constexpr Extent(Point<2> const& a, Point<2> const& b) noexcept : box_{Box::around(a, b)} {}  ///< in any order
     explicit constexpr Extent(double const (*rows)[2]) noexcept : box_{Box::fromRows(rows)} {}  ///< lo, hi; not ordered
     constexpr void packToPod(double (*rows)[2]) const noexcept { box_.packToPod(rows); }        ///< lo, hi
 
-    constexpr Point<2> lo() const noexcept { return Point<2>{box_.lo}; }
-    constexpr Point<2> hi() const noexcept { return Point<2>{box_.hi}; }
-    constexpr double lo(int i) const noexcept { return box_.lo[i]; }  ///< i must be an axis
-    constexpr double hi(int i) const noexcept { return box_.hi[i]; }
-    constexpr Point<2> centre() const noexcept {
+    constexpr Point<2> lo() const noexcept { return Point<2>{box_.lo}; }  ///< the corner of the lower bounds
+    constexpr Point<2> hi() const noexcept { return Point<2>{box_.hi}; }  ///< of the upper bounds
+    constexpr double lo(int i) const noexcept { return box_.lo[i]; }      ///< i must be an axis
+    constexpr double hi(int i) const noexcept { return box_.hi[i]; }      ///< as lo
+    constexpr Point<2> centre() const noexcept {                          ///< half of the sum of the bounds
         return {(box_.lo[0] + box_.hi[0]) * 0.5, (box_.lo[1] + box_.hi[1]) * 0.5};
     }
     constexpr Point<2> corner(unsigned int k) const noexcept {  ///< bit i of k: hi on axis i, else lo
         return {(k & 1u ? box_.hi : box_.lo)[0], (k & 2u ? box_.hi : box_.lo)[1]};
     }
 
-    constexpr bool degenerate() const noexcept { return box_.degenerate(); }
+    constexpr bool degenerate() const noexcept { return box_.degenerate(); }  ///< empty: lo > hi on some axis
     constexpr bool contains(Point<2> const& p) const noexcept { return box_.contains(p); }  ///< true for NaN
 
+    /// Grown by a point; the box around both; what both hold, or nothing().
+    /// @{
     constexpr Extent operator+(Point<2> const& p) const noexcept { return Extent{*this} += p; }
     constexpr Extent operator|(Extent const& b) const noexcept { return Extent{*this} |= b; }
     constexpr Extent operator&(Extent const& b) const noexcept { return Extent{*this} &= b; }
@@ -235,6 +268,7 @@ public:
         box_.intersect(b.box_);
         return *this;
     }
+    /// @}
 
     /// The box with every side moved out by d, in for a negative d; nothing() when shrunk past the centre.
     constexpr Extent dilate(double d) const noexcept { return Extent{box_.dilated(d)}; }
@@ -245,11 +279,14 @@ public:
         return box_.update(before.box_, after.box_);
     }
 
+    /// Equality is that of all bounds; the order is containment.
+    /// @{
     constexpr bool operator==(Extent const& b) const noexcept { return box_.same(b.box_); }
     constexpr bool operator<=(Extent const& b) const noexcept { return box_.within(b.box_); }
     constexpr bool operator>=(Extent const& b) const noexcept { return b <= *this; }
     constexpr bool operator<(Extent const& b) const noexcept { return *this <= b && *this != b; }
     constexpr bool operator>(Extent const& b) const noexcept { return b < *this; }
+    /// @}
 
     /// Written as (0,0):(1,1), or as degenerate.
     friend std::wostream& operator<<(std::wostream& os, Extent const& e) { return e.putOn(os); }
@@ -265,33 +302,36 @@ private:
     Box box_ = Box::nothing();
 };
 
+/// A box of space, by the rules of Extent<1>.
 template <>
 class ORN_API Extent<3> {
 public:
     static Extent const m_everything;  ///< every bound an extreme of the component type
     static Extent const m_nothing;     ///< the canonical empty box
-    static Extent const& everything() noexcept { return m_everything; }
-    static Extent const& nothing() noexcept { return m_nothing; }
+    static Extent const& everything() noexcept { return m_everything; }  ///< m_everything
+    static Extent const& nothing() noexcept { return m_nothing; }        ///< m_nothing
 
     constexpr Extent() noexcept = default;                                                        ///< nothing()
     constexpr Extent(Point<3> const& a, Point<3> const& b) noexcept : box_{Box::around(a, b)} {}  ///< in any order
     explicit constexpr Extent(double const (*rows)[3]) noexcept : box_{Box::fromRows(rows)} {}  ///< lo, hi; not ordered
     constexpr void packToPod(double (*rows)[3]) const noexcept { box_.packToPod(rows); }        ///< lo, hi
 
-    constexpr Point<3> lo() const noexcept { return Point<3>{box_.lo}; }
-    constexpr Point<3> hi() const noexcept { return Point<3>{box_.hi}; }
-    constexpr double lo(int i) const noexcept { return box_.lo[i]; }  ///< i must be an axis
-    constexpr double hi(int i) const noexcept { return box_.hi[i]; }
-    constexpr Point<3> centre() const noexcept {
+    constexpr Point<3> lo() const noexcept { return Point<3>{box_.lo}; }  ///< the corner of the lower bounds
+    constexpr Point<3> hi() const noexcept { return Point<3>{box_.hi}; }  ///< of the upper bounds
+    constexpr double lo(int i) const noexcept { return box_.lo[i]; }      ///< i must be an axis
+    constexpr double hi(int i) const noexcept { return box_.hi[i]; }      ///< as lo
+    constexpr Point<3> centre() const noexcept {                          ///< half of the sum of the bounds
         return {(box_.lo[0] + box_.hi[0]) * 0.5, (box_.lo[1] + box_.hi[1]) * 0.5, (box_.lo[2] + box_.hi[2]) * 0.5};
     }
     constexpr Point<3> corner(unsigned int k) const noexcept {  ///< bit i of k: hi on axis i, else lo
         return {(k & 1u ? box_.hi : box_.lo)[0], (k & 2u ? box_.hi : box_.lo)[1], (k & 4u ? box_.hi : box_.lo)[2]};
     }
 
-    constexpr bool degenerate() const noexcept { return box_.degenerate(); }
+    constexpr bool degenerate() const noexcept { return box_.degenerate(); }  ///< empty: lo > hi on some axis
     constexpr bool contains(Point<3> const& p) const noexcept { return box_.contains(p); }  ///< true for NaN
 
+    /// Grown by a point; the box around both; what both hold, or nothing().
+    /// @{
     constexpr Extent operator+(Point<3> const& p) const noexcept { return Extent{*this} += p; }
     constexpr Extent operator|(Extent const& b) const noexcept { return Extent{*this} |= b; }
     constexpr Extent operator&(Extent const& b) const noexcept { return Extent{*this} &= b; }
@@ -307,6 +347,7 @@ public:
         box_.intersect(b.box_);
         return *this;
     }
+    /// @}
 
     /// The box with every side moved out by d, in for a negative d; nothing() when shrunk past the centre.
     constexpr Extent dilate(double d) const noexcept { return Extent{box_.dilated(d)}; }
@@ -317,11 +358,14 @@ public:
         return box_.update(before.box_, after.box_);
     }
 
+    /// Equality is that of all bounds; the order is containment.
+    /// @{
     constexpr bool operator==(Extent const& b) const noexcept { return box_.same(b.box_); }
     constexpr bool operator<=(Extent const& b) const noexcept { return box_.within(b.box_); }
     constexpr bool operator>=(Extent const& b) const noexcept { return b <= *this; }
     constexpr bool operator<(Extent const& b) const noexcept { return *this <= b && *this != b; }
     constexpr bool operator>(Extent const& b) const noexcept { return b < *this; }
+    /// @}
 
     /// Written as (0,0,0):(1,1,1), or as degenerate.
     friend std::wostream& operator<<(std::wostream& os, Extent const& e) { return e.putOn(os); }

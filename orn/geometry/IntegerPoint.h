@@ -10,20 +10,26 @@ class IPoint;
 template <int N>
 class IVector;
 
+/// A displacement in the plane.
 template <>
 class ORN_API IVector<2> {
 public:
-    constexpr IVector() noexcept = default;  ///< zero
-    constexpr IVector(int x, int y) noexcept : x_{x}, y_{y} {}
-    explicit constexpr IVector(int const* a) noexcept : x_{a[0]}, y_{a[1]} {}
+    constexpr IVector() noexcept = default;                                    ///< zero
+    constexpr IVector(int x, int y) noexcept : x_{x}, y_{y} {}                 ///< Cartesian
+    explicit constexpr IVector(int const* a) noexcept : x_{a[0]}, y_{a[1]} {}  ///< of what packToPod fills
 
-    constexpr int x() const noexcept { return x_; }
-    constexpr int y() const noexcept { return y_; }
+    constexpr int x() const noexcept { return x_; }                              ///< along x
+    constexpr int y() const noexcept { return y_; }                              ///< along y
     constexpr int operator[](int i) const noexcept { return i == 0 ? x_ : y_; }  ///< else y
-    constexpr void packToPod(int* a) const noexcept { a[0] = x_, a[1] = y_; }
+    constexpr void packToPod(int* a) const noexcept { a[0] = x_, a[1] = y_; }    ///< writes them in order
+    /// As for doubles; ints are always finite.
+    /// @{
     constexpr bool isNaN() const noexcept { return false; }
     constexpr bool isFinite() const noexcept { return true; }
+    /// @}
 
+    /// By components.
+    /// @{
     constexpr IVector operator-() const noexcept { return {-x_, -y_}; }
     constexpr IVector operator+(IVector const& b) const noexcept { return {x_ + b.x_, y_ + b.y_}; }
     constexpr IVector operator-(IVector const& b) const noexcept { return {x_ - b.x_, y_ - b.y_}; }
@@ -31,27 +37,34 @@ public:
     constexpr IVector const& operator+=(IVector const& b) noexcept { return *this = *this + b; }
     constexpr IVector const& operator-=(IVector const& b) noexcept { return *this = *this - b; }
     constexpr IVector const& operator*=(int s) noexcept { return *this = *this * s; }
+    /// @}
 
 private:
     int x_ = 0;
     int y_ = 0;
 };
 
+/// A displacement in space.
 template <>
 class ORN_API IVector<3> {
 public:
-    constexpr IVector() noexcept = default;  ///< zero
-    constexpr IVector(int x, int y, int z) noexcept : x_{x}, y_{y}, z_{z} {}
-    explicit constexpr IVector(int const* a) noexcept : x_{a[0]}, y_{a[1]}, z_{a[2]} {}
+    constexpr IVector() noexcept = default;                                              ///< zero
+    constexpr IVector(int x, int y, int z) noexcept : x_{x}, y_{y}, z_{z} {}             ///< Cartesian
+    explicit constexpr IVector(int const* a) noexcept : x_{a[0]}, y_{a[1]}, z_{a[2]} {}  ///< of what packToPod fills
 
-    constexpr int x() const noexcept { return x_; }
-    constexpr int y() const noexcept { return y_; }
-    constexpr int z() const noexcept { return z_; }
+    constexpr int x() const noexcept { return x_; }                                            ///< along x
+    constexpr int y() const noexcept { return y_; }                                            ///< along y
+    constexpr int z() const noexcept { return z_; }                                            ///< along z
     constexpr int operator[](int i) const noexcept { return i == 0 ? x_ : i == 1 ? y_ : z_; }  ///< else z
-    constexpr void packToPod(int* a) const noexcept { a[0] = x_, a[1] = y_, a[2] = z_; }
+    constexpr void packToPod(int* a) const noexcept { a[0] = x_, a[1] = y_, a[2] = z_; }       ///< writes them in order
+    /// As for doubles; ints are always finite.
+    /// @{
     constexpr bool isNaN() const noexcept { return false; }
     constexpr bool isFinite() const noexcept { return true; }
+    /// @}
 
+    /// By components.
+    /// @{
     constexpr IVector operator+() const noexcept { return *this; }
     constexpr IVector operator-() const noexcept { return {-x_, -y_, -z_}; }
     constexpr IVector operator+(IVector const& b) const noexcept { return {x_ + b.x_, y_ + b.y_, z_ + b.z_}; }
@@ -60,6 +73,7 @@ public:
     constexpr IVector const& operator+=(IVector const& b) noexcept { return *this = *this + b; }
     constexpr IVector const& operator-=(IVector const& b) noexcept { return *this = *this - b; }
     constexpr IVector const& operator*=(int s) noexcept { return *this = *this * s; }
+    /// @}
 
 private:
     int x_ = 0;
@@ -67,51 +81,65 @@ private:
     int z_ = 0;
 };
 
+/// A place in the plane.
 template <>
 class ORN_API IPoint<2> {
 public:
-    static IPoint const m_origin;
-    static IPoint const& origin() noexcept { return m_origin; }
+    static IPoint const m_origin;                                ///< all coordinates 0
+    static IPoint const& origin() noexcept { return m_origin; }  ///< m_origin
 
-    constexpr IPoint() noexcept = default;  ///< zero
-    constexpr IPoint(int x, int y) noexcept : x_{x}, y_{y} {}
-    explicit constexpr IPoint(int const* a) noexcept : x_{a[0]}, y_{a[1]} {}
+    constexpr IPoint() noexcept = default;                                    ///< zero
+    constexpr IPoint(int x, int y) noexcept : x_{x}, y_{y} {}                 ///< Cartesian
+    explicit constexpr IPoint(int const* a) noexcept : x_{a[0]}, y_{a[1]} {}  ///< of what packToPod fills
 
-    constexpr int x() const noexcept { return x_; }
-    constexpr int y() const noexcept { return y_; }
+    constexpr int x() const noexcept { return x_; }                              ///< along x
+    constexpr int y() const noexcept { return y_; }                              ///< along y
     constexpr int operator[](int i) const noexcept { return i == 0 ? x_ : y_; }  ///< else y
-    constexpr void packToPod(int* a) const noexcept { a[0] = x_, a[1] = y_; }
+    constexpr void packToPod(int* a) const noexcept { a[0] = x_, a[1] = y_; }    ///< writes them in order
+    /// As for doubles; ints are always finite.
+    /// @{
     constexpr bool isNaN() const noexcept { return false; }
     constexpr bool isFinite() const noexcept { return true; }
+    /// @}
 
+    /// Moves by the vector.
+    /// @{
     constexpr IPoint& operator+=(IVector<2> const& v) noexcept { return *this = {x_ + v.x(), y_ + v.y()}; }
     constexpr IPoint& operator-=(IVector<2> const& v) noexcept { return *this = {x_ - v.x(), y_ - v.y()}; }
+    /// @}
 
 private:
     int x_ = 0;
     int y_ = 0;
 };
 
+/// A place in space.
 template <>
 class ORN_API IPoint<3> {
 public:
-    static IPoint const m_origin;
-    static IPoint const& origin() noexcept { return m_origin; }
+    static IPoint const m_origin;                                ///< all coordinates 0
+    static IPoint const& origin() noexcept { return m_origin; }  ///< m_origin
 
-    constexpr IPoint() noexcept = default;  ///< zero
-    constexpr IPoint(int x, int y, int z) noexcept : x_{x}, y_{y}, z_{z} {}
-    explicit constexpr IPoint(int const* a) noexcept : x_{a[0]}, y_{a[1]}, z_{a[2]} {}
+    constexpr IPoint() noexcept = default;                                              ///< zero
+    constexpr IPoint(int x, int y, int z) noexcept : x_{x}, y_{y}, z_{z} {}             ///< Cartesian
+    explicit constexpr IPoint(int const* a) noexcept : x_{a[0]}, y_{a[1]}, z_{a[2]} {}  ///< of what packToPod fills
 
-    constexpr int x() const noexcept { return x_; }
-    constexpr int y() const noexcept { return y_; }
-    constexpr int z() const noexcept { return z_; }
+    constexpr int x() const noexcept { return x_; }                                            ///< along x
+    constexpr int y() const noexcept { return y_; }                                            ///< along y
+    constexpr int z() const noexcept { return z_; }                                            ///< along z
     constexpr int operator[](int i) const noexcept { return i == 0 ? x_ : i == 1 ? y_ : z_; }  ///< else z
-    constexpr void packToPod(int* a) const noexcept { a[0] = x_, a[1] = y_, a[2] = z_; }
+    constexpr void packToPod(int* a) const noexcept { a[0] = x_, a[1] = y_, a[2] = z_; }       ///< writes them in order
+    /// As for doubles; ints are always finite.
+    /// @{
     constexpr bool isNaN() const noexcept { return false; }
     constexpr bool isFinite() const noexcept { return true; }
+    /// @}
 
+    /// Moves by the vector.
+    /// @{
     constexpr IPoint& operator+=(IVector<3> const& v) noexcept { return *this = {x_ + v.x(), y_ + v.y(), z_ + v.z()}; }
     constexpr IPoint& operator-=(IVector<3> const& v) noexcept { return *this = {x_ - v.x(), y_ - v.y(), z_ - v.z()}; }
+    /// @}
 
 private:
     int x_ = 0;
@@ -120,5 +148,7 @@ private:
 };
 
 /// Written as (x,y) and (x,y,z).
+/// @{
 ORN_API std::wostream& operator<<(std::wostream& os, IVector<2> const& v);
 ORN_API std::wostream& operator<<(std::wostream& os, IVector<3> const& v);
+/// @}

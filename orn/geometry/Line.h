@@ -13,13 +13,17 @@ class Line {
     static_assert(N == 2 || N == 3, "lines have two or three dimensions");
 
 public:
+    /// Nothing is normalised.
     constexpr Line(Vector<N> const& direction, Point<N> const& point) noexcept : direction_{direction}, point_{point} {}
 
     /// The line through two points, directed from the first to the second; NaN when they are equal.
     static Line through(Point<N> const& from, Point<N> const& to) noexcept { return {(to - from).unit(), from}; }
 
+    /// As given.
+    /// @{
     constexpr Vector<N> const& direction() const noexcept { return direction_; }
     constexpr Point<N> const& point() const noexcept { return point_; }
+    /// @}
 
 private:
     Vector<N> direction_;

@@ -38,15 +38,18 @@ public:
     constexpr void packToPod(double (*const rows)[N]) const noexcept;  ///< fills N rows
 
     double determinant() const;  ///< throws ORN::NotImplemented for order 4
-    constexpr Matrix transpose() const noexcept;
+    constexpr Matrix transpose() const noexcept;  ///< rows for columns
     Matrix inverse() const noexcept;  ///< the adjugate over the determinant; order 4 by elimination with scaled pivots
 
+    /// a·b, and a times the inverse of b.
+    /// @{
     constexpr Matrix& operator*=(Matrix const& b) noexcept { return *this = Matrix{elements_, b.elements_}; }
     Matrix& operator/=(Matrix const& b) noexcept { return *this *= b.inverse(); }
     friend constexpr Matrix operator*(Matrix const& a, Matrix const& b) noexcept {
         return Matrix{a.elements_, b.elements_};
     }
     friend Matrix operator/(Matrix const& a, Matrix const& b) noexcept { return a * b.inverse(); }
+    /// @}
 
     /// The rows between brackets, as in [1,0/0,1].
     friend std::wostream& operator<<(std::wostream& os, Matrix const& m) { return m.putOn(os); }
@@ -136,14 +139,18 @@ inline Matrix<N> Matrix<N>::inverse() const noexcept {
     }
 }
 
+/// Order 4: throws ORN::NotImplemented.
 template <>
 ORN_API double Matrix<4>::determinant() const;
+
+/// Order 4: by elimination with scaled pivots.
 template <>
 ORN_API Matrix<4> Matrix<4>::inverse() const noexcept;
 
 namespace ORN {
 
 /// Component j of a row vector times a matrix.
+/// @{
 constexpr double product(double x, Matrix<1> const& m, int j) noexcept { return x * m[0][j]; }
 constexpr double product(double x, double y, Matrix<2> const& m, int j) noexcept { return x * m[0][j] + y * m[1][j]; }
 constexpr double product(double x, double y, double z, Matrix<3> const& m, int j) noexcept {
@@ -152,6 +159,7 @@ constexpr double product(double x, double y, double z, Matrix<3> const& m, int j
 constexpr double product(double const (&c)[4], Matrix<4> const& m, int j) noexcept {
     return c[0] * m[0][j] + c[1] * m[1][j] + c[2] * m[2][j] + c[3] * m[3][j];
 }
+/// @}
 
 }
 

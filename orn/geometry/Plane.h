@@ -19,16 +19,21 @@ public:
     /// their centroid.
     Plane(Point<3> const& a, Point<3> const& b, Point<3> const& c) noexcept;
 
+    /// As given, the normal at unit length.
+    /// @{
     constexpr Point<3> const& pointOnPlane() const noexcept { return point_; }
     constexpr Vector<3> const& normal() const noexcept { return normal_; }
+    /// @}
 
     Plane operator-() const noexcept { return {-normal_, point_}; }  ///< the same points, the opposite normal
 
     /// Signed distances, along the normal, of the plane from the origin and of a point from the plane.
+    /// @{
     constexpr double distanceFromOrigin() const noexcept {
         return point_.x() * normal_.x() + point_.y() * normal_.y() + point_.z() * normal_.z();
     }
     constexpr double distanceTo(Point<3> const& q) const noexcept { return dot(q - point_, normal_); }
+    /// @}
 
     constexpr Vector<3> vectorTo(Point<3> const& q) const noexcept { return normal_ * distanceTo(q); }  ///< to q
     constexpr Point<3> project(Point<3> const& q) const noexcept { return q - vectorTo(q); }            ///< q's foot
@@ -44,8 +49,10 @@ ORN_API std::wostream& operator<<(std::wostream& os, Plane const& plane);
 namespace ORN {
 
 /// The point common to a line and a plane.
+/// @{
 ORN_API Point<3> intersect(Line<3> const& line, Plane const& plane) noexcept;
 ORN_API Point<3> intersect(Plane const& plane, Line<3> const& line) noexcept;
+/// @}
 
 }
 

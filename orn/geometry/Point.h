@@ -16,32 +16,45 @@ class AffineTransform;
 template <int N>
 class UniformTransform;
 
-/// The products with a matrix, p·m and p·m + t, are defined in orn/geometry/Matrix.h; transforms use them.
+/// A place on a line. The products with a matrix, p·m and p·m + t, are defined in orn/geometry/Matrix.h; transforms
+/// use them.
 template <>
 class ORN_API Point<1> {
 public:
-    static Point const m_origin;
-    static Point const& origin() noexcept { return m_origin; }
+    static Point const m_origin;                                ///< all coordinates 0
+    static Point const& origin() noexcept { return m_origin; }  ///< m_origin
 
     constexpr Point() noexcept = default;  ///< the origin
+    /// Of one coordinate; from the array that packToPod fills.
+    /// @{
     explicit constexpr Point(double x) noexcept : x_{x} {}
     explicit constexpr Point(std::integral auto x) noexcept : x_{static_cast<double>(x)} {}
     explicit constexpr Point(double const* a) noexcept : x_{a[0]} {}
+    /// @}
 
-    constexpr double x() const noexcept { return x_; }
+    constexpr double x() const noexcept { return x_; }                      ///< the coordinate along x
     constexpr double operator[](int i) const noexcept { return (&x_)[i]; }  ///< i must be 0
-    constexpr void packToPod(double* a) const noexcept { a[0] = x_; }
+    constexpr void packToPod(double* a) const noexcept { a[0] = x_; }       ///< writes them in order
 
-    constexpr bool isNaN() const noexcept { return x_ != x_; }
-    bool isFinite() const noexcept { return std::isfinite(x_); }
+    constexpr bool isNaN() const noexcept { return x_ != x_; }    ///< any is NaN
+    bool isFinite() const noexcept { return std::isfinite(x_); }  ///< none is infinite or NaN
 
+    /// Moves by the vector.
+    /// @{
     constexpr Point& operator+=(Vector<1> const& v) noexcept { return *this = *this + v; }
     constexpr Point& operator-=(Vector<1> const& v) noexcept { return *this = *this - v; }
 
     friend constexpr Point operator+(Point const& p, Vector<1> const& v) noexcept { return Point{p.x_ + v.x()}; }
     friend constexpr Point operator+(Vector<1> const& v, Point const& p) noexcept { return p + v; }
+    /// @}
+
+    /// By coordinates.
+    /// @{
     friend constexpr Point operator-(Point const& p, Vector<1> const& v) noexcept { return Point{p.x_ - v.x()}; }
     friend constexpr Vector<1> operator-(Point const& a, Point const& b) noexcept { return Vector<1>{a.x_ - b.x_}; }
+    /// @}
+
+    /// Exact; NaN equals nothing.
     friend constexpr bool operator==(Point const& a, Point const& b) noexcept { return a.x_ == b.x_; }
 
 private:
@@ -55,24 +68,27 @@ private:
     double x_ = 0;
 };
 
+/// A place in the plane.
 template <>
 class ORN_API Point<2> {
 public:
-    static Point const m_origin;
-    static Point const& origin() noexcept { return m_origin; }
+    static Point const m_origin;                                ///< all coordinates 0
+    static Point const& origin() noexcept { return m_origin; }  ///< m_origin
 
-    constexpr Point() noexcept = default;  ///< the origin
-    constexpr Point(double x, double y) noexcept : x_{x}, y_{y} {}
-    explicit constexpr Point(double const* a) noexcept : x_{a[0]}, y_{a[1]} {}
+    constexpr Point() noexcept = default;                                       ///< the origin
+    constexpr Point(double x, double y) noexcept : x_{x}, y_{y} {}              ///< Cartesian
+    explicit constexpr Point(double const* a) noexcept : x_{a[0]}, y_{a[1]} {}  ///< of what packToPod fills
 
-    constexpr double x() const noexcept { return x_; }
-    constexpr double y() const noexcept { return y_; }
+    constexpr double x() const noexcept { return x_; }                              ///< the coordinate along x
+    constexpr double y() const noexcept { return y_; }                              ///< along y
     constexpr double operator[](int i) const noexcept { return i == 0 ? x_ : y_; }  ///< any i but 0 gives y
-    constexpr void packToPod(double* a) const noexcept { a[0] = x_, a[1] = y_; }
+    constexpr void packToPod(double* a) const noexcept { a[0] = x_, a[1] = y_; }    ///< writes them in order
 
-    constexpr bool isNaN() const noexcept { return x_ != x_ || y_ != y_; }
-    bool isFinite() const noexcept { return std::isfinite(x_) && std::isfinite(y_); }
+    constexpr bool isNaN() const noexcept { return x_ != x_ || y_ != y_; }             ///< any is NaN
+    bool isFinite() const noexcept { return std::isfinite(x_) && std::isfinite(y_); }  ///< none is infinite or NaN
 
+    /// Moves by the vector.
+    /// @{
     constexpr Point& operator+=(Vector<2> const& v) noexcept { return *this = *this + v; }
     constexpr Point& operator-=(Vector<2> const& v) noexcept { return *this = *this - v; }
 
@@ -80,14 +96,19 @@ public:
         return {p.x_ + v.x(), p.y_ + v.y()};
     }
     friend constexpr Point operator+(Vector<2> const& v, Point const& p) noexcept { return p + v; }
+    /// @}
 
     /// Differences are a + (0 − b), so that −0 less +0 is +0.
+    /// @{
     friend constexpr Point operator-(Point const& p, Vector<2> const& v) noexcept {
         return {p.x_ + (0 - v.x()), p.y_ + (0 - v.y())};
     }
     friend constexpr Vector<2> operator-(Point const& a, Point const& b) noexcept {
         return {a.x_ + (0 - b.x_), a.y_ + (0 - b.y_)};
     }
+    /// @}
+
+    /// Exact; NaN equals nothing.
     friend constexpr bool operator==(Point const& a, Point const& b) noexcept { return a.x_ == b.x_ && a.y_ == b.y_; }
 
 private:
@@ -104,25 +125,29 @@ private:
     double y_ = 0;
 };
 
+/// A place in space.
 template <>
 class ORN_API Point<3> {
 public:
-    static Point const m_origin;
-    static Point const& origin() noexcept { return m_origin; }
+    static Point const m_origin;                                ///< all coordinates 0
+    static Point const& origin() noexcept { return m_origin; }  ///< m_origin
 
-    constexpr Point() noexcept = default;  ///< the origin
-    constexpr Point(double x, double y, double z) noexcept : x_{x}, y_{y}, z_{z} {}
-    explicit constexpr Point(double const* a) noexcept : x_{a[0]}, y_{a[1]}, z_{a[2]} {}
+    constexpr Point() noexcept = default;                                                 ///< the origin
+    constexpr Point(double x, double y, double z) noexcept : x_{x}, y_{y}, z_{z} {}       ///< Cartesian
+    explicit constexpr Point(double const* a) noexcept : x_{a[0]}, y_{a[1]}, z_{a[2]} {}  ///< of what packToPod fills
 
-    constexpr double x() const noexcept { return x_; }
-    constexpr double y() const noexcept { return y_; }
-    constexpr double z() const noexcept { return z_; }
+    constexpr double x() const noexcept { return x_; }  ///< the coordinate along x
+    constexpr double y() const noexcept { return y_; }  ///< along y
+    constexpr double z() const noexcept { return z_; }  ///< along z
     constexpr double operator[](int i) const noexcept { return i == 0 ? x_ : i == 1 ? y_ : z_; }  ///< else z
-    constexpr void packToPod(double* a) const noexcept { a[0] = x_, a[1] = y_, a[2] = z_; }
+    constexpr void packToPod(double* a) const noexcept { a[0] = x_, a[1] = y_, a[2] = z_; }  ///< writes them in order
 
-    constexpr bool isNaN() const noexcept { return x_ != x_ || y_ != y_ || z_ != z_; }
+    constexpr bool isNaN() const noexcept { return x_ != x_ || y_ != y_ || z_ != z_; }  ///< any is NaN
+    /// None is infinite or NaN.
     bool isFinite() const noexcept { return std::isfinite(x_) && std::isfinite(y_) && std::isfinite(z_); }
 
+    /// Moves by the vector.
+    /// @{
     constexpr Point& operator+=(Vector<3> const& v) noexcept { return *this = *this + v; }
     constexpr Point& operator-=(Vector<3> const& v) noexcept { return *this = *this - v; }
 
@@ -130,15 +155,19 @@ public:
         return {p.x_ + v.x(), p.y_ + v.y(), p.z_ + v.z()};
     }
     friend constexpr Point operator+(Vector<3> const& v, Point const& p) noexcept { return p + v; }
+    /// @}
 
     /// Differences are a + (0 − b), so that −0 less +0 is +0.
+    /// @{
     friend constexpr Point operator-(Point const& p, Vector<3> const& v) noexcept {
         return {p.x_ + (0 - v.x()), p.y_ + (0 - v.y()), p.z_ + (0 - v.z())};
     }
     friend constexpr Vector<3> operator-(Point const& a, Point const& b) noexcept {
         return {a.x_ + (0 - b.x_), a.y_ + (0 - b.y_), a.z_ + (0 - b.z_)};
     }
-    friend constexpr bool operator==(Point const& a, Point const& b) noexcept {
+    /// @}
+
+    friend constexpr bool operator==(Point const& a, Point const& b) noexcept {  ///< exact; NaN equals nothing
         return a.x_ == b.x_ && a.y_ == b.y_ && a.z_ == b.z_;
     }
 
@@ -158,6 +187,7 @@ private:
 };
 
 /// The point at t on the way from a (t = 0) to b (t = 1), both met exactly when finite; other t extrapolate.
+/// @{
 constexpr Point<1> interp(Point<1> const& a, Point<1> const& b, double t) noexcept {
     return Point<1>{(1 - t) * a.x() + t * b.x()};
 }
@@ -167,7 +197,10 @@ constexpr Point<2> interp(Point<2> const& a, Point<2> const& b, double t) noexce
 constexpr Point<3> interp(Point<3> const& a, Point<3> const& b, double t) noexcept {
     return {(1 - t) * a.x() + t * b.x(), (1 - t) * a.y() + t * b.y(), (1 - t) * a.z() + t * b.z()};
 }
+/// @}
 
+/// Half of the sum, which may overflow.
+/// @{
 constexpr Point<1> midpoint(Point<1> const& a, Point<1> const& b) noexcept { return Point<1>{(a.x() + b.x()) * 0.5}; }
 constexpr Point<2> midpoint(Point<2> const& a, Point<2> const& b) noexcept {
     return {(a.x() + b.x()) * 0.5, (a.y() + b.y()) * 0.5};
@@ -175,8 +208,11 @@ constexpr Point<2> midpoint(Point<2> const& a, Point<2> const& b) noexcept {
 constexpr Point<3> midpoint(Point<3> const& a, Point<3> const& b) noexcept {
     return {(a.x() + b.x()) * 0.5, (a.y() + b.y()) * 0.5, (a.z() + b.z()) * 0.5};
 }
+/// @}
 
 /// Written as (x), (x,y) and (x,y,z).
+/// @{
 ORN_API std::wostream& operator<<(std::wostream& os, Point<1> const& p);
 ORN_API std::wostream& operator<<(std::wostream& os, Point<2> const& p);
 ORN_API std::wostream& operator<<(std::wostream& os, Point<3> const& p);
+/// @}

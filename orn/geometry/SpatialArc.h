@@ -26,17 +26,20 @@ public:
     /// Straight, about an axis at a right angle to the chord, in the y-z or the z-x plane; (0, 0, 1) for a zero chord.
     Arc(Point<3> const& start, Point<3> const& end) noexcept;
 
+    /// As given; the axis at unit length.
+    /// @{
     constexpr Point<3> const& start() const noexcept { return start_; }
     constexpr double bulge() const noexcept { return bulge_; }
     constexpr Vector<3> const& axis() const noexcept { return axis_; }
     constexpr Point<3> const& end() const noexcept { return end_; }
+    /// @}
 
     Point<3> midpoint() const noexcept;  ///< halfway along the arc
     Point<3> centre() const noexcept;    ///< not finite for a straight segment
     double radius() const noexcept;      ///< infinite for a straight segment
-    double length() const noexcept;
-    double deviation() const noexcept;  ///< the sagitta: the greatest distance between arc and chord, not negative
-    Plane plane() const noexcept;       ///< through the start
+    double length() const noexcept;      ///< along the arc
+    double deviation() const noexcept;   ///< the sagitta: the greatest distance between arc and chord, not negative
+    Plane plane() const noexcept;        ///< through the start
 
     /// The smallest box around the arc; it holds both ends exactly.
     Extent<3> extent() const noexcept;
