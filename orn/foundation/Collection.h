@@ -21,7 +21,7 @@ namespace ORN {
 /// A derived class constructs and destroys single elements; its destructor calls clear(), which frees every other chunk.
 class ORN_API CollectionBase {
 public:
-    using size_type = std::size_t;
+    using size_type = std::size_t;  ///< of counts and indices
 
     /// Copies the fields alone: elements, chunks and table stay the other's. A derived copy constructor calls the
     /// constructor with its own first chunk instead, then rawInit.
@@ -29,11 +29,14 @@ public:
     CollectionBase& operator=(CollectionBase const& other);  ///< rawAssign
     virtual ~CollectionBase();                               ///< frees the table, neither elements nor chunks
 
+    /// As of standard containers; max_size is the largest size_type.
+    /// @{
     size_type size() const noexcept { return count_; }
     bool empty() const noexcept { return count_ == 0; }
     constexpr size_type max_size() const noexcept { return static_cast<size_type>(-1); }
+    /// @}
 
-    void clear();
+    void clear();     ///< destroys the elements from the back, frees all chunks but the first
     void pop_back();  ///< the collection must not be empty
 
 protected:
@@ -44,12 +47,15 @@ protected:
     /// or, when the constructor throws, rawNotPushed.
     void* rawPush();
     void rawPushed(std::size_t count) noexcept { count_ = count; }  ///< the count with the new element
-    void rawNotPushed() noexcept;
+    void rawNotPushed() noexcept;                                   ///< the chunk that rawPush allocated goes again
 
+    /// Addresses: of an element (the index is not tested), of the first and the last one, of the chunks.
+    /// @{
     void* rawIndex(std::size_t i) const noexcept { return chunks_[i / perChunk_] + i % perChunk_ * elementSize_; }
     void* rawFront() const noexcept { return firstChunk_; }
     void* rawBack() const noexcept { return rawIndex(count_ - 1); }
     unsigned char** rawChunks() const noexcept { return chunks_; }
+    /// @}
 
     /// Destroys elements from the back, or appends copies of the element at source (null: default elements).
     void rawResize(std::size_t count, void const* source);
@@ -94,50 +100,68 @@ class Collection final : public CollectionBase {
     class Iterator;
 
 public:
+    /// As of standard containers; iterators are random-access.
+    /// @{
     using value_type = T;
     using reference = T&;
     using const_reference = T const&;
     using difference_type = std::ptrdiff_t;
     using iterator = Iterator<T>;
     using const_iterator = Iterator<T const>;
+    /// @}
 
-    Collection() noexcept : CollectionBase{PerChunk, sizeof(T), first_} {}
-    Collection(Collection const& other) requires std::copy_constructible<T> : Collection{} { rawInit(other); }
-    Collection(Collection&& other) noexcept(std::is_nothrow_move_constructible_v<T>) : Collection{} { take(other); }
+    Collection() noexcept : CollectionBase{PerChunk, sizeof(T), first_} {}  ///< empty
     ~Collection() override { clear(); }
 
+    /// Copies of the other's elements.
+    /// @{
+    Collection(Collection const& other) requires std::copy_constructible<T> : Collection{} { rawInit(other); }
     Collection& operator=(Collection const& other) requires std::copy_constructible<T> {
         rawAssign(other);
         return *this;
     }
+    /// @}
+
+    /// Moves the elements of the first chunk and takes the other chunks over; the other collection is empty afterwards.
+    /// @{
+    Collection(Collection&& other) noexcept(std::is_nothrow_move_constructible_v<T>) : Collection{} { take(other); }
     Collection& operator=(Collection&& other) noexcept(std::is_nothrow_move_constructible_v<T>) {
         if (this == &other) return *this;
         clear();
         take(other);
         return *this;
     }
+    /// @}
 
-    void clear() {
+    void clear() {  ///< destroys the elements, frees all chunks but the first
         if constexpr (std::is_trivially_destructible_v<T>)
             rawDiscard();
         else
             CollectionBase::clear();
     }
 
-    T& operator[](size_type i) noexcept { return *at(i); }  ///< i below size(), not checked
+    /// The element must be there; nothing is checked.
+    /// @{
+    T& operator[](size_type i) noexcept { return *at(i); }
     T const& operator[](size_type i) const noexcept { return *at(i); }
     T& front() noexcept { return *at(0); }
     T const& front() const noexcept { return *at(0); }
     T& back() noexcept { return *at(size() - 1); }
     T const& back() const noexcept { return *at(size() - 1); }
+    /// @}
 
+    /// Valid while the collection grows; end() is the index size().
+    /// @{
     iterator begin() noexcept { return {this, 0}; }
     iterator end() noexcept { return {this, size()}; }
     const_iterator begin() const noexcept { return {this, 0}; }
     const_iterator end() const noexcept { return {this, size()}; }
     const_iterator cbegin() const noexcept { return begin(); }
     const_iterator cend() const noexcept { return end(); }
+    /// @}
 
+    /// Appends. What the element's constructor throws leaves the collection as it was.
+    /// @{
     void push_back(T const& value) { emplace_back(value); }
     void push_back(T&& value) { emplace_back(std::move(value)); }
     template <typename... Arguments>
@@ -159,14 +183,15 @@ public:
         rawPushed(count + 1);
         return *element;
     }
+    /// @}
 
-    void resize(size_type count)  ///< appends value-initialised elements, or destroys from the back
-        requires std::default_initializable<T> {
-        rawResize(count, nullptr);
-    }
+    /// Destroys elements from the back, or appends value-initialised ones or copies.
+    /// @{
+    void resize(size_type count) requires std::default_initializable<T> { rawResize(count, nullptr); }
     void resize(size_type count, T const& value) requires std::copy_constructible<T> {
         rawResize(count, std::addressof(value));
     }
+    /// @}
 
 private:
     void rawConstruct(void* slot, void const* source) override {
