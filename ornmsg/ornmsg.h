@@ -3,6 +3,7 @@
 
 #include <string>
 
+/// Before a declaration: the catalogue exports it.
 #if defined(_WIN32)
 #if defined(ORNMSG_BUILDING)
 #define ORNMSG_API __declspec(dllexport)

@@ -12,21 +12,27 @@
 /// even one of a const object, two threads that read one colour need a lock or a copy each.
 class ORN_API Colour {
 public:
-    Colour() noexcept : Colour{0.0, 0.0, 0.0, 1.0} {}  ///< opaque black
-    Colour(Colour const&) noexcept = default;          ///< with what is cached
-    Colour& operator=(Colour const&) noexcept = default;
+    Colour() noexcept : Colour{0.0, 0.0, 0.0, 1.0} {}     ///< opaque black
+    Colour(Colour const&) noexcept = default;             ///< with what is cached
+    Colour& operator=(Colour const&) noexcept = default;  ///< with what is cached
     virtual ~Colour() = default;
 
-    static Colour rgb(double r, double g, double b) { return {r, g, b, 1.0}; }  ///< opaque, as hsv and hls
+    /// Kept in the model that is named; opaque where no opacity is given.
+    /// @{
+    static Colour rgb(double r, double g, double b) { return {r, g, b, 1.0}; }
     static Colour rgba(double r, double g, double b, double a) { return {r, g, b, a}; }
     static Colour hsv(Angle const& h, double s, double v) { return {h, s, v, 1.0}; }
     static Colour hsva(Angle const& h, double s, double v, double a) { return {h, s, v, a}; }
     static Colour hls(Angle const& h, double l, double s) { return {h, l, s, 1.0, 0}; }
     static Colour hlsa(Angle const& h, double l, double s, double a) { return {h, l, s, a, 0}; }
+    /// @}
+
     static Colour argb(unsigned int word);  ///< 0xAARRGGBB
     static Colour colorref(COLORREF word);  ///< 0x00BBGGRR, the top byte is ignored; opaque
     static Colour dib24(void const* p);     ///< three bytes: blue, green, red; opaque
 
+    /// Components of a model, computed and cached if need be. The hue of a grey is 0; a() is the opacity.
+    /// @{
     double r() const { return rgb().red; }
     double g() const { return rgb().green; }
     double b() const { return rgb().blue; }
@@ -37,22 +43,25 @@ public:
     double s_hsv() const { return hsv().saturation; }
     double v_hsv() const { return hsv().value; }
     double a() const { return alpha_; }
+    /// @}
 
-    // Device values are x·255 (or x·31) rounded half away from zero, and not clamped: a byte keeps the low eight bits,
-    // in a packed word an excess spills into the neighbour, and a table is indexed with the number as it is.
-
+    /// @name Device colours
+    /// Device values are x·255 (or x·31) rounded half away from zero, and not clamped: a byte keeps the low eight bits,
+    /// in a packed word an excess spills into the neighbour, and a table is indexed with the number as it is.
+    /// @{
     void getDib24(void* p) const;  ///< writes three bytes: blue, green, red
     void getDib24(void* p, unsigned char const* redTable, unsigned char const* greenTable,
-                  unsigned char const* blueTable) const;  ///< the same, each byte looked up in its channel's table
-    void getDib24(void* p, unsigned char const* table) const;
-    void getDib16(void* p) const;  ///< writes one 16-bit word: five bits each, red highest
-    COLORREF colorref() const;     ///< 0x00BBGGRR
+                  unsigned char const* blueTable) const;       ///< the same, each byte looked up in its channel's table
+    void getDib24(void* p, unsigned char const* table) const;  ///< the same table for every channel
+    void getDib16(void* p) const;                              ///< writes one 16-bit word: five bits each, red highest
+    COLORREF colorref() const;                                 ///< 0x00BBGGRR
+    /// @}
 
 protected:
-    Colour(double r, double g, double b, double a) noexcept : rgb_{true, r, g, b}, alpha_{a} {}
-    Colour(Angle const& h, double s, double v, double a) noexcept : hsv_{true, h, s, v}, alpha_{a} {}
+    Colour(double r, double g, double b, double a) noexcept : rgb_{true, r, g, b}, alpha_{a} {}        ///< RGB
+    Colour(Angle const& h, double s, double v, double a) noexcept : hsv_{true, h, s, v}, alpha_{a} {}  ///< HSV
 
-    /// HLS; the int only tells it from HSV
+    /// HLS; the int only tells it from HSV.
     Colour(Angle const& h, double l, double s, double a, int) noexcept : hls_{true, h, l, s}, alpha_{a} {}
 
     // Each fills its model's fields from one that is valid, unless they are valid already.

@@ -24,9 +24,13 @@ enum class ColourProfileId : LONG {
 /// empty.
 class ORN_API ColourProfile : public Handlable {
 public:
+    /// For the implementation, as this class has no data.
+    /// @{
     ColourProfile() noexcept;
     ColourProfile(ColourProfile const&) noexcept;
     ColourProfile& operator=(ColourProfile const&) noexcept;
+    /// @}
+
     ~ColourProfile() override;
 
     /// A standard profile; std::logic_error for fromData.
@@ -36,6 +40,7 @@ public:
     /// OrnError "integer value right out of range".
     static Handle<ColourProfile> create(ColourProfileId id, unsigned char const* data, std::uint64_t size);
 
+    /// A profile file; its id is fromData.
     static Handle<ColourProfile> createFromFile(std::wstring const& fileName);
 
     virtual ColourProfileId id() const = 0;                    ///< as it was created with

@@ -22,18 +22,24 @@ enum class RenderingIntent : LONG {
 /// A transform from one profile to another, through the profiles between them. Any number of threads may use one.
 class ORN_API ColourTransform : public Handlable {
 public:
+    /// For the implementation, as this class has no data.
+    /// @{
     ColourTransform() noexcept;
     ColourTransform(ColourTransform const&) noexcept;
     ColourTransform& operator=(ColourTransform const&) noexcept;
+    /// @}
+
     ~ColourTransform() override;
 
     /// A transform through the profiles in this order, in the best quality that the system has; it does not need them
     /// afterwards. Throws WinError when the system cannot make it.
+    /// @{
     static Handle<ColourTransform> create(RenderingIntent intent, ColourProfile const& p1, ColourProfile const& p2);
     static Handle<ColourTransform> create(RenderingIntent intent, ColourProfile const& p1, ColourProfile const& p2,
                                           ColourProfile const& p3);
     static Handle<ColourTransform> create(RenderingIntent intent, ColourProfile const& p1, ColourProfile const& p2,
                                           ColourProfile const& p3, ColourProfile const& p4);
+    /// @}
 
     virtual HTRANSFORM handle() const = 0;  ///< the colour management's; stays the object's
 

@@ -20,21 +20,30 @@ public:
     /// table.
     DIBitmap(unsigned int width, int height, unsigned short bitCount, unsigned int colours);
 
-    DIBitmap(DIBitmap const&);
+    DIBitmap(DIBitmap const&);             ///< a bitmap of its own, byte for byte
     DIBitmap& operator=(DIBitmap const&);  ///< when it throws, this bitmap is as it was
     ~DIBitmap();
 
+    /// From the first byte of the file header, fileSize() bytes.
+    /// @{
     unsigned char* fileData() noexcept { return buffer_ + 2; }
     unsigned char const* fileData() const noexcept { return buffer_ + 2; }
+    /// @}
+
     unsigned int fileSize() const noexcept;  ///< as the file header says, in bytes
 
+    /// The info header, and the colour table behind it.
+    /// @{
     BITMAPINFO* header() noexcept { return reinterpret_cast<BITMAPINFO*>(buffer_ + 16); }
     BITMAPINFO const* header() const noexcept { return reinterpret_cast<BITMAPINFO const*>(buffer_ + 16); }
+    /// @}
 
     /// The pixels: where the file header says. Whoever fills a bitmap from a file of unknown origin checks first that
     /// their offset and bitsSize() lie within the file.
+    /// @{
     unsigned char* bits() noexcept { return fileData() + bitsOffset(); }
     unsigned char const* bits() const noexcept { return fileData() + bitsOffset(); }
+    /// @}
 
     /// |height| rows of the width and the bit count in the info header, in bytes.
     unsigned int bitsSize() const;

@@ -18,37 +18,41 @@ class EVSubscription;
 template <typename T>
 class EVSubscriptionParameter {
 public:
-    using Callback = void(T);
+    using Callback = void(T);  ///< takes a copy of the value
 
     constexpr EVSubscriptionParameter() noexcept = default;
-    constexpr EVSubscriptionParameter(EVSubscriptionParameter const&) noexcept {}
-    EVSubscriptionParameter& operator=(EVSubscriptionParameter const&) noexcept { return *this; }
+    constexpr EVSubscriptionParameter(EVSubscriptionParameter const&) noexcept {}  ///< there is nothing to copy
+    EVSubscriptionParameter& operator=(EVSubscriptionParameter const&) noexcept { return *this; }  ///< does nothing
 };
 
+/// Events without a value.
 template <>
 class EVSubscriptionParameter<void> {
 public:
-    using Callback = void();
+    using Callback = void();  ///< nothing is passed
 };
 
+/// Texts, which are not copied for each call.
 template <>
 class EVSubscriptionParameter<std::wstring> {
 public:
-    using Callback = void(std::wstring const&);
+    using Callback = void(std::wstring const&);  ///< valid during the call
 };
 
 /// Adds `virtual void notify` with the parameters of a callback to Base.
 template <typename Base, typename Callback>
 class EVNotified;
+
+/// The same, with the callback taken apart.
 template <typename Base, typename... Arguments>
 class EVNotified<Base, void(Arguments...)> : public Base {
 public:
-    virtual void notify(Arguments... arguments) = 0;
+    virtual void notify(Arguments... arguments) = 0;  ///< an event has happened, with this value
 
 protected:
     EVNotified() = default;
-    EVNotified(EVNotified const&) = default;
-    EVNotified& operator=(EVNotified const&) = default;
+    EVNotified(EVNotified const&) = default;             ///< as the base copies
+    EVNotified& operator=(EVNotified const&) = default;  ///< as the base copies
     ~EVNotified() override = default;
 };
 
@@ -68,8 +72,12 @@ class EVSubscriptionList : public EVNotified<ORN::Handlable, typename EVSubscrip
                            public EVSubscriptionParameter<T> {
 public:
     EVSubscriptionList() = default;
+
+    /// The same subscriptions, which do not know of the copy.
+    /// @{
     EVSubscriptionList(EVSubscriptionList const&) = default;
     EVSubscriptionList& operator=(EVSubscriptionList const&) = default;
+    /// @}
 
     static ORN::Handle<EVSubscriptionList> create();  ///< a new list without subscriptions
 
@@ -88,8 +96,9 @@ class ORN_API EVSubscriptionBase {
 public:
     virtual ~EVSubscriptionBase();
 
-    void suppress() noexcept { ++suppressions_; }
+    void suppress() noexcept { ++suppressions_; }    ///< not called until the matching unsuppress()
     void unsuppress() noexcept { --suppressions_; }  ///< once for each suppress()
+    /// Whether an unsuppress() is still to come.
     bool suppressed() const noexcept { return suppressions_.load(std::memory_order_acquire) != 0; }
 
 protected:
@@ -104,6 +113,7 @@ private:
 /// Suppresses a subscription for a scope. A notify() that has begun on another thread may still call it.
 class EVSuppression {
 public:
+    /// The subscription outlives the scope.
     explicit EVSuppression(EVSubscriptionBase& subscription) noexcept : subscription_{&subscription} {
         subscription_->suppress();
     }
@@ -153,20 +163,24 @@ extern template class ORN_API EVSubscription<std::wstring>;
 template <typename T, typename Callable, typename Callback = typename EVSubscriptionParameter<T>::Callback>
 class EVCallableSubscription;
 
+/// The same, with the callback taken apart.
 template <typename T, typename Callable, typename... Arguments>
 class EVCallableSubscription<T, Callable, void(Arguments...)> final : public EVSubscription<T> {
 public:
+    /// Attached when it returns; the callable is moved in.
     EVCallableSubscription(EVSubscriptionList<T>& list, Callable callable)
         : EVSubscription<T>{list, EVSubscriptionDetached{}}, callable_{std::move(callable)} {
         this->attach();
     }
     ~EVCallableSubscription() override { this->destroy(); }
 
+    /// What the callable throws is the event's.
     void notify(Arguments... arguments) override { callable_(arguments...); }
 
 private:
     Callable callable_;
 };
 
+/// The value's type is the list's.
 template <typename T, typename Callable>
 EVCallableSubscription(EVSubscriptionList<T>&, Callable) -> EVCallableSubscription<T, Callable>;

@@ -1,7 +1,7 @@
 /// The process's diagnostic output: one wide stream that writes UTF-8 to the file that the environment names, or nothing.
 ///
-///   ORNDEBUGPRINTTEMPLATE   a file name with a '#', which becomes the first number (0, 1, 2, …) that gives a name nobody
-///                           bears; the file is made. Without a '#' it counts as not set.
+///   ORNDEBUGPRINTTEMPLATE   a file name with a `#`, which becomes the first number (0, 1, 2, …) that gives a name nobody
+///                           bears; the file is made. Without a `#` it counts as not set.
 ///   ORNDEBUGPRINTFILE       otherwise: a file that is made, or appended to in the encoding that it has.
 ///
 /// Read once, when the stream is first used. The stream and its file live until the process ends, and what is written
@@ -47,18 +47,20 @@ enum DebuggingLevel : std::int32_t {
 
 ORN_API DebuggingLevel debuggingLevel() noexcept;  ///< the current one; any thread may ask
 
-ORN_API std::wstring decimal(int n);
+ORN_API std::wstring decimal(int n);      ///< with a sign if negative
 ORN_API std::wstring hexadecimal(int n);  ///< lower-case digits of the 32-bit two's complement, without a prefix
 
 /// A level for a scope: becomes current when it is inserted into the debug stream (inserted into another stream it does
 /// nothing), and at its end the level is again what it was when the scope began. Scopes nest; the level is the process's.
 class ORN_API SetVerbose {
 public:
+    /// Saves the current one.
     explicit SetVerbose(DebuggingLevel level) noexcept : saved_{debuggingLevel()}, requested_{level} {}
     ~SetVerbose();
     SetVerbose(SetVerbose const&) = delete;
     SetVerbose& operator=(SetVerbose const&) = delete;
 
+    /// Makes the level current if the stream is the debug stream; writes nothing.
     friend ORN_API std::wostream& operator<<(std::wostream& stream, SetVerbose const& verbose);
 
 private:
@@ -72,6 +74,6 @@ static_assert(sizeof(SetVerbose) == 8);
 /// Inserted into a stream, the number by which the system knows the calling thread, in decimal.
 struct GCTID {};
 
-ORN_API std::wostream& operator<<(std::wostream& stream, GCTID);
+ORN_API std::wostream& operator<<(std::wostream& stream, GCTID);  ///< writes the number
 
 }

@@ -79,10 +79,10 @@ private:
 };
 
 /// The system's text for a message code, or that of a loaded module when one is named (it is never loaded here). A code
-/// without a text gives "Error %d" of the code as a signed number.
+/// without a text gives `Error %d` of the code as a signed number.
 ORN_API std::wstring formatMessage(DWORD code, wchar_t const* module);
 
-/// "[0x%08lx] " of the result, then the object's own description of the error where it offers one (through
+/// `[0x%08lx] ` of the result, then the object's own description of the error where it offers one (through
 /// IErrorInfo), else the system's text. The object may be null; it stays the caller's.
 ORN_API std::wstring formatMessage(HRESULT hresult, IUnknown* object);
 

@@ -1,5 +1,5 @@
-/// Objects named for diagnosis by their run-time type and address, on one line: "TypeName@address" and, with a number,
-/// "TypeName#number@address". The address is in lower-case hexadecimal digits, the number in decimal ones; the type's name
+/// Objects named for diagnosis by their run-time type and address, on one line: `TypeName@address` and, with a number,
+/// `TypeName#number@address`. The address is in lower-case hexadecimal digits, the number in decimal ones; the type's name
 /// is what the compiler tells, without the words const, volatile, class and struct.
 ///
 /// An object whose class has virtual functions is named by its whole self, through whichever base it is reached; a null
@@ -17,19 +17,26 @@
 
 namespace DebugStream {
 
+/// Of an object's run-time type and the address of the whole object; and a number.
+/// @{
 ORN_API std::wstring typedPtrA(std::type_info const& type, void const volatile* address);
 ORN_API std::wstring typedIdPtrA(std::type_info const& type, void const volatile* address, std::int64_t id);
+/// @}
 
 /// The texts of the functions above, into a stream.
+/// @{
 ORN_API void debugPtrA(std::wostream& stream, std::type_info const& type, void const volatile* address);
 ORN_API void debugIdPtrA(std::wostream& stream, std::type_info const& type, void const volatile* address,
                          std::int64_t id);
 
 /// What names an object.
 struct TypedPointer {
-    std::type_info const& type;
-    void const volatile* address;
+    std::type_info const& type;  ///< the run-time type
+                                 /// @}
 
+    void const volatile* address;  ///< of the whole object
+
+    /// Looks at the object, unless it is null.
     template <typename T>
     explicit TypedPointer(T* object) : type{typeOf(object)}, address{whole(object)} {}
 
@@ -50,6 +57,8 @@ private:
     }
 };
 
+/// Of the object at a pointer, which may be null.
+/// @{
 template <typename T>
 std::wstring typedPtrA(T* object) {
     TypedPointer const named{object};
@@ -60,8 +69,10 @@ std::wstring typedIdPtrA(T* object, std::int64_t id) {
     TypedPointer const named{object};
     return typedIdPtrA(named.type, named.address, id);
 }
+/// @}
 
 /// The same, for the object itself.
+/// @{
 template <typename T>
 std::wstring typedPtrRefA(T const& object) {
     return typedPtrA(std::addressof(object));
@@ -70,7 +81,10 @@ template <typename T>
 std::wstring typedIdPtrRefA(T const& object, std::int64_t id) {
     return typedIdPtrA(std::addressof(object), id);
 }
+/// @}
 
+/// The same texts, into a stream.
+/// @{
 template <typename T>
 void debugPtrA(std::wostream& stream, T* object) {
     TypedPointer const named{object};
@@ -89,5 +103,6 @@ template <typename T>
 void debugIdPtrRefA(std::wostream& stream, T const& object, std::int64_t id) {
     debugIdPtrA(stream, std::addressof(object), id);
 }
+/// @}
 
 }

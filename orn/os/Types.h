@@ -31,37 +31,59 @@ struct IDataObject;
 
 #else
 
+/// 8, 16, 32 bits; unsigned but for LONG.
+/// @{
 using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
 using LONG = std::int32_t;
-using HRESULT = std::int32_t;
-using COLORREF = std::uint32_t;
+/// @}
+
+using HRESULT = std::int32_t;    ///< the result of a COM call; negative: a failure
+using COLORREF = std::uint32_t;  ///< 0x00BBGGRR
+/// What the system knows an object by: event or thread, window, registry key, library, colour profile and transform.
+/// @{
 using HANDLE = void*;
 using HWND = struct HWND__*;
 using HKEY = struct HKEY__*;
 using HINSTANCE = struct HINSTANCE__*;
 using HPROFILE = HANDLE;
 using HTRANSFORM = HANDLE;
+/// @}
+
 struct IUnknown;
 struct IDataObject;
 
+/// An entry of a bitmap's colour table.
 struct RGBQUAD {
-    BYTE rgbBlue, rgbGreen, rgbRed, rgbReserved;
+    /// 0 to 255.
+    /// @{
+    BYTE rgbBlue;
+    BYTE rgbGreen;
+    BYTE rgbRed;
+    /// @}
+    BYTE rgbReserved;  ///< 0
 };
 
+/// What a bitmap's pixels are.
 struct BITMAPINFOHEADER {
-    DWORD biSize;
-    LONG biWidth, biHeight;
-    WORD biPlanes, biBitCount;
-    DWORD biCompression, biSizeImage;
-    LONG biXPelsPerMeter, biYPelsPerMeter;
-    DWORD biClrUsed, biClrImportant;
+    DWORD biSize;          ///< 40, the size of this header
+    LONG biWidth;          ///< in pixels
+    LONG biHeight;         ///< in pixels; negative: rows from the top down
+    WORD biPlanes;         ///< 1
+    WORD biBitCount;       ///< bits a pixel
+    DWORD biCompression;   ///< 0: none
+    DWORD biSizeImage;     ///< bytes of all rows, or 0
+    LONG biXPelsPerMeter;  ///< resolution, or 0
+    LONG biYPelsPerMeter;  ///< resolution, or 0
+    DWORD biClrUsed;       ///< entries of the colour table; 0: as many as the bit count allows
+    DWORD biClrImportant;  ///< how many of them matter; 0: all
 };
 
+/// The header and the first entry of the colour table that follows it.
 struct BITMAPINFO {
-    BITMAPINFOHEADER bmiHeader;
-    RGBQUAD bmiColors[1];
+    BITMAPINFOHEADER bmiHeader;  ///< the header
+    RGBQUAD bmiColors[1];        ///< really biClrUsed
 };
 
 #endif

@@ -17,13 +17,14 @@ class ORN_API UUID {
 public:
     /// The sixteen bytes as a Windows GUID lays them out.
     struct PODTYPE {
-        std::uint32_t Data1;
-        std::uint16_t Data2, Data3;
-        std::uint8_t Data4[8];
+        std::uint32_t Data1;    ///< printed first
+        std::uint16_t Data2;    ///< second
+        std::uint16_t Data3;    ///< third
+        std::uint8_t Data4[8];  ///< printed last, two bytes and six
     };
 
-    UUID();  ///< the nil identifier, all zeros
-    explicit UUID(PODTYPE const& value) noexcept : value_{value} {}
+    UUID();                                                          ///< the nil identifier, all zeros
+    explicit UUID(PODTYPE const& value) noexcept : value_{value} {}  ///< any sixteen bytes
 
     /// Reads the 36 characters of XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX, digits in either case. Throws ORN::OrnError with
     /// the catalogue's message 218 for any other text.
@@ -34,12 +35,12 @@ public:
 
     static bool valid(std::wstring const& text) noexcept;  ///< whether the text can be read
 
-    PODTYPE toPod() const noexcept { return value_; }
-    std::wstring toString() const;  ///< the 36 characters, digits in upper case
-    bool isNull() const;            ///< whether it is the nil identifier
+    PODTYPE toPod() const noexcept { return value_; }  ///< the sixteen bytes
+    std::wstring toString() const;                     ///< the 36 characters, digits in upper case
+    bool isNull() const;                               ///< whether it is the nil identifier
 
-    friend bool operator==(UUID const& a, UUID const& b);
-    friend bool operator!=(UUID const& a, UUID const& b);
+    friend bool operator==(UUID const& a, UUID const& b);  ///< all sixteen bytes
+    friend bool operator!=(UUID const& a, UUID const& b);  ///< all sixteen bytes
 
 private:
     friend struct std::less<UUID>;
@@ -49,19 +50,22 @@ private:
     PODTYPE value_;
 };
 
-ORN_API bool operator==(UUID const& a, UUID const& b);
-ORN_API bool operator!=(UUID const& a, UUID const& b);
+ORN_API bool operator==(UUID const& a, UUID const& b);  ///< all sixteen bytes
+ORN_API bool operator!=(UUID const& a, UUID const& b);  ///< all sixteen bytes
 
 }
 
 /// The first field, the second, the third, then the eight bytes in turn, all as unsigned numbers.
 template <>
 struct std::less<ORN::UUID> {
+    /// True when a comes first.
     bool operator()(ORN::UUID const& a, ORN::UUID const& b) const { return ORN::UUID::compare(a, b) < 0; }
 };
 
+/// Good for tables of any size, also of identifiers that count up.
 template <>
 struct std::hash<ORN::UUID> {
+    /// Equal for equal identifiers.
     std::size_t operator()(ORN::UUID const& uuid) const noexcept {
         // The bytes may be random or count up in any field, so each half is spread over all bits.
         ORN::UUID::PODTYPE const pod = uuid.toPod();

@@ -14,9 +14,9 @@ public:
     using PODTYPE = os::MemoryStatus;
 
     WindowsMemoryStatus();  ///< throws WinError when the system does not give them
-    explicit WindowsMemoryStatus(PODTYPE const& status) noexcept : status_{status} {}
+    explicit WindowsMemoryStatus(PODTYPE const& status) noexcept : status_{status} {}  ///< figures of any origin
 
-    PODTYPE const& toPod() const noexcept { return status_; }
+    PODTYPE const& toPod() const noexcept { return status_; }  ///< all figures
 
     /// The memory that this process can make use of, in bytes: the smaller of the physical memory and the address space.
     unsigned long long usefulRam() const noexcept;

@@ -11,7 +11,7 @@
 /// What the thread set in the category inside the scope is dropped with it. A guard ends on the thread that made it.
 class ORN_API AutoLocale {
 public:
-    explicit AutoLocale(int category);
+    explicit AutoLocale(int category);  ///< the category as for setlocale
     ~AutoLocale();
     AutoLocale(AutoLocale const&) = delete;
     AutoLocale& operator=(AutoLocale const&) = delete;

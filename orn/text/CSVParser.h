@@ -24,8 +24,8 @@ public:
     /// itself a record. The caller deletes the parser.
     static CSVParser* create(std::wstring const& columns);
 
-    CSVParser();
-    CSVParser(CSVParser const&);
+    CSVParser();                  ///< for the implementation
+    CSVParser(CSVParser const&);  ///< for the implementation
     virtual ~CSVParser();
 
     /// For every wanted column, whether the header lacks it; all of them until the header has been read. Empty without

@@ -20,19 +20,24 @@ class TextReader;
 ///     for (std::vector<std::wstring> row; rows.read(row);) use(row[0], row[1]);
 class ORN_API CSVReader {
 public:
-    explicit CSVReader(TextReader& lines);  ///< every field of every record
+    /// Yields every field of every record.
+    /// @{
+    explicit CSVReader(TextReader& lines);
     explicit CSVReader(std::wstring const& text);
+    /// @}
 
     /// Takes the first record as the header and yields of the others the columns named here (themselves a record), in
     /// this order.
+    /// @{
     CSVReader(TextReader& lines, std::wstring const& columns);
     CSVReader(std::wstring const& text, std::wstring const& columns);
+    /// @}
 
     explicit CSVReader(std::wstring&& text) = delete;  // it would be gone at once
     CSVReader(std::wstring&& text, std::wstring const& columns) = delete;
 
-    CSVReader(CSVReader&&) noexcept;
-    CSVReader& operator=(CSVReader&&) noexcept;
+    CSVReader(CSVReader&&) noexcept;             ///< the other can only be assigned to and destroyed
+    CSVReader& operator=(CSVReader&&) noexcept;  ///< the other can only be assigned to and destroyed
     ~CSVReader();
 
     /// Replaces fields by the next record; false, with fields empty, at the end of the input. An empty line is a record:
@@ -42,8 +47,10 @@ public:
 
     /// The lines, counted from 1, in which the record that read yielded last begins and ends. When read throws, the
     /// first is where the record begun begins, the last is the line that could not be read, or the input's last one.
+    /// @{
     std::uint64_t firstLine() const noexcept;
     std::uint64_t lastLine() const noexcept;
+    /// @}
 
     /// For every wanted column, whether the header lacks it. The first read reads the header; until then, and when the
     /// input is empty, all columns are missing.

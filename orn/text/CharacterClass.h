@@ -31,7 +31,9 @@ public:
     static constexpr CategorySet range(unsigned int first, unsigned int last) noexcept {
         return CategorySet{(2u << last) - (1u << first)};
     }
+    /// The union.
     constexpr CategorySet operator|(CategorySet other) const noexcept { return CategorySet{bits_ | other.bits_}; }
+    /// Category is at most 31.
     constexpr bool contains(unsigned char category) const noexcept { return (bits_ >> category & 1) != 0; }
 
 private:
@@ -42,6 +44,8 @@ private:
 
 namespace categories {
 
+/// The numbers of unicodeClass by kind.
+/// @{
 inline constexpr CategorySet letters = CategorySet::range(1, 3) | CategorySet::range(18, 19);
 inline constexpr CategorySet combiningSigns = CategorySet::range(4, 6);
 inline constexpr CategorySet numbers = CategorySet::range(7, 9);
@@ -49,22 +53,26 @@ inline constexpr CategorySet separators = CategorySet::range(10, 12);
 inline constexpr CategorySet punctuation = CategorySet::range(20, 26);
 inline constexpr CategorySet symbols = CategorySet::range(27, 30);
 inline constexpr CategorySet graphic = letters | combiningSigns | numbers | punctuation | symbols;
+/// @}
 
 }
 
 }
 
+/// Letters of every kind, any number, and both.
+/// @{
 inline bool isUalpha(CodePoint c) noexcept { return ORN::categories::letters.contains(unicodeClass(c)); }
-inline bool isUdigit(CodePoint c) noexcept {
-    return ORN::categories::numbers.contains(unicodeClass(c));
-}  ///< any number
+inline bool isUdigit(CodePoint c) noexcept { return ORN::categories::numbers.contains(unicodeClass(c)); }
 inline bool isUalnum(CodePoint c) noexcept {
     return (ORN::categories::letters | ORN::categories::numbers).contains(unicodeClass(c));
 }
+/// @}
+
+/// Letters, combining signs, numbers, punctuation and symbols.
 inline bool isUgraph(CodePoint c) noexcept { return ORN::categories::graphic.contains(unicodeClass(c)); }
-inline bool isUpunct(CodePoint c) noexcept {
-    return ORN::categories::punctuation.contains(unicodeClass(c));
-}  ///< no symbols
+
+/// No symbols.
+inline bool isUpunct(CodePoint c) noexcept { return ORN::categories::punctuation.contains(unicodeClass(c)); }
 
 /// Separators (also those of lines and paragraphs), U+0009 to U+000D, and U+FEFF.
 inline bool isUspace(CodePoint c) noexcept {
@@ -77,4 +85,5 @@ inline bool isUprint(CodePoint c) noexcept {
     return c.value() == 0xFEFF || (ORN::categories::graphic | ORN::categories::separators).contains(unicodeClass(c));
 }
 
+/// Up to U+007F.
 inline bool isUascii(CodePoint c) noexcept { return c.value() <= 0x7F; }

@@ -21,15 +21,16 @@ constexpr bool fromUTF16(unsigned int& out, unsigned int a, unsigned int b) noex
 /// One code point: any 32-bit value, held as given, lone surrogates and values beyond Unicode included.
 class ORN_API CodePoint {
 public:
+    /// What a code point means for lines.
     enum EOLCode {
         eolNone,     ///< no line end
         eolNewline,  ///< U+000A, U+000C, U+0085, U+2028, U+2029
         eolReturn    ///< U+000D
     };
 
-    static constexpr CodePoint codePoint(unsigned int value) noexcept { return CodePoint{value}; }
+    static constexpr CodePoint codePoint(unsigned int value) noexcept { return CodePoint{value}; }  ///< any value
 
-    constexpr unsigned int value() const noexcept { return value_; }
+    constexpr unsigned int value() const noexcept { return value_; }  ///< as given
 
     /// The UTF-16 form, one or two units, without terminator. Returns the number of units written: 0 when size is too
     /// small for them, or the value is 0x110000 or more.
@@ -41,10 +42,13 @@ public:
     /// or more.
     std::size_t utf8(char* buffer, std::size_t size) const noexcept;
 
-    EOLCode eolCode() const noexcept;
+    EOLCode eolCode() const noexcept;  ///< CR LF is the caller's to join
 
+    /// By value.
+    /// @{
     friend constexpr bool operator==(CodePoint a, CodePoint b) noexcept { return a.value_ == b.value_; }
     friend constexpr bool operator!=(CodePoint a, CodePoint b) noexcept { return a.value_ != b.value_; }
+    /// @}
 
 private:
     explicit constexpr CodePoint(unsigned int value) noexcept : value_{value} {}
@@ -58,14 +62,18 @@ private:
 ///     for (CodePointEnumerator e{text}; e; ++e) use(*e);
 class ORN_API CodePointEnumerator {
 public:
+    /// At the first code point.
+    /// @{
     explicit CodePointEnumerator(std::wstring const& text) noexcept : current_{text.begin()}, end_{text.end()} {}
     CodePointEnumerator(std::wstring::const_iterator first, std::wstring::const_iterator end) noexcept
         : current_{first}, end_{end} {}
+    /// @}
 
     /// Non-null while there is a current code point.
     operator void*() const noexcept { return current_ != end_ ? const_cast<CodePointEnumerator*>(this) : nullptr; }
 
-    /// Both throw std::logic_error at the end.
+    /// The current code point, and the step to the next one. Both throw std::logic_error at the end.
+    /// @{
     CodePoint operator*() const {
         if (current_ == end_) fellOff("Fell off the end of a string in CodePointEnumerator::operator*");
         unsigned int value = static_cast<unsigned int>(*current_);
@@ -77,6 +85,7 @@ public:
         current_ += atPair() ? 2 : 1;
         return *this;
     }
+    /// @}
 
 private:
     [[noreturn]] static void fellOff(char const* message);

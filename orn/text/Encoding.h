@@ -17,15 +17,19 @@ ORN_API std::wstring utf8(std::string const& text);
 
 /// Multibyte code page to UTF-16; bytes that the code page does not know become what the system puts in their place. A
 /// conversion that fails as a whole gives the empty string.
+/// @{
 ORN_API std::wstring getWCS(char const* text);
 ORN_API std::wstring getWCS(char const* text, std::size_t length);  ///< exactly length bytes, zeros included
 ORN_API std::wstring getWCS(std::string const& text);
+/// @}
 
 /// UTF-16 to the multibyte code page; characters outside it become what the system puts in their place. A conversion
 /// that fails as a whole gives the empty string.
+/// @{
 ORN_API std::string getMBS(wchar_t const* text);
 ORN_API std::string getMBS(wchar_t const* text, std::size_t length);  ///< exactly length units, zeros included
 ORN_API std::string getMBS(std::wstring const& text);
+/// @}
 
 /// Converts into a buffer of size bytes, terminator included, and returns the number of bytes before the terminator. A
 /// text that does not fit is cut to its longest prefix of whole code points that does. A negative size counts as 0.

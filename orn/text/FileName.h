@@ -12,14 +12,14 @@
 
 ORN_API bool isURL(std::wstring const& text);  ///< contains "://"
 
-/// Whether the code point may stand in a file name: letters, numbers, the blank and $%'-_@~`!(){}^#&+,;=[]. of ASCII;
-/// beyond it everything but unassigned code points, control and format characters, surrogates and private use, save
-/// that U+FEFF may.
+/// Whether the code point may stand in a file name: letters, numbers, the blank and `` $%'-_@~`!(){}^#&+,;=[]. ``
+/// of ASCII; beyond it everything but unassigned code points, control and format characters, surrogates and private use,
+/// save that U+FEFF may.
 ORN_API bool isFileChar(CodePoint c) noexcept;
 
-/// The directory, without the separator at its end unless it is the root: "C:\a" of "C:\a\f.txt", "C:\" of "C:\f.txt",
-/// and also of "C:f.txt". Empty for a bare name. A network name that has a server and nothing else before the last
-/// part, "\\server\f", is returned whole. Of a URL it is everything up to and including the last slash.
+/// The directory, without the separator at its end unless it is the root: `C:\a` of `C:\a\f.txt`, `C:\` of `C:\f.txt`,
+/// and also of `C:f.txt`. Empty for a bare name. A network name that has a server and nothing else before the last
+/// part, `\\server\f`, is returned whole. Of a URL it is everything up to and including the last slash.
 ORN_API std::wstring getDirectory(std::wstring const& path);
 ORN_API std::wstring getDirectory(std::wstring const& path, std::wstring& name);  ///< and the name behind the directory
 
@@ -27,8 +27,8 @@ ORN_API std::wstring getDirectory(std::wstring const& path, std::wstring& name);
 ORN_API std::wstring getDirectory(std::wstring const& path, std::wstring& base, std::wstring& extension);
 
 /// Directory, one separator, name. An empty directory, or one that ends in a slash of either kind, needs no separator;
-/// for others it is "/" in a URL and "\" in a file name. On systems whose names are parted by "/", a directory that
-/// contains one, no "\" and no drive gets "/".
+/// for others it is `/` in a URL and `\` in a file name. On systems whose names are parted by `/`, a directory that
+/// contains one, no `\` and no drive gets `/`.
 ORN_API std::wstring joinDirectory(std::wstring const& directory, std::wstring const& name);
 
 /// The name from the root on, "." and ".." resolved by the text alone, by the system's own rules for names; the empty
@@ -36,7 +36,7 @@ ORN_API std::wstring joinDirectory(std::wstring const& directory, std::wstring c
 /// characters, and for a name with a zero inside.
 ORN_API std::wstring absoluteFilename(std::wstring const& path);
 
-/// Whether the path may be appended to a directory: it begins with no "\" and contains no ":".
+/// Whether the path may be appended to a directory: it begins with no `\` and contains no `:`.
 ORN_API bool okToAddToAbsolutePath(std::wstring const& path);
 
 /// Which of the extensions, dots included and separated by "/" (".dwg/.dxf"), is the path's: the number of the first

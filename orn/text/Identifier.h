@@ -11,19 +11,23 @@
 /// A process-unique number, handed out in the order of creation on any thread: 1, 2, 3, … and after 2³¹ − 1 on from −2³¹.
 class ORN_API Identifier {
 public:
+    /// The number, for records.
     struct PODTYPE {
-        LONG value;
+        LONG value;  ///< as toPod gives it
     };
 
-    Identifier() noexcept;  ///< the next number
-    constexpr explicit Identifier(PODTYPE pod) noexcept : value_{pod.value} {}
-    constexpr Identifier(Identifier const&) noexcept = default;
-    constexpr Identifier& operator=(Identifier const&) noexcept = default;
+    Identifier() noexcept;                                                      ///< the next number
+    constexpr explicit Identifier(PODTYPE pod) noexcept : value_{pod.value} {}  ///< this number, whoever has it too
+    constexpr Identifier(Identifier const&) noexcept = default;                 ///< the same number
+    constexpr Identifier& operator=(Identifier const&) noexcept = default;      ///< the same number
 
-    constexpr PODTYPE toPod() const noexcept { return {value_}; }
+    constexpr PODTYPE toPod() const noexcept { return {value_}; }  ///< the number
 
+    /// By number.
+    /// @{
     friend constexpr bool operator==(Identifier, Identifier) noexcept = default;
     friend constexpr std::strong_ordering operator<=>(Identifier, Identifier) noexcept = default;
+    /// @}
 
 private:
     static std::atomic<LONG> nextId;

@@ -17,8 +17,11 @@ struct ORN_API Quark {
 
     wchar_t const* value() const;  ///< the text, valid until the library is unloaded; null for nullQuark
 
+    /// Equal texts.
+    /// @{
     friend constexpr bool operator==(Quark a, Quark b) noexcept { return a.text_ == b.text_; }
     friend constexpr bool operator!=(Quark a, Quark b) noexcept { return a.text_ != b.text_; }
+    /// @}
 
 private:
     friend struct QuarkLess;
@@ -30,11 +33,11 @@ private:
     wchar_t const* text_ = nullptr;
 };
 
-extern ORN_API Quark const nullQuark;
+extern ORN_API Quark const nullQuark;  ///< no text
 
 /// The order of the stored texts' addresses: quick, not alphabetical, and another one in each run.
 struct QuarkLess {
-    bool operator()(Quark const& a, Quark const& b) const noexcept {
+    bool operator()(Quark const& a, Quark const& b) const noexcept {  ///< true when a comes first
         return std::less<wchar_t const*>{}(a.text_, b.text_);
     }
 };
@@ -42,13 +45,15 @@ struct QuarkLess {
 /// The order of the texts in the current locale; texts that it holds equal, or cannot compare, go by their code units.
 /// So only identical quarks are equivalent. nullQuark is before every text.
 struct ORN_API QuarkCollatesLess {
-    bool operator()(Quark const& a, Quark const& b) const;
+    bool operator()(Quark const& a, Quark const& b) const;  ///< true when a comes first
 };
 
 /// "Q:" and the pointer; at a debugging level of 2 or more also a blank and the text, if there is one, in double quotes.
 ORN_API std::wostream& operator<<(std::wostream& stream, Quark const& quark);
 
+/// By identity.
 template <>
 struct std::hash<Quark> {
+    /// Another one in each run.
     std::size_t operator()(Quark const& quark) const noexcept { return hash<wchar_t const*>{}(quark.text_); }
 };

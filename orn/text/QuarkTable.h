@@ -9,8 +9,8 @@ struct Quark;
 /// library or of its users runs, and goes when the library is unloaded.
 class ORN_API QuarkTable {
 public:
-    constexpr QuarkTable() noexcept = default;
-    constexpr QuarkTable(QuarkTable const&) noexcept {}
+    constexpr QuarkTable() noexcept = default;                           ///< for the implementation
+    constexpr QuarkTable(QuarkTable const&) noexcept {}                  ///< copies nothing
     QuarkTable& operator=(QuarkTable const&) noexcept { return *this; }  ///< copies nothing
 
     /// The stored copy of a terminated text, the same pointer for equal texts; from any thread. Throws std::bad_alloc,

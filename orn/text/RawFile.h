@@ -24,9 +24,9 @@ class ORN_API RawWriter {
 public:
     virtual ~RawWriter();
 
-    virtual std::wstring name() const = 0;  ///< for messages
-    virtual void write(void const* buffer, std::uint64_t count) = 0;
-    virtual void flush() = 0;  ///< hands buffered bytes to the system
+    virtual std::wstring name() const = 0;                            ///< for messages
+    virtual void write(void const* buffer, std::uint64_t count) = 0;  ///< all count bytes
+    virtual void flush() = 0;                                         ///< hands buffered bytes to the system
 };
 
 /// A file open for reading. Its name is the one given when it was opened.

@@ -7,19 +7,25 @@
 #include <string>
 
 /// By the calling thread's current locale (see AutoLocale), keeping the length. A text ends at an embedded zero.
+/// @{
 ORN_API std::wstring uppercase(std::wstring const& text);
 ORN_API std::wstring lowercase(std::wstring const& text);
+/// @}
 
 /// A to Z become a to z and everything else stays, in every locale; embedded zeros are kept.
+/// @{
 constexpr wchar_t simpleLowercase(wchar_t unit) noexcept {
     return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit + (L'a' - L'A')) : unit;
 }
 ORN_API std::wstring simpleLowercase(std::wstring const& text);
+/// @}
 
 /// Compares up to the first zero by the calling thread's current locale: negative, zero or positive. Texts that cannot
 /// be collated count as equal.
+/// @{
 ORN_API int collateStrings(std::wstring const& a, std::wstring const& b) noexcept;
 ORN_API int collateStrings(wchar_t const* a, wchar_t const* b) noexcept;
+/// @}
 
 /// Without the spaces (isUspace) before the first and behind the last other code point.
 ORN_API std::wstring trimwhitespace(std::wstring const& text);

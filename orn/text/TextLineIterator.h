@@ -14,12 +14,15 @@
 template <typename I>
 class TextLineIterator {
 public:
+    /// Dereferenced, it gives a copy: an input iterator that goes both ways.
+    /// @{
     using value_type = std::basic_string<typename std::iterator_traits<I>::value_type>;
     using difference_type = std::ptrdiff_t;
     using reference = value_type;
     using pointer = void;
     using iterator_category = std::input_iterator_tag;
     using iterator_concept = std::bidirectional_iterator_tag;
+    /// @}
 
     TextLineIterator() noexcept;  ///< at the end of no text
 
@@ -28,11 +31,19 @@ public:
 
     value_type operator*() const;  ///< a copy of the line, without its line end
 
+    /// The next line.
+    /// @{
     TextLineIterator& operator++();
     TextLineIterator operator++(int);
-    TextLineIterator& operator--();  ///< from the first line: an empty line before it
-    TextLineIterator operator--(int);
+    /// @}
 
+    /// The previous line; from the first line, an empty line before it.
+    /// @{
+    TextLineIterator& operator--();
+    TextLineIterator operator--(int);
+    /// @}
+
+    /// The same line of the same text.
     friend bool operator==(TextLineIterator const& a, TextLineIterator const& b) { return a.eq(b); }
 
     static I findEOL(I p, I e);      ///< the first CR or LF in [p, e), or e

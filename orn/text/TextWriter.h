@@ -9,6 +9,7 @@
 
 namespace ORN {
 
+/// What becomes of a file that is there.
 enum TextOpenMode : int {
     textCreate,  ///< a new file, or an old one emptied; any value that is no mode counts as this one
     textAppend   ///< at the end of an old file, in its own encoding, or a new file

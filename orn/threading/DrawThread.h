@@ -32,9 +32,9 @@ public:
 
 protected:
     void processTasks() override;
-    void eraseWholeQueue() override;
+    void eraseWholeQueue() override;  ///< forgets the tasks, which stay their owners'
     char const* threadName() const override;
-    ORN::Threading::TaskBase* taskInProgress() const override;
+    ORN::Threading::TaskBase* taskInProgress() const override;  ///< the task whose window is being drawn
     void eraseFromQueue(HWND const& window) override;
 
 private:

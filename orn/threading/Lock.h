@@ -88,5 +88,8 @@ private:
     bool held_ = false;
 };
 
+/// Alone in the lock: for those who change what it protects.
 using ExclusiveLock = ReadWriteLock<readWriteLockExclusive, readWriteLockAnyHolder>;
+
+/// Together with other shared holders: for those who read.
 using SharedLock = ReadWriteLock<readWriteLockShared, readWriteLockWriter>;

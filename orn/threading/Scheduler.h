@@ -28,7 +28,7 @@ public:
 template <typename Key>
 class Task : public TaskBase {
 public:
-    virtual Key key() const = 0;
+    virtual Key key() const = 0;  ///< what cancel() names; the same at every call, from any thread
 };
 
 /// The worker, its protocol of cancelling and waiting. The destructor stops nothing: owners call finish before.
@@ -55,26 +55,27 @@ protected:
     /// once.
     virtual void processTasks() = 0;
 
-    virtual void eraseWholeQueue() = 0;
-    virtual char const* threadName()
-        const = 0;  ///< for debuggers, and the message about a worker that died; any thread
-    virtual TaskBase* taskInProgress() const = 0;
+    virtual void eraseWholeQueue() = 0;            ///< under the lock
+    virtual char const* threadName() const = 0;    ///< for debuggers, and the message about a dead worker; any thread
+    virtual TaskBase* taskInProgress() const = 0;  ///< null between tasks; under the lock
 
     /// Makes sure that there is a live worker. One that has died is reported to the user, and replaced. Takes the lock, or
     /// steps out of it for the report only; threads that call it at once start one worker. When the system refuses there
     /// is none, and nothing is told.
+    /// @{
     void startThread();
     void startThread(ExclusiveLock& guard);
+    /// @}
 
     /// Aborts the running task (there must be one), for a caller that holds the lock through the guard. With a waiter the
     /// guard steps out until the task has stopped.
     void doCancelCurrentTask(ExclusiveLock& guard, bool setCancelled, Waiter const* waiter);
 
-    LONG volatile& lockWord() const noexcept { return lockWord_; }
-    HANDLE wakeEvent() const noexcept;                        ///< under the lock; null without a worker
+    LONG volatile& lockWord() const noexcept { return lockWord_; }  ///< the scheduler's (see ReadWriteLock)
+    HANDLE wakeEvent() const noexcept;                              ///< under the lock; null without a worker
     HANDLE stopEvent() const noexcept { return stopEvent_; }  ///< under the lock; null when nobody waits for the task
     bool cancelled() const noexcept { return cancelled_; }    ///< under the lock: the task is not to be resumed
-    void setCancelled(bool cancelled) noexcept { cancelled_ = cancelled; }
+    void setCancelled(bool cancelled) noexcept { cancelled_ = cancelled; }  ///< under the lock
 
     /// Steps out of the lock, and signals the wake event that there was. (A worker that is woken under the lock has to
     /// wait once more.) The event lives on meanwhile, whatever finish does.
@@ -107,7 +108,7 @@ private:
 template <typename Key>
 class Scheduler : public SchedulerBase {
 public:
-    explicit Scheduler(int priority) noexcept : SchedulerBase{priority} {}
+    explicit Scheduler(int priority) noexcept : SchedulerBase{priority} {}  ///< as SchedulerBase
 
     void cancel(Key const& key) { cancel(key, nullptr); }  ///< drops what is queued for the key, aborts it if it runs
     void cancel(Key const& key, Waiter const& waiter) { cancel(key, &waiter); }  ///< and waits until it has stopped

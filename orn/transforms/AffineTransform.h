@@ -10,8 +10,8 @@
 template <int N>
 class ORN_API AffineTransform : public Transform<N> {
 public:
-    AffineTransform(AffineTransform const&) = default;
-    AffineTransform& operator=(AffineTransform const&) = default;
+    AffineTransform(AffineTransform const&) = default;             ///< the matrix and the translation
+    AffineTransform& operator=(AffineTransform const&) = default;  ///< the matrix and the translation
     ~AffineTransform() override;
 
     /// N = 3: the part in the x-y plane, a NonUniformTransform<2>. N = 2: throws the char * "Not Implemented".
@@ -21,33 +21,47 @@ public:
     Transform<N>* composeWith(Transform<N> const& other) const override = 0;
 
     virtual void packToPod(double (&rows)[N + 1][N]) const;  ///< the rows of the matrix, then the translation
+    /// This, then the other; to own and delete.
     virtual AffineTransform* composeWith(AffineTransform const& other) const = 0;
-    virtual Vector<N> translation() const;
+    virtual Vector<N> translation() const;      ///< the image of the origin
     virtual Matrix<N + 1> homogeneous() const;  ///< (p, 1) times it is (p·M + t, 1)
     virtual bool mirroring() const;             ///< the determinant is negative
 
+    /// Vectors are not translated; / is the way back.
+    /// @{
     friend Vector<N> operator*(Vector<N> const& v, AffineTransform const& t) { return t.preMultiply(v); }
     friend Vector<N> operator/(Vector<N> const& v, AffineTransform const& t) { return t.preDivide(v); }
     friend Vector<N>& operator*=(Vector<N>& v, AffineTransform const& t) { return v = t.preMultiply(v); }
     friend Vector<N>& operator/=(Vector<N>& v, AffineTransform const& t) { return v = t.preDivide(v); }
+    /// @}
 
 protected:
     AffineTransform() = default;  ///< the identity
+    /// Of a matrix (by its rows) and a translation; the one that is not given is the identity.
+    /// @{
     explicit AffineTransform(double const (*rows)[N]);
     explicit AffineTransform(Vector<N> const& translation);
     AffineTransform(Matrix<N> const& matrix, Vector<N> const& translation);
+    /// @}
 
+    /// What p·M + t is computed from.
+    /// @{
     Matrix<N> const& getMatrix() const noexcept;
     Vector<N> const& getVector() const noexcept;
+    /// @}
 
     std::wostream& putOn(std::wostream& os) const override;  ///< (translation)+[matrix]
 
     using Transform<N>::preMultiply;
     using Transform<N>::preDivide;
+
+    /// Forwards p·M + t and v·M, and back.
+    /// @{
     Point<N> preMultiply(Point<N> const& p) const override;
     Point<N> preDivide(Point<N> const& p) const override;
     virtual Vector<N> preMultiply(Vector<N> const& v) const;
     virtual Vector<N> preDivide(Vector<N> const& v) const;
+    /// @}
 
     virtual AffineTransform& multiply(AffineTransform const& other);  ///< this, then the other
     virtual AffineTransform& divide(AffineTransform const& other);    ///< this, then the inverse of the other

@@ -7,22 +7,27 @@
 template <int N>
 class ORN_API NonUniformTransform : public AffineTransform<N> {
 public:
-    NonUniformTransform() = default;  ///< the identity
-    NonUniformTransform(NonUniformTransform const&) = default;
-    NonUniformTransform& operator=(NonUniformTransform const&) = default;
-    NonUniformTransform(AffineTransform<N> const& other);
+    NonUniformTransform() = default;                                       ///< the identity
+    NonUniformTransform(NonUniformTransform const&) = default;             ///< the matrix and the translation
+    NonUniformTransform& operator=(NonUniformTransform const&) = default;  ///< the matrix and the translation
+    NonUniformTransform(AffineTransform<N> const& other);                  ///< the same map
     ~NonUniformTransform() override;
 
+    /// From the origin, along the axes.
+    /// @{
     static NonUniformTransform scale(double sx, double sy) requires(N == 2);
     static NonUniformTransform scale(double sx, double sy, double sz) requires(N == 3);
+    /// @}
 
     /// The images of the unit vectors, taken as they are.
+    /// @{
     static NonUniformTransform axes(Vector<2> const& x, Vector<2> const& y) requires(N == 2);
     static NonUniformTransform axes(Vector<3> const& x, Vector<3> const& y, Vector<3> const& z) requires(N == 3);
+    /// @}
 
     static NonUniformTransform createFromPod(double const (&rows)[N + 1][N]);  ///< reads what packToPod fills
 
-    NonUniformTransform inverse() const;
+    NonUniformTransform inverse() const;  ///< not finite for a singular matrix
 
     NonUniformTransform& operator*=(AffineTransform<N> const& other);  ///< this, then the other
     NonUniformTransform& operator/=(AffineTransform<N> const& other);  ///< this, then the inverse of the other

@@ -12,9 +12,13 @@ class PerspectiveTransform;
 template <>
 class ORN_API PerspectiveTransform<1> : public Transform<1> {
 public:
+    /// It has no data.
+    /// @{
     PerspectiveTransform() = default;
     PerspectiveTransform(PerspectiveTransform const&) = default;
     PerspectiveTransform& operator=(PerspectiveTransform const&) = default;
+    /// @}
+
     ~PerspectiveTransform() override;
 };
 
@@ -28,16 +32,18 @@ public:
     /// (x, y) to (x/y, −1/y); (x, y, z) to (x/z, y/z, −1/z).
     static Matrix<N + 1> const m_unitTrn;
 
-    PerspectiveTransform();
-    PerspectiveTransform(PerspectiveTransform const&) = default;
-    PerspectiveTransform& operator=(PerspectiveTransform const&) = default;
+    PerspectiveTransform();                                                  ///< m_unitTrn
+    PerspectiveTransform(PerspectiveTransform const&) = default;             ///< the matrix
+    PerspectiveTransform& operator=(PerspectiveTransform const&) = default;  ///< the matrix
     ~PerspectiveTransform() override;
 
-    PerspectiveTransform inverse() const;
+    PerspectiveTransform inverse() const;  ///< not finite for a singular matrix
 
     /// This, then the other. Both operators do the same: dividing multiplies with the transform, not with its inverse.
+    /// @{
     PerspectiveTransform& operator*=(AffineTransform<N> const& other);
     PerspectiveTransform& operator/=(AffineTransform<N> const& other);
+    /// @}
 
     PerspectiveTransform* clone() const override;
     Transform<N>* pInverse() const override;
@@ -48,7 +54,7 @@ public:
     /// With an affine transform a perspective, else (also with a perspective) a compound.
     Transform<N>* composeWith(Transform<N> const& other) const override;
 
-    virtual Matrix<N + 1> homogeneous() const;
+    virtual Matrix<N + 1> homogeneous() const;  ///< H
 
 private:
     template <int>

@@ -9,9 +9,13 @@
 
 /// out[i] = in[i] * t. The two may be the same array; otherwise they must not overlap. Throws std::logic_error, and
 /// writes nothing, when their lengths differ.
+/// @{
 ORN_API void mapPoints(Transform<2> const& t, std::span<Point<2> const> in, std::span<Point<2>> out);
 ORN_API void mapPoints(Transform<3> const& t, std::span<Point<3> const> in, std::span<Point<3>> out);
+/// @}
 
 /// out[i] = in[i] / t, on the same terms. The inverse of an affine or perspective transform is computed once.
+/// @{
 ORN_API void unmapPoints(Transform<2> const& t, std::span<Point<2> const> in, std::span<Point<2>> out);
 ORN_API void unmapPoints(Transform<3> const& t, std::span<Point<3> const> in, std::span<Point<3>> out);
+/// @}

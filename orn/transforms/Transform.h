@@ -13,6 +13,8 @@ class Transform;
 
 namespace ORN {
 
+/// The point itself, for the operators of transforms.
+/// @{
 // A point of the plane is returned in two registers. Copied whole it would be stored by halves and loaded in one piece,
 // which waits until both stores are done. The fence is no instruction: it keeps the compiler from joining the halves.
 inline Point<2> byHalves(Point<2> const& returned) noexcept {
@@ -21,6 +23,7 @@ inline Point<2> byHalves(Point<2> const& returned) noexcept {
     return {x, returned.y()};
 }
 inline Point<3> const& byHalves(Point<3> const& returned) noexcept { return returned; }
+/// @}
 
 }
 
@@ -31,9 +34,9 @@ public:
     virtual ~Transform();
 
 protected:
-    Transform() = default;
-    Transform(Transform const&) = default;
-    Transform& operator=(Transform const&) = default;
+    Transform() = default;                             ///< only as a base
+    Transform(Transform const&) = default;             ///< as the derived class copies
+    Transform& operator=(Transform const&) = default;  ///< as the derived class copies
 };
 
 /// A map of the plane (N = 2) or of space (N = 3). Whoever calls clone, composeWith or a function whose name begins with
@@ -45,8 +48,8 @@ class ORN_API Transform {
 public:
     virtual ~Transform();
 
-    virtual Transform* clone() const = 0;
-    virtual Transform* pInverse() const = 0;
+    virtual Transform* clone() const = 0;     ///< a copy, to own and delete
+    virtual Transform* pInverse() const = 0;  ///< the way back, to own and delete; not finite where there is none
 
     /// The transform one dimension lower: embeds at a last coordinate of 0, maps, and drops the last coordinate.
     virtual Transform<N - 1>* pSlice() const;
@@ -55,29 +58,34 @@ public:
     virtual Transform* composeWith(Transform const& other) const;
 
     /// Forwards. An extent becomes the box of its mapped corners (a perspective looks at the eye too).
+    /// @{
     friend Point<N> operator*(Point<N> const& p, Transform const& t) { return ORN::byHalves(t.preMultiply(p)); }
     friend Extent<N> operator*(Extent<N> const& e, Transform const& t) { return t.preMultiply(e); }
     friend Point<N>& operator*=(Point<N>& p, Transform const& t) { return p = t.preMultiply(p); }
     friend Extent<N>& operator*=(Extent<N>& e, Transform const& t) { return e = t.preMultiply(e); }
+    /// @}
 
     /// Backwards. A singular transform yields infinities and NaNs, never an exception.
+    /// @{
     friend Point<N> operator/(Point<N> const& p, Transform const& t) { return ORN::byHalves(t.preDivide(p)); }
     friend Extent<N> operator/(Extent<N> const& e, Transform const& t) { return t.preDivide(e); }
     friend Point<N>& operator/=(Point<N>& p, Transform const& t) { return p = t.preDivide(p); }
     friend Extent<N>& operator/=(Extent<N>& e, Transform const& t) { return e = t.preDivide(e); }
+    /// @}
 
+    /// For diagnosis, in a form that differs by kind.
     friend std::wostream& operator<<(std::wostream& os, Transform const& t) { return t.putOn(os); }
 
 protected:
-    Transform() = default;
-    Transform(Transform const&) = default;
-    Transform& operator=(Transform const&) = default;
+    Transform() = default;                             ///< only as a base
+    Transform(Transform const&) = default;             ///< as the derived class copies
+    Transform& operator=(Transform const&) = default;  ///< as the derived class copies
 
-    virtual std::wostream& putOn(std::wostream& os) const = 0;
-    virtual Extent<N> preMultiply(Extent<N> const& e) const;  ///< forwards: the box of the mapped corners
-    virtual Point<N> preMultiply(Point<N> const& p) const = 0;
-    virtual Extent<N> preDivide(Extent<N> const& e) const;  ///< backwards: the box of the mapped corners
-    virtual Point<N> preDivide(Point<N> const& p) const = 0;
+    virtual std::wostream& putOn(std::wostream& os) const = 0;  ///< writes the transform
+    virtual Extent<N> preMultiply(Extent<N> const& e) const;    ///< forwards: the box of the mapped corners
+    virtual Point<N> preMultiply(Point<N> const& p) const = 0;  ///< forwards
+    virtual Extent<N> preDivide(Extent<N> const& e) const;      ///< backwards: the box of the mapped corners
+    virtual Point<N> preDivide(Point<N> const& p) const = 0;    ///< backwards
 };
 
 extern template class Transform<2>;
