@@ -12,9 +12,9 @@
 
 ORN_API bool isURL(std::wstring const& text);  ///< contains "://"
 
-/// Whether the code point may stand in a file name: letters, numbers, the blank and `` $%'-_@~`!(){}^#&+,;=[]. ``
-/// of ASCII; beyond it everything but unassigned code points, control and format characters, surrogates and private use,
-/// save that U+FEFF may.
+/// Whether the code point may stand in a file name. In ASCII these are letters, numbers, the blank, the grave accent and
+/// ``$%'-_~@!(){}^#&+,;=[].``; beyond it everything but unassigned code points, control and format characters,
+/// surrogates and private use, save that U+FEFF may.
 ORN_API bool isFileChar(CodePoint c) noexcept;
 
 /// The directory, without the separator at its end unless it is the root: `C:\a` of `C:\a\f.txt`, `C:\` of `C:\f.txt`,
