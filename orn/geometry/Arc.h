@@ -9,7 +9,7 @@
 
 namespace ORN {
 
-/// An arc of the plane (N = 2) or of space (N = 3).
+/// A circular arc: Arc<2> of the plane, Arc<3> of space.
 template <int N>
 class Arc;
 

@@ -140,6 +140,7 @@ struct Bounds {
 
 }
 
+/// A box along the axes: Extent<1>, Extent<2>, Extent<3>.
 template <int N>
 class Extent;
 

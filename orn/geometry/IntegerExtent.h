@@ -7,6 +7,7 @@
 
 #include <iosfwd>
 
+/// A box of ints: IExtent<2>, IExtent<3>.
 template <int N>
 class IExtent;
 

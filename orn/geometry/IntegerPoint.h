@@ -5,8 +5,11 @@
 
 #include <iosfwd>
 
+/// A place among ints: IPoint<2>, IPoint<3>.
 template <int N>
 class IPoint;
+
+/// A displacement in ints: IVector<2>, IVector<3>.
 template <int N>
 class IVector;
 

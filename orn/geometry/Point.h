@@ -8,6 +8,7 @@
 #include <concepts>
 #include <iosfwd>
 
+/// A place: Point<1> on a line, Point<2> in the plane, Point<3> in space.
 template <int N>
 class Point;
 

@@ -10,6 +10,7 @@
 
 template <int N>
 class Matrix;
+/// A displacement: Vector<1> to Vector<3>, and the homogeneous Vector<4>.
 template <int N>
 class Vector;
 
