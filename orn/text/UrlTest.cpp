@@ -83,6 +83,7 @@ Pair const canonicalForms[] = {
     {L"file:\\\\s\\a b", L"file://s/a%20b"},
     {L"file:///C:/a/../b/./c.txt", L"file:///C:/b/c.txt"},
     {L"file:///C:/../a", L"file:///C:/../a"},
+    {L"file:///C:", L"file:///C:/"},
     {L"file:///a/b/../c d#e", L"file:///a/c%20d%23e"},
     {L"file:a/../b", L"file:a/../b"},
     {L"", L""},
@@ -134,6 +135,12 @@ TEST(Url, WhatDoesNotFitIsRefusedWithTheUrlAndTheReason) {
     EXPECT_EQ(failure([&] { canonicalizeUrl(fits + L'a'); }).substr(13 + 2084), L"\" cannot be understood" + reason);
     EXPECT_NE(failure([&] { cleanupUrl(guessed); }), L"nothing");
     EXPECT_NE(failure([&] { canonicalizeUrl(L'a' + grows + L'a'); }), L"nothing");
+}
+
+TEST(Url, AFailedDownloadTellsTheUrlAndTheReason) {
+    std::wstring const text = failure([] { downloadUrlToCache(L"file:///no/such/file.x"); });
+    EXPECT_EQ(text.substr(0, 59), L"The address \"file:///no/such/file.x\" cannot be downloaded: ");
+    EXPECT_GT(text.size(), 59u);
 }
 
 }

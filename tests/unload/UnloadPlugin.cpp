@@ -1,7 +1,9 @@
 // What a plugin of the suite does with the library while it is loaded.
 #include "orn/foundation/DebugStream.h"
+#include "orn/foundation/Error.h"
 #include "orn/text/Encoding.h"
 #include "orn/text/Quark.h"
+#include "orn/text/Url.h"
 #include "orn/threading/DrawThread.h"
 
 #include <condition_variable>
@@ -81,6 +83,15 @@ void draw() {
     if (!drawer.finish(ORN::Threading::BoringWaiter{})) throw std::logic_error{"the worker died"};
 }
 
+/// Tells whether an address at which nobody answers was found out.
+bool downloads() {
+    try {
+        return !downloadUrlToCache(L"http://127.0.0.1:1/a.b").empty();
+    } catch (ORN::OrnError const&) {
+        return false;
+    }
+}
+
 }
 
 /// 0 when all went well.
@@ -92,6 +103,7 @@ extern "C" __attribute__((visibility("default"))) int useLibrary(int round) {
         if (DebugStream::isActive()) return 3;
         DebugStream::stream() << DebugStream::GCTID{} << L" in " << name << std::endl;
         lockAmongThreads();
+        if (downloads()) return 5;
         draw();
         return 0;
     } catch (std::exception const&) {

@@ -9,7 +9,7 @@ TEST(Unload, LoadingUsingFinishingAndUnloadingNeverHangsNorCrashes) {
     TemporaryFolder const folder;
     ChildProcess host{ORN_UNLOAD_HOST,
                       {ORN_UNLOAD_PLUGIN, ORN_UNLOAD_LIBRARY, "20"},
-                      {{"ORNDEBUGPRINTFILE", ""}, {"ORNDEBUGPRINTTEMPLATE", ""}},
+                      {{"ORNDEBUGPRINTFILE", ""}, {"ORNDEBUGPRINTTEMPLATE", ""}, {"XDG_CACHE_HOME", folder.name()}},
                       std::filesystem::path{folder.name()} / "printed"};
     EXPECT_EQ(host.wait(120s), 0) << folder.get("printed");
 }

@@ -50,14 +50,14 @@ HRESULT fileFailure(int error) noexcept {
 }
 
 /// Whoever uses libcurl holds it; the last one leaves nothing behind.
-class Library {
+class CurlUse {
 public:
-    Library() noexcept : ready_{curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK} {}
-    ~Library() {
+    CurlUse() noexcept : ready_{curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK} {}
+    ~CurlUse() {
         if (ready_) curl_global_cleanup();
     }
-    Library(Library const&) = delete;
-    Library& operator=(Library const&) = delete;
+    CurlUse(CurlUse const&) = delete;
+    CurlUse& operator=(CurlUse const&) = delete;
 
     bool isReady() const noexcept { return ready_; }
 
@@ -111,7 +111,7 @@ std::string asciiForm(std::wstring_view url) {
         auto c = static_cast<unsigned int>(url[i]);
         if (isIn(i, 0xD800) && isIn(i + 1, 0xDC00)) {
             c = 0x10000 + ((c & 0x3FF) << 10) + (static_cast<unsigned int>(url[++i]) & 0x3FF);
-        } else if (isIn(i, 0xD800) || isIn(i, 0xDC00)) {
+        } else if (isIn(i, 0xD800) || isIn(i, 0xDC00) || c > 0x10FFFF) {
             c = 0xFFFD;
         }
         if (c > ' ' && c < 0x7F) {
@@ -120,7 +120,7 @@ std::string asciiForm(std::wstring_view url) {
             escape(c);
         } else {
             int const trailing = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-            escape((0xF00u >> trailing & 0xFF) | c >> (6 * trailing));
+            escape((0xFF00u >> (trailing + 1) & 0xFF) | c >> (6 * trailing));
             for (int shift = 6 * (trailing - 1); shift >= 0; shift -= 6) escape(0x80 | (c >> shift & 0x3F));
         }
     }
@@ -215,7 +215,7 @@ HRESULT receive(CURLU* address, Received& received) {
     curl_easy_setopt(t, CURLOPT_MAXREDIRS, 20L);
     curl_easy_setopt(t, CURLOPT_FAILONERROR, 1L);
     curl_easy_setopt(t, CURLOPT_CONNECTTIMEOUT, 30L);
-    curl_easy_setopt(t, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(t, CURLOPT_LOW_SPEED_LIMIT, 10L);
     curl_easy_setopt(t, CURLOPT_LOW_SPEED_TIME, stalled);
     curl_easy_setopt(t, CURLOPT_USERAGENT, "orn");
     curl_easy_setopt(t, CURLOPT_WRITEFUNCTION, &Received::write);
@@ -228,8 +228,8 @@ HRESULT receive(CURLU* address, Received& received) {
 
 HRESULT downloadToCache(wchar_t const* url, std::wstring& file) {
     if (ORN_OS_REFUSED("URLDownloadToCacheFile")) return statusOf(Failure::unspecified);
-    Library const library;
-    Address const address{library.isReady() ? curl_url() : nullptr};
+    CurlUse const curl;
+    Address const address{curl.isReady() ? curl_url() : nullptr};
     if (address == nullptr) return statusOf(Failure::outOfMemory);
     std::string const ascii = asciiForm(url);
     switch (curl_url_set(address.get(), CURLUPART_URL, ascii.c_str(), 0)) {

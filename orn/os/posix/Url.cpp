@@ -51,8 +51,9 @@ std::wstring_view schemeOf(std::wstring_view url) {
 std::wstring escaped(std::wstring_view text, std::wstring_view unsafe) {
     std::wstring result;
     for (wchar_t const c : text) {
-        if (c <= L' ' || (c >= 0x7F && c <= 0xFF) || unsafe.find(c) != unsafe.npos) {
-            appendEscape(result, static_cast<unsigned int>(c));
+        auto const number = static_cast<unsigned int>(c);
+        if (number <= ' ' || (number >= 0x7F && number <= 0xFF) || unsafe.find(c) != unsafe.npos) {
+            appendEscape(result, number);
         } else {
             result += c;
         }
@@ -79,12 +80,19 @@ std::wstring withoutDotSegments(std::wstring_view path) {
     return result;
 }
 
-// A URL is its scheme, a root ("//host"; of a file also "///C:"), a path, and what follows the path as it is.
+/// The size of what names the place where the path begins: "//host"; of a file also "///C:".
+std::size_t rootSize(std::wstring_view text, bool isFile) {
+    if (!text.starts_with(L"//"sv)) return 0;
+    if (isFile && text.starts_with(L"///"sv) && startsWithDrive(text.substr(3))) return 5;
+    return std::min(text.find(L'/', 2), text.size());
+}
+
+// A URL is its scheme, a root, a path, and what follows the path, as it is.
 std::wstring canonical(std::wstring url) {
+    auto const isBlank = [](wchar_t c) { return c >= 0 && c <= L' '; };
     std::erase(url, L'\t');
-    while (!url.empty() && url.back() <= L' ') url.pop_back();
-    url.erase(0, static_cast<std::size_t>(std::find_if(url.begin(), url.end(), [](wchar_t c) { return c > L' '; }) -
-                                          url.begin()));
+    while (!url.empty() && isBlank(url.back())) url.pop_back();
+    url.erase(url.begin(), std::find_if_not(url.begin(), url.end(), isBlank));
     if (startsWithDrive(url)) {
         url.insert(0, L"file:///");
     } else if (url.starts_with(L"\\\\"sv)) {
@@ -99,22 +107,14 @@ std::wstring canonical(std::wstring url) {
 
     if (isFile || isWeb) std::replace(path.begin(), path.end(), L'\\', L'/');
     if (isFile && path.starts_with(L'/') && !path.starts_with(L"//"sv)) path.insert(0, L"//");
-    std::size_t rootSize = 0;
-    if (path.starts_with(L"//"sv)) {
-        if (isFile && startsWithDrive(std::wstring_view{path}.substr(2))) path.insert(2, L"/");
-        rootSize = std::min(path.find(L'/', 2), path.size());
-        if (isFile && rootSize == 2 &&
-            startsWithDrive(std::wstring_view{path}.substr(std::min<std::size_t>(3, path.size())))) {
-            rootSize = 5;
-        } else if (rootSize == path.size() && rootSize > 2) {
-            path += L'/';
-        }
-    }
-    std::wstring const root = path.substr(0, rootSize);
-    path.erase(0, rootSize);
+    if (isFile && path.starts_with(L"//"sv) && startsWithDrive(std::wstring_view{path}.substr(2))) path.insert(2, L"/");
+    std::wstring const root = path.substr(0, rootSize(path, isFile));
+    path.erase(0, root.size());
+    if (path.empty() && root.size() > 2) path = L"/";
 
     bool const opaque = !scheme.empty() && !isFile && root.empty() && !path.starts_with(L'/');
     if (path.starts_with(L'/')) path = withoutDotSegments(path);
+    if (root.empty() && path.starts_with(L"//"sv)) path.insert(0, L"/.");  // it has no root after, either
     return std::wstring{scheme} + escaped(root, L"\"<>\\^`{|}&"sv) +
            escaped(path, opaque ? L"\"<>[\\]^`{|}&/"sv : L"\"<>[\\]^`{|}&#"sv) + url.substr(end);
 }
