@@ -3,11 +3,12 @@
 /// A URL ends at its first zero. Results are at most 2083 characters (UTF-16 units) long. What fails throws
 /// ORN::OrnError with the URL and the reason. Any number of threads may call these functions.
 ///
-/// Where the systems differ: outside Windows
-/// - full names of the system's own files, "/a/b", also become "file:" URLs in cleanupUrl;
-/// - "." at the end of a path goes as ".." does, a query is not looked into for dot segments or backslashes, and a
-///   path of "/" is put before a query that follows the host, all of which depends on the version of Windows;
-/// - the brackets of a numeric host stay, so that it can be downloaded from.
+/// Outside Windows, where its versions differ or a file could not be reached otherwise:
+/// - "." at the end of a path goes as ".." does, and more ".." than there is to go up all stay;
+/// - dot segments of names with a drive go, and network names become "file:" URLs in canonicalizeUrl, too;
+/// - a query keeps its backslashes and dots, and after a host alone "/" comes before it;
+/// - the brackets of a numeric host stay;
+/// - cleanupUrl also makes a "file:" URL of a full name in the system's own form, "/a/b", by the bytes of the name.
 #pragma once
 
 #include "orn/Export.h"
@@ -19,8 +20,8 @@ ORN_API std::wstring unescapeUrl(std::wstring const& url);
 
 /// Without blanks around it and without dot segments in its path, save those that the path starts with; "\" is "/" in
 /// the schemes http, https and file; characters that are unsafe in a path are escaped (blanks, control characters,
-/// "<>[\]^`{|}& and U+007F to U+00FF; in a file's name also #). What is escaped stays so. A query and a fragment stay as
-/// they are. A name with a drive becomes a "file:" URL.
+/// "<>[\]^`{|}& and U+007F to U+00FF; for file also #, and / where none follows the scheme, as in "mailto:"). What is
+/// escaped stays so; a query and a fragment stay as they are. A name with a drive becomes a "file:" URL.
 ORN_API std::wstring canonicalizeUrl(std::wstring const& url);
 
 /// The canonical form, with a scheme for what has none but looks as if it should: "file:" for full names of files,
@@ -31,5 +32,5 @@ ORN_API std::wstring cleanupUrl(std::wstring const& url);
 /// belongs to the cache: a later download of the same URL may put another in its place, and the user may empty the
 /// cache. A download that fails leaves nothing there. It may take as long as data keeps coming.
 ///
-/// Outside Windows the cache is "orn/downloads" in $XDG_CACHE_HOME or ~/.cache. Redirections lead to http and https only.
+/// Outside Windows the cache is "orn/downloads" in $XDG_CACHE_HOME or ~/.cache. Redirections lead to http and https.
 ORN_API std::wstring downloadUrlToCache(std::wstring const& url);
