@@ -105,7 +105,8 @@ std::wstring shortened(std::wstring const& path, std::size_t most) {
 }
 
 bool mayStand(CodePoint c) {
-    if (c.value() <= 127) return isUalnum(c) || std::wstring{L" $%'-_@~`!(){}^#&+,;=[]."}.find(std::wstring{c}[0]) < 99;
+    std::wstring const signs = L" $%'-_@~`!(){}^#&+,;=[].";
+    if (c.value() <= 127) return isUalnum(c) || signs.find(std::wstring{c}) != std::wstring::npos;
     return c.value() == 0xFEFF || (0x7FFC1FFEu >> unicodeClass(c) & 1) != 0;
 }
 

@@ -17,15 +17,14 @@ std::wstring read(std::string const& bytes) {
             return p + i < bytes.size() ? static_cast<unsigned char>(bytes[p + i]) : 0;
         };
         std::size_t more = 0;
-        std::uint64_t bits = 0;
-        for (auto const& [lead, prefix] :
-             {std::pair{0xC0u, 0xC0u}, {0xE0u, 0xE0u}, {0xF0u, 0xF0u}, {0xF8u, 0xF8u}, {0xFCu, 0xFCu}})
+        std::uint64_t leadBits = 0;
+        for (std::uint64_t const lead : {0xC0, 0xE0, 0xF0, 0xF8, 0xFC})
             if (at(0) >= lead) {
                 ++more;
-                bits = prefix;
+                leadBits = lead;
             }
         if (p + more > bytes.size()) return result + wchar_t{0xFFFD};
-        std::uint64_t value = at(0) - bits;
+        std::uint64_t value = at(0) - leadBits;
         for (std::size_t i = 1; i <= more; ++i) value = value * 64 + at(i) - 0x80;
         p += more + 1;
         auto const wrapped = static_cast<std::uint32_t>(value);
