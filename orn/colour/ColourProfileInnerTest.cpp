@@ -2,19 +2,15 @@
 
 #include "orn/colour/ColourTransform.h"
 #include "orn/colour/IccTextImp.h"
-#include "orn/foundation/Error.h"
-#include "orn/os/ColourManagement.h"
+#include "orn/text/Encoding.h"
 #include "tests/support/Faults.h"
 #include "tests/support/IccProfile.h"
 #include "tests/support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Thrown.h"
 
 #include <filesystem>
 #include <functional>
-#include <iterator>
 #include <memory>
-#include <stdexcept>
 
 namespace {
 
@@ -28,13 +24,8 @@ std::wstring textOf(icc::Bytes const& element) {
     return ORN::IccElement{{block.get(), element.size()}}.text();
 }
 
-std::string failureOf(icc::Bytes const& element) {
-    try {
-        textOf(element);
-    } catch (std::logic_error const& error) {
-        return error.what();
-    }
-    return "";
+std::wstring failureOf(icc::Bytes const& element) {
+    return thrown([&] { textOf(element); });
 }
 
 icc::Bytes localized(std::uint32_t length, std::uint32_t offset, icc::Bytes const& stored) {
@@ -47,14 +38,8 @@ TEST(IccText, SignaturesAreFourCharactersTheFirstOneHighest) {
     EXPECT_EQ(ORN::iccSignature(L"\x0164\xFF c"), 0x64FF2063u);  // only the low bytes count
     EXPECT_EQ(ORN::iccSignatureText(0x52474220), L"RGB ");
     EXPECT_EQ(ORN::iccSignatureText(0xFF008001), std::wstring(L"\xFF\0\x80\x01", 4));
-    for (wchar_t const* tag : {L"", L"des", L"descr"}) {
-        try {
-            ORN::iccSignature(tag);
-            ADD_FAILURE() << tag;
-        } catch (std::logic_error const& error) {
-            EXPECT_STREQ(error.what(), "ICC tags are four characters long");
-        }
-    }
+    for (wchar_t const* tag : {L"", L"des", L"descr"})
+        EXPECT_EQ(thrown([=] { ORN::iccSignature(tag); }), L"logic_error: ICC tags are four characters long");
 }
 
 TEST(IccText, DescriptionsAndLocalizedTexts) {
@@ -82,47 +67,45 @@ TEST(IccText, DescriptionsAndLocalizedTexts) {
 
 TEST(IccText, WhatReachesOutsideTheElementIsTooShort) {
     icc::Bytes const head = "desc" + icc::number(0), two("\0A", 2);
+    // clang-format off
     icc::Bytes const cases[] = {
-        "",
-        "des",
-        "desc",
-        head,
-        head + "\1\1\1",
-        head + icc::number(5) + "sRGB",
-        head + icc::number(1),
-        head + icc::number(0x80000000) + "text",
-        head + icc::number(0xFFFFFFFF) + "text",
-        "mluc" + icc::number(0),
-        "mluc" + icc::number(0) + icc::number(1),
-        localized(2, 28, two).substr(0, 27),
-        localized(4, 28, two),
-        localized(2, 29, two),
-        localized(2, 27, two).substr(0, 28),
-        localized(1, 28, two),
-        localized(3, 28, two + two),
-        localized(0, 31, two),
-        localized(2, 0xFFFFFFFE, two),
-        localized(0xFFFFFFFE, 28, two),
-        localized(0xFFFFFFFE, 0xFFFFFFFE, two),
+        "", "des", "desc", head, head + "\1\1\1", head + icc::number(5) + "sRGB", head + icc::number(1),
+        head + icc::number(0x80000000) + "text", head + icc::number(0xFFFFFFFF) + "text",
+        "mluc" + icc::number(0), "mluc" + icc::number(0) + icc::number(1), localized(2, 28, two).substr(0, 27),
+        localized(4, 28, two), localized(2, 29, two), localized(2, 27, two).substr(0, 28), localized(1, 28, two),
+        localized(3, 28, two + two), localized(0, 31, two), localized(2, 0xFFFFFFFE, two),
+        localized(0xFFFFFFFE, 28, two), localized(0xFFFFFFFE, 0xFFFFFFFE, two),
     };
+    // clang-format on
     for (icc::Bytes const& element : cases)
-        EXPECT_EQ(failureOf(element), "ICC data too short") << &element - std::begin(cases);
-    EXPECT_EQ(failureOf("text" + icc::number(0) + icc::number(0)), "desc/mluc element not found in ICC data");
-    EXPECT_EQ(failureOf("DESC"), "desc/mluc element not found in ICC data");
+        EXPECT_EQ(failureOf(element), L"logic_error: ICC data too short") << &element - std::begin(cases);
+    EXPECT_EQ(failureOf("text" + icc::number(0) + icc::number(0)),
+              L"logic_error: desc/mluc element not found in ICC data");
+    EXPECT_EQ(failureOf("DESC"), L"logic_error: desc/mluc element not found in ICC data");
 
     // Every cut of a good element is either refused or still holds the whole text.
     for (icc::Bytes const& good : {icc::description("sRGB"), icc::localized({two, two + two})})
         for (std::size_t length = 0; length != good.size(); ++length)
-            if (failureOf(good.substr(0, length)) == "") {
+            if (failureOf(good.substr(0, length)) == L"nothing") {
                 EXPECT_EQ(textOf(good.substr(0, length)), textOf(good)) << length;
             }
 }
 
-// What a failed creation must leave behind: nothing. A file that is still open shows as a descriptor, or cannot be
-// removed.
-class Creation {
-public:
-    Creation() {
+// Blocks, and where the system shows them open files, that nobody has given back.
+long held() {
+    std::error_code none;
+    return faults::liveBlocks() + std::distance(std::filesystem::directory_iterator{"/proc/self/fd", none}, {});
+}
+
+/// The call that a failure names.
+std::wstring callThatFailed(std::function<void()> const& action) {
+    std::wstring const failure = thrown(action);
+    return failure.starts_with(L"WinError") ? failure.substr(failure.rfind(L' ') + 1) : failure;
+}
+
+class ColourProfileFailures : public testing::Test {
+protected:
+    ColourProfileFailures() {
         icc::Tags tags = icc::tags(icc::power(0x100));
         for (char const* tag : {"dmnd", "dmdd", "desc"})
             tags.emplace_back(tag, icc::description("a text of some length"));
@@ -130,99 +113,64 @@ public:
         name_ = folder_.put("profile.icc", bytes_);
     }
 
-    void fromFile() const { ColourProfile::createFromFile(name_); }
-    void fromBytes() const { ColourProfile::create(ColourProfileId::fromData, icc::data(bytes_), bytes_.size()); }
-
-    std::wstring failure(std::function<void()> const& create) const {
-        std::ptrdiff_t const files = openFiles();
-        long const blocks = faults::liveBlocks();
-        std::wstring text;
-        try {
-            create();
-        } catch (WinError const& error) {
-            std::wstring const told = error.wWhat();
-            text = told.substr(told.rfind(L' ') + 1);
-        }
-        long const left = faults::liveBlocks() - blocks - (text.capacity() > std::wstring{}.capacity());
-        EXPECT_EQ(left, 0);
-        EXPECT_EQ(openFiles(), files);
-        return text;
-    }
-
-    static std::ptrdiff_t openFiles() {
-        std::error_code none;
-        return std::distance(std::filesystem::directory_iterator{"/proc/self/fd", none}, {});
-    }
-
-private:
     TemporaryFolder folder_;
     icc::Bytes bytes_;
     std::wstring name_;
+    std::function<void()> const fromFile_ = [this] { ColourProfile::createFromFile(name_); };
+    std::function<void()> const fromBytes_ = [this] {
+        ColourProfile::create(ColourProfileId::fromData, icc::data(bytes_), bytes_.size());
+    };
+    std::function<void()> const standard_ = [] { ColourProfile::create(ColourProfileId::sRGB); };
 };
 
-TEST(ColourProfile, EveryRefusedStepIsNamedAndReleasesWhatCameBefore) {
-    Creation const creation;
+TEST_F(ColourProfileFailures, EveryRefusedStepIsNamedAndReleasesWhatCameBefore) {
     struct {
         char const* call;
         int spared;
-        wchar_t const* named;
     } const cases[] = {
-        {"OpenColorProfile", 0, L"OpenColorProfile"},
-        {"GetColorProfileFromHandle", 0, L"GetColorProfileFromHandle"},
-        {"GetColorProfileFromHandle", 1, L"GetColorProfileFromHandle"},
-        {"GetColorProfileHeader", 0, L"GetColorProfileHeader"},
-        {"GetColorProfileElement", 1, L"GetColorProfileElement"},
-        {"GetColorProfileElement", 3, L"GetColorProfileElement"},
-        {"GetColorProfileElement", 5, L"GetColorProfileElement"},
-    };
-    for (auto const& [call, spared, named] : cases) {
-        for (bool file : {false, true}) {
-            faults::Refuse const refuse{call, spared};
-            EXPECT_EQ(creation.failure([&] { file ? creation.fromFile() : creation.fromBytes(); }), named) << spared;
-            EXPECT_GE(refuse.refusals(), 1);
+        {"OpenColorProfile", 0},       {"GetColorProfileFromHandle", 0},    {"GetColorProfileFromHandle", 1},
+        {"GetColorProfileHeader", 0},  {"GetColorProfileElement", 1},       {"GetColorProfileElement", 3},
+        {"GetColorProfileElement", 5}, {"GetStandardColorSpaceProfile", 0}, {"GetStandardColorSpaceProfile", 1}};
+    for (auto const& [call, spared] : cases) {
+        bool const standard = std::string{call} == "GetStandardColorSpaceProfile";
+        for (auto const* create : {standard ? &standard_ : &fromFile_, standard ? &standard_ : &fromBytes_}) {
+            long const before = held();
+            {
+                faults::Refuse const refuse{call, spared};
+                EXPECT_EQ(callThatFailed(*create), utf8(std::string{call})) << spared;
+                EXPECT_GE(refuse.refusals(), 1);
+            }
+            EXPECT_EQ(held(), before) << call << spared;
         }
     }
-    for (int spared : {0, 1}) {
-        faults::Refuse const refuse{"GetStandardColorSpaceProfile", spared};
-        EXPECT_EQ(creation.failure([] { ColourProfile::create(ColourProfileId::sRGB); }),
-                  L"GetStandardColorSpaceProfile");
+}
+
+TEST_F(ColourProfileFailures, NoFailedAllocationLeavesAnythingBehind) {
+    standard_();
+    for (auto const& create : {fromFile_, fromBytes_, standard_}) {
+        long const before = held();
+        EXPECT_GE(faults::failEveryAllocation(create), 4);
+        EXPECT_EQ(held(), before);
     }
 }
 
-TEST(ColourProfile, NoFailedAllocationLeavesAnythingBehind) {
-    Creation const creation;
-    ColourProfile::create(ColourProfileId::sRGB);
-    std::function<void()> const ways[] = {[&] { creation.fromFile(); }, [&] { creation.fromBytes(); },
-                                          [] { ColourProfile::create(ColourProfileId::sRGB); }};
-    for (auto const& create : ways) {
-        std::ptrdiff_t const files = Creation::openFiles();
-        long const blocks = faults::liveBlocks();
-        int const failures = faults::failEveryAllocation(create, [&](bool failed) {
-            EXPECT_TRUE(failed);
-            EXPECT_EQ(faults::liveBlocks(), blocks);
-        });
-        EXPECT_GE(failures, 4);
-        EXPECT_EQ(faults::liveBlocks(), blocks);
-        EXPECT_EQ(Creation::openFiles(), files);
-    }
-}
-
-TEST(ColourTransform, AFailedTransformIsNamedAndLeavesNothingBehind) {
+TEST_F(ColourProfileFailures, AFailedTransformIsNamedAndLeavesNothingBehind) {
     auto const profile = ColourProfile::create(ColourProfileId::sRGB);
     auto const create = [&] { return ORN::ColourTransform::create({}, *profile, *profile); };
+    long const before = held();
     {
         faults::Refuse const refuse{"CreateMultiProfileTransform"};
-        EXPECT_EQ(Creation{}.failure(create), L"CreateMultiProfileTransform");
+        EXPECT_EQ(callThatFailed(create), L"CreateMultiProfileTransform");
     }
-    long const blocks = faults::liveBlocks();
-    EXPECT_GE(faults::failEveryAllocation(create, [&](bool) { EXPECT_EQ(faults::liveBlocks(), blocks); }), 1);
+    EXPECT_EQ(held(), before);
+    EXPECT_GE(faults::failEveryAllocation(create), 1);
     EXPECT_TRUE(profile.isLastHandle());
 
     auto const transform = create();
     Colour const in = Colour::rgb(0.1, 0.2, 0.3);
     Colour out = Colour::rgb(0.4, 0.5, 0.6);
     faults::Refuse const refuse{"TranslateColors"};
-    EXPECT_EQ(Creation{}.failure([&] { transform->convert({&in, 1}, {&out, 1}); }), L"TranslateColors");
+    EXPECT_EQ(callThatFailed([&] { transform->convert({&in, 1}, {&out, 1}); }), L"TranslateColors");
     EXPECT_EQ(out.r(), 0.4);
 }
 

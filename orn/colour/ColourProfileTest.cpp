@@ -1,14 +1,10 @@
 #include "orn/colour/ColourProfile.h"
 
-#include "orn/foundation/Error.h"
-#include "ornmsg/ornmsg.h"
 #include "tests/support/IccProfile.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
-
-#include <stdexcept>
-#include <string>
 
 namespace {
 
@@ -25,43 +21,19 @@ icc::Bytes withTexts(icc::Tags const& texts) {
     return icc::profile(tags);
 }
 
-std::string failure(icc::Bytes const& bytes) {
-    try {
-        opened(bytes);
-    } catch (std::logic_error const& error) {
-        return error.what();
-    }
-    return "";
-}
-
-TEST(ColourProfile, EachWayOfCreationTakesOnlyItsOwnId) {
+TEST(ColourProfile, EachWayOfCreationTakesOnlyItsOwnIdAndASizeOf32Bits) {
     icc::Bytes const bytes = withTexts({});
-    auto const refused = [](auto create) {
-        try {
-            create();
-        } catch (std::logic_error const& error) {
-            return std::string{error.what()} == "Illegal value of ORN::ColourProfileId";
-        }
-        return false;
-    };
+    wchar_t const* const illegal = L"logic_error: Illegal value of ORN::ColourProfileId";
     for (int id : {-1, 1, -2, 0x7FFFFFFF})
-        EXPECT_TRUE(refused([=] { ColourProfile::create(static_cast<ColourProfileId>(id)); })) << id;
+        EXPECT_EQ(thrown([=] { ColourProfile::create(static_cast<ColourProfileId>(id)); }), illegal) << id;
     for (int id : {0, 1, -2}) {
-        auto const creation = static_cast<ColourProfileId>(id);
-        EXPECT_TRUE(refused([&] { ColourProfile::create(creation, icc::data(bytes), bytes.size()); })) << id;
-        EXPECT_TRUE(refused([&] { ColourProfile::create(creation, nullptr, 0x1'0000'0000); })) << id;
+        auto const given = static_cast<ColourProfileId>(id);
+        EXPECT_EQ(thrown([&] { ColourProfile::create(given, icc::data(bytes), bytes.size()); }), illegal) << id;
+        EXPECT_EQ(thrown([&] { ColourProfile::create(given, nullptr, 0x1'0000'0000); }), illegal) << id;
     }
-}
-
-TEST(ColourProfile, ASizeAbove32BitsIsRefusedBeforeAnythingIsTouched) {
-    for (std::uint64_t size : {0x1'0000'0000ull, ~0ull}) {
-        try {
-            ColourProfile::create(ColourProfileId::fromData, nullptr, size);
-            ADD_FAILURE() << size;
-        } catch (ORN::OrnError const& error) {
-            EXPECT_STREQ(error.wWhat(), L"integer value right out of range");
-        }
-    }
+    for (std::uint64_t size : {0x1'0000'0000ull, ~0ull})
+        EXPECT_EQ(thrown([=] { ColourProfile::create(ColourProfileId::fromData, nullptr, size); }),
+                  L"OrnError: integer value right out of range");
 }
 
 TEST(ColourProfile, TheStandardProfileIsRGBForADisplay) {
@@ -107,29 +79,31 @@ TEST(ColourProfile, AMissingTextIsEmpty) {
 }
 
 TEST(ColourProfile, ADamagedTextMakesNoProfile) {
-    char const* const tooShort = "ICC data too short";
+    wchar_t const* const tooShort = L"logic_error: ICC data too short";
+    auto const failure = [](char const* tag, icc::Bytes const& element) {
+        return thrown([&] { opened(withTexts({{tag, element}})); });
+    };
     for (char const* tag : {"dmnd", "dmdd", "desc"}) {
-        EXPECT_EQ(failure(withTexts({{tag, "desc" + icc::number(0)}})), tooShort) << tag;
-        EXPECT_EQ(failure(withTexts({{tag, icc::description("text", 0xFFFFFFFF)}})), tooShort) << tag;
-        EXPECT_EQ(failure(withTexts({{tag, "text" + icc::number(0) + "words"}})),
-                  "desc/mluc element not found in ICC data")
+        EXPECT_EQ(failure(tag, "desc" + icc::number(0)), tooShort) << tag;
+        EXPECT_EQ(failure(tag, icc::description("text", 0xFFFFFFFF)), tooShort) << tag;
+        EXPECT_EQ(failure(tag, "text" + icc::number(0) + "words"),
+                  L"logic_error: desc/mluc element not found in ICC data")
             << tag;
     }
 }
 
 TEST(ColourProfile, WhatTheSystemCannotOpenIsAnErrorThatNamesTheCall) {
     TemporaryFolder const folder;
-    for (auto const& name : {folder / L"missing.icc", folder.put("short.icc", "not a profile"), folder.name()}) {
-        try {
-            ColourProfile::createFromFile(name);
-            ADD_FAILURE();
-        } catch (WinError const& error) {
-            std::wstring const text = error.wWhat();
-            EXPECT_EQ(text.substr(0, 7), L"Error \"");
-            EXPECT_TRUE(text.ends_with(L"\" calling OpenColorProfile"));
-        }
-    }
-    EXPECT_THROW(opened(""), WinError);
+    icc::Bytes unsigned_ = withTexts({});
+    unsigned_.replace(36, 4, "none");
+    auto const expectRefused = [](auto open) {
+        std::wstring const failure = thrown(open);
+        EXPECT_TRUE(failure.starts_with(L"WinError: Error \"") && failure.ends_with(L"\" calling OpenColorProfile"));
+    };
+    for (auto const& name : {folder / L"missing.icc", folder.put("short.icc", "not a profile"), folder.name()})
+        expectRefused([&] { ColourProfile::createFromFile(name); });
+    for (icc::Bytes const& bytes : {icc::Bytes{}, withTexts({}).substr(0, 100), unsigned_, icc::Bytes(300, 'x')})
+        expectRefused([&] { opened(bytes); });
     EXPECT_EQ(folder.count(), 1);
 }
 

@@ -1,16 +1,13 @@
 #include "orn/colour/ColourTransform.h"
 
-#include "orn/foundation/Error.h"
 #include "tests/support/ColourSystem.h"
 #include "tests/support/IccProfile.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
-#include <stdexcept>
 #include <thread>
-#include <vector>
 
 namespace {
 
@@ -22,7 +19,6 @@ using Profile = ORN::Handle<ColourProfile>;
 using Transform = ORN::Handle<ColourTransform>;
 
 RenderingIntent const relative = RenderingIntent::relativeColorimetric;
-double const tolerance = 0.001;  // systems differ in how finely they tabulate
 
 Profile opened(icc::Bytes const& bytes) {
     return ColourProfile::create(ColourProfileId::fromData, icc::data(bytes), bytes.size());
@@ -30,6 +26,7 @@ Profile opened(icc::Bytes const& bytes) {
 Profile withPower(unsigned int exponent256) { return opened(icc::profile(icc::tags(icc::power(exponent256)))); }
 
 void expectColour(Colour const& colour, double r, double g, double b, double a = 1) {
+    double const tolerance = 0.001;  // systems differ in how finely they tabulate
     EXPECT_NEAR(colour.r(), r, tolerance);
     EXPECT_NEAR(colour.g(), g, tolerance);
     EXPECT_NEAR(colour.b(), b, tolerance);
@@ -44,13 +41,11 @@ Colour converted(Transform const& transform, Colour const& colour) {
 
 TEST(ColourTransform, PowersOfTheComponents) {
     auto const square = withPower(0x200), linear = withPower(0x100), cube = withPower(0x300);
-    auto const toLinear = ColourTransform::create(relative, *square, *linear);
-    EXPECT_TRUE(toLinear.isLastHandle());
-    EXPECT_NE(toLinear->handle(), nullptr);
-    expectColour(converted(toLinear, Colour::rgba(0.5, 0.25, 0.75, 0.3)), 0.25, 0.0625, 0.5625, 0.3);
-    expectColour(converted(toLinear, Colour::rgb(1, 0, 0.1)), 1, 0, 0.01);
-    auto const toSquare = ColourTransform::create(relative, *linear, *square);
-    expectColour(converted(toSquare, Colour::rgb(0.25, 0.5625, 0.64)), 0.5, 0.75, 0.8);
+    for (int intent : {0, 1, 2, 3}) {
+        auto const toLinear = ColourTransform::create(static_cast<RenderingIntent>(intent), *square, *linear);
+        EXPECT_TRUE(toLinear.isLastHandle() && toLinear->handle() != nullptr);
+        expectColour(converted(toLinear, Colour::rgba(0.5, 0.25, 0.75, 0.3)), 0.25, 0.0625, 0.5625, 0.3);
+    }
     auto const between = ColourTransform::create(relative, *cube, *square);
     expectColour(converted(between, Colour::rgb(0.64, 0.49, 0.81)), 0.512, 0.343, 0.729);
 }
@@ -74,8 +69,6 @@ TEST(ColourTransform, OtherPrimaries) {
     auto const plain = withPower(0x100);
     auto const transform = ColourTransform::create(relative, *plain, *rotated);
     expectColour(converted(transform, Colour::rgb(0.2, 0.4, 0.6)), 0.6, 0.2, 0.4);
-    auto const back = ColourTransform::create(relative, *rotated, *plain);
-    expectColour(converted(back, Colour::rgb(0.2, 0.4, 0.6)), 0.4, 0.6, 0.2);
 }
 
 TEST(ColourTransform, ComponentsAreClampedAndResultsMayReplaceColours) {
@@ -140,13 +133,8 @@ TEST(ColourTransform, ProfilesAreJoinedInTheirOrder) {
     EXPECT_EQ(asked, (std::vector<Witness const*>{&square, &half, &linear, &square, &half, &quarter, &linear}));
 }
 
-std::string refusal(ColourTransform const& transform, std::vector<Colour> const& in, std::vector<Colour>& out) {
-    try {
-        transform.convert(in, out);
-    } catch (std::logic_error const& error) {
-        return error.what();
-    }
-    return "";
+std::wstring refusal(ColourTransform const& transform, std::vector<Colour> const& in, std::vector<Colour>& out) {
+    return thrown([&] { transform.convert(in, out); });
 }
 
 TEST(ColourTransform, OnlyRGBAndAsManyResultsAsColoursAreConverted) {
@@ -160,22 +148,17 @@ TEST(ColourTransform, OnlyRGBAndAsManyResultsAsColoursAreConverted) {
 
     std::vector<Colour> const in{Colour::rgb(0.1, 0.2, 0.3), Colour::rgb(0.4, 0.5, 0.6)};
     std::vector<Colour> out{2, Colour::rgb(0.7, 0.8, 0.9)}, fewer(1), more(3);
-    char const* const notRGB = "only a transform from RGB to RGB converts colours";
+    wchar_t const* const notRGB = L"logic_error: only a transform from RGB to RGB converts colours";
     EXPECT_EQ(refusal(*ColourTransform::create(relative, *rgb, *grey), in, out), notRGB);
     EXPECT_EQ(refusal(*ColourTransform::create(relative, *grey, *rgb), in, out), notRGB);
     EXPECT_EQ(refusal(Foreign{}, in, out), notRGB);
     auto const transform = ColourTransform::create(relative, *rgb, *rgb);
     for (auto* results : {&fewer, &more})
-        EXPECT_EQ(refusal(*transform, in, *results), "there must be as many results as colours to convert");
+        EXPECT_EQ(refusal(*transform, in, *results),
+                  L"logic_error: there must be as many results as colours to convert");
     expectColour(out[1], 0.7, 0.8, 0.9);
-    EXPECT_EQ(refusal(*transform, in, out), "");
+    EXPECT_EQ(refusal(*transform, in, out), L"nothing");
     expectColour(out[1], 0.4, 0.5, 0.6);
-}
-
-TEST(ColourTransform, EveryIntentIsTaken) {
-    auto const rgb = withPower(0x100);
-    for (int intent : {0, 1, 2, 3})
-        EXPECT_FALSE(ColourTransform::create(static_cast<RenderingIntent>(intent), *rgb, *rgb).null());
 }
 
 TEST(ColourTransform, ThreadsShareATransformAndItsColours) {
@@ -186,12 +169,11 @@ TEST(ColourTransform, ThreadsShareATransformAndItsColours) {
     std::vector<Colour> results[4];
     {
         std::vector<std::jthread> threads;
-        for (auto& mine : results) {
+        for (auto& mine : results)
             threads.emplace_back([&] {
                 mine.resize(colours.size());
                 for (int round = 0; round != 20; ++round) transform->convert(colours, mine);
             });
-        }
     }
     for (auto const& mine : results)
         for (std::size_t i = 0; i < mine.size(); i += 7) {

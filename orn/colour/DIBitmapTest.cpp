@@ -36,19 +36,27 @@ TEST(DIBitmap, HeadersAreThoseOfABitmapFile) {
     for (Geometry const& g : geometries) {
         SCOPED_TRACE(testing::Message() << g.width << " x " << g.height << " x " << g.bitCount);
         DIBitmap bitmap{g.width, g.height, g.bitCount, g.colours};
-        struct {
-            unsigned int offset, size, value;
-        } const fields[] = {
-            {0, 2, 19778},      {2, 4, g.bitsAt + g.imageSize},
-            {6, 2, 0},          {8, 2, 0},
-            {10, 4, g.bitsAt},  {14, 4, 40},
-            {18, 4, g.width},   {22, 4, static_cast<unsigned int>(g.height)},
-            {26, 2, 1},         {28, 2, g.bitCount},
-            {30, 4, 0},         {34, 4, 0},
-            {38, 4, 0},         {42, 4, 0},
-            {46, 4, g.colours}, {50, 4, 0},
-        };
-        for (auto const& f : fields) EXPECT_EQ(field(bitmap, f.offset, f.size), f.value) << "at " << f.offset;
+        auto const height = static_cast<unsigned int>(g.height);
+        unsigned int offset = 0;
+        for (auto const& [size, value] : {std::pair{2u, 19778u},
+                                          {4, g.bitsAt + g.imageSize},
+                                          {2, 0},
+                                          {2, 0},
+                                          {4, g.bitsAt},
+                                          {4, 40},
+                                          {4, g.width},
+                                          {4, height},
+                                          {2, 1},
+                                          {2, g.bitCount},
+                                          {4, 0},
+                                          {4, 0},
+                                          {4, 0},
+                                          {4, 0},
+                                          {4, g.colours},
+                                          {4, 0}}) {
+            EXPECT_EQ(field(bitmap, offset, size), value) << "at " << offset;
+            offset += size;
+        }
         EXPECT_EQ(bitmap.fileSize(), g.bitsAt + g.imageSize);
         EXPECT_EQ(bitmap.bitsSize(), g.imageSize);
         EXPECT_EQ(bitmap.bits(), bitmap.fileData() + g.bitsAt);
@@ -129,14 +137,9 @@ TEST(DIBitmap, SizesThatDoNotFitAreRefused) {
         {1, 1, 8, 0x40000000},           // the colour table alone is 2^32
         {0xFFFFFFFF, INT_MAX, 0xFFFF, 0xFFFFFFFF},
     };
-    for (auto const& r : refused) {
-        try {
-            DIBitmap bitmap{r.width, r.height, r.bitCount, r.colours};
-            ADD_FAILURE() << r.width << " x " << r.height;
-        } catch (std::bad_alloc const& error) {
-            EXPECT_STREQ(error.what(), "bad allocation");
-        }
-    }
+    for (auto const& r : refused)
+        EXPECT_THROW((DIBitmap{r.width, r.height, r.bitCount, r.colours}), std::bad_alloc)
+            << r.width << " x " << r.height;
 }
 
 TEST(DIBitmap, AHeaderFromOutsideThatDoesNotFitIsRefused) {

@@ -17,9 +17,12 @@ HRESULT const ok = 0, noInterface = static_cast<HRESULT>(0x80004002), failed = s
 
 // An object that may tell of an error, with its references counted.
 struct FakeObject final : IErrorInfo {
-    wchar_t const* description = L"the disc is upside down";  // null: a success without a text
-    HRESULT queryResult = ok, descriptionResult = ok;
-    bool tells = true;
+    FakeObject(wchar_t const* text, HRESULT query, HRESULT result, bool told)
+        : description{text}, queryResult{query}, descriptionResult{result}, tells{told} {}
+
+    wchar_t const* description;  // null: a success without a text
+    HRESULT queryResult, descriptionResult;
+    bool tells;
     long references = 1;
 
     HRESULT QueryInterface(GUID const& iid, void** object) override {
@@ -41,38 +44,31 @@ struct FakeObject final : IErrorInfo {
     HRESULT GetHelpContext(DWORD*) override { return failed; }
 };
 
-std::wstring systemText() { return formatMessage(static_cast<DWORD>(failed), static_cast<wchar_t const*>(nullptr)); }
-
-TEST(ErrorInner, AnObjectsOwnDescriptionComesFirst) {
-    FakeObject object;
-    EXPECT_EQ(formatMessage(failed, &object), L"[0x80004005] the disc is upside down");
-    EXPECT_EQ((WinError{L"Save", failed, &object}.wWhat()),
-              std::wstring{L"[0x80004005] the disc is upside down calling Save"});
-    object.queryResult = noInterface;  // only the pointer counts
-    EXPECT_EQ(formatMessage(failed, &object), L"[0x80004005] the disc is upside down");
-    object.description = nullptr;
-    EXPECT_EQ(formatMessage(failed, &object), L"[0x80004005] ");
-    EXPECT_EQ(object.references, 1);
-}
-
-TEST(ErrorInner, WithoutADescriptionTheSystemsTextStands) {
-    FakeObject silent, broken;
-    silent.tells = false;
-    broken.descriptionResult = failed;
-    EXPECT_EQ(formatMessage(failed, &silent), L"[0x80004005] " + systemText());
-    EXPECT_EQ(formatMessage(failed, &broken), L"[0x80004005] " + systemText());
-    EXPECT_EQ(silent.references, 1);
-    EXPECT_EQ(broken.references, 1);
+TEST(ErrorInner, AnObjectsOwnDescriptionComesFirstAndThenTheSystemsText) {
+    std::wstring const own = L"[0x80004005] the disc is upside down";
+    std::wstring const systems = L"[0x80004005] " + formatMessage(DWORD{0x80004005}, static_cast<wchar_t*>(nullptr));
+    struct {
+        wchar_t const* description;
+        HRESULT query, descriptionResult;
+        bool tells;
+        std::wstring text;
+    } const cases[] = {{L"the disc is upside down", ok, ok, true, own},
+                       {L"the disc is upside down", noInterface, ok, true, own},  // only the pointer counts
+                       {nullptr, ok, ok, true, L"[0x80004005] "},
+                       {L"the disc is upside down", ok, failed, true, systems},
+                       {L"the disc is upside down", ok, ok, false, systems}};
+    for (auto const& [description, query, descriptionResult, tells, text] : cases) {
+        FakeObject object{description, query, descriptionResult, tells};
+        EXPECT_EQ(formatMessage(failed, &object), text);
+        EXPECT_EQ((WinError{L"Save", failed, &object}.wWhat()), text + L" calling Save");
+        EXPECT_EQ(object.references, 1);
+    }
 }
 
 TEST(ErrorInner, LackOfMemoryLeavesNoReferenceAndNoBlock) {
-    FakeObject object;
-    long const blocks = faults::liveBlocks();
-    int const failures = faults::failEveryAllocation([&] { WinError const error(L"Save", failed, &object); },
-                                                     [&](bool) { EXPECT_EQ(object.references, 1); });
-    EXPECT_GT(failures, 3);
+    FakeObject object{L"the disc is upside down", ok, ok, true};
+    EXPECT_GT(faults::failEveryAllocation([&] { WinError const error(L"Save", failed, &object); }), 3);
     EXPECT_EQ(object.references, 1);
-    EXPECT_EQ(faults::liveBlocks(), blocks);
 }
 
 TEST(ErrorInner, TheDefaultIsTheLastErrorAtConstruction) {

@@ -1,17 +1,10 @@
 #include "orn/geometry/Line.h"
 
-#include "tests/support/VectorEquality.h"
-
-#include <gtest/gtest.h>
-
-#include <random>
-#include <type_traits>
+#include "tests/support/Geometry.h"
 
 namespace {
 
 using ORN::Line;
-
-static_assert(std::is_trivially_copyable_v<Line<2>> && sizeof(Line<3>) == 6 * sizeof(double));
 
 TEST(Line, KeepsItsDirectionUnlessMadeFromPoints) {
     Line<2> const given{Vector<2>{3, 4}, Point<2>{1, 2}};
@@ -25,13 +18,10 @@ TEST(Line, MeetsAnotherInThePlane) {
     Line<2> const x{Vector<2>{1, 0}, Point<2>{5, 3}}, y{Vector<2>{0, -1}, Point<2>{2, 7}};
     EXPECT_TRUE((intersect(x, y) == Point<2>{2, 3}));
     EXPECT_FALSE((intersect(x, Line<2>{Vector<2>{-1, 0}, Point<2>{0, 0}}).isFinite()));
-
-    std::mt19937 random{5};
-    std::uniform_real_distribution<double> coordinate{-10, 10};
+    RandomGeometry random{5};
     for (int i = 0; i < 200; ++i) {
-        auto const point = [&] { return Point<2>{coordinate(random), coordinate(random)}; };
-        Point<2> const common = point();
-        Line<2> const a = Line<2>::through(point(), common), b = Line<2>::through(point(), common);
+        Point<2> const common = random.point<2>();
+        Line<2> const a = Line<2>::through(random.point<2>(), common), b = Line<2>::through(random.point<2>(), common);
         double const sine = cross(a.direction(), b.direction());
         EXPECT_NEAR((intersect(a, b) - common).length(), 0, 1e-13 / (sine * sine));
     }
@@ -40,14 +30,11 @@ TEST(Line, MeetsAnotherInThePlane) {
 TEST(Line, ComesClosestToAnotherInSpace) {
     Point<3> p, q;
     crossing(p, q, Line<3>{Vector<3>{1, 0, 0}, Point<3>{9, 2, 1}}, Line<3>{Vector<3>{0, 1, 0}, Point<3>{3, 8, 5}});
-    EXPECT_TRUE((p == Point<3>{3, 2, 1}));
-    EXPECT_TRUE((q == Point<3>{3, 2, 5}));
-
-    std::mt19937 random{6};
-    std::uniform_real_distribution<double> coordinate{-10, 10};
-    auto const point = [&] { return Point<3>{coordinate(random), coordinate(random), coordinate(random)}; };
+    EXPECT_TRUE((p == Point<3>{3, 2, 1} && q == Point<3>{3, 2, 5}));
+    RandomGeometry random{6};
+    auto const line = [&] { return Line<3>::through(random.point<3>(), random.point<3>()); };
     for (int i = 0; i < 200; ++i) {
-        Line<3> const a = Line<3>::through(point(), point()), b = Line<3>::through(point(), point());
+        Line<3> const a = line(), b = line();
         double const sine2 = cross(a.direction(), b.direction()).lengthSquared();
         crossing(p, q, a, b);
         EXPECT_NEAR(dot(q - p, a.direction()), 0, 1e-12 / sine2);

@@ -54,33 +54,12 @@ TEST(OsFile, ANameThatNoFileCanHaveIsAMissingFile) {
     EXPECT_EQ(folder.count(), 0);
 }
 
-TEST(OsFile, PositionsAreSixtyFourBitsWide) {
+TEST(OsFile, PositionsAreSixtyFourBitsWideAndFailuresHaveAReason) {
     TemporaryFolder const folder;
     std::FILE* const file = os::openFile(folder / L"positions", L"w+b");
     ASSERT_NE(file, nullptr);
-    bool failed = true;
-    EXPECT_EQ(os::writeFile(file, "0123456789", 10, failed), 10u);
-    EXPECT_FALSE(failed);
-    EXPECT_EQ(os::tellFile(file), 10);
-    EXPECT_TRUE(os::seekFile(file, -3, SEEK_END));
-    char byte = 0;
-    EXPECT_EQ(os::readFile(file, &byte, 1, failed), 1u);
-    EXPECT_EQ(byte, '7');
     EXPECT_TRUE(os::seekFile(file, 5'000'000'000, SEEK_SET));
     EXPECT_EQ(os::tellFile(file), 5'000'000'000);
-    EXPECT_FALSE(os::seekFile(file, -1, SEEK_SET));
-    EXPECT_TRUE(os::closeFile(file));
-}
-
-TEST(OsFile, RefusedCallsFailWithAReasonAndLeaveNothingOpen) {
-    TemporaryFolder const folder;
-    {
-        faults::Refuse const refuse{"fopen"};
-        EXPECT_EQ(os::openFile(folder / L"never", L"wb"), nullptr);
-    }
-    EXPECT_EQ(folder.count(), 0);
-    std::FILE* const file = os::openFile(folder / L"file", L"w+b");
-    ASSERT_NE(file, nullptr);
     bool failed = false;
     {
         faults::Refuse const refuse{"fwrite"};
@@ -88,11 +67,9 @@ TEST(OsFile, RefusedCallsFailWithAReasonAndLeaveNothingOpen) {
         EXPECT_TRUE(failed);
         EXPECT_EQ(os::errnoText(), std::strerror(ENOSPC));
     }
-    {
-        faults::Refuse const refuse{"fclose"};
-        EXPECT_FALSE(os::closeFile(file));
-        EXPECT_EQ(errno, ENOSPC);
-    }
+    faults::Refuse const refuse{"fclose"};
+    EXPECT_FALSE(os::closeFile(file));
+    EXPECT_EQ(errno, ENOSPC);
     EXPECT_NO_THROW(folder.removeAll());  // would fail here on Windows while the stream were open
 }
 

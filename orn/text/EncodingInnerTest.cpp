@@ -1,27 +1,13 @@
-#include "orn/foundation/Error.h"
 #include "orn/text/Encoding.h"
-#include "tests/support/Faults.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/Faults.h"
+#include "tests/support/Thrown.h"
 
 namespace {
 
-std::wstring errorOfPacking(std::wstring const& text, int size, int spared) {
-    char buffer[8] = "before";
-    faults::Refuse const refuse{"WideCharToMultiByte", spared};
-    try {
-        packTo(text, buffer, size);
-    } catch (WinError const& error) {
-        EXPECT_STREQ(buffer, "");
-        return error.wWhat();
-    }
-    return L"nothing thrown";
-}
-
 TEST(EncodingInner, ARefusedConversionIsAnEmptyText) {
     faults::Refuse const refuse{"WideCharToMultiByte"};
-    EXPECT_EQ(getMBS(L"text"), "");
-    EXPECT_EQ(getMBS(std::wstring(500, L'x')), "");
+    EXPECT_EQ(getMBS(L"text") + getMBS(std::wstring(500, L'x')), "");
     EXPECT_EQ(refuse.refusals(), 2);
     EXPECT_EQ(getMBS(L""), "");
     EXPECT_EQ(refuse.refusals(), 2);
@@ -29,17 +15,23 @@ TEST(EncodingInner, ARefusedConversionIsAnEmptyText) {
 
 TEST(EncodingInner, ARefusedDecodingIsAnEmptyText) {
     faults::Refuse const refuse{"MultiByteToWideChar"};
-    EXPECT_EQ(getWCS("text"), L"");
-    EXPECT_EQ(getWCS(""), L"");
+    EXPECT_EQ(getWCS("text") + getWCS(""), L"");
     EXPECT_EQ(refuse.refusals(), 1);
 }
 
 TEST(EncodingInner, PackToTellsWhatFailed) {
     DWORD const invalidFlags = 1004;
     std::wstring const told = WinError{L"WideCharToMultiByte in packTo", invalidFlags}.wWhat();
-    EXPECT_EQ(told.substr(told.size() - 39), L"\" calling WideCharToMultiByte in packTo");
-    EXPECT_EQ(errorOfPacking(L"abc", 8, 0), told);
-    EXPECT_EQ(errorOfPacking(L"abc", 3, 1), told);  // the whole text does not fit, its first prefix is refused
+    EXPECT_TRUE(told.ends_with(L"\" calling WideCharToMultiByte in packTo"));
+    struct {
+        int size, spared;
+    } const cases[] = {{8, 0}, {3, 1}};  // the whole text; its first prefix, after the whole did not fit
+    for (auto const& [size, spared] : cases) {
+        char buffer[8] = "before";
+        faults::Refuse const refuse{"WideCharToMultiByte", spared};
+        EXPECT_EQ(thrown([&, &room = size] { packTo(L"abc", buffer, room); }), L"WinError: " + told);
+        EXPECT_STREQ(buffer, "");
+    }
 }
 
 // The empty prefix is offered as well, and is not a length that can be converted.
@@ -53,17 +45,9 @@ TEST(EncodingInner, PackToFailsWhenNotEvenOneCodePointFits) {
 TEST(EncodingInner, LackOfMemoryLeavesNothingBehind) {
     std::wstring const wide(70, L'x');
     std::string const narrow(5000, 'x');
-    long const blocks = faults::liveBlocks();
     char buffer[8];
-    int const failures = faults::failEveryAllocation(
-        [&] {
-            utf8(narrow);
-            getWCS(narrow);
-            getMBS(wide);
-            packTo(wide, buffer, 8);
-        },
-        [&](bool) { EXPECT_EQ(faults::liveBlocks(), blocks); });
-    EXPECT_GE(failures, 5);
+    auto const all = [&] { utf8(narrow), getWCS(narrow), getMBS(wide), packTo(wide, buffer, 8); };
+    EXPECT_GE(faults::failEveryAllocation(all), 5);
 }
 
 }

@@ -28,40 +28,21 @@ std::optional<double> doubleOf(std::wstring const& text) {
 }
 
 TEST(Numbers, IntegersAreTheWholeTextAndTheWholeRange) {
+    // clang-format off
     struct {
         wchar_t const* text;
         LONG value;
-    } const good[] = {{L"0", 0},
-                      {L"-0", 0},
-                      {L"+17", 17},
-                      {L" \t 42", 42},
-                      {L"  -2147483648", -2147483647 - 1},
-                      {L"2147483647", 2147483647},
-                      {L"-2147483639", -2147483639},
-                      {L"0000000000000000000012", 12}};
+    } const good[] = {
+        {L"0", 0}, {L"-0", 0}, {L"+17", 17}, {L" \t 42", 42}, {L"0000000000000000000012", 12},
+        {L"  -2147483648", -2147483647 - 1}, {L"2147483647", 2147483647}, {L"-2147483639", -2147483639},
+    };
+    // clang-format on
     for (auto const& [text, value] : good) EXPECT_EQ(longOf(text), value) << text;
 
-    for (auto const* text : {L"",
-                             L" ",
-                             L"\t",
-                             L"+",
-                             L"-",
-                             L" -",
-                             L"2147483648",
-                             L"-2147483649",
-                             L"2147483650",
-                             L"-2147483650",
-                             L"21474836470",
-                             L"12 ",
-                             L"1 2",
-                             L"+-1",
-                             L"- 1",
-                             L"1.",
-                             L"0x10",
-                             L"\n1",
-                             L"\u00A01",
-                             L"\u0661",
-                             L"99999999999999999999"})
+    // clang-format off
+    for (auto const* text : {L"", L" ", L"\t", L"+", L"-", L" -", L"2147483648", L"-2147483649", L"2147483650",
+                             L"-2147483650", L"21474836470", L"99999999999999999999", L"12 ", L"1 2", L"+-1", L"- 1",
+                             L"1.", L"0x10", L"\n1", L"\u00A01", L"\u0661"})  // clang-format on
         EXPECT_EQ(longOf(text), std::nullopt) << text;
 
     EXPECT_EQ(longOf(std::wstring(L"1\0", 2)), std::nullopt);
@@ -75,27 +56,16 @@ TEST(Numbers, DecimalsReadAsTheNearestDouble) {
     struct {
         wchar_t const* text;
         double value;
-    } const good[] = {{L"0", 0},
-                      {L"1.5e3", 1500},
-                      {L"1.5D3", 1500},
-                      {L"1.5E+3", 1500},
-                      {L"15d+2", 1500},
-                      {L".5", 0.5},
-                      {L"5.", 5},
-                      {L"0.", 0},
-                      {L".0", 0},
-                      {L"1e 5", 100000},
-                      {L"1e\t-2", 0.01},
-                      {L" \t-0.1", -0.1},
-                      {L"+3.14159265358979", 3.14159265358979},
-                      {L"000000000000000000000000012.50", 12.5},
-                      {L"0.000000000000001", 1e-15},
-                      {L"0.00000000000000000000000000000000000000001e40", 0.1},
-                      {L"123456789.012345", 123456789.012345},
-                      {L"1000000000000000000000000000000e-30", 1},
-                      {L"9007199254740993", 9007199254740992.},
-                      {L"12345678901234567999999e-6", 12345678901234567.},
-                      {L"0e309", 0}};
+        // clang-format off
+    } const good[] = {
+        {L"0", 0}, {L"1.5e3", 1500}, {L"1.5D3", 1500}, {L"1.5E+3", 1500}, {L"15d+2", 1500}, {L".5", 0.5}, {L"5.", 5},
+        {L"0.", 0}, {L".0", 0}, {L"1e 5", 100000}, {L"1e\t-2", 0.01}, {L" \t-0.1", -0.1}, {L"0e309", 0},
+        {L"+3.14159265358979", 3.14159265358979}, {L"000000000000000000000000012.50", 12.5},
+        {L"0.000000000000001", 1e-15}, {L"0.00000000000000000000000000000000000000001e40", 0.1},
+        {L"123456789.012345", 123456789.012345}, {L"1000000000000000000000000000000e-30", 1},
+        {L"9007199254740993", 9007199254740992.}, {L"12345678901234567999999e-6", 12345678901234567.},
+    };
+    // clang-format on
     for (auto const& [text, value] : good) EXPECT_EQ(doubleOf(text), value) << text;
 
     std::wstring const zeros(1000, L'0');
@@ -108,10 +78,10 @@ TEST(Numbers, DecimalsReadAsTheNearestDouble) {
 }
 
 TEST(Numbers, WhatIsNotADecimalThroughout) {
-    for (auto const* text : {L"",       L" ",      L".",   L"-.",  L"+",    L".e5",   L"1e",           L"1e+",
-                             L"1e ",    L"1e5 ",   L"1 ",  L"1x",  L"1..2", L"1.2.3", L"1,5",          L"- 1",
-                             L"--1",    L"0x10",   L"1f3", L"inf", L"nan",  L"1e1.5", L"1e2147483648", L"1e-2147483649",
-                             L"\u0661", L"1\u00A0"})
+    // clang-format off
+    for (auto const* text : {L"", L" ", L".", L"-.", L"+", L".e5", L"1e", L"1e+", L"1e ", L"1e5 ", L"1 ", L"1x", L"1..2",
+                             L"1.2.3", L"1,5", L"- 1", L"--1", L"0x10", L"1f3", L"inf", L"nan", L"1e1.5",
+                             L"1e2147483648", L"1e-2147483649", L"\u0661", L"1\u00A0"})  // clang-format on
         EXPECT_EQ(doubleOf(text), std::nullopt) << text;
     EXPECT_EQ(doubleOf(L"1e" + std::wstring(1000, L'9')), std::nullopt);
     EXPECT_EQ(doubleOf(L"1e-" + std::wstring(1000, L'9')), std::nullopt);

@@ -1,7 +1,7 @@
 #include "orn/text/RawFile.h"
 
-#include "orn/foundation/Error.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
@@ -12,28 +12,13 @@ using namespace ORN;
 
 namespace {
 
-std::string readAll(RawFileReader& file) {
-    std::string all;
-    char buffer[7];
-    while (std::int64_t const count = file.read(buffer, sizeof buffer)) {
-        all.append(buffer, static_cast<std::size_t>(count));
-    }
-    return all;
+std::string readSome(RawFileReader& file, std::size_t most = 1000) {
+    std::string bytes(most, '\0');
+    bytes.resize(static_cast<std::size_t>(file.read(bytes.data(), most)));
+    return bytes;
 }
 
 void put(RawWriter& file, std::string const& bytes) { file.write(bytes.data(), bytes.size()); }
-
-template <typename Call>
-std::wstring messageOf(Call call) {
-    try {
-        call();
-    } catch (OrnError const& error) {
-        return error.wWhat();
-    }
-    return L"nothing thrown";
-}
-
-std::wstring wide(char const* text) { return {text, text + std::strlen(text)}; }
 
 TEST(RawFile, WhatIsWrittenIsRead) {
     TemporaryFolder const folder;
@@ -41,7 +26,6 @@ TEST(RawFile, WhatIsWrittenIsRead) {
     std::string const bytes("\r\n\x1A\0\xFF tail", 10);
     {
         std::unique_ptr<RawFileWriter> const file{rawCreate(name)};
-        EXPECT_EQ(file->name(), name);
         put(*file, bytes);
         file->close();
         file->close();
@@ -50,35 +34,24 @@ TEST(RawFile, WhatIsWrittenIsRead) {
         EXPECT_THROW(file->flush(), std::logic_error);
         EXPECT_THROW(file->seek(0, 1), std::logic_error);
     }
-    EXPECT_EQ(folder.get("bytes"), bytes);
     std::unique_ptr<RawFileReader> const file{rawOpen(name)};
-    EXPECT_EQ(readAll(*file), bytes);
-    char byte;
-    EXPECT_EQ(file->read(&byte, 1), 0);
+    EXPECT_EQ(readSome(*file, 7) + readSome(*file, 7) + readSome(*file), bytes);
 }
 
 TEST(RawFile, Seek) {
     TemporaryFolder const folder;
     std::unique_ptr<RawFileReader> const file{rawOpen(folder.put("ten", "0123456789"))};
-    struct Case {
+    struct {
         std::int64_t offset;
         std::int32_t origin;
         std::uint64_t position;
-    };
-    for (auto const& [offset, origin, position] : {Case{0, 1, 0},
-                                                   {0, 2, 10},
-                                                   {0, 7, 10},
-                                                   {-4, -1, 6},
-                                                   {4, 0, 4},
-                                                   {2, 1, 6},
-                                                   {-5, 1, 1},
-                                                   {0, 1, 1},
-                                                   {50, 0, 50}}) {
+    } const cases[] = {{0, 1, 0}, {0, 2, 10}, {0, 7, 10}, {-4, -1, 6}, {4, 0, 4},
+                       {2, 1, 6}, {-5, 1, 1}, {0, 1, 1},  {50, 0, 50}, {3, 0, 3}};
+    for (auto const& [offset, origin, position] : cases) {
+        EXPECT_THROW(file->seek(-1, 0), OrnError);
         EXPECT_EQ(file->seek(offset, origin), position) << offset << " from " << origin;
     }
-    EXPECT_THROW(file->seek(-1, 0), OrnError);
-    EXPECT_EQ(file->seek(3, 0), 3u);
-    EXPECT_EQ(readAll(*file), "3456789");
+    EXPECT_EQ(readSome(*file), "3456789");
 }
 
 TEST(RawFile, CreateEmptiesAnOldFileAndCanReadIt) {
@@ -86,12 +59,9 @@ TEST(RawFile, CreateEmptiesAnOldFileAndCanReadIt) {
     std::unique_ptr<RawFileWriter> const file{rawCreate(folder.put("old", "something long"))};
     put(*file, "abcdef");
     file->seek(1, 0);
-    char two[2];
-    EXPECT_EQ(file->read(two, 2), 2);
-    put(*file, "XY");  // straight after reading
-    char one;
-    EXPECT_EQ(file->read(&one, 1), 1);  // straight after writing
-    EXPECT_EQ(one, 'f');
+    EXPECT_EQ(readSome(*file, 2), "bc");
+    put(*file, "XY");                    // straight after reading
+    EXPECT_EQ(readSome(*file, 1), "f");  // straight after writing
     put(*file, "gh");
     file->flush();
     EXPECT_EQ(folder.get("old"), "abcXYfgh");
@@ -102,36 +72,31 @@ TEST(RawFile, AppendReadsAnywhereAndWritesAtTheEnd) {
     {
         std::unique_ptr<RawFileWriter> const file{rawAppend(folder.put("log", "first,"))};
         file->seek(0, 0);
-        char byte;
-        EXPECT_EQ(file->read(&byte, 1), 1);
-        EXPECT_EQ(byte, 'f');
+        EXPECT_EQ(readSome(*file, 1), "f");
         put(*file, "second,");
         file->seek(2, 0);
         put(*file, "third");
     }
     EXPECT_EQ(folder.get("log"), "first,second,third");
-    std::unique_ptr<RawFileWriter> { rawAppend(folder / L"new") } -> write("n", 1);
+    put(*std::unique_ptr<RawFileWriter>{rawAppend(folder / L"new")}, "n");
     EXPECT_EQ(folder.get("new"), "n");
 }
 
 TEST(RawFile, FailuresNameTheFileAndTheReason) {
     TemporaryFolder const folder;
-    std::wstring const missing = folder / L"missing";
-    EXPECT_EQ(messageOf([&] { rawOpen(missing); }),
-              L"The file \"" + missing + L"\" cannot be opened: " + wide(std::strerror(ENOENT)) + L".");
-    std::wstring const within = folder / L"no/folder/here";
-    for (auto const create : {rawCreate, rawAppend}) {
-        EXPECT_EQ(messageOf([&] { create(within); }),
-                  L"The file \"" + within + L"\" cannot be created: " + wide(std::strerror(ENOENT)) + L".");
-    }
-    EXPECT_EQ(messageOf([&] { rawOpen(std::wstring(L"a\0b", 3)); }).find(L"The file \"a"), 0u);
-
+    std::wstring const missing = folder / L"missing", within = folder / L"no/folder/here";
+    std::string const reason = std::strerror(ENOENT);
+    auto const failure = [&](std::wstring const& name, wchar_t const* what) {
+        return L"OrnError: The file \"" + name + L"\" cannot be " + what + L": " +
+               std::wstring{reason.begin(), reason.end()} + L".";
+    };
+    EXPECT_EQ(thrown([&] { rawOpen(missing); }), failure(missing, L"opened"));
+    for (auto const create : {rawCreate, rawAppend})
+        EXPECT_EQ(thrown([&] { create(within); }), failure(within, L"created"));
+    EXPECT_EQ(thrown([&] { rawOpen(std::wstring(L"a\0b", 3)); }).find(L"OrnError: The file \"a"), 0u);
     EXPECT_EQ(fileOpen(missing, L"rb"), nullptr);
     EXPECT_EQ(fileOpen(within, L"wb"), nullptr);
-    std::FILE* const stream = fileOpen(folder / L"made", L"wb");
-    ASSERT_NE(stream, nullptr);
-    std::fclose(stream);
-    EXPECT_EQ(folder.count(), 1);
+    EXPECT_EQ(folder.count(), 0);
 }
 
 }

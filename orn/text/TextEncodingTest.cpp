@@ -23,11 +23,10 @@ std::wstring firstLine(std::wstring const& file) {
 TEST(TextEncoding, AFilesFirstBytesNameIt) {
     TemporaryFolder const folder;
     using namespace std::string_literals;
-    struct Case {
+    struct {
         std::string bytes;
         std::wstring line;
-    };
-    Case const cases[] = {
+    } const cases[] = {
         {"", L"(no line)"},
         {"\xEF\xBB\xBF", L"(no line)"},
         {"\xFF\xFE", L"(no line)"},

@@ -1,195 +1,129 @@
 #include "orn/text/TextReader.h"
 
-#include "orn/foundation/Error.h"
 #include "orn/text/Encoding.h"
 #include "tests/support/MemoryStreams.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <memory>
 
 using namespace ORN;
 using namespace std::string_literals;
-using Lines = std::vector<std::wstring>;
 
 namespace {
 
 constexpr TextEncoding unicode[] = {encUTF8, encUTF16, encUTF16le, encUTF16be};
+constexpr wchar_t const* invalid = L"OrnError: The file \"memory\" holds text that is not valid in its encoding.";
 
-std::string encode(std::u32string const& text, TextEncoding encoding) {
+std::string encode(std::wstring const& text, TextEncoding encoding) {
+    if (encoding == encUTF8) return utf8(text);
     std::string bytes;
-    auto const byte = [&bytes](char32_t value) { bytes += static_cast<char>(value & 0xFF); };
-    auto const unit = [&](char32_t value) {
-        byte(encoding == encUTF16be ? value >> 8 : value);
-        byte(encoding == encUTF16be ? value : value >> 8);
-    };
-    for (char32_t const c : text) {
-        if (encoding != encUTF8) {
-            if (c > 0xFFFF) unit(0xD7C0 + (c >> 10));
-            unit(c > 0xFFFF ? 0xDC00 | (c & 0x3FF) : c);
-        } else if (c < 0x80) {
-            byte(c);
-        } else {
-            int const more = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-            byte((more == 1 ? 0xC0u : more == 2 ? 0xE0u : 0xF0u) | c >> 6 * more);
-            for (int i = more - 1; i >= 0; --i) byte(0x80 | (c >> 6 * i & 0x3F));
-        }
+    for (wchar_t const unit : text) {
+        bytes += static_cast<char>(encoding == encUTF16be ? unit >> 8 : unit);
+        bytes += static_cast<char>(encoding == encUTF16be ? unit : unit >> 8);
     }
     return bytes;
 }
 
-std::wstring units(std::u32string const& text) {
-    std::wstring wide;
-    for (char32_t const c : text) {
-        if (c > 0xFFFF) wide += static_cast<wchar_t>(0xD7C0 + (c >> 10));
-        wide += static_cast<wchar_t>(c > 0xFFFF ? 0xDC00 | (c & 0x3FF) : c);
-    }
-    return wide;
-}
-
-Lines readAll(TextReader& reader) {
-    Lines lines;
-    for (std::wstring line = L"old"; reader.readLine(line);) lines.push_back(line);
-    return lines;
-}
-
-Lines linesOf(std::string const& bytes, TextEncoding encoding, std::size_t most = std::string::npos) {
+// The lines, each with a bar behind it, and behind them the failure that ended them.
+std::wstring linesOf(std::string const& bytes, TextEncoding encoding, std::size_t most = std::string::npos) {
     MemoryReader raw{bytes, most};
     std::unique_ptr<TextReader> const reader{TextReader::create(raw, encoding)};
-    return readAll(*reader);
-}
-
-// The lines before the first failure, and the failure's text as the last one.
-Lines linesAndFailure(std::string const& bytes, TextEncoding encoding) {
-    MemoryReader raw{bytes};
-    std::unique_ptr<TextReader> const reader{TextReader::create(raw, encoding)};
-    Lines lines;
-    try {
-        for (std::wstring line; reader->readLine(line);) lines.push_back(line);
-    } catch (OrnError const& error) {
-        lines.push_back(error.wWhat());
-    }
-    return lines;
+    std::wstring lines, line = L"old";
+    std::wstring const failure = thrown([&] {
+        while (reader->readLine(line)) lines += line + L'|';
+    });
+    return failure == L"nothing" ? lines : lines + failure;
 }
 
 TEST(TextReader, LineEndsInEveryEncoding) {
-    struct Case {
-        std::u32string text;
-        Lines lines;
-    };
-    Case const cases[] = {
-        {U"", {}},
-        {U"a", {L"a"}},
-        {U"\n", {L""}},
-        {U"\r", {L""}},
-        {U"\r\n", {L""}},
-        {U"a\r\nb", {L"a", L"b"}},
-        {U"a\rb", {L"a", L"b"}},
-        {U"a\nb\n", {L"a", L"b"}},
-        {U"a\fb", {L"a", L"b"}},
-        {U"a\x85"
-         U"b",
-         {L"a", L"b"}},
-        {U"a\x2028"
-         U"b\x2029",
-         {L"a", L"b"}},
-        {U"a\n\rb", {L"a", L"", L"b"}},
-        {U"a\r\r\nb", {L"a", L"", L"b"}},
-        {U"a\r\x2028"
-         U"b",
-         {L"a", L"", L"b"}},
-        {U"a\r\xE9\n", {L"a", L"\u00e9"}},
-        {U"a\vb\tc\x1F", {L"a\vb\tc\x1F"}},
-        {U"more than a block of plain text, and a line end at its end\r\nand then \x20AC and \x1F600!\r\n",
-         {L"more than a block of plain text, and a line end at its end", L"and then \x20AC and \xD83D\xDE00!"}},
+    struct {
+        std::wstring text, lines;
+    } const cases[] = {
+        {L"", L""},
+        {L"a", L"a|"},
+        {L"\n", L"|"},
+        {L"\r", L"|"},
+        {L"\r\n", L"|"},
+        {L"a\r\nb\rc\nd\n", L"a|b|c|d|"},
+        {L"a\fb", L"a|b|"},
+        {L"a\u0085b\u2028c\u2029", L"a|b|c|"},
+        {L"a\n\rb", L"a||b|"},
+        {L"a\r\r\nb", L"a||b|"},
+        {L"a\r\u2028b", L"a||b|"},
+        {L"a\r\u00e9\n", L"a|\u00e9|"},
+        {L"a\vb\tc\x1F", L"a\vb\tc\x1F|"},
+        {L"a\0b\n"s, L"a\0b|"s},
+        {L"more than a block of plain text, and a line end at its end\r\nand \u20AC and \xD83D\xDE00!\r\n",
+         L"more than a block of plain text, and a line end at its end|and \u20AC and \xD83D\xDE00!|"},
     };
     for (auto const& [text, lines] : cases) {
-        for (TextEncoding const encoding : unicode) {
-            for (std::size_t const most : {1, 3, 5000}) {
+        for (std::size_t const most : {1, 3, 5000})
+            for (TextEncoding const encoding : unicode)
                 EXPECT_EQ(linesOf(encode(text, encoding), encoding, most), lines) << encoding;
-            }
-        }
-        if (text.find_first_of(U"\x85\x2028\x2029\xE9\x20AC") == std::u32string::npos) {
+        if (text.find_first_of(L"\u0085\u2028\u00e9\u20AC") == std::wstring::npos) {
             EXPECT_EQ(linesOf({text.begin(), text.end()}, encMultibyte), lines);
         }
     }
-    EXPECT_EQ(linesOf("a\0b\n"s, encMultibyte), Lines{L"a\0b"s});
-    EXPECT_EQ(linesOf("a\0b\n"s, encUTF8), Lines{L"a\0b"s});
 }
 
 TEST(TextReader, CharactersAcrossTheEndOfTheBuffer) {
-    std::u32string const pieces[] = {U"\r\n",   U"\r",     U"\n",      U"\x85",
-                                     U"\x2028", U"\x20AC", U"\x1F600", U"\x1F600\r\n\r\n"};
     for (TextEncoding const encoding : unicode) {
-        std::size_t const width = encoding == encUTF8 ? 1 : 2;
-        for (std::u32string const& piece : pieces) {
-            Lines const apart = linesOf(encode(U"a" + piece + U"b", encoding), encoding);
-            for (std::size_t before = 1024 / width - 9; before != 1024 / width + 2; ++before) {
-                Lines expected = apart;
-                expected.front().insert(0, std::wstring(before - 1, L'x'));
-                std::u32string const text = std::u32string(before - 1, U'x') + U"a" + piece + U"b";
-                ASSERT_EQ(linesOf(encode(text, encoding), encoding), expected) << encoding << ": " << before;
-                ASSERT_EQ(linesOf(encode(text, encoding), encoding, 7), expected) << encoding << ": " << before;
-            }
+        std::size_t const units = encoding == encUTF8 ? 1024 : 512;
+        for (std::wstring const piece :
+             {L"\r\n", L"\r", L"\n", L"\u0085", L"\u2028", L"\u20AC", L"\xD83D\xDE00", L"\xD83D\xDE00\r\n\r\n"}) {
+            std::wstring const apart = linesOf(encode(L"a" + piece + L"b", encoding), encoding);
+            for (std::size_t before = units - 10; before != units + 1; ++before)
+                for (std::size_t const most : {7, 5000}) {
+                    std::wstring const head(before, L'x');
+                    ASSERT_EQ(linesOf(encode(head + L"a" + piece + L"b", encoding), encoding, most), head + apart);
+                }
         }
     }
 }
 
 TEST(TextReader, EveryCharacterThatIsNoLineEnd) {
-    std::u32string text;
-    for (char32_t c = 0; c < 0x110000; ++c) {
-        if ((c & ~0x7FFu) == 0xD800 || (c >= 0x0A && c <= 0x0D && c != 0x0B)) continue;
-        if (c != 0x85 && c != 0x2028 && c != 0x2029) text += c;
+    std::wstring text;
+    for (unsigned int c = 0; c < 0x110000; ++c) {
+        if (c == '\n' || c == '\f' || c == '\r' || c == 0x85 || c == 0x2028 || c == 0x2029 || c >> 11 == 0x1B) continue;
+        if (c > 0xFFFF) text += static_cast<wchar_t>(0xD7C0 + (c >> 10));
+        text += static_cast<wchar_t>(c > 0xFFFF ? 0xDC00 | (c & 0x3FF) : c);
     }
     for (TextEncoding const encoding : unicode) {
-        Lines const lines = linesOf(encode(text, encoding), encoding);
-        ASSERT_EQ(lines.size(), 1u) << encoding;
-        EXPECT_TRUE(lines[0] == units(text)) << encoding;
+        EXPECT_TRUE(linesOf(encode(text, encoding), encoding) == text + L'|') << encoding;
     }
 }
 
 TEST(TextReader, LenientUTF8) {
-    struct Case {
+    struct {
         std::string bytes;
-        std::wstring line;
+        std::wstring lines;
+    } const cases[] = {
+        {"\x80\x80", L"\0|"s},                               // 80..BF lead two bytes
+        {"\xBF\x81", L"\x7C1|"},                             // 1F << 6 | 01
+        {"\xC3\x41", L"\xC1|"},                              // 03 << 6 | 01: any byte up to C0 may follow
+        {"\xC3\xC0", L"\xC0|"},        {"\xC1\x81", L"A|"},  // overlong, and so up to four bytes
+        {"\xE0\x81\x81", L"A|"},       {"\xF0\x80\x81\x81", L"A|"},
+        {"\xE2\x02\x2C", L"\x20AC|"},  {"\xF4\x8F\xBF\xBF", L"\xDBFF\xDFFF|"},
+        {"\xC3\n!", L"\xCA!|"},  // the LF is eaten: 03 << 6 | 0A
+        {"\xC0\x8A!", L"|!|"},   // an overlong line end is one
+        {"\xE0\x80\x8C!", L"|!|"},     {"\xF0\x80\x80\x8A!", L"|!|"},
+        {"\x80\x0A!", L"|!|"},         {"\xE0\x82\x85!", L"|!|"},
+        {"\xC0\x8D\xC0\x8A!", L"|!|"},
     };
-    Case const cases[] = {
-        {"\x80\x80"s, L"\0"s},   // 80..BF lead two bytes
-        {"\xBF\x81", L"\x7C1"},  // 1F << 6 | 01
-        {"\xC3"
-         "A",
-         L"\xC1"},  // 03 << 6 | 01: any byte up to C0 may follow
-        {"\xC3\xC0", L"\xC0"},
-        {"\xC1\x81", L"A"},  // overlong
-        {"\xE0\x81\x81", L"A"},
-        {"\xF0\x80\x81\x81", L"A"},
-        {"\xE2"
-         "\x02\x2C",
-         L"\x20AC"},
-        {"\xF4\x8F\xBF\xBF", L"\xDBFF\xDFFF"},
-        {"\xC3\n!", L"\xCA!"},  // the LF is eaten: 03 << 6 | 0A
-    };
-    for (auto const& [bytes, line] : cases) {
-        EXPECT_EQ(linesOf(bytes, encUTF8), Lines{line}) << testing::PrintToString(bytes);
-        EXPECT_EQ(linesOf("0123456789abcdef" + bytes, encUTF8), Lines{L"0123456789abcdef" + line});
-    }
-    for (char const* end : {"\xC0\x8A", "\xE0\x80\x8C", "\xF0\x80\x80\x8A", "\x80\x0A", "\xE0\x82\x85"}) {
-        EXPECT_EQ(linesOf("a"s + end + "b", encUTF8), (Lines{L"a", L"b"})) << "an overlong line end is one";
-    }
-    EXPECT_EQ(linesOf("a\xC0\x8D\xC0\x8A"
-                      "b",
-                      encUTF8),
-              (Lines{L"a", L"b"}));
+    for (auto const& [bytes, lines] : cases)
+        for (std::string const before : {"", "0123456789abcdef"})
+            EXPECT_EQ(linesOf(before + bytes, encUTF8), std::wstring(before.begin(), before.end()) + lines)
+                << testing::PrintToString(bytes);
 }
 
 TEST(TextReader, WhatIsNoTextIsAnError) {
-    std::wstring const failure = L"The file \"memory\" holds text that is not valid in its encoding.";
-    struct Case {
+    struct {
         TextEncoding encoding;
         std::string bytes;
-    };
-    Case const cases[] = {
+    } const cases[] = {
         {encUTF8, "\xF8\x80\x80\x80\x80"},
         {encUTF8, "\xFF"},
         {encUTF8, "\xC3\xC1"},
@@ -210,69 +144,46 @@ TEST(TextReader, WhatIsNoTextIsAnError) {
         {encUTF16be, "\xD8\x00\xD8\x00"s},
         {encUTF16, "\x00\xDC"s},
     };
-    for (auto const& [encoding, bad] : cases) {
-        std::string const good = encode(U"one\ntwo", encoding);
-        EXPECT_EQ(linesAndFailure(good + bad, encoding), (Lines{L"one", failure})) << testing::PrintToString(bad);
-        std::string const longer = encode(std::u32string(700, U'x') + U"\n" + std::u32string(700, U'y'), encoding);
-        EXPECT_EQ(linesAndFailure(longer + bad, encoding), (Lines{std::wstring(700, L'x'), failure}))
-            << testing::PrintToString(bad);
-    }
-}
-
-TEST(TextReader, AnErrorStaysWhereItIs) {
-    MemoryReader raw{"ok\nbad\xFFmore\n"};
+    for (auto const& [encoding, bad] : cases)
+        for (std::size_t const length : {1, 700}) {
+            std::wstring const line(length, L'x');
+            EXPECT_EQ(linesOf(encode(line + L'\n' + line, encoding) + bad, encoding), line + L'|' + invalid)
+                << testing::PrintToString(bad);
+        }
+    MemoryReader raw{"bad\xFFmore\n"};
     std::unique_ptr<TextReader> const reader{TextReader::create(raw, encUTF8)};
     std::wstring line;
-    EXPECT_TRUE(reader->readLine(line));
-    EXPECT_THROW(reader->readLine(line), OrnError);
-    EXPECT_THROW(reader->readLine(line), OrnError);
+    for (int time : {1, 2}) EXPECT_EQ(thrown([&] { reader->readLine(line); }), invalid) << time << ": it stays there";
 }
 
 TEST(TextReader, TheMultibyteCodePageReadsAsItConverts) {
     std::string bytes = "plain text, long enough for a block\n";
-    for (std::wstring const text : {L"caf\u00e9", L"\u20ac uro", L"\u65e5\u672c"}) {
-        if (getWCS(getMBS(text)) == text) bytes += getMBS(text) + "\r\n";
-    }
-    for (std::size_t const most : {1, 2, 3, 4000}) {
-        Lines const lines = linesOf(bytes, encMultibyte, most);
-        std::wstring joined;
-        for (auto const& line : lines) joined += line + (joined.empty() ? L"\n" : L"\r\n");
-        EXPECT_EQ(joined, getWCS(bytes));
-    }
-}
-
-TEST(TextReader, ValuesThatAreNoEncodingGiveNull) {
-    MemoryReader raw{"text"};
-    for (int const value : {-1, 5, 100}) EXPECT_EQ(TextReader::create(raw, static_cast<TextEncoding>(value)), nullptr);
+    for (std::wstring const text : {L"caf\u00e9", L"\u20ac uro", L"\u65e5\u672c"})
+        if (getWCS(getMBS(text)) == text) bytes += getMBS(text) + "\n";
+    std::wstring expected = getWCS(bytes);
+    for (wchar_t& unit : expected)
+        if (unit == L'\n') unit = L'|';
+    for (std::size_t const most : {1, 2, 3, 4000}) EXPECT_EQ(linesOf(bytes, encMultibyte, most), expected);
 }
 
 TEST(TextReader, TheRawReaderIsCalledOnceABuffer) {
-    std::string bytes;
-    while (bytes.size() < 20 * 1024) bytes += "a line of thirty-two bytes here\n";
-    MemoryReader raw{bytes};
+    MemoryReader raw{std::string(20 * 1024, 'x')};
     std::unique_ptr<TextReader> const reader{TextReader::create(raw, encUTF8)};
     EXPECT_EQ(raw.calls, 0);
-    EXPECT_EQ(readAll(*reader).size(), 640u);
+    std::wstring line;
+    EXPECT_TRUE(reader->readLine(line));
     EXPECT_EQ(raw.calls, 21);
+    for (int const value : {-1, 5, 100}) EXPECT_EQ(TextReader::create(raw, static_cast<TextEncoding>(value)), nullptr);
 }
 
 TEST(TextReader, Files) {
     TemporaryFolder const folder;
     EXPECT_THROW(TextReader::create(folder / L"missing"), OrnError);
-
-    std::unique_ptr<TextReader> const reader{
-        TextReader::create(folder.put("file", "\xEF\xBB\xBFone\r\ntw\xC3\xB6\r\nx\xFF"))};
+    std::unique_ptr<TextReader> const reader{TextReader::create(folder.put("file", "\xEF\xBB\xBFtw\xC3\xB6\r\nx\xFF"))};
     std::wstring line;
     EXPECT_TRUE(reader->readLine(line));
-    EXPECT_EQ(line, L"one");
-    EXPECT_TRUE(reader->readLine(line));
     EXPECT_EQ(line, L"tw\u00f6");
-    try {
-        reader->readLine(line);
-        ADD_FAILURE();
-    } catch (OrnError const& error) {
-        EXPECT_NE(std::wstring{error.wWhat()}.find(folder / L"file"), std::wstring::npos);
-    }
+    EXPECT_NE(thrown([&] { reader->readLine(line); }).find(folder / L"file"), std::wstring::npos);
     reader->close();
     reader->close();
     EXPECT_NO_THROW(folder.removeAll());

@@ -9,35 +9,17 @@
 namespace {
 
 TEST(OrnSimpleLock, LeavesExactlyAsOftenAsItEntered) {
-    using Guarded = void (*)(OrnCriticalSection&);
-    Guarded const uses[] = {
-        [](OrnCriticalSection& section) {
-            OrnSimpleLock const lock{section, L"for a scope"};
-        },
-        [](OrnCriticalSection& section) {
-            OrnSimpleLock lock{section, L"left early"};
-            lock.Unlock();
-        },
-        [](OrnCriticalSection& section) {
-            OrnSimpleLock lock{section, L"left"};
-            lock.Unlock();
-            lock.Lock(L"and back in");
-        },
-        [](OrnCriticalSection& section) {
-            OrnSimpleLock lock{section, L"held"};
-            lock.Lock(L"entered all the same");
-            lock.Unlock();
-            lock.Unlock();
-        },
-    };
-    for (Guarded const use : uses) {
+    // Each use holds a guard and then calls these of it.
+    for (std::string const calls : {"", "U", "UL", "LUU"}) {
         OrnCriticalSection section{L"a label"};
         OrnSimpleLock held{section, L"around the use"};
-        use(section);
+        {
+            OrnSimpleLock lock{section, L"the use"};
+            for (char const call : calls) call == 'U' ? lock.Unlock() : lock.Lock(L"again");
+        }
 
         // A use that left once too often lets the other thread in early; one that left too seldom, never.
-        std::atomic<bool> open{false};
-        std::atomic<bool> early{false};
+        std::atomic<bool> open{false}, early{false};
         std::thread other{[&] {
             OrnSimpleLock const lock{section, L"another thread"};
             early = !open;
@@ -46,7 +28,7 @@ TEST(OrnSimpleLock, LeavesExactlyAsOftenAsItEntered) {
         open = true;
         held.Unlock();
         other.join();
-        EXPECT_FALSE(early) << "use " << &use - uses;
+        EXPECT_FALSE(early) << calls;
     }
 }
 

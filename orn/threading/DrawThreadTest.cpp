@@ -6,9 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <functional>
-#include <memory>
-#include <mutex>
 #include <random>
 #include <stdexcept>
 #include <thread>
@@ -18,22 +15,10 @@ using ORN::Threading::BoringWaiter;
 
 namespace {
 
-/// What was drawn, in order.
-class Log {
-public:
-    void add(HWND window) {
-        std::lock_guard const lock{mutex_};
-        windows_.push_back(window);
-    }
-    std::vector<HWND> windows() const {
-        std::lock_guard const lock{mutex_};
-        return windows_;
-    }
+HWND window(int number) { return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(0x7F00 + number)); }
 
-private:
-    mutable std::mutex mutex_;
-    std::vector<HWND> windows_;
-};
+/// What was drawn, in order; of the worker's, to be read when it has ended.
+using Log = std::vector<HWND>;
 
 /// Draws until it is aborted or told that it is done; drawn again, it is done.
 class TestTask : public DrawTask {
@@ -43,7 +28,7 @@ public:
     HWND key() const override { return window_; }
     void abort() override { ++aborts; }
     bool run() override {
-        log_->add(window_);
+        log_->push_back(window_);
         int const before = aborts;
         ++runs;
         if (!endless_) return true;
@@ -51,7 +36,6 @@ public:
         endless_ = false;
         return false;
     }
-    void waitUntilRunning(int times = 1) const { runs.reach(times); }
 
     Tally runs, aborts;
 
@@ -60,19 +44,6 @@ private:
     Log* log_;
     std::atomic<bool> endless_;
 };
-
-class TestThread : public DrawThread {
-public:
-    ~TestThread() override { finish(BoringWaiter{}); }
-
-    using DrawThread::threadName;
-
-private:
-    void onThreadStart() override {}
-    void onThreadExit() override {}
-};
-
-HWND window(int number) { return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(0x7F00 + number)); }
 
 /// Holds the worker while a test fills the queue.
 struct Gate : DrawTask {
@@ -83,60 +54,69 @@ struct Gate : DrawTask {
         open.reach(1);
         return true;
     }
-    void letGo() { ++open; }
 
     Tally inside, open;
 };
 
-TEST(DrawThread, ATaskForTheWindowBeingDrawnTakesItsPlace) {
-    Log log;
-    TestTask first{window(1), log, true}, second{window(1), log};
-    TestThread thread;
-    EXPECT_STREQ(thread.threadName(), "ORN::Draw");
-    thread.insert(first);
-    first.waitUntilRunning();
-    thread.insert(second);
-    second.waitUntilRunning();
-    thread.finish(BoringWaiter{});
+class TestThread : public DrawThread {
+public:
+    ~TestThread() override { end(); }
+
+    using DrawThread::threadName;
+
+    /// Inserts the tasks and waits until the last of them has been run so often.
+    void insertAndReach(std::initializer_list<TestTask*> tasks, int times = 1) {
+        for (TestTask* task : tasks) insert(*task);
+        (*std::prev(tasks.end()))->runs.reach(times);
+    }
+    /// Queues the tasks while nothing is drawn.
+    void insertTogether(std::initializer_list<TestTask*> tasks) {
+        Gate gate;
+        insert(gate);
+        gate.inside.reach(1);
+        for (TestTask* task : tasks) insert(*task);
+        ++gate.open;
+        cancel(window(0), BoringWaiter{});
+    }
+    bool end() { return finish(BoringWaiter{}); }
+
+private:
+    void onThreadStart() override {}
+    void onThreadExit() override {}
+};
+
+class DrawThreadTest : public testing::Test {
+protected:
+    Log log_;
+    TestThread thread_;
+};
+
+TEST_F(DrawThreadTest, ATaskForTheWindowBeingDrawnTakesItsPlaceAndAQueuedOneIsKept) {
+    TestTask first{window(1), log_, true}, second{window(1), log_};
+    EXPECT_STREQ(thread_.threadName(), "ORN::Draw");
+    thread_.insertAndReach({&first});
+    thread_.insertAndReach({&second});
     EXPECT_EQ(first.aborts, 1);
+
+    TestTask kept{window(3), log_}, rejected{window(3), log_};
+    thread_.insertTogether({&kept, &rejected});
+    thread_.end();
     EXPECT_EQ(first.runs, 1) << "the task in progress was not to be resumed";
+    EXPECT_EQ(rejected.runs, 0);
 }
 
-TEST(DrawThread, AQueuedTaskIsKeptAndACancelledOneIsNotRun) {
-    Log log;
-    Gate gate;
-    TestTask kept{window(1), log}, rejected{window(1), log}, cancelled{window(2), log};
-    TestThread thread;
-    thread.insert(gate);
-    gate.inside.reach(1);
-    thread.insert(cancelled);
-    thread.cancel(window(2));
-    thread.insert(kept);
-    thread.insert(rejected);
-    gate.letGo();
-    kept.waitUntilRunning();
-    thread.finish(BoringWaiter{});
-    EXPECT_EQ(rejected.runs + cancelled.runs, 0);
-}
-
-TEST(DrawThread, AnInterruptedTaskIsResumedAndACancelledOneIsNot) {
-    Log log;
-    TestTask task{window(1), log, true};
-    TestThread thread;
-    thread.insert(task);
-    task.waitUntilRunning();
-    thread.interrupt(BoringWaiter{});
-    task.waitUntilRunning(2);
-
-    TestTask dropped{window(2), log, true};
-    thread.insert(dropped);
-    dropped.waitUntilRunning();
-    thread.cancel(window(2), BoringWaiter{});
-    thread.finish(BoringWaiter{});
+TEST_F(DrawThreadTest, AnInterruptedTaskIsResumedAndACancelledOneIsNot) {
+    TestTask task{window(1), log_, true}, dropped{window(2), log_, true};
+    thread_.insertAndReach({&task});
+    thread_.interrupt(BoringWaiter{});
+    task.runs.reach(2);
+    thread_.insertAndReach({&dropped});
+    thread_.cancel(window(2), BoringWaiter{});
+    thread_.end();
     EXPECT_EQ(dropped.runs, 1);
 }
 
-TEST(DrawThread, ATaskThatThrowsIsDroppedAndWhoWaitsForItIsTold) {
+TEST_F(DrawThreadTest, ATaskThatThrowsIsDroppedAndWhoWaitsForItIsTold) {
     struct Failing : DrawTask {
         HWND key() const override { return window(1); }
         void abort() override { ++aborted; }
@@ -147,86 +127,64 @@ TEST(DrawThread, ATaskThatThrowsIsDroppedAndWhoWaitsForItIsTold) {
         }
         Tally runs, aborted;
     } failing;
-    Log log;
-    TestTask next{window(2), log};
-    TestThread thread;
-    thread.insert(failing);
+    TestTask next{window(2), log_};
+    thread_.insert(failing);
     failing.runs.reach(1);
-    thread.interrupt(BoringWaiter{});
-    thread.insert(next);
-    next.waitUntilRunning();
-    thread.finish(BoringWaiter{});
+    thread_.interrupt(BoringWaiter{});
+    thread_.insertAndReach({&next});
+    thread_.end();
     EXPECT_EQ(failing.runs, 1);
 }
 
-TEST(DrawThread, QueuedWindowsThatAreGoneWaitForTheNextWake) {
-    Log log;
-    Gate gate;
-    TestTask a{window(1), log}, b{window(2), log};
-    TestThread thread;
-    thread.insert(gate);
-    gate.inside.reach(1);
-    thread.insert(a);
-    thread.insert(b);
-    gate.letGo();
-    thread.cancel(window(0), BoringWaiter{});
+TEST_F(DrawThreadTest, QueuedWindowsThatAreGoneWaitForTheNextWake) {
+    TestTask a{window(1), log_}, b{window(2), log_}, again{window(1), log_};
+    thread_.insertTogether({&a, &b});
     EXPECT_EQ(a.runs + b.runs, 0);
-    thread.cancel(window(2));
-    TestTask again{window(1), log};
-    thread.insert(again);  // a is still queued; the wake finds it alone
-    a.waitUntilRunning();
-    thread.finish(BoringWaiter{});
+    thread_.cancel(window(2));
+    thread_.insert(again);  // a is still queued; the wake finds it alone
+    a.runs.reach(1);
+    thread_.end();
     EXPECT_EQ(b.runs + again.runs, 0);
 }
 
-TEST(DrawThread, TheFrontMostQueuedWindowIsDrawnNext) {
+TEST_F(DrawThreadTest, TheFrontMostQueuedWindowIsDrawnNext) {
     if (!TestWindow::possible()) GTEST_SKIP() << "no display";
     TestWindow back, middle, front;
     TestWindow const child{&back};
-    Log log;
-    Gate gate;
-    TestTask drawBack{back.handle(), log}, drawMiddle{middle.handle(), log}, drawFront{front.handle(), log},
-        drawChild{child.handle(), log};
-    TestThread thread;
-    thread.insert(gate);
-    gate.inside.reach(1);
-    for (TestTask* task : {&drawBack, &drawMiddle, &drawFront, &drawChild}) thread.insert(*task);
-    gate.letGo();
-    drawBack.waitUntilRunning();
-    thread.finish(BoringWaiter{});
-    EXPECT_EQ(log.windows(), (std::vector{front.handle(), middle.handle(), child.handle(), back.handle()}));
+    TestTask drawBack{back.handle(), log_}, drawMiddle{middle.handle(), log_}, drawFront{front.handle(), log_},
+        drawChild{child.handle(), log_};
+    thread_.insertTogether({&drawBack, &drawMiddle, &drawFront, &drawChild});
+    drawBack.runs.reach(1);
+    thread_.end();
+    EXPECT_EQ(log_, (Log{front.handle(), middle.handle(), child.handle(), back.handle()}));
 }
 
-TEST(DrawThread, AWindowAboveInterruptsTheDrawingAndOneBelowDoesNot) {
+TEST_F(DrawThreadTest, AWindowAboveInterruptsTheDrawingAndOneBelowDoesNot) {
     if (!TestWindow::possible()) GTEST_SKIP() << "no display";
     TestWindow back, middle, front;
-    Log log;
-    TestTask drawMiddle{middle.handle(), log, true}, drawBack{back.handle(), log}, drawFront{front.handle(), log};
-    TestThread thread;
-    thread.insert(drawMiddle);
-    drawMiddle.waitUntilRunning();
-    thread.insert(drawBack);
-    thread.updateActive(middle.handle());  // it is not queued
+    TestTask drawMiddle{middle.handle(), log_, true}, drawBack{back.handle(), log_}, drawFront{front.handle(), log_};
+    thread_.insertAndReach({&drawMiddle});
+    thread_.insert(drawBack);
+    thread_.updateActive(middle.handle());  // it is not queued
     EXPECT_EQ(drawMiddle.aborts, 0);
-    thread.insert(drawFront);
-    drawBack.waitUntilRunning();
-    thread.finish(BoringWaiter{});
-    EXPECT_EQ(log.windows(), (std::vector{middle.handle(), front.handle(), middle.handle(), back.handle()}));
+    thread_.insert(drawFront);
+    drawBack.runs.reach(1);
+    thread_.end();
+    EXPECT_EQ(log_, (Log{middle.handle(), front.handle(), middle.handle(), back.handle()}));
 
-    Log later;
-    TestTask longFront{front.handle(), later, true}, again{back.handle(), later};
-    thread.insert(longFront);
-    longFront.waitUntilRunning();
-    thread.insert(again);
+    log_.clear();
+    TestTask longFront{front.handle(), log_, true}, again{back.handle(), log_};
+    thread_.insertAndReach({&longFront});
+    thread_.insert(again);
     EXPECT_EQ(longFront.aborts, 0);
     back.raise();
-    thread.updateActive(back.handle());
-    longFront.waitUntilRunning(2);
-    thread.finish(BoringWaiter{});
-    EXPECT_EQ(later.windows(), (std::vector{front.handle(), back.handle(), front.handle()}));
+    thread_.updateActive(back.handle());
+    longFront.runs.reach(2);
+    thread_.end();
+    EXPECT_EQ(log_, (Log{front.handle(), back.handle(), front.handle()}));
 }
 
-TEST(DrawThread, TenThousandRoundsAgainstABusyWorker) {
+TEST_F(DrawThreadTest, TenThousandRoundsAgainstABusyWorker) {
     struct Brief : DrawTask {
         HWND key() const override { return window(1); }
         void abort() override { ++aborts; }
@@ -235,19 +193,18 @@ TEST(DrawThread, TenThousandRoundsAgainstABusyWorker) {
     } tasks[3];
     auto const runs = [&] { return tasks[0].runs + tasks[1].runs + tasks[2].runs; };
 
-    TestThread thread;
     auto const work = [&](unsigned int seed) {
         std::mt19937 random{seed};
         for (int round = 0; round < 2500; ++round) {
             switch (random() % 32) {
-                case 0: thread.cancel(window(1), BoringWaiter{}); break;
-                case 1: thread.interrupt(BoringWaiter{}); break;
-                case 2: thread.interrupt(); break;
-                case 3: thread.cancel(window(2)); break;
-                case 4: thread.updateActive(window(1)); break;
+                case 0: thread_.cancel(window(1), BoringWaiter{}); break;
+                case 1: thread_.interrupt(BoringWaiter{}); break;
+                case 2: thread_.interrupt(); break;
+                case 3: thread_.cancel(window(2)); break;
+                case 4: thread_.updateActive(window(1)); break;
                 default: {
                     int const before = runs();
-                    thread.insert(tasks[random() % 3]);
+                    thread_.insert(tasks[random() % 3]);
                     for (int spins = 0; spins < 20 && runs() == before; ++spins) std::this_thread::yield();
                 }
             }
@@ -258,17 +215,17 @@ TEST(DrawThread, TenThousandRoundsAgainstABusyWorker) {
             std::jthread const other{work, 2 * part};
             work(2 * part + 1);
         }
-        EXPECT_TRUE(thread.finish(BoringWaiter{}));
+        EXPECT_TRUE(thread_.end());
     }
     {
         std::jthread const other{work, 4};
-        for (int round = 0; round < 100; ++round) EXPECT_TRUE(thread.finish(BoringWaiter{}));
+        for (int round = 0; round < 100; ++round) EXPECT_TRUE(thread_.end());
     }
     // However the last finish met the last insert, the next task is run.
     int const before = runs();
-    thread.insert(tasks[0]);
+    thread_.insert(tasks[0]);
     while (runs() == before) std::this_thread::yield();
-    EXPECT_TRUE(thread.finish(BoringWaiter{}));
+    EXPECT_TRUE(thread_.end());
     EXPECT_GT(runs(), 100);
 }
 

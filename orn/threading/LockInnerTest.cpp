@@ -1,11 +1,9 @@
-#include "orn/foundation/Error.h"
 #include "orn/threading/Lock.h"
+
 #include "orn/threading/ParkingTable.h"
 #include "tests/support/Faults.h"
+#include "tests/support/Thrown.h"
 
-#include <gtest/gtest.h>
-
-#include <atomic>
 #include <chrono>
 #include <thread>
 
@@ -16,7 +14,7 @@ using namespace ORN::Threading;
 constexpr LONG exclusive = 0x10000000;
 
 TEST(ParkingTable, TheSlotIsTheTopFiveBitsOfTheProduct) {
-    struct Case {
+    struct {
         std::uint64_t address;
         std::size_t slot;
     } const cases[] = {
@@ -28,85 +26,68 @@ TEST(ParkingTable, TheSlotIsTheTopFiveBitsOfTheProduct) {
         {0x140003A58, 26},
         {0x7FFDEADBEEF0, 10},
         {0xFFFFFFFFFFFFFFFF, 12},
-        {0x4EB24FD71E58, 17},
+        {0x4EB24FD71E58, 17},  // an odd factor would give 18, 8, 10 and 26 from here
         {0x790D44AF5D08, 7},
         {0x7F98E9F7E16C, 9},
         {0x5F1AC7C22D88, 25},
-        // an odd factor would give 18, 8, 10 and 26 for the last four
     };
-    for (Case const& one : cases) EXPECT_EQ(slotNumber(one.address), one.slot) << std::hex << one.address;
-
+    for (auto const& one : cases) EXPECT_EQ(slotNumber(one.address), one.slot) << std::hex << one.address;
     LONG volatile word = 0;
     EXPECT_EQ(&slotOf(word), &parkingTable[slotNumber(reinterpret_cast<std::uintptr_t>(&word))]);
 }
 
+void expectNobodyWaits(LONG volatile& word) {
+    EXPECT_EQ(slotOf(word).waiters(), 0u);
+    EXPECT_TRUE(slotOf(word).parking().idle());
+}
+
 TEST(LockFailures, ATimedOutOrRefusedWaitLeavesNothingBehind) {
     LONG volatile word = exclusive;
-    auto& slot = slotOf(word);
     EXPECT_FALSE(readWriteLockLock(word, readWriteLockShared, readWriteLockWriter, 1));
-    EXPECT_EQ(slot.waiters(), 0u);
+    expectNobodyWaits(word);
 
-    {
-        faults::Refuse const refuse{"parkingWait"};
-        try {
-            SharedLock const lock{word};
-            ADD_FAILURE() << "acquired what is taken";
-        } catch (WinError const& error) {
-            EXPECT_EQ(std::wstring{error.wWhat()}, formatMessage(DWORD{6}, nullptr));
-        }
-        EXPECT_EQ(refuse.refusals(), 1);
-    }
+    faults::Refuse const refuse{"parkingWait"};
+    EXPECT_EQ(thrown([&] { SharedLock const lock{word}; }), L"WinError: " + formatMessage(DWORD{6}, nullptr));
+    EXPECT_EQ(refuse.refusals(), 1);
     EXPECT_EQ(word, exclusive);
-    EXPECT_EQ(slot.waiters(), 0u);
-    EXPECT_TRUE(slot.parking().idle());
+    expectNobodyWaits(word);
 }
 
 TEST(LockFailures, ARefusedWakeUpIsToldTheWordIsFreeAndTheNextReleaseMakesUpForIt) {
     LONG volatile word = 0;
-    auto& slot = slotOf(word);
     ExclusiveLock lock{word};
     std::thread waiter{[&] { ExclusiveLock const other{word}; }};
-    while (slot.waiters() == 0) std::this_thread::yield();
+    while (slotOf(word).waiters() == 0) std::this_thread::yield();
     std::this_thread::sleep_for(std::chrono::milliseconds{200});
-
     {
         faults::Refuse const refuse{"parkingWake"};
         EXPECT_THROW(lock.unlock(), WinError);
         EXPECT_EQ(refuse.refusals(), 1);
     }
     EXPECT_EQ(word, 0);
-    EXPECT_EQ(slot.waiters(), 1u);
     EXPECT_NO_THROW(lock.unlock());  // it is not held, and so not released again
-    EXPECT_EQ(slot.waiters(), 1u);
+    EXPECT_EQ(slotOf(word).waiters(), 1u);
 
     lock.lock();
     lock.unlock();
     waiter.join();
     EXPECT_EQ(word, 0);
-    EXPECT_EQ(slot.waiters(), 0u);
-    EXPECT_TRUE(slot.parking().idle());
+    expectNobodyWaits(word);
 }
 
 TEST(LockFailures, ParkingThatCannotBeMadeIsToldAndMadeWhenFirstNeeded) {
     closeParking();
     {
         faults::Refuse const refuse{"parkingCreate", 5};
-        bool told = false;
-        try {
-            createParking();
-        } catch (WinError const&) {
-            told = true;
-        }
+        bool const told = thrown([] { createParking(); }).starts_with(L"WinError");
         EXPECT_EQ(told, refuse.refusals() != 0);  // there is nothing to make, and to refuse, on Linux
     }
-
     LONG volatile word = exclusive;
     std::thread waiter{[&] { SharedLock const lock{word}; }};
     while (slotOf(word).waiters() == 0) std::this_thread::yield();
     readWriteLockUnlock(word, exclusive);
     waiter.join();
     EXPECT_EQ(word, 0);
-
     EXPECT_NO_THROW(createParking());
 }
 

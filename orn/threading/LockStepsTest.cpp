@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -134,57 +134,57 @@ private:
     std::string* fault_;
 };
 
-/// Two lock words on one slot, and the threads at them.
-template <typename Parking>
-class Scene {
-public:
-    Scene() { Futex::sleepers.clear(); }
-
-    /// Acquires and releases the word `rounds` times.
-    void visitor(int word, LONG add, DWORD timeout = infinite, int rounds = 1) {
-        machine_.add([=, this] {
-            for (int round = 0; round < rounds; ++round) {
-                if (acquire(at(word), slot_, add, maskOf(add), timeout)) release(at(word), slot_, add);
-            }
-            Machine::step([this, word] { return ++through_[word]; });
-        });
-    }
-
-    /// Holds both words from the start, releases the second, and the first only when a visitor of the second is through.
-    void holderOfBoth() {
-        words_[0] = words_[1] = exclusive;
-        machine_.add([this] {
-            release(at(1), slot_, exclusive);
-            Machine::await([this] { return through_[1] != 0; }, false, [] { return 0; });
-            release(at(0), slot_, exclusive);
-        });
-    }
-
-    /// Empty when all went well.
-    std::string run(Machine::Chooser const& choose) {
-        switch (machine_.run(choose)) {
-            case Machine::End::stuck: return "a wake-up was lost";
-            case Machine::End::endless: return "went on and on";
-            case Machine::End::done: break;
-        }
-        if (!fault_.empty()) return fault_;
-        if (words_[0] != 0 || words_[1] != 0) return "a word is not free";
-        Machine idle;
-        bool waiting = false;
-        idle.add([&] { waiting = slot_.waiters() != 0 || !slot_.parking().idle(); });
-        idle.run([](std::size_t) { return 0u; });
-        return waiting ? "a waiter is left over" : "";
-    }
-
-private:
-    Word at(int word) { return Word{words_[word], fault_}; }
-
-    Machine machine_;
-    LONG words_[2]{};
-    std::string fault_;
-    ParkingSlot<Parking> slot_;
-    int through_[2]{};
+/// A thread that acquires and releases a word `rounds` times.
+struct Visit {
+    int word;
+    LONG add;
+    DWORD timeout = infinite;
+    int rounds = 1;
 };
+
+/// Two lock words on one slot, and the threads at them. A holder of both, where there is one, holds them from the start,
+/// releases the second, and the first only when a visitor of the second is through.
+struct Setting {
+    std::vector<Visit> visits;
+    bool holder = false;
+};
+
+/// Plays a setting in the order that `choose` says; empty when all went well.
+template <typename Parking>
+std::string play(Setting const& setting, Machine::Chooser const& choose) {
+    Futex::sleepers.clear();
+    Machine machine;
+    LONG words[2]{};
+    std::string fault;
+    ParkingSlot<Parking> slot;
+    int through[2]{};
+    auto const at = [&](int word) { return Word{words[word], fault}; };
+    if (setting.holder) {
+        words[0] = words[1] = exclusive;
+        machine.add([&] {
+            release(at(1), slot, exclusive);
+            Machine::await([&] { return through[1] != 0; }, false, [] { return 0; });
+            release(at(0), slot, exclusive);
+        });
+    }
+    for (Visit const& visit : setting.visits)
+        machine.add([&] {
+            for (int round = 0; round < visit.rounds; ++round)
+                if (acquire(at(visit.word), slot, visit.add, maskOf(visit.add), visit.timeout))
+                    release(at(visit.word), slot, visit.add);
+            Machine::step([&] { return ++through[visit.word]; });
+        });
+
+    Machine::End const end = machine.run(choose);
+    if (end != Machine::End::done) return end == Machine::End::stuck ? "a wake-up was lost" : "went on and on";
+    if (!fault.empty()) return fault;
+    if (words[0] != 0 || words[1] != 0) return "a word is not free";
+    Machine idle;
+    bool waiting = false;
+    idle.add([&] { waiting = slot.waiters() != 0 || !slot.parking().idle(); });
+    idle.run([](std::size_t) { return 0u; });
+    return waiting ? "a waiter is left over" : "";
+}
 
 template <typename Parking>
 class LockSchedules : public testing::Test {};
@@ -192,88 +192,54 @@ using Parkings = testing::Types<Epoch, Counted>;
 TYPED_TEST_SUITE(LockSchedules, Parkings);
 
 TYPED_TEST(LockSchedules, TwoThreadsInEveryOrder) {
-    struct Case {
-        int words[2];
-        LONG adds[2];
-        DWORD timeouts[2];
+    struct {
+        Setting setting;
         long fewest;
     } const cases[] = {
-        {{0, 0}, {exclusive, exclusive}, {infinite, infinite}, 1000},
-        {{0, 0}, {exclusive, shared}, {infinite, infinite}, 1000},
-        {{0, 0}, {shared, shared}, {infinite, infinite}, 20},
-        {{0, 1}, {exclusive, exclusive}, {infinite, infinite}, 20},
-        {{0, 0}, {exclusive, exclusive}, {infinite, someTime}, 1000},
-        {{0, 0}, {shared, exclusive}, {someTime, someTime}, 1000},
+        {{{{0, exclusive}, {0, exclusive}}}, 1000},
+        {{{{0, exclusive}, {0, shared}}}, 1000},
+        {{{{0, shared}, {0, shared}}}, 20},
+        {{{{0, exclusive}, {1, exclusive}}}, 20},
+        {{{{0, exclusive}, {0, exclusive, someTime}}}, 1000},
+        {{{{0, shared, someTime}, {0, exclusive, someTime}}}, 1000},
     };
-    for (Case const& one : cases) {
+    for (auto const& one : cases) {
         schedules::EverySchedule every;
         long count = 0;
         do {
-            Scene<TypeParam> scene;
-            for (int thread : {0, 1}) scene.visitor(one.words[thread], one.adds[thread], one.timeouts[thread]);
-            ASSERT_EQ(scene.run(std::ref(every)), "") << "case " << &one - cases << ", schedule " << count;
+            ASSERT_EQ(play<TypeParam>(one.setting, std::ref(every)), "") << &one - cases << ", schedule " << count;
             ++count;
         } while (every.next());
         EXPECT_GE(count, one.fewest) << "case " << &one - cases;
-        testing::Test::RecordProperty("schedules" + std::to_string(&one - cases), std::to_string(count));
     }
 }
 
-template <typename Parking>
-void threeThreads(int scene, Scene<Parking>& made) {
-    switch (scene) {
-        case 0:
-            for (LONG const add : {exclusive, exclusive, exclusive}) made.visitor(0, add, infinite, 2);
-            break;
-        case 1:
-            for (LONG const add : {exclusive, shared, shared}) made.visitor(0, add, infinite, 2);
-            break;
-        case 2:
-            for (LONG const add : {exclusive, shared, exclusive}) made.visitor(0, add, someTime, 2);
-            break;
-        case 3:
-            made.holderOfBoth();
-            made.visitor(0, exclusive);
-            made.visitor(1, shared);
-            break;
-        case 4:
-            made.holderOfBoth();
-            made.visitor(0, shared, someTime);
-            made.visitor(1, exclusive);
-            break;
-        default:
-            made.visitor(0, exclusive, infinite, 2);
-            made.visitor(0, shared, infinite, 2);
-            made.visitor(1, exclusive, infinite, 2);
-            break;
-    }
-}
-constexpr int scenes = 6;
+Setting const threeThreads[] = {
+    {{{0, exclusive, infinite, 2}, {0, exclusive, infinite, 2}, {0, exclusive, infinite, 2}}},
+    {{{0, exclusive, infinite, 2}, {0, shared, infinite, 2}, {0, shared, infinite, 2}}},
+    {{{0, exclusive, someTime, 2}, {0, shared, someTime, 2}, {0, exclusive, someTime, 2}}},
+    {{{0, exclusive}, {1, shared}}, true},
+    {{{0, shared, someTime}, {1, exclusive}}, true},
+    {{{0, exclusive, infinite, 2}, {0, shared, infinite, 2}, {1, exclusive, infinite, 2}}},
+};
 
 TYPED_TEST(LockSchedules, ThreeThreadsInSeededOrders) {
-    for (int scene = 0; scene < scenes; ++scene) {
-        for (std::uint64_t seed = 1; seed <= 4000; ++seed) {
-            Scene<TypeParam> made;
-            threeThreads(scene, made);
-            EXPECT_EQ(made.run(schedules::SeededSchedule{seed}), "") << "scene " << scene << ", seed " << seed;
-        }
-    }
+    for (Setting const& setting : threeThreads)
+        for (std::uint64_t seed = 1; seed <= 4000; ++seed)
+            EXPECT_EQ(play<TypeParam>(setting, schedules::SeededSchedule{seed}), "")
+                << "setting " << &setting - threeThreads << ", seed " << seed;
 }
 
 template <typename Parking>
-int lostWakeUps(int scene) {
-    int lost = 0;
-    for (std::uint64_t seed = 1; seed <= 2000; ++seed) {
-        Scene<Parking> made;
-        threeThreads(scene, made);
-        lost += made.run(schedules::SeededSchedule{seed}) == "a wake-up was lost";
-    }
-    return lost;
+bool losesAWakeUp(Setting const& setting) {
+    for (std::uint64_t seed = 1; seed <= 2000; ++seed)
+        if (play<Parking>(setting, schedules::SeededSchedule{seed}) == "a wake-up was lost") return true;
+    return false;
 }
 
 TEST(LockSchedules, FindTheWakeUpsThatAParkingWithoutItsCureLoses) {
-    EXPECT_GT(lostWakeUps<BareSemaphore>(3), 0);
-    EXPECT_GT(lostWakeUps<LateTicket>(0), 0);
+    EXPECT_TRUE(losesAWakeUp<BareSemaphore>(threeThreads[3]));
+    EXPECT_TRUE(losesAWakeUp<LateTicket>(threeThreads[0]));
 }
 
 }

@@ -1,7 +1,7 @@
 #include "orn/threading/WindowMessage.h"
 
-#include "orn/foundation/Error.h"
 #include "tests/support/TestWindow.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
@@ -19,14 +19,9 @@ TEST(WindowMessage, AllBitsOfTheParametersArrive) {
 }
 
 TEST(WindowMessage, AWindowThatIsGoneIsAnError) {
-    try {
-        ORN::OrnPostMessage(reinterpret_cast<HWND>(0x7FF0), 0x8123, 0, 0);
-        FAIL() << "a message went to a window that is gone";
-    } catch (WinError const& error) {
-        EXPECT_EQ(
-            std::wstring{error.wWhat()},
-            L"Error \"" + formatMessage(DWORD{1400}, static_cast<wchar_t const*>(nullptr)) + L"\" calling PostMessage");
-    }
+    EXPECT_EQ(
+        thrown([] { ORN::OrnPostMessage(reinterpret_cast<HWND>(0x7FF0), 0x8123, 0, 0); }),
+        L"WinError: Error \"" + formatMessage(DWORD{1400}, static_cast<wchar_t*>(nullptr)) + L"\" calling PostMessage");
 }
 
 }

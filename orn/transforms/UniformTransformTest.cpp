@@ -1,17 +1,11 @@
 #include "orn/transforms/UniformTransform.h"
 
-#include "orn/foundation/Error.h"
+#include "tests/support/Thrown.h"
 #include "tests/support/Transforms.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
 
 namespace {
 
-using transforms::expectNear;
 using transforms::Random;
-using transforms::written;
 
 constexpr double half = 0.70710678118654752440;  // √½
 
@@ -61,13 +55,7 @@ TEST(UniformTransform, ScaleAndRotationAreReadBack) {
 
 TEST(UniformTransform, RotationOfSpaceIsNotImplemented) {
     Vector<3> axis;
-    try {
-        UniformTransform<3>{}.rotation(axis);
-        FAIL();
-    } catch (ORN::NotImplemented const& error) {
-        EXPECT_STREQ(error.what(), "UniformTransform<3>::rotation");
-        EXPECT_STREQ(error.wWhat(), L"UniformTransform<3>::rotation");
-    }
+    EXPECT_EQ(thrown([&] { UniformTransform<3>{}.rotation(axis); }), L"NotImplemented: UniformTransform<3>::rotation");
 }
 
 TEST(UniformTransform, MirrorsInALine) {

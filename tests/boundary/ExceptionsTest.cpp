@@ -53,6 +53,7 @@ TEST(Boundary, TheStandardExceptionsAreCaughtByType) {
 
 TEST(Boundary, BareStringsAreCaughtAsEveryPointerThatTheyMayBe) {
     NonUniformTransform<2> const flat;
+    EXPECT_THROW(UniformTransform<2>{}.pSlice(), char*);
     EXPECT_THROW(flat.pSlice(), char*);
     EXPECT_THROW(flat.pSlice(), void*);
     try {

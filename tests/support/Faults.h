@@ -1,6 +1,8 @@
 /// Failures on demand for the inner tests: the next calls of the seam, or the k-th allocation, fail.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstddef>
 #include <new>
 
@@ -46,6 +48,13 @@ int failEveryAllocation(Body body, Checked checked) {
         }
         checked(failed);
     }
+}
+
+/// The same, where after each failure as many blocks must be live as before.
+template <typename Body>
+int failEveryAllocation(Body body) {
+    long const before = liveBlocks();
+    return failEveryAllocation(body, [before](bool) { EXPECT_EQ(liveBlocks(), before); });
 }
 
 }

@@ -4,73 +4,47 @@
 #include "orn/transforms/NonUniformTransform.h"
 #include "orn/transforms/PerspectiveTransform.h"
 #include "orn/transforms/UniformTransform.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Geometry.h"
 
 #include <memory>
-#include <random>
-#include <sstream>
-#include <string>
 #include <vector>
 
 namespace transforms {
 
-template <typename T>
-std::wstring written(T const& value) {
-    std::wostringstream os;
-    os << value;
-    return os.str();
-}
-
-template <int N>
-void expectNear(Point<N> const& actual, Point<N> const& expected, double tolerance) {
-    for (int i = 0; i < N; ++i) EXPECT_NEAR(actual[i], expected[i], tolerance) << "coordinate " << i;
-}
-
-template <int N>
-void expectNear(Matrix<N> const& actual, Matrix<N> const& expected, double tolerance) {
-    for (int i = 0; i < N; ++i)
-        for (int j = 0; j < N; ++j) EXPECT_NEAR(actual[i][j], expected[i][j], tolerance) << i << ',' << j;
-}
-
 /// Coordinates of a few units, transforms far from singular, points off the plane of the eye.
 template <int N>
-class Random {
+class Random : public RandomGeometry {
 public:
-    explicit Random(unsigned seed) : engine_{seed} {}
+    using RandomGeometry::RandomGeometry;
 
-    double number(double lo, double hi) { return std::uniform_real_distribution<double>{lo, hi}(engine_); }
-
-    Vector<N> vector(double size = 5) {
-        double c[N];
-        for (double& component : c) component = number(-size, size);
-        return Vector<N>{c};
-    }
-    Point<N> point() { return Point<N>{} + vector(); }
+    Vector<N> vector() { return RandomGeometry::vector<N>(5); }
+    Point<N> point() { return RandomGeometry::point<N>(5); }
 
     UniformTransform<N> uniform() {
-        auto t = UniformTransform<N>::scale(number(0.5, 2));
+        auto t = UniformTransform<N>::scale(this->number(0.5, 2));
         if constexpr (N == 2)
-            t *= UniformTransform<2>::rotation(Angle::degrees(number(-180, 180)));
+            t *= UniformTransform<2>::rotation(Angle::degrees(this->number(-180, 180)));
         else
-            t *= UniformTransform<3>::rotation(Angle::degrees(number(-180, 180)), vector());
+            t *= UniformTransform<3>::rotation(Angle::degrees(this->number(-180, 180)), vector());
         return t *= UniformTransform<N>::translation(vector());
     }
 
     NonUniformTransform<N> nonUniform() {
         NonUniformTransform<N> t{uniform()};
         if constexpr (N == 2)
-            t *= NonUniformTransform<2>::axes({1, number(-0.5, 0.5)}, {number(-0.5, 0.5), number(-3, -1)});
+            t *= NonUniformTransform<2>::axes({1, this->number(-0.5, 0.5)},
+                                              {this->number(-0.5, 0.5), this->number(-3, -1)});
         else
-            t *= NonUniformTransform<3>::axes({1, number(-0.3, 0.3), 0}, {0, number(1, 3), number(-0.3, 0.3)},
-                                              {number(-0.3, 0.3), 0, number(1, 2)});
+            t *= NonUniformTransform<3>::axes({1, this->number(-0.3, 0.3), 0},
+                                              {0, this->number(1, 3), this->number(-0.3, 0.3)},
+                                              {this->number(-0.3, 0.3), 0, this->number(1, 2)});
         return t;
     }
 
     PerspectiveTransform<N> perspective() {
         // Depth −20 to −40 in front of the eye, so that points of a few units do not come near its plane.
         double c[N] = {};
-        c[N - 1] = number(-40, -20);
+        c[N - 1] = this->number(-40, -20);
         auto const away = UniformTransform<N>::translation(Vector<N>{c});
         std::unique_ptr<Transform<N>> t{away.composeWith(PerspectiveTransform<N>{})};
         auto result = dynamic_cast<PerspectiveTransform<N>&>(*t);
@@ -88,10 +62,10 @@ public:
         all.emplace_back("compound", thereAndBack->composeWith(nonUniform()));
         if constexpr (N == 2) {
             // Through space, but from the plane to the plane, so that the slice has an inverse.
-            auto inPlane =
-                NonUniformTransform<3>::axes({1, number(-0.5, 0.5), 0}, {number(-0.5, 0.5), 2, 0}, {3, 4, 5});
-            inPlane *= UniformTransform<3>::translation({number(-5, 5), number(-5, 5), 0});
-            Random<3> space{static_cast<unsigned>(engine_())};
+            auto inPlane = NonUniformTransform<3>::axes({1, this->number(-0.5, 0.5), 0},
+                                                        {this->number(-0.5, 0.5), 2, 0}, {3, 4, 5});
+            inPlane *= UniformTransform<3>::translation({this->number(-5, 5), this->number(-5, 5), 0});
+            Random<3> space{static_cast<unsigned>(this->whole(0, 9999))};
             PerspectiveTransform<3> const up = space.perspective();
             std::unique_ptr<Transform<3>> const upAndDown{up.composeWith(up.inverse())};
             std::unique_ptr<Transform<3>> const full{inPlane.composeWith(*upAndDown)};
@@ -99,9 +73,6 @@ public:
         }
         return all;
     }
-
-private:
-    std::mt19937 engine_;
 };
 
 }
