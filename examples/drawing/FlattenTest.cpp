@@ -7,8 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
-#include <memory>
 
 namespace {
 

@@ -9,8 +9,6 @@
 #include "tests/support/Thrown.h"
 
 #include <filesystem>
-#include <functional>
-#include <memory>
 
 namespace {
 

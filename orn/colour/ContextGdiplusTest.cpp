@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <type_traits>
-
 namespace {
 
 TEST(ContextGdiplus, StartsAgainAfterItsEndAndWhileAnotherLives) {

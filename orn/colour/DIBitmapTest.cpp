@@ -5,8 +5,6 @@
 #include <climits>
 #include <cstring>
 #include <new>
-#include <string>
-#include <vector>
 
 namespace {
 

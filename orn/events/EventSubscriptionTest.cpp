@@ -4,9 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <thread>
-#include <vector>
 
 namespace {
 

@@ -1,8 +1,6 @@
 #include "orn/foundation/Collection.h"
 #include "tests/support/Faults.h"
 
-#include <string>
-
 using ORN::Collection;
 
 TEST(CollectionMemory, ChunksComeAndGoOneByOne) {

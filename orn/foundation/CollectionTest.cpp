@@ -3,11 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 #include <numeric>
 #include <ranges>
-#include <string>
-#include <vector>
 
 using ORN::Collection;
 using ORN::CollectionBase;

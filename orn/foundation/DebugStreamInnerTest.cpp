@@ -5,9 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <ostream>
-
 namespace {
 
 /// A stream as the debug stream is, over memory.

@@ -7,9 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <sstream>
 #include <thread>
-#include <type_traits>
 
 namespace {
 

@@ -5,9 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <type_traits>
-
 namespace {
 
 static_assert(std::is_base_of_v<std::runtime_error, ORN::OrnError>);

@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <thread>
-#include <type_traits>
-#include <vector>
 
 using ORN::Handlable;
 using ORN::Handle;

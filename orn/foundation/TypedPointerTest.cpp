@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <limits>
-#include <sstream>
-
 namespace Shapes {
 
 struct Shape {

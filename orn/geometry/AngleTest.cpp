@@ -2,8 +2,6 @@
 
 #include "tests/support/Geometry.h"
 
-#include <limits>
-
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();

@@ -2,8 +2,6 @@
 
 #include "tests/support/Geometry.h"
 
-#include <limits>
-
 namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();

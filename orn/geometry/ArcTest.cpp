@@ -2,8 +2,6 @@
 
 #include "tests/support/Geometry.h"
 
-#include <limits>
-
 namespace {
 
 using Arc = ORN::Arc<2>;

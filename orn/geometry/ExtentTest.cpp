@@ -3,8 +3,6 @@
 #include "tests/support/BoxLaws.h"
 #include "tests/support/Geometry.h"
 
-#include <limits>
-
 namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();

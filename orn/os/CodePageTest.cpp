@@ -4,11 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cstdlib>
-#include <string>
 #include <thread>
-#include <vector>
 
 namespace {
 

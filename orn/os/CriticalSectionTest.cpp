@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <thread>
-#include <vector>
 
 namespace {
 
@@ -11,8 +10,8 @@ TEST(CriticalSection, AdmitsOneThreadAtATimeAsOftenAsItLikes) {
     ORN::os::CriticalSection section{};
     ORN::os::initialise(section);
     long count = 0;
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < 3; ++thread) {
+    std::vector<std::jthread> threads;
+    for (int thread = 0; thread < 3; ++thread)
         threads.emplace_back([&] {
             for (int round = 0; round < 20'000; ++round) {
                 ORN::os::enter(section);
@@ -23,8 +22,7 @@ TEST(CriticalSection, AdmitsOneThreadAtATimeAsOftenAsItLikes) {
                 ORN::os::leave(section);
             }
         });
-    }
-    for (std::thread& thread : threads) thread.join();
+    threads.clear();
     EXPECT_EQ(count, 60'000);
     ORN::os::destroy(section);
 }

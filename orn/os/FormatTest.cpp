@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 namespace {
 
 int format(wchar_t* buffer, std::size_t size, wchar_t const* text, ...) {

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
-#include <limits>
-#include <string>
 
 namespace {
 

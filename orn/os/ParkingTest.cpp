@@ -7,17 +7,12 @@
 
 #include <chrono>
 #include <thread>
-#include <vector>
 
 namespace {
 
-using ORN::os::infinite;
-using ORN::os::Parking;
-using ORN::os::waitFailed;
-using ORN::os::waitObject;
-using ORN::os::waitTimeout;
+using namespace ORN::os;
 
-class Place : public testing::Test {
+class ParkingContract : public testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(parking.create()); }
     void TearDown() override {
@@ -27,7 +22,6 @@ protected:
 
     Parking parking;
 };
-using ParkingContract = Place;
 
 TEST_F(ParkingContract, AWakeUpAfterTheTicketEndsTheSleepAndOneBeforeItDoesNot) {
     EXPECT_TRUE(parking.wake());
@@ -40,31 +34,28 @@ TEST_F(ParkingContract, AWakeUpAfterTheTicketEndsTheSleepAndOneBeforeItDoesNot) 
 }
 
 TEST_F(ParkingContract, TheTimeLimitIsInMillisecondsOfTheSteadyClock) {
-    using std::chrono::milliseconds;
     auto ticket = parking.takeTicket();
     auto const start = std::chrono::steady_clock::now();
     EXPECT_EQ(parking.sleep(ticket, 1200), waitTimeout);
-    auto const slept = std::chrono::steady_clock::now() - start;
-    EXPECT_GE(slept, milliseconds{1180});  // a system's clock tick early at most
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds{1180});  // a clock tick early at most
     EXPECT_EQ(parking.sleep(ticket, 0), waitTimeout);
     parking.giveBack(ticket);
 }
 
 TEST_F(ParkingContract, OneWakeUpEndsEverySleep) {
-    std::vector<std::thread> threads;
-    std::atomic<int> ready{0};
-    std::atomic<int> woken{0};
-    for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([&] {
-            auto ticket = parking.takeTicket();
-            ++ready;
-            woken += parking.sleep(ticket, infinite) == waitObject;
-            parking.giveBack(ticket);
-        });
+    std::atomic<int> ready{0}, woken{0};
+    {
+        std::vector<std::jthread> threads;
+        for (int thread = 0; thread < 4; ++thread)
+            threads.emplace_back([&] {
+                auto ticket = parking.takeTicket();
+                ++ready;
+                woken += parking.sleep(ticket, infinite) == waitObject;
+                parking.giveBack(ticket);
+            });
+        while (ready != 4) std::this_thread::yield();
+        EXPECT_TRUE(parking.wake());
     }
-    while (ready != 4) std::this_thread::yield();
-    EXPECT_TRUE(parking.wake());
-    for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(woken, 4);
 }
 

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <vector>
 
 namespace os = ORN::os;
 

@@ -1,14 +1,12 @@
 #include "orn/platform/UUID.h"
 
-#include "orn/foundation/Error.h"
 #include "orn/text/Printf.h"
 #include "ornmsg/ornmsg.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <map>
-#include <set>
 #include <unordered_set>
 
 using ORN::UUID;
@@ -18,28 +16,15 @@ namespace {
 wchar_t const* const lower = L"00c04fd4-30c8-11d1-80b4-0a9f5e6b7c8d";
 wchar_t const* const upper = L"00C04FD4-30C8-11D1-80B4-0A9F5E6B7C8D";
 
-TEST(UUID, NilIsSixteenZeros) {
-    UUID const nil;
-    EXPECT_TRUE(nil.isNull());
-    EXPECT_EQ(nil.toString(), L"00000000-0000-0000-0000-000000000000");
-    unsigned char const zeros[16] = {};
-    UUID::PODTYPE const pod = nil.toPod();
-    EXPECT_EQ(std::memcmp(&pod, zeros, sizeof zeros), 0);
-    EXPECT_EQ(nil, UUID{L"00000000-0000-0000-0000-000000000000"});
-    EXPECT_FALSE(UUID{L"00000000-0000-0000-0000-000000000001"}.isNull());
-}
-
 TEST(UUID, TextGoesIntoFieldsAndComesBackInUpperCase) {
     UUID::PODTYPE const pod = UUID{lower}.toPod();
-    EXPECT_EQ(pod.Data1, 0x00C04FD4u);
-    EXPECT_EQ(pod.Data2, 0x30C8u);
-    EXPECT_EQ(pod.Data3, 0x11D1u);
-    EXPECT_EQ(pod.Data4[0], 0x80u);
-    EXPECT_EQ(pod.Data4[7], 0x8Du);
-    EXPECT_EQ(UUID{lower}.toString(), upper);
-    EXPECT_EQ(UUID{pod}.toString(), upper);
-    EXPECT_EQ(UUID{L"FFFFFFFF-ffff-FFFF-ffff-FFFFFFFFFFFF"}.toString(), L"FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF");
-
+    EXPECT_TRUE(pod.Data1 == 0x00C04FD4 && pod.Data2 == 0x30C8 && pod.Data3 == 0x11D1);
+    EXPECT_EQ(std::memcmp(pod.Data4, "\x80\xB4\x0A\x9F\x5E\x6B\x7C\x8D", 8), 0);
+    EXPECT_TRUE(UUID{lower}.toString() == upper && UUID{pod}.toString() == upper);
+    UUID const nil;
+    EXPECT_TRUE(nil.isNull() && nil == UUID{nil.toString()});
+    EXPECT_EQ(nil.toString(), L"00000000-0000-0000-0000-000000000000");
+    EXPECT_FALSE(UUID{L"00000000-0000-0000-0000-000000000001"}.isNull());
     UUID assigned;
     assigned = UUID{pod};
     EXPECT_EQ(assigned, UUID{upper});
@@ -47,28 +32,18 @@ TEST(UUID, TextGoesIntoFieldsAndComesBackInUpperCase) {
 
 TEST(UUID, RefusesEveryOtherTextWithTheCatalogues) {
     std::wstring const good = upper;
-    std::wstring const others[] = {
-        L"",
-        L"x",
-        L"{" + good + L"}",
-        good + L" ",
-        L" " + good,
-        good.substr(1),
-        good + L"0",
-        good + std::wstring(1, L'\0'),
-        L"00C04FD430C811D180B40A9F5E6B7C8D",
-        L"00C04FD4_30C8-11D1-80B4-0A9F5E6B7C8D",
-        L"00C04FD43-0C8-11D1-80B4-0A9F5E6B7C8D",
-        L"{0C04FD4-30C8-11D1-80B4-0A9F5E6B7C8}",
-    };
+    std::wstring const others[] = {L"",
+                                   L"{" + good + L"}",
+                                   good + L" ",
+                                   L" " + good,
+                                   good.substr(1),
+                                   good + std::wstring(1, L'\0'),
+                                   L"00C04FD430C811D180B40A9F5E6B7C8D",
+                                   L"00C04FD43-0C8-11D1-80B4-0A9F5E6B7C8D",
+                                   L"{0C04FD4-30C8-11D1-80B4-0A9F5E6B7C8}"};
     for (std::wstring const& text : others) {
         EXPECT_FALSE(UUID::valid(text));
-        try {
-            UUID const made{text};
-            ADD_FAILURE() << "read a text of " << text.size();
-        } catch (ORN::OrnError const& error) {
-            EXPECT_EQ(std::wstring{error.wWhat()}, stringPrintf(ornMsg(218).c_str(), text.c_str()));
-        }
+        EXPECT_EQ(thrown([&] { UUID{text}; }), L"OrnError: " + stringPrintf(ornMsg(218).c_str(), text.c_str()));
     }
     // One wrong unit at each place; those beside the digits in the tables of characters, and beyond them.
     for (std::size_t place = 0; place < good.size(); ++place) {
@@ -78,8 +53,7 @@ TEST(UUID, RefusesEveryOtherTextWithTheCatalogues) {
             EXPECT_FALSE(UUID::valid(text)) << place << ' ' << unit;
         }
     }
-    EXPECT_TRUE(UUID::valid(good));
-    EXPECT_TRUE(UUID::valid(lower));
+    EXPECT_TRUE(UUID::valid(good) && UUID::valid(lower));
 }
 
 TEST(UUID, NewOnesDiffer) {
@@ -110,13 +84,9 @@ TEST(UUID, IsOrderedFieldByField) {
     for (auto const& a : ascending) {
         for (auto const& b : ascending) {
             EXPECT_EQ(less(UUID{a}, UUID{b}), &a < &b);
-            EXPECT_EQ(UUID{a} == UUID{b}, &a == &b);
-            EXPECT_EQ(UUID{a} != UUID{b}, &a != &b);
+            EXPECT_TRUE((UUID{a} == UUID{b}) == (&a == &b) && (UUID{a} != UUID{b}) == (&a != &b));
         }
     }
-    std::map<UUID, int> keyed{{UUID{lower}, 1}};
-    keyed[UUID{upper}] = 2;
-    EXPECT_EQ(keyed.size(), 1u);
     EXPECT_EQ(std::hash<UUID>{}(UUID{lower}), std::hash<UUID>{}(UUID{upper}));
 }
 
@@ -125,13 +95,10 @@ TEST(UUID, HashesSpreadCountersInEveryField) {
     for (int field = 0; field < 4; ++field) {
         std::set<std::size_t> buckets;
         for (unsigned int i = 0; i < 4096; ++i) {
-            UUID::PODTYPE pod{};
-            auto const count = static_cast<std::uint16_t>(i);
-            if (field == 0) pod.Data1 = i << 20;
-            if (field == 1) pod.Data2 = count;
-            if (field == 2) pod.Data3 = count;
-            if (field == 3)
-                pod.Data4[6] = static_cast<std::uint8_t>(i >> 8), pod.Data4[7] = static_cast<std::uint8_t>(i);
+            auto const in = [=](int wanted) { return static_cast<std::uint16_t>(field == wanted ? i : 0); };
+            UUID::PODTYPE pod{static_cast<std::uint32_t>(in(0)) << 20, in(1), in(2), {}};
+            pod.Data4[6] = static_cast<std::uint8_t>(in(3) >> 8);
+            pod.Data4[7] = static_cast<std::uint8_t>(in(3));
             buckets.insert(std::hash<UUID>{}(UUID{pod}) & 0xFFF);
         }
         EXPECT_GT(buckets.size(), 2400u) << field;

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 namespace {
 
 // The classes of a code point by their initials: alpha, digit, alnum (n), space, print, graph, punct (u), ascii (i).

@@ -4,11 +4,6 @@
 
 #include <fstream>
 #include <iterator>
-#include <map>
-#include <set>
-#include <sstream>
-#include <string>
-#include <vector>
 
 namespace {
 

@@ -4,12 +4,9 @@
 
 #include <bit>
 #include <cmath>
-#include <cstdint>
 #include <cwchar>
-#include <limits>
 #include <optional>
 #include <random>
-#include <string>
 
 namespace {
 

@@ -22,10 +22,8 @@ TEST(PrintfInner, ShortTextsTakeOneBlockAndFailuresLeakNothing) {
 
     std::wstring const text(5000, L'x');
     std::wstring result;
-    long const before = faults::liveBlocks();
-    int const failures = faults::failEveryAllocation([&] { result = stringPrintf(L"<%s>", text.c_str()); },
-                                                     [&](bool) { EXPECT_EQ(faults::liveBlocks(), before); });
-    EXPECT_GE(failures, 3);  // buffers of 2048, 4096, 8192 units, and the text
+    // Buffers of 2048, 4096, 8192 units, and the text.
+    EXPECT_GE(faults::failEveryAllocation([&] { result = stringPrintf(L"<%s>", text.c_str()); }), 3);
     EXPECT_EQ(result, L"<" + text + L">");
 }
 

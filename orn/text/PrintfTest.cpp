@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <limits>
-
 namespace {
 
 struct Shape {
@@ -73,29 +70,10 @@ TEST(Printf, DoublesAreRoundedDecimals) {
 }
 
 TEST(Printf, ABadFormatIsReturnedAsItStands) {
-    for (auto const* format : {L"%",
-                               L"ends in %",
-                               L"%y",
-                               L"a %d b %",
-                               L"%5",
-                               L"%-",
-                               L"%.",
-                               L"%l",
-                               L"%I",
-                               L"%I64",
-                               L"%ll",
-                               L"%n",
-                               L"%hn",
-                               L"%ln",
-                               L"%1$d",
-                               L"%m",
-                               L"%'d",
-                               L"%zs",
-                               L"%hf",
-                               L"%ws%wd",
-                               L"%99999999999d",
-                               L"%.99999999999s",
-                               L"%s %q"})
+    // clang-format off
+    for (auto const* format : {L"%", L"ends in %", L"%y", L"a %d b %", L"%5", L"%-", L"%.", L"%l", L"%I",
+                               L"%I64", L"%ll", L"%n", L"%hn", L"%ln", L"%1$d", L"%m", L"%'d", L"%zs", L"%hf",
+                               L"%ws%wd", L"%99999999999d", L"%.99999999999s", L"%s %q"})  // clang-format on
         EXPECT_EQ(stringPrintf(format, 1, 2, 3), format);
 }
 

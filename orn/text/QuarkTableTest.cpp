@@ -4,9 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
 #include <thread>
-#include <vector>
 
 TEST(QuarkTable, KeepsEveryTextWhileItGrows) {
     constexpr int texts = 20000;
@@ -27,7 +25,7 @@ TEST(QuarkTable, ThreadsThatInternTheSameTextsGetTheSameQuarks) {
     constexpr int threads = 4;
     constexpr int texts = 4000;
     std::vector<std::vector<Quark>> found(threads, std::vector<Quark>(texts));
-    std::vector<std::thread> workers;
+    std::vector<std::jthread> workers;
     for (int worker = 0; worker < threads; ++worker)
         workers.emplace_back([&found, worker] {
             for (int step = 0; step < 2 * texts; ++step) {
@@ -40,6 +38,6 @@ TEST(QuarkTable, ThreadsThatInternTheSameTextsGetTheSameQuarks) {
                 found[worker][i] = quark;
             }
         });
-    for (std::thread& worker : workers) worker.join();
+    workers.clear();
     for (int worker = 1; worker < threads; ++worker) EXPECT_EQ(found[worker], found[0]) << worker;
 }

@@ -5,12 +5,7 @@
 
 #include <algorithm>
 #include <clocale>
-#include <set>
-#include <sstream>
-#include <string>
-#include <type_traits>
 #include <unordered_set>
-#include <vector>
 
 namespace {
 
@@ -27,29 +22,17 @@ private:
 }
 
 TEST(Quark, EqualTextsAreOneQuark) {
-    static_assert(std::is_trivially_copyable_v<Quark> && sizeof(Quark) == sizeof(void*));
-
-    Quark const abc = Quark::create(L"abc");
-    EXPECT_NE(Quark::create(L"abd"), abc);
-    EXPECT_NE(Quark::create(L"ab"), abc);
-    EXPECT_NE(Quark::create(L"abcd"), abc);
+    Quark const abc = Quark::create(L"abc"), empty = Quark::create(L"");
+    for (wchar_t const* other : {L"abd", L"ab", L"abcd", L""}) EXPECT_NE(Quark::create(other), abc) << other;
     std::wstring const elsewhere = L"abc";
     EXPECT_EQ(Quark::create(elsewhere.c_str()), abc);
-    EXPECT_EQ(Quark::create(elsewhere.c_str()).value(), abc.value());
+    EXPECT_EQ(Quark::create(abc.value()), abc);
     EXPECT_STREQ(abc.value(), L"abc");
     EXPECT_NE(abc.value(), elsewhere.c_str());
-    EXPECT_EQ(Quark::create(abc.value()), abc);
-}
 
-TEST(Quark, NoTextIsNotTheEmptyText) {
-    Quark const empty = Quark::create(L"");
+    // No text is not the empty text.
     EXPECT_STREQ(empty.value(), L"");
-    EXPECT_NE(empty, nullQuark);
-    EXPECT_EQ(nullQuark.value(), nullptr);
-    EXPECT_EQ(Quark{}, nullQuark);
-    Quark assigned = empty;
-    assigned = nullQuark;
-    EXPECT_EQ(assigned, nullQuark);
+    EXPECT_TRUE(empty != nullQuark && nullQuark.value() == nullptr && Quark{} == nullQuark);
 }
 
 TEST(Quark, IsAKey) {
@@ -88,26 +71,20 @@ TEST(Quark, CollatesByTheLocale) {
     EXPECT_FALSE(QuarkCollatesLess{}(a, Quark::create(L"a")));
 }
 
-TEST(Quark, WritesItsPointerAndText) {
-    for (Quark const quark : {Quark::create(L"some text"), Quark::create(L""), nullQuark}) {
-        std::wostringstream expected, written;
-        expected << L"Q:" << static_cast<void const*>(quark.value());
-        if (quark != nullQuark) expected << L" \"" << quark.value() << L'"';
-        written << quark << L'.';
-        EXPECT_EQ(written.str(), expected.str() + L".");
-    }
-}
-
 TEST(Quark, IsWrittenWithItsTextByTheDebuggingLevel) {
-    Quark const quark = Quark::create(L"text");
-    std::wostringstream pointer;
-    pointer << L"Q:" << static_cast<void const*>(quark.value());
+    auto const written = [](auto const&... values) {
+        std::wostringstream os;
+        (os << ... << values);
+        return os.str();
+    };
     for (DebugStream::DebuggingLevel level : {DebugStream::debugNothing, DebugStream::debugFailures,
                                               DebugStream::debugNormal, DebugStream::debugEverything}) {
         DebugStream::SetVerbose const verbose{level};
         DebugStream::stream() << verbose;
-        std::wostringstream written;
-        written << quark;
-        EXPECT_EQ(written.str(), level < 2 ? pointer.str() : pointer.str() + L" \"text\"") << level;
+        for (Quark const quark : {Quark::create(L"text"), Quark::create(L""), nullQuark}) {
+            std::wstring expected = written(L"Q:", static_cast<void const*>(quark.value()));
+            if (level >= 2 && quark != nullQuark) expected += written(L" \"", quark.value(), L'"');
+            EXPECT_EQ(written(quark, L'.'), expected + L'.') << level;
+        }
     }
 }

@@ -4,8 +4,6 @@
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
 
-#include <memory>
-
 using namespace ORN;
 
 namespace {

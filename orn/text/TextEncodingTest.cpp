@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 using namespace ORN;
 
 static_assert(encMultibyte == 0 && encUTF8 == 1 && encUTF16 == 2 && encUTF16le == 3 && encUTF16be == 4);

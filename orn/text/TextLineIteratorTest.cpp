@@ -1,11 +1,9 @@
 #include "orn/text/TextLineIterator.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
-#include <vector>
 
-using testing::ElementsAre;
 using Lines = std::vector<std::string>;
 
 namespace {
@@ -23,13 +21,10 @@ Lines linesOf(std::string const& text) {
     std::wstring const wide{text.begin(), text.end()};
     Lines const lines = linesOf<char const*>(text.data(), text.data() + text.size());
     EXPECT_EQ(linesOf(text.begin(), text.end()), lines);
-    std::vector<std::wstring> const expected = [&] {
-        std::vector<std::wstring> widened;
-        for (auto const& line : lines) widened.emplace_back(line.begin(), line.end());
-        return widened;
-    }();
-    EXPECT_EQ(linesOf<wchar_t const*>(wide.data(), wide.data() + wide.size()), expected);
-    EXPECT_EQ(linesOf(wide.begin(), wide.end()), expected);
+    std::vector<std::wstring> widened;
+    for (auto const& line : lines) widened.emplace_back(line.begin(), line.end());
+    EXPECT_EQ(linesOf<wchar_t const*>(wide.data(), wide.data() + wide.size()), widened);
+    EXPECT_EQ(linesOf(wide.begin(), wide.end()), widened);
     return lines;
 }
 
@@ -44,11 +39,10 @@ Lines backwards(std::string const& text) {
 }
 
 TEST(TextLineIterator, LineEnds) {
-    struct Case {
+    struct {
         char const* text;
         Lines lines;
-    };
-    Case const cases[] = {
+    } const cases[] = {
         {"", {""}},
         {"a", {"a"}},
         {"a\nb", {"a", "b"}},

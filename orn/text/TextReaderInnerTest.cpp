@@ -5,8 +5,6 @@
 #include "tests/support/MemoryStreams.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <memory>
-
 using namespace ORN;
 
 namespace {

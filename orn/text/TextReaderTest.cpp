@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 using namespace ORN;
 using namespace std::string_literals;
 

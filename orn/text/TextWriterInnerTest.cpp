@@ -4,8 +4,6 @@
 #include "tests/support/Faults.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <memory>
-
 using namespace ORN;
 
 namespace {

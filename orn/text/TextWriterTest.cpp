@@ -8,8 +8,6 @@
 
 #include <gmock/gmock.h>
 
-#include <memory>
-
 using namespace ORN;
 using namespace std::string_literals;
 using testing::ElementsAre;

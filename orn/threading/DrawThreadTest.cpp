@@ -5,11 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <random>
 #include <stdexcept>
 #include <thread>
-#include <vector>
 
 using ORN::Threading::BoringWaiter;
 

@@ -6,10 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-#include <string>
-#include <vector>
-
 namespace {
 
 using namespace ORN::Threading;

@@ -2,12 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <chrono>
-#include <cstdint>
-#include <memory>
 #include <thread>
-#include <vector>
 
 namespace {
 

@@ -4,7 +4,6 @@
 #include "tests/support/Faults.h"
 #include "tests/support/Thrown.h"
 
-#include <atomic>
 #include <thread>
 
 using namespace ORN::Threading;

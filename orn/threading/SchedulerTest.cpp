@@ -4,12 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <deque>
-#include <functional>
 #include <stdexcept>
 #include <thread>
-#include <vector>
 
 using namespace ORN::Threading;
 

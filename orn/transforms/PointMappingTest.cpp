@@ -3,8 +3,6 @@
 #include "tests/support/Transforms.h"
 
 #include <bit>
-#include <cstddef>
-#include <limits>
 #include <span>
 #include <stdexcept>
 

@@ -5,8 +5,6 @@
 #include "tests/support/Thrown.h"
 #include "tests/support/Transforms.h"
 
-#include <functional>
-
 namespace {
 
 using transforms::Random;

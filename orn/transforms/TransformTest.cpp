@@ -3,7 +3,6 @@
 #include "tests/support/Transforms.h"
 
 #include <array>
-#include <map>
 
 namespace {
 

@@ -3,11 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <memory>
-#include <new>
-#include <string>
-
 namespace {
 
 /// The text of what `call` throws, when it is caught as exactly this type.
@@ -30,13 +25,6 @@ TEST(Boundary, TheLibrarysOwnExceptionsAreCaughtByType) {
     std::string const failed =
         caughtAs<WinError>([] { ORN::OrnPostMessage(reinterpret_cast<HWND>(0x7FF0), 0x8000, 0, 0); });
     EXPECT_NE(failed.find("calling PostMessage"), std::string::npos) << failed;
-
-    try {
-        std::unique_ptr<ORN::RawFileReader> const reader{ORN::rawOpen(L"there/is/no/such/file")};
-        FAIL() << "a missing file was opened";
-    } catch (ORN::OrnError const& error) {
-        EXPECT_NE(std::wstring{error.wWhat()}.find(L"there/is/no/such/file"), std::wstring::npos);
-    }
 }
 
 TEST(Boundary, TheStandardExceptionsAreCaughtByType) {
@@ -44,7 +32,7 @@ TEST(Boundary, TheStandardExceptionsAreCaughtByType) {
     EXPECT_EQ(caughtAs<std::logic_error>([&] { packTo(std::wstring{L"x"}, buffer, 0); }),
               "illegal buffer to pack wstring");
     try {
-        DIBitmap const bitmap{0x7FFFFFFF, 0x7FFFFFFF, 32, 0};
+        DIBitmap{0x7FFFFFFF, 0x7FFFFFFF, 32, 0};
         FAIL() << "a bitmap beyond 32 bits was made";
     } catch (std::bad_alloc const& error) {
         EXPECT_STREQ(error.what(), "bad allocation");
