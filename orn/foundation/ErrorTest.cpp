@@ -24,7 +24,7 @@ void expectTexts() {
         assigned = *original;
         EXPECT_NE(copy.what(), original->what()) << "copies own their texts";
         EXPECT_NE(assigned.wWhat(), original->wWhat());
-        for (E const* error : {original.get(), &fromPointer, &copy, &std::as_const(assigned)}) {
+        for (E const* error : std::initializer_list<E const*>{original.get(), &fromPointer, &copy, &assigned}) {
             EXPECT_EQ(error->wWhat(), text);
             EXPECT_EQ(static_cast<std::exception const*>(error)->what(), getMBS(text));
         }

@@ -117,7 +117,9 @@ TEST(CSVParser, BehindALoneReturnTheNextTextIsTakenFromItsStart) {
     for (auto const& call : calls) {
         std::vector<std::wstring> fields;
         ASSERT_EQ(parser->parse(fields, call.text), call.record != nullptr) << &call - calls;
-        if (call.record != nullptr) ASSERT_EQ(shown(fields), call.record);
+        if (call.record != nullptr) {
+            ASSERT_EQ(shown(fields), call.record);
+        }
     }
 }
 
