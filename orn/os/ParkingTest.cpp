@@ -1,8 +1,5 @@
 #include "orn/os/Parking.h"
 
-#include "orn/os/ErrorText.h"
-#include "tests/support/Faults.h"
-
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -57,32 +54,6 @@ TEST_F(ParkingContract, OneWakeUpEndsEverySleep) {
         EXPECT_TRUE(parking.wake());
     }
     EXPECT_EQ(woken, 4);
-}
-
-TEST_F(ParkingContract, ARefusalIsToldAndTheNextWakeUpMakesUpForIt) {
-    auto ticket = parking.takeTicket();
-    {
-        faults::Refuse const refuse{"parkingWait"};
-        EXPECT_EQ(parking.sleep(ticket, infinite), waitFailed);
-        EXPECT_EQ(ORN::os::lastError(), 6u);
-    }
-    std::atomic<bool> ready{false};
-    std::thread sleeper{[&] {
-        auto other = parking.takeTicket();
-        ready = true;
-        EXPECT_EQ(parking.sleep(other, infinite), waitObject);
-        parking.giveBack(other);
-    }};
-    while (!ready) std::this_thread::yield();
-    {
-        faults::Refuse const refuse{"parkingWake"};
-        EXPECT_FALSE(parking.wake());
-        EXPECT_EQ(ORN::os::lastError(), 6u);
-    }
-    EXPECT_TRUE(parking.wake());
-    sleeper.join();
-    EXPECT_EQ(parking.sleep(ticket, infinite), waitObject);
-    parking.giveBack(ticket);
 }
 
 }

@@ -105,21 +105,4 @@ TEST(TextLineIterator, EndsAndEquality) {
     static_assert(std::bidirectional_iterator<Iterator>);
 }
 
-TEST(TextLineIterator, Helpers) {
-    using Iterator = TextLineIterator<char const*>;
-    char const text[] = "ab\r\r\n\ncd";
-    char const* const e = text + 8;
-    EXPECT_EQ(Iterator::findEOL(text, e), text + 2);
-    EXPECT_EQ(Iterator::findEOL(text + 6, e), e);
-    EXPECT_EQ(Iterator::skipEOL(text, e), text);
-    EXPECT_EQ(Iterator::skipEOL(text + 2, e), text + 5);
-    EXPECT_EQ(Iterator::skipEOL(text + 2, text + 4), text + 4);
-    EXPECT_EQ(Iterator::backFindEOL(e, text), text + 6);
-    EXPECT_EQ(Iterator::backFindEOL(text + 2, text), text);
-    EXPECT_EQ(Iterator::backSkipEOL(text + 6, text), text + 5);
-    EXPECT_EQ(Iterator::backSkipEOL(text + 5, text), text + 2);
-    EXPECT_EQ(Iterator::backSkipEOL(text + 5, text + 3), text + 3);
-    EXPECT_EQ(Iterator::backSkipEOL(text, text), text);
-}
-
 }

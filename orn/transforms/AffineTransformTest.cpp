@@ -12,35 +12,10 @@ template <class D>
 class AffineOfDimension : public testing::Test {};
 TYPED_TEST_SUITE(AffineOfDimension, PlaneAndSpace);
 
-TYPED_TEST(AffineOfDimension, DefaultIsTheIdentity) {
-    constexpr int N = TypeParam::value;
-    NonUniformTransform<N> const identity;
-    expectNear(identity.homogeneous(), Matrix<N + 1>{}, 0);
-    EXPECT_FALSE(identity.mirroring());
-}
-
-TYPED_TEST(AffineOfDimension, HomogeneousMatrixMapsAsTheTransform) {
-    constexpr int N = TypeParam::value;
-    Random<N> random{2};
-    for (int round = 0; round < 100; ++round) {
-        NonUniformTransform<N> const t = random.nonUniform();
-        Point<N> const p = random.point();
-        double row[N + 1];
-        p.packToPod(row);
-        row[N] = 1;
-        Vector<N + 1> const image{Vector<N + 1>{row}, t.homogeneous()};
-        for (int i = 0; i < N; ++i) EXPECT_EQ(image[i], (p * t)[i]);
-        EXPECT_EQ(image[N], 1);
-
-        double rows[N + 1][N];
-        t.packToPod(rows);
-        auto const again = NonUniformTransform<N>::createFromPod(rows);
-        EXPECT_TRUE(p * again == p * t && again.translation() == t.translation());
-    }
-}
-
 TYPED_TEST(AffineOfDimension, LawsOfApplication) {
     constexpr int N = TypeParam::value;
+    expectNear(NonUniformTransform<N>{}.homogeneous(), Matrix<N + 1>{}, 0);
+    EXPECT_FALSE(NonUniformTransform<N>{}.mirroring());
     Random<N> random{3};
     for (int round = 0; round < 200; ++round) {
         NonUniformTransform<N> const a = random.nonUniform();
@@ -54,12 +29,22 @@ TYPED_TEST(AffineOfDimension, LawsOfApplication) {
         expectNear((p + v) * a, p * a + v * a, 1e-12);
         EXPECT_EQ(Point<N>{} * a, Point<N>{} + a.translation());
 
-        NonUniformTransform<N> ab{a};
+        // The homogeneous matrix and the packed rows map as the transform.
+        double row[N + 1], rows[N + 1][N];
+        p.packToPod(row);
+        row[N] = 1;
+        Vector<N + 1> const image{Vector<N + 1>{row}, a.homogeneous()};
+        for (int i = 0; i < N; ++i) EXPECT_EQ(image[i], (p * a)[i]);
+        EXPECT_EQ(image[N], 1);
+        a.packToPod(rows);
+        auto const again = NonUniformTransform<N>::createFromPod(rows);
+        EXPECT_TRUE(p * again == p * a && again.translation() == a.translation());
+
+        NonUniformTransform<N> ab{a}, self{a};
         ab *= b;
         expectNear(p * ab, p * a * b, 1e-12);
         ab /= b;
         expectNear(p * ab, p * a, 1e-12);
-        NonUniformTransform<N> self{a};
         self /= self;
         expectNear(self.homogeneous(), Matrix<N + 1>{}, 1e-12);
 
