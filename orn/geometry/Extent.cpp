@@ -5,14 +5,14 @@
 #include <ostream>
 
 // clang-format off
-constinit Extent<1> const Extent<1>::m_everything{EverythingTag{}};
-constinit Extent<1> const Extent<1>::m_nothing{};
-constinit Extent<2> const Extent<2>::m_everything{EverythingTag{}};
-constinit Extent<2> const Extent<2>::m_nothing{};
-constinit Extent<3> const Extent<3>::m_everything{EverythingTag{}};
-constinit Extent<3> const Extent<3>::m_nothing{};
-// clang-format on
+template <> constinit Extent<1> const Extent<1>::m_everything{EverythingTag{}};
+template <> constinit Extent<1> const Extent<1>::m_nothing{};
+template <> constinit Extent<2> const Extent<2>::m_everything{EverythingTag{}};
+template <> constinit Extent<2> const Extent<2>::m_nothing{};
+template <> constinit Extent<3> const Extent<3>::m_everything{EverythingTag{}};
+template <> constinit Extent<3> const Extent<3>::m_nothing{};
 
-std::wostream& Extent<1>::putOn(std::wostream& os) const { return ORN::putBounds(os, box_); }
-std::wostream& Extent<2>::putOn(std::wostream& os) const { return ORN::putBounds(os, box_); }
-std::wostream& Extent<3>::putOn(std::wostream& os) const { return ORN::putBounds(os, box_); }
+template <> std::wostream& Extent<1>::putOn(std::wostream& os) const { return ORN::putBounds(os, box_); }
+template <> std::wostream& Extent<2>::putOn(std::wostream& os) const { return ORN::putBounds(os, box_); }
+template <> std::wostream& Extent<3>::putOn(std::wostream& os) const { return ORN::putBounds(os, box_); }
+// clang-format on

@@ -44,16 +44,16 @@ struct Bounds {
     }
 
     /// Row 0 is lo, row 1 hi; not ordered.
-    /// @{
     static constexpr Bounds fromRows(T const (*rows)[N]) noexcept {
         Bounds box{};
         for (int i = 0; i < N; ++i) box.lo[i] = rows[0][i], box.hi[i] = rows[1][i];
         return box;
     }
+
+    /// Row 0 is lo, row 1 hi.
     constexpr void packToPod(T (*rows)[N]) const noexcept {
         for (int i = 0; i < N; ++i) rows[0][i] = lo[i], rows[1][i] = hi[i];
     }
-    /// @}
 
     /// Grows to hold the point.
     template <class P>
@@ -121,7 +121,7 @@ struct Bounds {
         return box.degenerate() ? nothing() : box;
     }
 
-    /// See Extent<1>::update.
+    /// See Extent::update.
     constexpr bool update(Bounds const& before, Bounds const& after) noexcept {
         bool exact = true;
         for (int i = 0; i < N; ++i) {
@@ -140,15 +140,13 @@ struct Bounds {
 
 }
 
-/// A box along the axes: Extent<1>, Extent<2>, Extent<3>.
-template <int N>
-class Extent;
-
 /// A box is degenerate (empty) when lo > hi on some axis; a single point is not. The empty box has one canonical value,
 /// nothing(), which is the identity of | and what & gives for disjoint boxes. Both bounds are inclusive. Boxes are ordered
 /// by containment: a < b means that a lies within b and differs from it.
-template <>
-class ORN_API Extent<1> {
+template <int N>
+class Extent {
+    static_assert(1 <= N && N <= 3, "extents have one to three dimensions");
+
 public:
     static Extent const m_everything;  ///< every bound an extreme of the component type
     static Extent const m_nothing;     ///< the canonical empty box
@@ -156,29 +154,30 @@ public:
     static Extent const& nothing() noexcept { return m_nothing; }        ///< m_nothing
 
     constexpr Extent() noexcept = default;                                                        ///< nothing()
-    constexpr Extent(Point<1> const& a, Point<1> const& b) noexcept : box_{Box::around(a, b)} {}  ///< in any order
-    explicit constexpr Extent(double const (*rows)[1]) noexcept : box_{Box::fromRows(rows)} {}  ///< lo, hi; not ordered
-    constexpr void packToPod(double (*rows)[1]) const noexcept { box_.packToPod(rows); }        ///< lo, hi
+    constexpr Extent(Point<N> const& a, Point<N> const& b) noexcept : box_{Box::around(a, b)} {}  ///< in any order
+    explicit constexpr Extent(double const (*rows)[N]) noexcept : box_{Box::fromRows(rows)} {}  ///< lo, hi; not ordered
+    constexpr void packToPod(double (*rows)[N]) const noexcept { box_.packToPod(rows); }        ///< lo, hi
 
-    constexpr Point<1> lo() const noexcept { return Point<1>{box_.lo}; }  ///< the corner of the lower bounds
-    constexpr Point<1> hi() const noexcept { return Point<1>{box_.hi}; }  ///< of the upper bounds
+    constexpr Point<N> lo() const noexcept { return Point<N>{box_.lo}; }  ///< the corner of the lower bounds
+    constexpr Point<N> hi() const noexcept { return Point<N>{box_.hi}; }  ///< of the upper bounds
     constexpr double lo(int i) const noexcept { return box_.lo[i]; }      ///< i must be an axis
     constexpr double hi(int i) const noexcept { return box_.hi[i]; }      ///< as lo
-    /// Half of the sum of the bounds.
-    constexpr Point<1> centre() const noexcept { return Point<1>{(box_.lo[0] + box_.hi[0]) * 0.5}; }
-    constexpr Point<1> corner(unsigned int k) const noexcept {  ///< bit i of k: hi on axis i, else lo
-        return Point<1>{(k & 1u ? box_.hi : box_.lo)[0]};
+    constexpr Point<N> centre() const noexcept {                          ///< half of the sum of the bounds
+        return pointOf([this](int i) { return (box_.lo[i] + box_.hi[i]) * 0.5; });
+    }
+    constexpr Point<N> corner(unsigned int k) const noexcept {  ///< bit i of k: hi on axis i, else lo
+        return pointOf([this, k](int i) { return (k >> i & 1u ? box_.hi : box_.lo)[i]; });
     }
 
     constexpr bool degenerate() const noexcept { return box_.degenerate(); }  ///< empty: lo > hi on some axis
-    constexpr bool contains(Point<1> const& p) const noexcept { return box_.contains(p); }  ///< true for NaN
+    constexpr bool contains(Point<N> const& p) const noexcept { return box_.contains(p); }  ///< true for NaN
 
     /// Grown by a point; the box around both; what both hold, or nothing().
     /// @{
-    constexpr Extent operator+(Point<1> const& p) const noexcept { return Extent{*this} += p; }
+    constexpr Extent operator+(Point<N> const& p) const noexcept { return Extent{*this} += p; }
     constexpr Extent operator|(Extent const& b) const noexcept { return Extent{*this} |= b; }
     constexpr Extent operator&(Extent const& b) const noexcept { return Extent{*this} &= b; }
-    constexpr Extent& operator+=(Point<1> const& p) noexcept {
+    constexpr Extent& operator+=(Point<N> const& p) noexcept {
         box_.include(p);
         return *this;
     }
@@ -210,174 +209,40 @@ public:
     constexpr bool operator>(Extent const& b) const noexcept { return b < *this; }
     /// @}
 
-    /// Written as (0):(1), or as degenerate.
+    /// Written as (0,0):(1,1), with as many coordinates as axes, or as degenerate.
     friend std::wostream& operator<<(std::wostream& os, Extent const& e) { return e.putOn(os); }
 
 private:
-    using Box = ORN::Bounds<double, 1>;
+    using Box = ORN::Bounds<double, N>;
     struct EverythingTag {};
 
     explicit constexpr Extent(EverythingTag) noexcept : box_{Box::everything()} {}
     explicit constexpr Extent(Box const& box) noexcept : box_{box} {}
     std::wostream& putOn(std::wostream& os) const;
 
-    Box box_ = Box::nothing();
-};
-
-/// A box of the plane, by the rules of Extent<1>.
-template <>
-class ORN_API Extent<2> {
-public:
-    static Extent const m_everything;  ///< every bound an extreme of the component type
-    static Extent const m_nothing;     ///< the canonical empty box
-    static Extent const& everything() noexcept { return m_everything; }  ///< m_everything
-    static Extent const& nothing() noexcept { return m_nothing; }        ///< m_nothing
-
-    constexpr Extent() noexcept = default;                                                        ///< nothing()
-    constexpr Extent(Point<2> const& a, Point<2> const& b) noexcept : box_{Box::around(a, b)} {}  ///< in any order
-    explicit constexpr Extent(double const (*rows)[2]) noexcept : box_{Box::fromRows(rows)} {}  ///< lo, hi; not ordered
-    constexpr void packToPod(double (*rows)[2]) const noexcept { box_.packToPod(rows); }        ///< lo, hi
-
-    constexpr Point<2> lo() const noexcept { return Point<2>{box_.lo}; }  ///< the corner of the lower bounds
-    constexpr Point<2> hi() const noexcept { return Point<2>{box_.hi}; }  ///< of the upper bounds
-    constexpr double lo(int i) const noexcept { return box_.lo[i]; }      ///< i must be an axis
-    constexpr double hi(int i) const noexcept { return box_.hi[i]; }      ///< as lo
-    constexpr Point<2> centre() const noexcept {                          ///< half of the sum of the bounds
-        return {(box_.lo[0] + box_.hi[0]) * 0.5, (box_.lo[1] + box_.hi[1]) * 0.5};
+    template <typename Coordinate>
+    static constexpr Point<N> pointOf(Coordinate at) noexcept {
+        if constexpr (N == 1) {
+            return Point<N>{at(0)};
+        } else if constexpr (N == 2) {
+            return {at(0), at(1)};
+        } else {
+            return {at(0), at(1), at(2)};
+        }
     }
-    constexpr Point<2> corner(unsigned int k) const noexcept {  ///< bit i of k: hi on axis i, else lo
-        return {(k & 1u ? box_.hi : box_.lo)[0], (k & 2u ? box_.hi : box_.lo)[1]};
-    }
-
-    constexpr bool degenerate() const noexcept { return box_.degenerate(); }  ///< empty: lo > hi on some axis
-    constexpr bool contains(Point<2> const& p) const noexcept { return box_.contains(p); }  ///< true for NaN
-
-    /// Grown by a point; the box around both; what both hold, or nothing().
-    /// @{
-    constexpr Extent operator+(Point<2> const& p) const noexcept { return Extent{*this} += p; }
-    constexpr Extent operator|(Extent const& b) const noexcept { return Extent{*this} |= b; }
-    constexpr Extent operator&(Extent const& b) const noexcept { return Extent{*this} &= b; }
-    constexpr Extent& operator+=(Point<2> const& p) noexcept {
-        box_.include(p);
-        return *this;
-    }
-    constexpr Extent& operator|=(Extent const& b) noexcept {
-        box_.unite(b.box_);
-        return *this;
-    }
-    constexpr Extent& operator&=(Extent const& b) noexcept {
-        box_.intersect(b.box_);
-        return *this;
-    }
-    /// @}
-
-    /// The box with every side moved out by d, in for a negative d; nothing() when shrunk past the centre.
-    constexpr Extent dilate(double d) const noexcept { return Extent{box_.dilated(d)}; }
-
-    /// Maintains the union of many parts when one of them changes: false when the union must be formed anew, because
-    /// the part gave up a bound that it had reached.
-    constexpr bool update(Extent const& before, Extent const& after) noexcept {
-        return box_.update(before.box_, after.box_);
-    }
-
-    /// Equality is that of all bounds; the order is containment.
-    /// @{
-    constexpr bool operator==(Extent const& b) const noexcept { return box_.same(b.box_); }
-    constexpr bool operator<=(Extent const& b) const noexcept { return box_.within(b.box_); }
-    constexpr bool operator>=(Extent const& b) const noexcept { return b <= *this; }
-    constexpr bool operator<(Extent const& b) const noexcept { return *this <= b && *this != b; }
-    constexpr bool operator>(Extent const& b) const noexcept { return b < *this; }
-    /// @}
-
-    /// Written as (0,0):(1,1), or as degenerate.
-    friend std::wostream& operator<<(std::wostream& os, Extent const& e) { return e.putOn(os); }
-
-private:
-    using Box = ORN::Bounds<double, 2>;
-    struct EverythingTag {};
-
-    explicit constexpr Extent(EverythingTag) noexcept : box_{Box::everything()} {}
-    explicit constexpr Extent(Box const& box) noexcept : box_{box} {}
-    std::wostream& putOn(std::wostream& os) const;
 
     Box box_ = Box::nothing();
 };
 
-/// A box of space, by the rules of Extent<1>.
-template <>
-class ORN_API Extent<3> {
-public:
-    static Extent const m_everything;  ///< every bound an extreme of the component type
-    static Extent const m_nothing;     ///< the canonical empty box
-    static Extent const& everything() noexcept { return m_everything; }  ///< m_everything
-    static Extent const& nothing() noexcept { return m_nothing; }        ///< m_nothing
-
-    constexpr Extent() noexcept = default;                                                        ///< nothing()
-    constexpr Extent(Point<3> const& a, Point<3> const& b) noexcept : box_{Box::around(a, b)} {}  ///< in any order
-    explicit constexpr Extent(double const (*rows)[3]) noexcept : box_{Box::fromRows(rows)} {}  ///< lo, hi; not ordered
-    constexpr void packToPod(double (*rows)[3]) const noexcept { box_.packToPod(rows); }        ///< lo, hi
-
-    constexpr Point<3> lo() const noexcept { return Point<3>{box_.lo}; }  ///< the corner of the lower bounds
-    constexpr Point<3> hi() const noexcept { return Point<3>{box_.hi}; }  ///< of the upper bounds
-    constexpr double lo(int i) const noexcept { return box_.lo[i]; }      ///< i must be an axis
-    constexpr double hi(int i) const noexcept { return box_.hi[i]; }      ///< as lo
-    constexpr Point<3> centre() const noexcept {                          ///< half of the sum of the bounds
-        return {(box_.lo[0] + box_.hi[0]) * 0.5, (box_.lo[1] + box_.hi[1]) * 0.5, (box_.lo[2] + box_.hi[2]) * 0.5};
-    }
-    constexpr Point<3> corner(unsigned int k) const noexcept {  ///< bit i of k: hi on axis i, else lo
-        return {(k & 1u ? box_.hi : box_.lo)[0], (k & 2u ? box_.hi : box_.lo)[1], (k & 4u ? box_.hi : box_.lo)[2]};
-    }
-
-    constexpr bool degenerate() const noexcept { return box_.degenerate(); }  ///< empty: lo > hi on some axis
-    constexpr bool contains(Point<3> const& p) const noexcept { return box_.contains(p); }  ///< true for NaN
-
-    /// Grown by a point; the box around both; what both hold, or nothing().
-    /// @{
-    constexpr Extent operator+(Point<3> const& p) const noexcept { return Extent{*this} += p; }
-    constexpr Extent operator|(Extent const& b) const noexcept { return Extent{*this} |= b; }
-    constexpr Extent operator&(Extent const& b) const noexcept { return Extent{*this} &= b; }
-    constexpr Extent& operator+=(Point<3> const& p) noexcept {
-        box_.include(p);
-        return *this;
-    }
-    constexpr Extent& operator|=(Extent const& b) noexcept {
-        box_.unite(b.box_);
-        return *this;
-    }
-    constexpr Extent& operator&=(Extent const& b) noexcept {
-        box_.intersect(b.box_);
-        return *this;
-    }
-    /// @}
-
-    /// The box with every side moved out by d, in for a negative d; nothing() when shrunk past the centre.
-    constexpr Extent dilate(double d) const noexcept { return Extent{box_.dilated(d)}; }
-
-    /// Maintains the union of many parts when one of them changes: false when the union must be formed anew, because
-    /// the part gave up a bound that it had reached.
-    constexpr bool update(Extent const& before, Extent const& after) noexcept {
-        return box_.update(before.box_, after.box_);
-    }
-
-    /// Equality is that of all bounds; the order is containment.
-    /// @{
-    constexpr bool operator==(Extent const& b) const noexcept { return box_.same(b.box_); }
-    constexpr bool operator<=(Extent const& b) const noexcept { return box_.within(b.box_); }
-    constexpr bool operator>=(Extent const& b) const noexcept { return b <= *this; }
-    constexpr bool operator<(Extent const& b) const noexcept { return *this <= b && *this != b; }
-    constexpr bool operator>(Extent const& b) const noexcept { return b < *this; }
-    /// @}
-
-    /// Written as (0,0,0):(1,1,1), or as degenerate.
-    friend std::wostream& operator<<(std::wostream& os, Extent const& e) { return e.putOn(os); }
-
-private:
-    using Box = ORN::Bounds<double, 3>;
-    struct EverythingTag {};
-
-    explicit constexpr Extent(EverythingTag) noexcept : box_{Box::everything()} {}
-    explicit constexpr Extent(Box const& box) noexcept : box_{box} {}
-    std::wostream& putOn(std::wostream& os) const;
-
-    Box box_ = Box::nothing();
-};
+// The library holds these: a template's own would keep it, once loaded, from being unloaded.
+// clang-format off
+template <> ORN_API Extent<1> const Extent<1>::m_everything;
+template <> ORN_API Extent<1> const Extent<1>::m_nothing;
+template <> ORN_API Extent<2> const Extent<2>::m_everything;
+template <> ORN_API Extent<2> const Extent<2>::m_nothing;
+template <> ORN_API Extent<3> const Extent<3>::m_everything;
+template <> ORN_API Extent<3> const Extent<3>::m_nothing;
+template <> ORN_API std::wostream& Extent<1>::putOn(std::wostream& os) const;
+template <> ORN_API std::wostream& Extent<2>::putOn(std::wostream& os) const;
+template <> ORN_API std::wostream& Extent<3>::putOn(std::wostream& os) const;
+// clang-format on

@@ -5,11 +5,11 @@
 #include <ostream>
 
 // clang-format off
-constinit IExtent<2> const IExtent<2>::m_everything{EverythingTag{}};
-constinit IExtent<2> const IExtent<2>::m_nothing{};
-constinit IExtent<3> const IExtent<3>::m_everything{EverythingTag{}};
-constinit IExtent<3> const IExtent<3>::m_nothing{};
-// clang-format on
+template <> constinit IExtent<2> const IExtent<2>::m_everything{EverythingTag{}};
+template <> constinit IExtent<2> const IExtent<2>::m_nothing{};
+template <> constinit IExtent<3> const IExtent<3>::m_everything{EverythingTag{}};
+template <> constinit IExtent<3> const IExtent<3>::m_nothing{};
 
-std::wostream& IExtent<2>::putOn(std::wostream& os) const { return ORN::putBounds(os, box_); }
-std::wostream& IExtent<3>::putOn(std::wostream& os) const { return ORN::putBounds(os, box_); }
+template <> std::wostream& IExtent<2>::putOn(std::wostream& os) const { return ORN::putBounds(os, box_); }
+template <> std::wostream& IExtent<3>::putOn(std::wostream& os) const { return ORN::putBounds(os, box_); }
+// clang-format on
