@@ -1,5 +1,6 @@
 // orn-plot: a drawing goes in, a picture and a table come out.
 #include "drawing/Picture.h"
+#include "drawing/Program.h"
 #include "drawing/Reading.h"
 #include "drawing/Render.h"
 #include "drawing/System.h"
@@ -8,12 +9,9 @@
 
 #include "orn/colour/ContextGdiplus.h"
 #include "orn/foundation/Error.h"
-#include "orn/text/Encoding.h"
 
 #include <chrono>
 #include <cstdio>
-#include <new>
-#include <string>
 
 namespace {
 
@@ -42,12 +40,6 @@ private:
     bool shown_ = false;
 };
 
-void write(std::string const& text, std::FILE* stream) {
-    if (std::fwrite(text.data(), 1, text.size(), stream) != text.size() || std::fflush(stream) != 0) {
-        throw ORN::OrnError{L"orn-plot: the table cannot be written"};
-    }
-}
-
 drawing::Drawing read(std::wstring const& file) {
     Progress progress;
     return drawing::readDrawing(file, [&](std::uint64_t rows) { progress.show(rows); });
@@ -66,34 +58,14 @@ void run(plot::Options const& options) {
     drawing::Drawing const drawing = read(options.drawing);
     drawing::Page const page = placed(drawing, options);
     drawing::savePicture(drawing::renderPage(drawing, page), options.picture);
-    write(plot::table(drawing), stdout);
-}
-
-int fail(std::string text) {
-    for (char& c : text) {
-        if (static_cast<unsigned char>(c) < ' ') c = ' ';  // one line, whatever a file name or a field holds
-    }
-    std::fprintf(stderr, "%s\n", text.c_str());
-    return 1;
+    drawing::print(plot::table(drawing));
 }
 
 }
 
 int main(int argc, char* argv[]) {
-    try {
-        drawing::prepareOutput();
-        plot::Options const options = plot::parseOptions(drawing::arguments(argc, argv));
-        if (options.help) {
-            write(plot::usage, stdout);
-        } else {
-            run(options);
-        }
-        return 0;
-    } catch (ORN::OrnError const& error) {
-        return fail(utf8(error.wWhat()));
-    } catch (std::bad_alloc const&) {
-        return fail("orn-plot: there is not enough memory");
-    } catch (std::exception const& error) {
-        return fail(std::string{"orn-plot: "} + error.what());
-    }
+    return drawing::runProgram("orn-plot", argc, argv, [](std::vector<std::wstring> const& arguments) {
+        plot::Options const options = plot::parseOptions(arguments);
+        options.help ? drawing::print(plot::usage) : run(options);
+    });
 }

@@ -1,16 +1,12 @@
 // orn-view: drawings in windows, drawn in the background.
-#include "drawing/System.h"
+#include "drawing/Program.h"
 #include "view/Options.h"
 #include "view/Player.h"
 
 #include "orn/colour/ContextGdiplus.h"
-#include "orn/foundation/Error.h"
-#include "orn/text/Encoding.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <deque>
-#include <new>
 
 #include <commctrl.h>
 
@@ -69,31 +65,11 @@ void run(view::Options const& options) {
     log.close();
 }
 
-int fail(std::string text) {
-    for (char& c : text) {
-        if (static_cast<unsigned char>(c) < ' ') c = ' ';  // one line, whatever a file name holds
-    }
-    std::fprintf(stderr, "%s\n", text.c_str());
-    return 1;
-}
-
 }
 
 int main(int argc, char* argv[]) {
-    try {
-        drawing::prepareOutput();
-        view::Options const options = view::parseOptions(drawing::arguments(argc, argv));
-        if (options.help) {
-            if (std::fputs(view::usage, stdout) < 0 || std::fflush(stdout) != 0) return fail("orn-view: no output");
-        } else {
-            run(options);
-        }
-        return 0;
-    } catch (ORN::OrnError const& error) {
-        return fail(utf8(error.wWhat()));
-    } catch (std::bad_alloc const&) {
-        return fail("orn-view: there is not enough memory");
-    } catch (std::exception const& error) {
-        return fail(std::string{"orn-view: "} + error.what());
-    }
+    return drawing::runProgram("orn-view", argc, argv, [](std::vector<std::wstring> const& arguments) {
+        view::Options const options = view::parseOptions(arguments);
+        options.help ? drawing::print(view::usage) : run(options);
+    });
 }

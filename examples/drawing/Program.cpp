@@ -1,0 +1,47 @@
+#include "drawing/Program.h"
+
+#include "drawing/System.h"
+
+#include "orn/foundation/Error.h"
+#include "orn/text/Encoding.h"
+
+#include <cstdio>
+#include <new>
+#include <stdexcept>
+
+namespace drawing {
+
+namespace {
+
+int fail(std::string text) {
+    for (char& c : text) {
+        if (static_cast<unsigned char>(c) < ' ') c = ' ';  // one line, whatever a file name or a field holds
+    }
+    std::fprintf(stderr, "%s\n", text.c_str());
+    return 1;
+}
+
+}
+
+int runProgram(std::string const& name, int argc, char* const argv[],
+               std::function<void(std::vector<std::wstring> const&)> const& body) {
+    try {
+        prepareOutput();
+        body(arguments(argc, argv));
+        return 0;
+    } catch (ORN::OrnError const& error) {
+        return fail(utf8(error.wWhat()));
+    } catch (std::bad_alloc const&) {
+        return fail(name + ": there is not enough memory");
+    } catch (std::exception const& error) {
+        return fail(name + ": " + error.what());
+    }
+}
+
+void print(std::string const& text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
+        throw std::runtime_error{"standard output cannot be written"};
+    }
+}
+
+}

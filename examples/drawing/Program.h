@@ -1,0 +1,18 @@
+/// What the programs' main functions have in common.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace drawing {
+
+/// Calls `body` with the arguments behind the program's name. Gives the exit code: 0, or 1 after one line on standard error
+/// that says what `body` threw.
+int runProgram(std::string const& name, int argc, char* const argv[],
+               std::function<void(std::vector<std::wstring> const&)> const& body);
+
+/// Writes the whole text to standard output, or throws a std::runtime_error.
+void print(std::string const& text);
+
+}
