@@ -36,22 +36,10 @@ TEST(DIBitmap, HeadersAreThoseOfABitmapFile) {
         DIBitmap bitmap{g.width, g.height, g.bitCount, g.colours};
         auto const height = static_cast<unsigned int>(g.height);
         unsigned int offset = 0;
-        for (auto const& [size, value] : {std::pair{2u, 19778u},
-                                          {4, g.bitsAt + g.imageSize},
-                                          {2, 0},
-                                          {2, 0},
-                                          {4, g.bitsAt},
-                                          {4, 40},
-                                          {4, g.width},
-                                          {4, height},
-                                          {2, 1},
-                                          {2, g.bitCount},
-                                          {4, 0},
-                                          {4, 0},
-                                          {4, 0},
-                                          {4, 0},
-                                          {4, g.colours},
-                                          {4, 0}}) {
+        // clang-format off
+        for (auto const& [size, value] : {std::pair{2u, 19778u}, {4, g.bitsAt + g.imageSize}, {2, 0}, {2, 0}, {4, g.bitsAt},
+                                          {4, 40}, {4, g.width}, {4, height}, {2, 1}, {2, g.bitCount}, {4, 0}, {4, 0},
+                                          {4, 0}, {4, 0}, {4, g.colours}, {4, 0}}) {  // clang-format on
             EXPECT_EQ(field(bitmap, offset, size), value) << "at " << offset;
             offset += size;
         }
@@ -124,17 +112,15 @@ TEST(DIBitmap, SizesThatDoNotFitAreRefused) {
         int height;
         unsigned short bitCount;
         unsigned int colours;
+        // clang-format off
     } const refused[] = {
-        {1, INT_MIN, 1, 0},  // no |height|
-        {0, INT_MIN, 0, 0},
-        {0x08000000, 1, 32, 0},    // width x bits is 2^32
-        {0x0FFFFFFF, 1, 16, 0},    // with 31 more bits it is
-        {0x10000, 0x4000, 32, 0},  // the image is 2^32
-        {0x10000, -0x4000, 32, 0},
-        {0x10000, 0x3FFF, 32, 0x10000},  // with its colour table it is
-        {1, 1, 8, 0x40000000},           // the colour table alone is 2^32
+        {1, INT_MIN, 1, 0}, {0, INT_MIN, 0, 0},               // no |height|
+        {0x08000000, 1, 32, 0}, {0x0FFFFFFF, 1, 16, 0},       // width x bits is 2^32, the second time with 31 more bits
+        {0x10000, 0x4000, 32, 0}, {0x10000, -0x4000, 32, 0},  // the image is 2^32
+        {0x10000, 0x3FFF, 32, 0x10000},                       // with its colour table it is
+        {1, 1, 8, 0x40000000},                                // the colour table alone is
         {0xFFFFFFFF, INT_MAX, 0xFFFF, 0xFFFFFFFF},
-    };
+    };  // clang-format on
     for (auto const& r : refused)
         EXPECT_THROW((DIBitmap{r.width, r.height, r.bitCount, r.colours}), std::bad_alloc)
             << r.width << " x " << r.height;

@@ -171,9 +171,8 @@ TEST(EventSubscription, CarriesEveryKindOfValue) {
     EXPECT_EQ(seen, L"plain event same");
 }
 
-TEST(EventSubscription, CallbacksMayAnnounceAgain) {
-    IntList const list = EVSubscriptionList<int>::create();
-    IntList const other = EVSubscriptionList<int>::create();
+TEST(EventSubscription, CallbacksMayAnnounceAndSubscribe) {
+    IntList const list = EVSubscriptionList<int>::create(), other = EVSubscriptionList<int>::create();
     std::string log;
     EVCallableSubscription const subscription{*list, [&](int value) {
                                                   log += std::to_string(value);

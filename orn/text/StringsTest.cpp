@@ -81,19 +81,13 @@ TEST(Strings, PackingCutsAsLaidDown) {
     struct {
         std::wstring text;
         std::size_t size, copied;
-    } const cases[] = {{L"abcde", 1, 0},
-                       {L"abcde", 3, 2},
-                       {L"abcde", 5, 4},
-                       {L"abcde", 6, 5},
-                       {L"abcde", 9, 5},
-                       {L"", 1, 0},
-                       {L"", 4, 0},
-                       {{L'a', L'b', lead, trail, L'c'}, 3, 1},  // the first unit cut off leads a pair
-                       {{L'a', lead, trail, L'b', L'c'}, 3, 2},  // a pair across the cut is split
-                       {{lead, trail}, 1, 0},
-                       {{L'a', L'b', lead}, 4, 3},
-                       {{L'a', lead}, 2, 0},
-                       {std::wstring(L"a\0b", 3), 4, 3}};
+    } const cases[] = {
+        // clang-format off
+        {L"abcde", 1, 0}, {L"abcde", 3, 2}, {L"abcde", 5, 4}, {L"abcde", 6, 5}, {L"abcde", 9, 5}, {L"", 1, 0}, {L"", 4, 0},
+        {{L'a', L'b', lead, trail, L'c'}, 3, 1},  // the first unit cut off leads a pair
+        {{L'a', lead, trail, L'b', L'c'}, 3, 2},  // a pair across the cut is split
+        {{lead, trail}, 1, 0}, {{L'a', L'b', lead}, 4, 3}, {{L'a', lead}, 2, 0}, {std::wstring(L"a\0b", 3), 4, 3},
+    };  // clang-format on
     for (auto const& [text, size, copied] : cases) {
         wchar_t buffer[12];
         std::fill_n(buffer, 12, L'#');

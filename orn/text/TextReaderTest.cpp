@@ -121,27 +121,15 @@ TEST(TextReader, WhatIsNoTextIsAnError) {
     struct {
         TextEncoding encoding;
         std::string bytes;
+        // clang-format off
     } const cases[] = {
-        {encUTF8, "\xF8\x80\x80\x80\x80"},
-        {encUTF8, "\xFF"},
-        {encUTF8, "\xC3\xC1"},
-        {encUTF8, "\xE2\x82\xE9"},
-        {encUTF8, "\xC3"},
-        {encUTF8, "\xE2\x82"},
-        {encUTF8, "\xF0\x9F\x98"},
-        {encUTF8, "\xED\xA0\x80"},
-        {encUTF8, "\xED\xBF\xBF"},
-        {encUTF8, "\xF4\x90\x80\x80"},
-        {encUTF8, "\xF7\xBF\xBF\xBF"},
-        {encUTF16le, "\x00"s},
-        {encUTF16le, "\x00\xD8"s},
-        {encUTF16le, "\x00\xD8\x41\x00"s},
-        {encUTF16le, "\x00\xDC\x00\xD8"s},
-        {encUTF16le, "\x00\xD8\x00"s},
-        {encUTF16be, "\xDC\x00\x00\x41"s},
-        {encUTF16be, "\xD8\x00\xD8\x00"s},
-        {encUTF16, "\x00\xDC"s},
-    };
+        {encUTF8, "\xF8\x80\x80\x80\x80"}, {encUTF8, "\xFF"}, {encUTF8, "\xC3\xC1"}, {encUTF8, "\xE2\x82\xE9"},
+        {encUTF8, "\xC3"}, {encUTF8, "\xE2\x82"}, {encUTF8, "\xF0\x9F\x98"}, {encUTF8, "\xED\xA0\x80"},
+        {encUTF8, "\xED\xBF\xBF"}, {encUTF8, "\xF4\x90\x80\x80"}, {encUTF8, "\xF7\xBF\xBF\xBF"},
+        {encUTF16le, "\x00"s}, {encUTF16le, "\x00\xD8"s}, {encUTF16le, "\x00\xD8\x41\x00"s},
+        {encUTF16le, "\x00\xDC\x00\xD8"s}, {encUTF16le, "\x00\xD8\x00"s}, {encUTF16be, "\xDC\x00\x00\x41"s},
+        {encUTF16be, "\xD8\x00\xD8\x00"s}, {encUTF16, "\x00\xDC"s},
+    };  // clang-format on
     for (auto const& [encoding, bad] : cases)
         for (std::size_t const length : {1, 700}) {
             std::wstring const line(length, L'x');

@@ -96,12 +96,14 @@ TEST(TextWriter, TheBufferGoesOutWhenItIsFullAndNotBefore) {
     EXPECT_EQ(raw.bytes, std::string(1022, 'x') + "\xF0\x9F\x98\x80" + std::string(1020, 'y') + "zend");
 }
 
-TEST(TextWriter, DeletingWritesWhatIsLeftAndNeverThrows) {
-    MemoryWriter full{0};
+TEST(TextWriter, AWriteThatFailsKeepsTheBufferAndDeletingNeverThrows) {
+    MemoryWriter full{1000};
     std::unique_ptr<TextWriter> writer{TextWriter::create(full, encUTF8, false)};
-    writer->write(L"x");
+    EXPECT_THROW(writer->write(std::wstring(1025, L'x')), std::runtime_error);
+    EXPECT_THROW(writer->flush(), std::runtime_error);
     EXPECT_NO_THROW(writer.reset());
-    EXPECT_THAT(full.sizes, ElementsAre(1));
+    EXPECT_THAT(full.sizes, ElementsAre(1024, 1024, 1024));
+    EXPECT_EQ(full.flushes, 0);
 
     auto raw = std::make_unique<MemoryWriter>();
     writer.reset(TextWriter::create(*raw, encUTF8, true));
@@ -109,15 +111,6 @@ TEST(TextWriter, DeletingWritesWhatIsLeftAndNeverThrows) {
     EXPECT_EQ(raw->bytes, "\xEF\xBB\xBF");
     raw.reset();
     writer.reset();  // with an empty buffer it does not ask for the raw writer
-}
-
-TEST(TextWriter, AWriteThatFailsKeepsTheBuffer) {
-    MemoryWriter raw{1000};
-    std::unique_ptr<TextWriter> const writer{TextWriter::create(raw, encUTF8, false)};
-    EXPECT_THROW(writer->write(std::wstring(1025, L'x')), std::runtime_error);
-    EXPECT_THROW(writer->flush(), std::runtime_error);
-    EXPECT_THAT(raw.sizes, ElementsAre(1024, 1024));
-    EXPECT_EQ(raw.flushes, 0);
 }
 
 TEST(TextWriter, CreatingAndAppendingFiles) {
@@ -152,19 +145,15 @@ TEST(TextWriter, CreatingAndAppendingFiles) {
     }
     std::unique_ptr<TextWriter> { TextWriter::create(folder / L"new", textAppend, encUTF8) } -> write(L"n");
     EXPECT_EQ(folder.get("new"), "\xEF\xBB\xBFn");
-    EXPECT_THROW(TextWriter::create(folder / L"no/such/folder", textCreate, encUTF8), OrnError);
-    EXPECT_THROW(TextWriter::create(folder / L"no/such/folder", textAppend, encUTF8), OrnError);
-}
-
-TEST(TextWriter, ValuesThatAreNoEncodingGiveNullAndTouchNoFile) {
-    TemporaryFolder const folder;
-    MemoryWriter raw;
-    std::wstring const name = folder.put("file", "old");
+    for (TextOpenMode const mode : {textCreate, textAppend})
+        EXPECT_THROW(TextWriter::create(folder / L"no/such/folder", mode, encUTF8), OrnError);
     for (int const value : {-1, 5, 100}) {
-        EXPECT_EQ(TextWriter::create(raw, static_cast<TextEncoding>(value), true), nullptr);
-        EXPECT_EQ(TextWriter::create(name, textCreate, static_cast<TextEncoding>(value)), nullptr);
+        auto const none = static_cast<TextEncoding>(value);
+        MemoryWriter raw;
+        EXPECT_EQ(TextWriter::create(raw, none, true), nullptr);
+        EXPECT_EQ(TextWriter::create(folder / L"new", textCreate, none), nullptr);
     }
-    EXPECT_EQ(folder.get("file"), "old");
+    EXPECT_EQ(folder.get("new"), "\xEF\xBB\xBFn") << "it is touched by nobody";
 }
 
 TEST(TextWriter, WhatIsWrittenIsRead) {

@@ -44,17 +44,16 @@ void fail(Use use) {
 }
 
 void startTogether() {
-    std::atomic<int> ready{0}, active{0};
-    std::vector<std::thread> threads;
     int const count = 8;
-    for (int number = 0; number < count; ++number) {
+    std::atomic<int> ready{0}, active{0};
+    std::vector<std::jthread> threads;
+    for (int number = 0; number < count; ++number)
         threads.emplace_back([&] {
             ++ready;
             while (ready < count) std::this_thread::yield();
             active += DebugStream::isActive();
         });
-    }
-    for (std::thread& thread : threads) thread.join();
+    threads.clear();
     std::printf("active %d\n", active.load());
 }
 

@@ -5,10 +5,9 @@
 #include "orn/text/Quark.h"
 #include "orn/text/Url.h"
 #include "orn/threading/DrawThread.h"
+#include "tests/support/Tally.h"
 
-#include <condition_variable>
 #include <cstdint>
-#include <mutex>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -16,35 +15,19 @@
 
 namespace {
 
+/// A worker's first drawing is complete; another runs until it is aborted.
 class Drawing final : public DrawTask {
 public:
-    void abort() override {
-        std::lock_guard const lock{mutex_};
-        aborted_ = true;
-        changed_.notify_all();
-    }
+    void abort() override { ++aborts; }
     HWND key() const override { return reinterpret_cast<HWND>(std::uintptr_t{16}); }
-
-    /// A worker's first drawing is complete; another runs until it is aborted.
     bool run() override {
         static_cast<void>(Quark::create(L"drawn"));
-        std::unique_lock lock{mutex_};
-        ++runs_;
-        changed_.notify_all();
-        if (runs_ > 1) changed_.wait(lock, [&] { return aborted_; });
-        return !aborted_;
+        if (++runs == 1) return true;
+        aborts.reach(1);
+        return false;
     }
 
-    void waitForRun(int number) {
-        std::unique_lock lock{mutex_};
-        changed_.wait(lock, [&] { return runs_ >= number; });
-    }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    int runs_ = 0;
-    bool aborted_ = false;
+    Tally runs, aborts;
 };
 
 class Drawer final : public DrawThread {
@@ -76,9 +59,9 @@ void draw() {
     Drawing drawing;
     Drawer drawer;
     drawer.insert(drawing);
-    drawing.waitForRun(1);
+    drawing.runs.reach(1);
     drawer.insert(drawing);
-    drawing.waitForRun(2);
+    drawing.runs.reach(2);
     drawer.cancel(drawing.key(), ORN::Threading::BoringWaiter{});
     if (!drawer.finish(ORN::Threading::BoringWaiter{})) throw std::logic_error{"the worker died"};
 }
