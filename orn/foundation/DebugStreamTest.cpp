@@ -12,11 +12,9 @@
 namespace {
 
 TEST(DebugStream, WritesIntegersInBothBases) {
-    EXPECT_EQ(DebugStream::decimal(-1), L"-1");
-    EXPECT_EQ(DebugStream::decimal(INT_MIN), L"-2147483648");
-    EXPECT_EQ(DebugStream::hexadecimal(-1), L"ffffffff");
-    EXPECT_EQ(DebugStream::hexadecimal(0x1AF), L"1af");
-    EXPECT_EQ(DebugStream::hexadecimal(0), L"0");
+    EXPECT_EQ(DebugStream::decimal(-1) + DebugStream::decimal(INT_MIN), L"-1-2147483648");
+    EXPECT_EQ(DebugStream::hexadecimal(-1) + DebugStream::hexadecimal(0x1AF) + DebugStream::hexadecimal(0),
+              L"ffffffff1af0");
 }
 
 TEST(DebugStream, ALevelHoldsFromItsInsertionToTheEndOfItsScope) {

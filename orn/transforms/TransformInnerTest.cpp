@@ -104,12 +104,11 @@ TEST(TransformInner, ASliceToOneDimensionMapsExtentsOnly) {
 TEST(TransformInner, ResultsOfTheGenericOperations) {
     Random<3> random{52};
     std::unique_ptr<Transform<3>> const compound{random.perspective().composeWith(random.perspective())};
-    EXPECT_NE(dynamic_cast<CompoundTransform<3> const*>(compound.get()), nullptr);
-    std::unique_ptr<Transform<2>> const slice{compound->pSlice()};
-    EXPECT_NE(dynamic_cast<SlicedTransform<2> const*>(slice.get()), nullptr);
-    std::unique_ptr<Transform<2>> const further{slice->composeWith(*slice)};
-    EXPECT_NE(dynamic_cast<CompoundTransform<2> const*>(further.get()), nullptr);
+    std::unique_ptr<Transform<2>> const slice{compound->pSlice()}, further{slice->composeWith(*slice)};
     std::unique_ptr<Transform<1>> const line{slice->pSlice()};
+    EXPECT_NE(dynamic_cast<CompoundTransform<3> const*>(compound.get()), nullptr);
+    EXPECT_NE(dynamic_cast<SlicedTransform<2> const*>(slice.get()), nullptr);
+    EXPECT_NE(dynamic_cast<CompoundTransform<2> const*>(further.get()), nullptr);
     EXPECT_NE(dynamic_cast<SlicedTransform<1> const*>(line.get()), nullptr);
 }
 

@@ -161,17 +161,11 @@ public:
     T load() const {
         return static_cast<T>(Machine::step([this] { return value_; }));
     }
-    T fetch_add(T term) {
-        return change([term](T value) { return value + term; });
-    }
-    T fetch_sub(T term) {
-        return change([term](T value) { return value - term; });
-    }
-    T fetch_or(T bits) {
-        return change([bits](T value) { return value | bits; });
-    }
+    T fetch_add(T term) { return change(std::plus<T>{}, term); }
+    T fetch_sub(T term) { return change(std::minus<T>{}, term); }
+    T fetch_or(T bits) { return change(std::bit_or<T>{}, bits); }
     T exchange(T next) {
-        return change([next](T) { return next; });
+        return change([](T, T given) { return given; }, next);
     }
     bool compare_exchange_strong(T& expected, T next) {
         T const seen = static_cast<T>(Machine::step([&] {
@@ -186,8 +180,9 @@ public:
 
 private:
     template <typename Change>
-    T change(Change next) {
-        return static_cast<T>(Machine::step([&] { return std::exchange(value_, static_cast<T>(next(value_))); }));
+    T change(Change next, T operand) {
+        return static_cast<T>(
+            Machine::step([&] { return std::exchange(value_, static_cast<T>(next(value_, operand))); }));
     }
 
     T value_;
