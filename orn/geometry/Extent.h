@@ -235,6 +235,7 @@ private:
 };
 
 // The library holds these: a template's own would keep it, once loaded, from being unloaded.
+/// @cond
 // clang-format off
 template <> ORN_API Extent<1> const Extent<1>::m_everything;
 template <> ORN_API Extent<1> const Extent<1>::m_nothing;
@@ -246,3 +247,4 @@ template <> ORN_API std::wostream& Extent<1>::putOn(std::wostream& os) const;
 template <> ORN_API std::wostream& Extent<2>::putOn(std::wostream& os) const;
 template <> ORN_API std::wostream& Extent<3>::putOn(std::wostream& os) const;
 // clang-format on
+/// @endcond

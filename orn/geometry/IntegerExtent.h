@@ -73,6 +73,7 @@ private:
 };
 
 // The library holds these: a template's own would keep it, once loaded, from being unloaded.
+/// @cond
 // clang-format off
 template <> ORN_API IExtent<2> const IExtent<2>::m_everything;
 template <> ORN_API IExtent<2> const IExtent<2>::m_nothing;
@@ -81,3 +82,4 @@ template <> ORN_API IExtent<3> const IExtent<3>::m_nothing;
 template <> ORN_API std::wostream& IExtent<2>::putOn(std::wostream& os) const;
 template <> ORN_API std::wostream& IExtent<3>::putOn(std::wostream& os) const;
 // clang-format on
+/// @endcond
