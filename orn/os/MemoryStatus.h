@@ -7,7 +7,7 @@ namespace ORN::os {
 
 /// The system's MEMORYSTATUSEX as it is published: the length of the record itself, a percentage, and numbers of bytes.
 /// What a process may use at most, by the limits set for it, counts as what there is. Off Windows the page file is the
-/// physical memory and the swap space together, and the extended virtual memory, always 0 by now, is 0.
+/// physical memory and the swap space together, and the extended virtual memory is 0.
 struct MemoryStatus {
     DWORD length;
     DWORD memoryLoad;  ///< how much of the physical memory is in use, in percent
