@@ -37,7 +37,7 @@ public:
     constexpr MatrixRow<N> operator[](int row) const noexcept { return MatrixRow<N>{elements_[row]}; }  ///< not tested
     constexpr void packToPod(double (*const rows)[N]) const noexcept;  ///< fills N rows
 
-    double determinant() const;  ///< throws ORN::NotImplemented for order 4
+    double determinant() const;                   ///< throws ORN::NotImplemented for order 4
     constexpr Matrix transpose() const noexcept;  ///< rows for columns
     Matrix inverse() const noexcept;  ///< the adjugate over the determinant; order 4 by elimination with scaled pivots
 
@@ -45,6 +45,10 @@ public:
     /// @{
     constexpr Matrix& operator*=(Matrix const& b) noexcept { return *this = Matrix{elements_, b.elements_}; }
     Matrix& operator/=(Matrix const& b) noexcept { return *this *= b.inverse(); }
+    /// @}
+
+    /// a·b, and a times the inverse of b.
+    /// @{
     friend constexpr Matrix operator*(Matrix const& a, Matrix const& b) noexcept {
         return Matrix{a.elements_, b.elements_};
     }

@@ -44,12 +44,15 @@ public:
     /// @{
     constexpr Point& operator+=(Vector<1> const& v) noexcept { return *this = *this + v; }
     constexpr Point& operator-=(Vector<1> const& v) noexcept { return *this = *this - v; }
+    /// @}
 
+    /// The point moved by the vector.
+    /// @{
     friend constexpr Point operator+(Point const& p, Vector<1> const& v) noexcept { return Point{p.x_ + v.x()}; }
     friend constexpr Point operator+(Vector<1> const& v, Point const& p) noexcept { return p + v; }
     /// @}
 
-    /// By coordinates.
+    /// The point moved back, and the way from b to a.
     /// @{
     friend constexpr Point operator-(Point const& p, Vector<1> const& v) noexcept { return Point{p.x_ - v.x()}; }
     friend constexpr Vector<1> operator-(Point const& a, Point const& b) noexcept { return Vector<1>{a.x_ - b.x_}; }
@@ -92,7 +95,10 @@ public:
     /// @{
     constexpr Point& operator+=(Vector<2> const& v) noexcept { return *this = *this + v; }
     constexpr Point& operator-=(Vector<2> const& v) noexcept { return *this = *this - v; }
+    /// @}
 
+    /// The point moved by the vector.
+    /// @{
     friend constexpr Point operator+(Point const& p, Vector<2> const& v) noexcept {
         return {p.x_ + v.x(), p.y_ + v.y()};
     }
@@ -151,7 +157,10 @@ public:
     /// @{
     constexpr Point& operator+=(Vector<3> const& v) noexcept { return *this = *this + v; }
     constexpr Point& operator-=(Vector<3> const& v) noexcept { return *this = *this - v; }
+    /// @}
 
+    /// The point moved by the vector.
+    /// @{
     friend constexpr Point operator+(Point const& p, Vector<3> const& v) noexcept {
         return {p.x_ + v.x(), p.y_ + v.y(), p.z_ + v.z()};
     }
