@@ -13,10 +13,10 @@ namespace ORN {
 
 /// How colours that the target does not have are replaced; the numbers are ICC's.
 enum class RenderingIntent : LONG {
-    perceptual = 0,
-    relativeColorimetric = 1,
-    saturation = 2,
-    absoluteColorimetric = 3
+    perceptual = 0,            ///< all colours move together, for pictures
+    relativeColorimetric = 1,  ///< the nearest colour, white to white
+    saturation = 2,            ///< vivid colours stay vivid, for charts
+    absoluteColorimetric = 3   ///< the nearest colour, white as it is
 };
 
 /// A transform from one profile to another, through the profiles between them. Any number of threads may use one.

@@ -39,10 +39,10 @@ ORN_API LONG volatile& lock() noexcept;
 
 /// How much the process tells about itself.
 enum DebuggingLevel : std::int32_t {
-    debugNothing = 0,
-    debugFailures = 1,
-    debugNormal = 2,  ///< the level at start
-    debugEverything = 3,
+    debugNothing = 0,     ///< silent
+    debugFailures = 1,    ///< what went wrong
+    debugNormal = 2,      ///< the level at start
+    debugEverything = 3,  ///< also what only whoever debugs wants
 };
 
 ORN_API DebuggingLevel debuggingLevel() noexcept;  ///< the current one; any thread may ask
