@@ -43,7 +43,7 @@ public:
 template <typename Base, typename Callback>
 class EVNotified;
 
-/// The same, with the callback taken apart.
+/// EVNotified, with the parameters taken out of the callback's type.
 template <typename Base, typename... Arguments>
 class EVNotified<Base, void(Arguments...)> : public Base {
 public:
@@ -163,7 +163,7 @@ extern template class ORN_API EVSubscription<std::wstring>;
 template <typename T, typename Callable, typename Callback = typename EVSubscriptionParameter<T>::Callback>
 class EVCallableSubscription;
 
-/// The same, with the callback taken apart.
+/// EVCallableSubscription, with the parameters taken out of the callback's type.
 template <typename T, typename Callable, typename... Arguments>
 class EVCallableSubscription<T, Callable, void(Arguments...)> final : public EVSubscription<T> {
 public:
