@@ -19,6 +19,5 @@ int main() {
     DIBitmap bitmap{2, 2, 24, 0};
     for (unsigned int i = 0; i < bitmap.bitsSize(); ++i) bitmap.bits()[i] = 0xFF;
     orange.getDib24(bitmap.bits());
-    std::wcout << bitmap.header()->bmiHeader.biWidth << L" pixels a row, " << bitmap.bitsSize() << L" bytes of rows in "
-               << bitmap.fileSize() << L" bytes of file\n";
+    std::wcout << bitmap.bitsSize() << L" bytes of rows in " << bitmap.fileSize() << L" bytes of file\n";
 }
