@@ -19,10 +19,10 @@
 ORN_API std::wstring unescapeUrl(std::wstring const& url);
 
 /// The canonical form: without blanks around it and without dot segments in its path, save those that the path starts
-/// with. In the schemes http, https and file `\` is `/`. Characters that are unsafe in a path are escaped: blanks, control
-/// characters, `"<>[\]^{|}&`, the grave accent and U+007F to U+00FF; for file also `#`, and `/` where none follows the
-/// scheme, as in "mailto:". What is escaped stays so; a query and a fragment stay as they are. A name with a drive
-/// becomes a "file:" URL.
+/// with. In the schemes http, https and file a backslash is a slash. Characters that are unsafe in a path are escaped:
+/// blanks, control characters, quote, backslash, grave accent, `<>[]^{|}&` and U+007F to U+00FF; for file also `#`, and
+/// the slash where none follows the scheme, as in "mailto:". What is escaped stays so; a query and a fragment stay as
+/// they are. A name with a drive becomes a "file:" URL.
 ORN_API std::wstring canonicalizeUrl(std::wstring const& url);
 
 /// The canonical form, with a scheme for what has none but looks as if it should: "file:" for full names of files,
