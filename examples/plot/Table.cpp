@@ -15,7 +15,7 @@ std::string numberText(double value) {
 }
 
 std::string fieldText(std::wstring const& field) {
-    std::string const text = utf8(field);
+    std::string text = utf8(field);
     bool const blankEnds = !text.empty() && (text.front() == ' ' || text.back() == ' ');
     if (!blankEnds && text.find_first_of(",\"\r\n\t\f\v") == std::string::npos) return text;
     std::string quoted = "\"";

@@ -40,7 +40,9 @@ struct Image {
     int width = 0, height = 0;
     std::vector<std::uint32_t> pixels;
 
-    std::uint32_t at(int x, int y) const { return pixels.at(static_cast<std::size_t>(y * width + x)); }
+    std::uint32_t at(int x, int y) const {
+        return pixels.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x));
+    }
     friend bool operator==(Image const&, Image const&) = default;
 };
 

@@ -20,6 +20,7 @@ int startAndWait(std::vector<std::wstring> const& arguments, std::filesystem::pa
         std::filesystem::read_symlink("/proc/self/exe").replace_filename("orn-plot").string()};
     for (std::wstring const& argument : arguments) texts.push_back(getMBS(argument));
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) pointers.push_back(text.data());
     pointers.push_back(nullptr);
 

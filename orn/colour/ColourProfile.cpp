@@ -28,7 +28,7 @@ DWORD size32(std::uint64_t size) {
     return static_cast<DWORD>(size);
 }
 
-class ColourProfileImp : public ColourProfile {
+class ColourProfileImp final : public ColourProfile {
 public:
     ColourProfileImp(ColourProfileId id, os::ProfileSource const& source) : id_{id} {
         profile_.reset(os::openProfile(source));

@@ -65,7 +65,8 @@ WORD toDevice(double component) noexcept {
     return static_cast<WORD>(std::lround(within * deviceMaximum));
 }
 
-os::DeviceColour toDevice(Colour colour) {  // by value: a colour that is asked may fill its cache
+// By value: a colour that is asked may fill its cache.
+os::DeviceColour toDevice(Colour colour) {  // NOLINT(performance-unnecessary-value-param)
     return {toDevice(colour.r()), toDevice(colour.g()), toDevice(colour.b()), {}};
 }
 

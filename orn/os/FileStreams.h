@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
+// NOLINTBEGIN(misc-definitions-in-headers)
 namespace ORN::os {
 
 std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& failed) noexcept {
@@ -49,3 +50,4 @@ bool closeFile(std::FILE* file) noexcept {
 std::string errnoText() { return std::strerror(errno); }
 
 }
+// NOLINTEND(misc-definitions-in-headers)
