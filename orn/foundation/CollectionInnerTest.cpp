@@ -12,6 +12,10 @@ TEST(CollectionMemory, ChunksComeAndGoOneByOne) {
             numbers.resize(static_cast<std::size_t>(size));
             EXPECT_EQ(faults::liveBlocks(), before + blocks) << size;
         }
+        Collection<int, 4> full;
+        full.resize(44);
+        faults::AllocationFails const second{1};
+        EXPECT_THROW(full.resize(45), std::bad_alloc) << "the table and the chunk";
     }
     EXPECT_EQ(faults::liveBlocks(), before);
 }
