@@ -88,6 +88,8 @@ void fuzz::run(Input input) {
     same("text", actual.text, expected.text);
 
     if (actual.text.empty() || !isPlain(actual.text)) return;
+    // For each of very many records lcms2 makes room before it finds that they are not there.
+    if (input.bytes().compare(8, 3, std::string(3, '\0')) != 0) return;
     if (auto text = ofLcms(input.bytes())) {
         // It keeps the byte that should be the terminating zero.
         if (input.bytes().starts_with("desc")) text->resize(std::min(text->size(), actual.text.size()));
