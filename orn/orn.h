@@ -25,6 +25,7 @@
 #include "orn/geometry/SpatialArc.h"
 #include "orn/geometry/Vector.h"
 #include "orn/platform/DropFiles.h"
+#include "orn/platform/RegistryKey.h"
 #include "orn/platform/SystemLibrary.h"
 #include "orn/platform/UUID.h"
 #include "orn/platform/WerRegisteredMemoryBlock.h"

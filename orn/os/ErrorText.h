@@ -15,4 +15,7 @@ void setLastError(DWORD code) noexcept;
 /// system gives it. False, with the text untouched, when there is none.
 bool errorText(DWORD code, wchar_t const* module, std::wstring& text);
 
+/// The system's text in the language that is the whole system's default, its own line ends and all.
+bool systemErrorText(DWORD code, std::wstring& text);
+
 }

@@ -54,6 +54,19 @@ using HTRANSFORM = HANDLE;
 struct IUnknown;
 struct IDataObject;
 
+/// The roots of the registry.
+/// @{
+#define HKEY_CLASSES_ROOT (reinterpret_cast<HKEY>(static_cast<std::intptr_t>(static_cast<LONG>(0x80000000))))
+#define HKEY_CURRENT_USER (reinterpret_cast<HKEY>(static_cast<std::intptr_t>(static_cast<LONG>(0x80000001))))
+#define HKEY_LOCAL_MACHINE (reinterpret_cast<HKEY>(static_cast<std::intptr_t>(static_cast<LONG>(0x80000002))))
+#define HKEY_USERS (reinterpret_cast<HKEY>(static_cast<std::intptr_t>(static_cast<LONG>(0x80000003))))
+/// @}
+/// Rights that choose one of Windows' views of the registry; elsewhere they mean nothing.
+/// @{
+#define KEY_WOW64_64KEY 0x0100
+#define KEY_WOW64_32KEY 0x0200
+/// @}
+
 /// An entry of a bitmap's colour table.
 struct RGBQUAD {
     /// 0 to 255.

@@ -1,4 +1,5 @@
 orn_unit(platform/DropFiles WINDOWS)
+orn_unit(platform/RegistryKey)
 orn_unit(platform/SystemLibrary)
 orn_unit(platform/UUID)
 orn_unit(platform/WerRegisteredMemoryBlock)

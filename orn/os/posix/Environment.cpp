@@ -1,25 +1,62 @@
 #include "orn/os/Environment.h"
 
 #include "orn/os/CodePage.h"
+#include "orn/os/Fault.h"
 
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
+#include <new>
 
 namespace ORN::os {
 
-std::wstring environmentVariable(std::wstring const& name) {
+namespace {
+
+/// Null when there is no such variable.
+char const* nativeVariable(std::wstring const& name) {
     std::string native(8 * name.size() + 1, '\0');
     int const length =
         wideToMultibyte(name.data(), static_cast<int>(name.size()), native.data(), static_cast<int>(native.size()) - 1);
     native.resize(static_cast<std::size_t>(length));
-    char const* const value = std::getenv(native.c_str());
-    if (value == nullptr || *value == '\0') return {};
+    return std::getenv(native.c_str());
+}
 
+std::wstring wide(char const* value) {
+    if (*value == '\0') return {};
     std::size_t const bytes = std::strlen(value);
-    std::wstring wide(4 * bytes, L'\0');
-    int const units = multibyteToWide(value, static_cast<int>(bytes), wide.data(), static_cast<int>(wide.size()));
-    wide.resize(static_cast<std::size_t>(units));
-    return wide;
+    std::wstring units(4 * bytes, L'\0');
+    int const length = multibyteToWide(value, static_cast<int>(bytes), units.data(), static_cast<int>(units.size()));
+    units.resize(static_cast<std::size_t>(length));
+    return units;
+}
+
+}
+
+std::wstring environmentVariable(std::wstring const& name) {
+    char const* const value = nativeVariable(name);
+    return value != nullptr ? wide(value) : std::wstring{};
+}
+
+DWORD expandEnvironment(wchar_t const* text, wchar_t* buffer, DWORD size) noexcept {
+    if (ORN_OS_REFUSED("ExpandEnvironmentStringsW")) return 0;
+    try {
+        std::wstring result;
+        while (*text != L'\0') {
+            wchar_t const* const end = *text == L'%' ? std::wcschr(text + 1, L'%') : nullptr;
+            char const* const value = end != nullptr ? nativeVariable({text + 1, end}) : nullptr;
+            if (end == nullptr) {
+                result += *text++;
+                continue;
+            }
+            result += value != nullptr ? wide(value) : std::wstring{text, end + 1};
+            text = end + 1;
+        }
+        auto const needed = static_cast<DWORD>(result.size() + 1);
+        if (needed <= size) std::wmemcpy(buffer, result.c_str(), needed);
+        return needed;
+    } catch (std::bad_alloc const&) {
+        return 0;
+    }
 }
 
 }

@@ -36,12 +36,20 @@ constexpr Text texts[] = {
     {122, L"The data area passed to a system call is too small."},
     {126, L"The specified module could not be found."},
     {127, L"The specified procedure could not be found."},
+    {161, L"The specified path is invalid."},
+    {170, L"The requested resource is in use."},
     {183, L"Cannot create a file when that file already exists."},
     {234, L"More data is available."},
     {258, L"The wait operation timed out."},
     {259, L"No more data is available."},
     {298, L"Too many posts were made to a semaphore."},
     {1004, L"Invalid flags."},
+    {1009, L"The configuration registry database is corrupt."},
+    {1016, L"An I/O operation initiated by the registry failed unrecoverably."},
+    {1017,
+     L"The system has attempted to load or restore a file into the registry, but the specified file is not in a "
+     L"registry file format."},
+    {1018, L"Illegal operation attempted on a registry key that has been marked for deletion."},
     {1113, L"No mapping for the Unicode character exists in the target multi-byte code page."},
     {1400, L"Invalid window handle."},
     {1816, L"Not enough quota is available to process this command."},
@@ -103,5 +111,7 @@ bool errorText(DWORD code, wchar_t const* module, std::wstring& text) {
     // A download fails by what the system did, too.
     return find(downloadTexts, code, text) || find(texts, code, text);
 }
+
+bool systemErrorText(DWORD code, std::wstring& text) { return errorText(code, nullptr, text); }
 
 }

@@ -1,5 +1,7 @@
 #include "orn/os/Environment.h"
 
+#include "orn/os/Fault.h"
+
 #include <windows.h>
 
 namespace ORN::os {
@@ -12,6 +14,11 @@ std::wstring environmentVariable(std::wstring const& name) {
         value.resize(length);  // which counts the terminator while it does not fit
         if (fits) return value;
     }
+}
+
+DWORD expandEnvironment(wchar_t const* text, wchar_t* buffer, DWORD size) noexcept {
+    if (ORN_OS_REFUSED("ExpandEnvironmentStringsW")) return 0;
+    return ::ExpandEnvironmentStringsW(text, buffer, size);
 }
 
 }

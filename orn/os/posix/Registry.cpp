@@ -1,0 +1,310 @@
+#include "orn/os/Registry.h"
+
+#include "orn/os/Fault.h"
+#include "orn/os/posix/RegistryStore.h"
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <bit>
+#include <cerrno>
+#include <cstdlib>
+#include <cwchar>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <string>
+
+namespace ORN::os {
+
+namespace {
+
+static_assert(std::endian::native == std::endian::little, "texts go into the file as they are");
+
+constexpr DWORD invalidHandle = 6, badPath = 161;
+constexpr DWORD queryRight = 1, setRight = 2;
+constexpr std::size_t longestKeyName = 255;
+
+struct OpenStore {
+    OpenStore* next;
+    int keys;  // that are open
+    RegistryStore store;
+};
+
+struct OpenKey {
+    OpenKey* next;
+    std::uintptr_t number;
+    OpenStore* file;  // null for a root's key, which belongs to the file that the environment names at each call
+    RegistryStore::Key key;
+    DWORD rights;
+};
+
+// Under the lock. Both lists are short. A file without keys stays open until another one is needed.
+constinit std::mutex registryLock;
+constinit OpenStore* stores = nullptr;
+constinit OpenKey* keys = nullptr;
+constinit std::uintptr_t lastNumber = 0;
+constinit bool forkIsWatched = false;
+
+void disconnectAll() noexcept {
+    for (OpenStore* file = stores; file != nullptr; file = file->next) file->store.disconnect();
+}
+
+void deleteIdleStores() noexcept {
+    for (OpenStore** link = &stores; *link != nullptr;) {
+        OpenStore* const file = *link;
+        if (file->keys == 0) {
+            *link = file->next;
+            delete file;
+        } else {
+            link = &file->next;
+        }
+    }
+}
+
+/// When the library goes, so do its files.
+struct AtEnd {
+    constexpr AtEnd() noexcept = default;
+    ~AtEnd() {
+        std::lock_guard const guard{registryLock};
+        deleteIdleStores();
+        disconnectAll();
+    }
+};
+constinit AtEnd const atEnd;
+
+/// A connection must not come into another process: its locks on the file would seem to hold there, and do not. So
+/// there is none while a process forks, and each side connects again when it needs to.
+bool watchFork() noexcept {
+    auto const prepare = [] {
+        registryLock.lock();
+        disconnectAll();
+    };
+    auto const resume = [] { registryLock.unlock(); };
+    if (!forkIsWatched) forkIsWatched = ::pthread_atfork(prepare, resume, resume) == 0;
+    return forkIsWatched;
+}
+
+/// Where the registry is; empty when the environment does not tell.
+std::string storePath() {
+    auto const variable = [](char const* name) {
+        char const* const value = std::getenv(name);
+        return std::string{value != nullptr ? value : ""};
+    };
+    if (std::string own = variable("ORN_REGISTRY"); !own.empty()) {
+        if (own[0] == '/') return own;
+        std::unique_ptr<char, void (*)(void*)> const here{::getcwd(nullptr, 0), std::free};
+        return here != nullptr ? here.get() + ("/" + own) : std::string{};
+    }
+    std::string folder = variable("XDG_CONFIG_HOME");
+    if (folder.empty() || folder[0] != '/') {
+        folder = variable("HOME");
+        if (folder.empty()) return {};
+        folder += "/.config";
+    }
+    return folder + "/orn/registry.db";
+}
+
+DWORD statusOfErrno() noexcept {
+    switch (errno) {
+        case ENOENT:
+        case ENOTDIR: return RegistryStore::pathNotFound;
+        case ENOSPC:
+        case EDQUOT: return RegistryStore::diskFull;
+        case EIO: return RegistryStore::failed;
+        default: return RegistryStore::accessDenied;
+    }
+}
+
+/// Makes an empty file, and the folders above it; all of it is the user's own.
+DWORD makeFile(std::string const& path) {
+    for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
+        if (::mkdir(path.substr(0, end).c_str(), 0700) != 0 && errno != EEXIST) {
+            struct stat folder;
+            DWORD const status = statusOfErrno();
+            if (::stat(path.substr(0, end).c_str(), &folder) != 0) return status;
+        }
+    }
+    // Only a new file is opened here: closing one that is in use would drop the locks that this process has on it.
+    int const file = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (file == -1) return errno == EEXIST ? 0 : statusOfErrno();
+    ::close(file);
+    return 0;
+}
+
+/// The file that the environment names now, connected. For writing a missing one is made; otherwise statusNotFound.
+DWORD findStore(bool forWriting, OpenStore*& found) {
+    std::string path = storePath();
+    if (path.empty()) return RegistryStore::pathNotFound;
+    struct stat file;
+    if (::stat(path.c_str(), &file) != 0) {
+        if (errno != ENOENT && errno != ENOTDIR) return statusOfErrno();
+        if (!forWriting) return statusNotFound;
+        if (DWORD const status = makeFile(path)) return status;
+        if (::stat(path.c_str(), &file) != 0) return statusOfErrno();
+    }
+    for (found = stores; found != nullptr; found = found->next) {
+        if (found->store.isAt(path, file)) return found->store.connect(forWriting);
+    }
+    if (!watchFork()) return statusNoMemory;
+    std::unique_ptr<OpenStore> opened{new OpenStore{nullptr, 0, {std::move(path), file}}};
+    if (DWORD const status = opened->store.connect(forWriting)) return status;
+    deleteIdleStores();
+    opened->next = stores;
+    found = stores = opened.release();
+    return 0;
+}
+
+std::u16string units(wchar_t const* text) { return {text, text + std::wcslen(text)}; }
+
+/// The names along a path, empty ones left out.
+DWORD split(wchar_t const* path, RegistryStore::Names& names) {
+    std::u16string const whole = units(path);
+    if (whole.starts_with(u'\\')) return badPath;
+    for (std::size_t begin = 0; begin < whole.size();) {
+        std::size_t const end = std::min(whole.find(u'\\', begin), whole.size());
+        if (end - begin > longestKeyName) return statusInvalidParameter;
+        if (end != begin) names.push_back(whole.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return 0;
+}
+
+/// Where a root's keys are in the file; 0 for what is no root.
+RegistryStore::Key rootOf(HKEY key) noexcept {
+    auto const number = static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(key));
+    return number >= rootClasses && number <= rootMachine + 1 ? number : 0;
+}
+
+OpenKey** linkTo(HKEY key) noexcept {
+    OpenKey** link = &keys;
+    while (*link != nullptr && (*link)->number != reinterpret_cast<std::uintptr_t>(key)) link = &(*link)->next;
+    return link;
+}
+
+/// What a handle stands for.
+DWORD resolve(HKEY handle, OpenKey& key) noexcept {
+    if (RegistryStore::Key const root = rootOf(handle)) {
+        key = {nullptr, 0, nullptr, root, queryRight | setRight};
+        return 0;
+    }
+    OpenKey const* const open = *linkTo(handle);
+    if (open == nullptr) return invalidHandle;
+    key = *open;
+    return 0;
+}
+
+DWORD connect(OpenKey const& key, bool forWriting, OpenStore*& file) {
+    if (key.file == nullptr) return findStore(forWriting, file);
+    file = key.file;
+    return file->store.connect(forWriting);
+}
+
+/// Runs a call under the lock; that it lacks memory becomes a status.
+template <typename Body>
+DWORD locked(Body body) noexcept {
+    try {
+        std::lock_guard const guard{registryLock};
+        return body();
+    } catch (std::bad_alloc const&) {
+        return statusNoMemory;
+    }
+}
+
+/// The same for a call on an open key that needs a right.
+template <typename Body>
+DWORD onKey(HKEY handle, DWORD right, bool forWriting, Body body) noexcept {
+    return locked([&]() -> DWORD {
+        OpenKey key;
+        OpenStore* file = nullptr;
+        if (DWORD const status = resolve(handle, key)) return status;
+        if ((key.rights & right) != right) return RegistryStore::accessDenied;
+        if (DWORD const status = connect(key, forWriting, file)) return status;
+        return body(file->store, key.key);
+    });
+}
+
+DWORD open(HKEY parent, wchar_t const* subKey, DWORD rights, bool create, HKEY& key) {
+    RegistryStore::Names names;
+    auto opened = std::make_unique<OpenKey>();
+    if (DWORD const status = split(subKey, names)) return status;
+    if (DWORD const status = resolve(parent, *opened)) return status;
+    opened->rights = rights;
+
+    OpenStore* file = nullptr;
+    RegistryStore::Key const from = opened->key;
+    DWORD status = connect(*opened, create, file);
+    if (status == 0) {
+        status = create ? file->store.make(from, names, opened->key) : file->store.find(from, names, opened->key);
+    }
+    bool const isRoot = opened->file == nullptr && names.empty();
+    if (status != 0 && !(isRoot && status == statusNotFound)) return status;  // a root is there without a file
+
+    if (!isRoot) {
+        opened->file = file;
+        ++file->keys;
+    }
+    opened->number = lastNumber += 4;
+    opened->next = keys;
+    keys = opened.release();
+    key = reinterpret_cast<HKEY>(keys->number);
+    return 0;
+}
+
+}
+
+DWORD openKey(HKEY parent, wchar_t const* subKey, DWORD rights, HKEY& key) noexcept {
+    if (ORN_OS_REFUSED("RegOpenKeyExW")) return RegistryStore::accessDenied;
+    return locked([&] { return open(parent, subKey, rights, false, key); });
+}
+
+DWORD createKey(HKEY parent, wchar_t const* subKey, DWORD rights, HKEY& key) noexcept {
+    if (ORN_OS_REFUSED("RegCreateKeyExW")) return RegistryStore::accessDenied;
+    return locked([&] { return open(parent, subKey, rights, true, key); });
+}
+
+DWORD closeKey(HKEY handle) noexcept {
+    return locked([&]() -> DWORD {
+        if (rootOf(handle) != 0) return 0;
+        OpenKey** const link = linkTo(handle);
+        if (*link == nullptr) return invalidHandle;
+        std::unique_ptr<OpenKey> const key{*link};
+        *link = key->next;
+        if (key->file != nullptr) --key->file->keys;
+        return 0;
+    });
+}
+
+DWORD queryValue(HKEY handle, wchar_t const* name, DWORD& type, void* data, DWORD& size) noexcept {
+    if (ORN_OS_REFUSED("RegQueryValueExW")) return RegistryStore::accessDenied;
+    return onKey(handle, queryRight, false, [&](RegistryStore& store, RegistryStore::Key key) {
+        return store.read(key, units(name), type, data, size);
+    });
+}
+
+DWORD setValue(HKEY handle, wchar_t const* name, DWORD type, void const* data, DWORD size) noexcept {
+    if (ORN_OS_REFUSED("RegSetValueExW")) return RegistryStore::accessDenied;
+    return onKey(handle, setRight, true, [&](RegistryStore& store, RegistryStore::Key key) {
+        return store.write(key, units(name), type, data, size);
+    });
+}
+
+DWORD deleteValue(HKEY handle, wchar_t const* name) noexcept {
+    if (ORN_OS_REFUSED("RegDeleteValueW")) return RegistryStore::accessDenied;
+    return onKey(handle, setRight, true,
+                 [&](RegistryStore& store, RegistryStore::Key key) { return store.removeValue(key, units(name)); });
+}
+
+DWORD deleteTree(HKEY handle, wchar_t const* subKey) noexcept {
+    if (ORN_OS_REFUSED("SHDeleteKeyW")) return RegistryStore::accessDenied;
+    return onKey(handle, 0, true, [&](RegistryStore& store, RegistryStore::Key key) -> DWORD {
+        RegistryStore::Names names;
+        if (DWORD const status = split(subKey, names)) return status;
+        return store.remove(key, names);
+    });
+}
+
+}

@@ -1,0 +1,353 @@
+#include "orn/os/posix/RegistryStore.h"
+
+#include "orn/os/Registry.h"
+#include "orn/os/posix/NameCase.h"
+
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+namespace ORN::os {
+
+namespace {
+
+constexpr int waitMilliseconds = 10'000;
+constexpr std::int64_t applicationId = 0x6F726E72, format = 1;  // "ornr"
+
+DWORD statusOf(sqlite3* database, int result) noexcept {
+    switch (result & 0xFF) {
+        case SQLITE_OK:
+        case SQLITE_ROW:
+        case SQLITE_DONE: return 0;
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED: return RegistryStore::busy;
+        case SQLITE_NOMEM: return statusNoMemory;
+        case SQLITE_READONLY:
+        case SQLITE_PERM: return RegistryStore::accessDenied;
+        case SQLITE_FULL: return RegistryStore::diskFull;
+        case SQLITE_TOOBIG: return statusInvalidParameter;
+        case SQLITE_NOTADB: return RegistryStore::foreign;
+        case SQLITE_ERROR:  // the statements are right, so the tables are not
+        case SQLITE_CORRUPT: return RegistryStore::damaged;
+        case SQLITE_CANTOPEN: {
+            int const reason = database != nullptr ? sqlite3_system_errno(database) : 0;
+            return reason == ENOENT || reason == ENOTDIR ? RegistryStore::pathNotFound : RegistryStore::accessDenied;
+        }
+        default: return result == SQLITE_IOERR_NOMEM ? statusNoMemory : RegistryStore::failed;
+    }
+}
+
+/// One SQL statement. After a failure the rest does nothing, and the next step tells it.
+class Statement {
+public:
+    Statement(sqlite3* database, char const* sql) noexcept : database_{database} {
+        result_ = sqlite3_prepare_v2(database, sql, -1, &statement_, nullptr);
+    }
+    ~Statement() { sqlite3_finalize(statement_); }
+    Statement(Statement const&) = delete;
+    Statement& operator=(Statement const&) = delete;
+
+    // The parameters in their order. What is bound must outlive the statement.
+    Statement& bind(std::int64_t number) noexcept {
+        return bound(result_ != SQLITE_OK ? result_ : sqlite3_bind_int64(statement_, ++parameter_, number));
+    }
+    Statement& bind(void const* bytes, std::size_t size) noexcept {
+        void const* const place = size != 0 ? bytes : "";  // a null one would be no value
+        return bound(result_ != SQLITE_OK ? result_
+                                          : sqlite3_bind_blob64(statement_, ++parameter_, place, size, SQLITE_STATIC));
+    }
+    Statement& bind(std::u16string const& units) noexcept { return bind(units.data(), 2 * units.size()); }
+    Statement& bindText(std::u16string const& text) noexcept {
+        return bound(result_ != SQLITE_OK
+                         ? result_
+                         : sqlite3_bind_text64(statement_, ++parameter_, reinterpret_cast<char const*>(text.data()),
+                                               2 * text.size(), SQLITE_STATIC, SQLITE_UTF16LE));
+    }
+
+    /// Goes to the next row; `row` tells whether there is one.
+    DWORD step(bool& row) noexcept {
+        if (result_ == SQLITE_OK) result_ = sqlite3_step(statement_);
+        row = result_ == SQLITE_ROW;
+        return statusOf(database_, std::exchange(result_, row ? SQLITE_OK : result_));
+    }
+    DWORD run() noexcept {
+        bool row;
+        return step(row);
+    }
+
+    std::int64_t number(int column) const noexcept { return sqlite3_column_int64(statement_, column); }
+    void const* bytes(int column) const noexcept { return sqlite3_column_blob(statement_, column); }
+    DWORD size(int column) const noexcept { return static_cast<DWORD>(sqlite3_column_bytes(statement_, column)); }
+
+private:
+    Statement& bound(int result) noexcept {
+        result_ = result;
+        return *this;
+    }
+
+    sqlite3* database_;
+    sqlite3_stmt* statement_ = nullptr;
+    int result_, parameter_ = 0;
+};
+
+DWORD run(sqlite3* database, char const* sql) noexcept { return Statement{database, sql}.run(); }
+
+DWORD askNumber(sqlite3* database, char const* sql, std::int64_t& number) noexcept {
+    bool row = false;
+    Statement statement{database, sql};
+    if (DWORD const status = statement.step(row)) return status;
+    number = row ? statement.number(0) : 0;
+    return 0;
+}
+
+/// A transaction that writes; it comes to nothing unless committed.
+class Transaction {
+public:
+    explicit Transaction(sqlite3* database) noexcept : database_{database}, status_{run(database, "BEGIN IMMEDIATE")} {}
+    ~Transaction() {
+        if (status_ == 0 && sqlite3_get_autocommit(database_) == 0) run(database_, "ROLLBACK");
+    }
+    Transaction(Transaction const&) = delete;
+    Transaction& operator=(Transaction const&) = delete;
+
+    DWORD status() const noexcept { return status_; }  ///< whether it has begun
+    DWORD commit() const noexcept { return run(database_, "COMMIT"); }
+
+private:
+    sqlite3* database_;
+    DWORD status_;
+};
+
+std::u16string folded(std::u16string name) {
+    for (char16_t& unit : name) unit = upperCaseOfName(unit);
+    return name;
+}
+
+}
+
+RegistryStore::RegistryStore(std::string path, struct stat const& file)
+    : path_{std::move(path)}, device_{file.st_dev}, inode_{file.st_ino} {}
+
+RegistryStore::~RegistryStore() { disconnect(); }
+
+bool RegistryStore::isAt(std::string const& path, struct stat const& file) const noexcept {
+    return device_ == file.st_dev && inode_ == file.st_ino && path_ == path;
+}
+
+void RegistryStore::disconnect() noexcept {
+    sqlite3_close(database_);
+    database_ = nullptr;
+}
+
+DWORD RegistryStore::connect(bool forWriting) {
+    bool const mayWriteNow = database_ != nullptr && forWriting && sqlite3_db_readonly(database_, "main") == 1 &&
+                             ::access(path_.c_str(), W_OK) == 0;
+    if (mayWriteNow) disconnect();
+    if (database_ != nullptr) {
+        return forWriting && sqlite3_db_readonly(database_, "main") == 1 ? accessDenied : 0;
+    }
+    struct stat file;
+    if (::stat(path_.c_str(), &file) != 0 || !isAt(path_, file)) return keyDeleted;
+    if (!S_ISREG(file.st_mode)) return foreign;
+
+    DWORD const status = open(forWriting);
+    if (status != 0) disconnect();
+    return status;
+}
+
+DWORD RegistryStore::open(bool forWriting) {
+    int const flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+    int const result = sqlite3_open_v2(path_.c_str(), &database_, flags, nullptr);
+    if (result != SQLITE_OK) return statusOf(database_, result);
+    sqlite3_busy_timeout(database_, waitMilliseconds);
+
+    // Until the file is known to be ours and whole, its log is left to its owners.
+    sqlite3_db_config(database_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    for (int const what :
+         {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_TRUSTED_SCHEMA}) {
+        sqlite3_db_config(database_, what, 0, nullptr);
+    }
+    bool empty = false;
+    if (DWORD const status = recognise(empty)) return status;
+    if (empty) {
+        if (!forWriting) return statusNotFound;
+        if (DWORD const status = initialise()) return status;
+    } else if (DWORD const status = check()) {
+        return status;
+    }
+    if (DWORD const status = keepLog()) return status;
+    sqlite3_db_config(database_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
+    return forWriting && sqlite3_db_readonly(database_, "main") == 1 ? accessDenied : 0;
+}
+
+DWORD RegistryStore::recognise(bool& empty) {
+    std::int64_t pages = 0, id = 0, version = 0;
+    DWORD status = askNumber(database_, "PRAGMA page_count", pages);
+    if (status == 0) status = askNumber(database_, "PRAGMA application_id", id);
+    if (status == 0) status = askNumber(database_, "PRAGMA user_version", version);
+    if (status != 0) return status;
+    empty = pages == 0;
+    return empty || (id == applicationId && version == format) ? 0 : foreign;
+}
+
+DWORD RegistryStore::check() {
+    bool row = false;
+    Statement statement{database_, "PRAGMA quick_check(1)"};
+    if (DWORD const status = statement.step(row)) return status;
+    std::string_view const found{row ? static_cast<char const*>(statement.bytes(0)) : "", row ? statement.size(0) : 0};
+    return found == "ok" ? 0 : damaged;
+}
+
+DWORD RegistryStore::initialise() {
+    Transaction const transaction{database_};
+    if (transaction.status() != 0) return transaction.status();
+    std::int64_t tables = 0;
+    if (DWORD const status = askNumber(database_, "SELECT count(*) FROM sqlite_schema", tables)) return status;
+    if (tables != 0) {  // another process has been faster
+        bool empty = false;
+        return recognise(empty);
+    }
+    for (char const* sql : {
+             "CREATE TABLE keys(id INTEGER PRIMARY KEY AUTOINCREMENT, parent INTEGER NOT NULL, folded BLOB NOT NULL,"
+             " name TEXT NOT NULL, UNIQUE(parent, folded))",
+             "CREATE TABLE data(key INTEGER NOT NULL, folded BLOB NOT NULL, name TEXT NOT NULL, type INTEGER NOT NULL,"
+             " bytes BLOB NOT NULL, PRIMARY KEY(key, folded)) WITHOUT ROWID",
+             "PRAGMA application_id = 0x6F726E72",
+             "PRAGMA user_version = 1",
+         }) {
+        if (DWORD const status = run(database_, sql)) return status;
+    }
+    return transaction.commit();
+}
+
+/// Turns the log on. It stays beside the file when that is closed: by then another file may have got the name, and the
+/// log of that one must not be taken away.
+DWORD RegistryStore::keepLog() {
+    if (sqlite3_db_readonly(database_, "main") == 1) return 0;
+    DWORD status = busy;
+    // While others use the file too this does not wait by itself.
+    for (int waited = 0; status == busy && waited < waitMilliseconds; ++waited) {
+        if (waited != 0) ::usleep(1000);
+        status = run(database_, "PRAGMA journal_mode = WAL");
+    }
+    if (status == 0) status = run(database_, "PRAGMA synchronous = NORMAL");
+    int persist = 1;
+    sqlite3_file_control(database_, "main", SQLITE_FCNTL_PERSIST_WAL, &persist);
+    return status;
+}
+
+/// Changes a key that exists, in one transaction; nothing is changed unless all of it goes well.
+template <typename Body>
+DWORD RegistryStore::change(Key key, Body body) {
+    Transaction const transaction{database_};
+    DWORD status = transaction.status();
+    if (status == 0) status = exists(key);
+    if (status == 0) status = body();
+    return status == 0 ? transaction.commit() : status;
+}
+
+DWORD RegistryStore::exists(Key key) {
+    if (key < 0) return 0;
+    bool row = false;
+    Statement statement{database_, "SELECT 1 FROM keys WHERE id = ?"};
+    if (DWORD const status = statement.bind(key).step(row)) return status;
+    return row ? 0 : keyDeleted;
+}
+
+/// Goes down by the names as far as there are keys; `depth` tells how many were found.
+DWORD RegistryStore::descend(Names const& names, Key& key, std::size_t& depth) {
+    for (depth = 0; depth < names.size(); ++depth) {
+        bool row = false;
+        std::u16string const name = folded(names[depth]);
+        Statement statement{database_, "SELECT id FROM keys WHERE parent = ? AND folded = ?"};
+        if (DWORD const status = statement.bind(key).bind(name).step(row)) return status;
+        if (!row) return 0;
+        key = statement.number(0);
+    }
+    return 0;
+}
+
+DWORD RegistryStore::find(Key from, Names const& names, Key& key) {
+    std::size_t depth = 0;
+    key = from;
+    if (DWORD const status = exists(from)) return status;
+    if (DWORD const status = descend(names, key, depth)) return status;
+    return depth == names.size() ? 0 : statusNotFound;
+}
+
+DWORD RegistryStore::make(Key from, Names const& names, Key& key) {
+    DWORD const status = find(from, names, key);
+    if (status != statusNotFound) return status;
+    return change(from, [&]() -> DWORD {
+        std::size_t depth = 0;
+        key = from;  // others may have made or deleted some of them meanwhile
+        if (DWORD const found = descend(names, key, depth)) return found;
+        for (; depth < names.size(); ++depth) {
+            std::u16string const name = folded(names[depth]);
+            Statement insert{database_, "INSERT INTO keys(parent, folded, name) VALUES(?, ?, ?)"};
+            if (DWORD const made = insert.bind(key).bind(name).bindText(names[depth]).run()) return made;
+            key = sqlite3_last_insert_rowid(database_);
+        }
+        return 0;
+    });
+}
+
+DWORD RegistryStore::remove(Key from, Names const& names) {
+    return change(from, [&]() -> DWORD {
+        std::size_t depth = 0;
+        Key key = from;
+        if (DWORD const status = descend(names, key, depth)) return status;
+        if (depth < names.size()) return statusNotFound;
+        if (key < 0) return accessDenied;  // a root
+        std::string const below =
+            "WITH RECURSIVE below(id) AS (VALUES(?) UNION ALL SELECT keys.id FROM keys, below WHERE parent = below.id)";
+        for (char const* sql : {" DELETE FROM data WHERE key IN below", " DELETE FROM keys WHERE id IN below"}) {
+            if (DWORD const status = Statement{database_, (below + sql).c_str()}.bind(key).run()) return status;
+        }
+        return 0;
+    });
+}
+
+DWORD RegistryStore::read(Key key, std::u16string const& name, DWORD& type, void* data, DWORD& size) {
+    std::u16string const sought = folded(name);
+    bool row = false;
+    Statement statement{database_, "SELECT type, bytes FROM data WHERE key = ? AND folded = ?"};
+    if (DWORD const status = statement.bind(key).bind(sought).step(row)) return status;
+    if (!row) {
+        DWORD const status = exists(key);
+        return status != 0 ? status : statusNotFound;
+    }
+    type = static_cast<DWORD>(statement.number(0));
+    void const* const bytes = statement.bytes(1);
+    DWORD const room = std::exchange(size, statement.size(1));
+    if (bytes == nullptr && size != 0) return statusNoMemory;
+    if (data == nullptr) return 0;
+    if (size > room) return statusMoreData;
+    if (size != 0) std::memcpy(data, bytes, size);
+    return 0;
+}
+
+DWORD RegistryStore::write(Key key, std::u16string const& name, DWORD type, void const* data, DWORD size) {
+    std::u16string const sought = folded(name);
+    return change(key, [&] {
+        Statement statement{database_,
+                            "INSERT INTO data(key, folded, name, type, bytes) VALUES(?, ?, ?, ?, ?)"
+                            " ON CONFLICT DO UPDATE SET type = excluded.type, bytes = excluded.bytes"};
+        return statement.bind(key).bind(sought).bindText(name).bind(std::int64_t{type}).bind(data, size).run();
+    });
+}
+
+DWORD RegistryStore::removeValue(Key key, std::u16string const& name) {
+    std::u16string const sought = folded(name);
+    return change(key, [&]() -> DWORD {
+        Statement statement{database_, "DELETE FROM data WHERE key = ? AND folded = ?"};
+        if (DWORD const status = statement.bind(key).bind(sought).run()) return status;
+        return sqlite3_changes(database_) != 0 ? 0 : statusNotFound;
+    });
+}
+
+}

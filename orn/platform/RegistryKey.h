@@ -1,0 +1,84 @@
+/// Keys of the registry. Elsewhere than on Windows all of it is one file of the user's, registry.db in the folder orn of
+/// the configuration folder ($XDG_CONFIG_HOME, else ~/.config), or the one that the environment variable ORN_REGISTRY
+/// names; processes share it, names compare as on Windows (without case, in simple upper case), and statuses are
+/// Windows' own: 1009 for a damaged file, 1017 for one that is no registry, 5 for one that may not be written.
+///
+/// Nothing here throws for what the system refuses: a key that could not be opened stays usable, and all that is asked
+/// of it fails. When memory runs out, constructors and errorMessage throw std::bad_alloc and leave no key open;
+/// everything else fails with status 8.
+#pragma once
+
+#include "orn/Export.h"
+#include "orn/os/Types.h"
+
+#include <string>
+#include <vector>
+
+/// An open key, closed when destroyed. Accessors give false, 0 or an empty result when they fail; errorMessage tells of
+/// the last call that one of them made to the system. A name of no characters is that of the key's default value. One
+/// key is for one thread at a time; several keys need no care.
+class ORN_API RegKey {
+public:
+    virtual ~RegKey();
+    RegKey(RegKey const&) = delete;
+    RegKey& operator=(RegKey const&) = delete;
+
+    bool valid() const noexcept { return valid_; }  ///< whether the key was opened or created
+    HKEY key() const noexcept { return key_; }      ///< stays this object's; means something only when valid
+
+    /// The key's path and, when the last call failed and the system has a text for its status, a line end and that text.
+    std::wstring errorMessage();
+
+    /// A string; one of the expandable type with its references %NAME% to the environment replaced, where there is such a
+    /// variable. Empty when it fails.
+    bool getString(std::wstring const& name, std::wstring& value) const;
+
+    /// A list of strings; it ends before the first empty one. Empty when it fails.
+    bool getMultiString(std::wstring const& name, std::vector<std::wstring>& values) const;
+
+    /// A 32-bit number; `value` is set only on success.
+    bool getDword(std::wstring const& name, DWORD& value) const;
+
+    /// Reads a binary value of at most `size` bytes into `data`; returns how many there were. A longer one gives 0; what
+    /// `data` holds after a failure is not said.
+    DWORD getBinary(std::wstring const& name, void* data, DWORD size) const;
+
+protected:
+    enum class Mode { read, write };
+
+    /// `access` are extra rights, as those for the 32-bit or 64-bit view (which mean nothing elsewhere than on Windows).
+    RegKey(Mode mode, HKEY root, std::wstring const& subKey, DWORD access);
+    RegKey(Mode mode, RegKey const& parent, std::wstring const& subKey, DWORD access);
+
+    bool keepStatus(DWORD status) const noexcept;  ///< whether it is that of success
+
+private:
+    void open(Mode mode, HKEY parent, std::wstring const& subKey, DWORD access);
+    bool readString(std::wstring const& name, std::wstring& text) const;
+    bool readMultiString(std::wstring const& name, std::vector<std::wstring>& texts) const;
+
+    bool valid_ = false;
+    mutable DWORD lastStatus_ = 0;
+    HKEY key_ = nullptr;
+    std::wstring path_;
+};
+
+/// A key opened for reading; not valid when there is none.
+class ORN_API RegReadKey : public RegKey {
+public:
+    RegReadKey(HKEY root, std::wstring const& subKey, DWORD access);
+    RegReadKey(RegKey const& parent, std::wstring const& subKey, DWORD access);
+    ~RegReadKey() override;
+};
+
+/// A key opened for reading and writing, made when there is none.
+class ORN_API RegWriteKey : public RegKey {
+public:
+    RegWriteKey(HKEY root, std::wstring const& subKey, DWORD access);
+    RegWriteKey(RegWriteKey const& parent, std::wstring const& subKey, DWORD access);
+    ~RegWriteKey() override;
+
+    bool setString(std::wstring const& name, std::wstring const& value) const;  ///< not of the expandable type
+    bool deleteValue(std::wstring const& name) const;                           ///< also true when there was none
+    bool deleteSubKey(std::wstring const& name) const;  ///< with everything below it; also true when there was none
+};
