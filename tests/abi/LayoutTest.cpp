@@ -62,6 +62,22 @@ TEST(Layout, TheMemoryStatusIsTheSystemsRecord) {
               (Words{0, 8, 7, 6, 5, 4, 3, 2}));
 }
 
+TEST(Layout, RegistryKeysAreValidStatusKeyAndPath) {
+    struct {
+        void* functions;
+        bool valid;
+        DWORD lastStatus;
+        HKEY key;
+    } image;
+    RegReadKey const key{nullptr, L"none", 0};
+    EXPECT_EQ(sizeof key, sizeof image + sizeof(std::wstring));
+    EXPECT_EQ(sizeof(RegWriteKey), sizeof key);
+    std::memcpy(&image, static_cast<void const*>(&key), sizeof image);
+    EXPECT_FALSE(image.valid);
+    EXPECT_EQ(image.lastStatus, 6u);  // of the handle
+    EXPECT_EQ(image.key, nullptr);
+}
+
 constexpr std::size_t pointer = sizeof(void*);
 static_assert(sizeof(Matrix<1>) == 8 && sizeof(Matrix<3>) == 72 && sizeof(Matrix<4>) == 128);
 static_assert(sizeof(MatrixRow<4>) == pointer);

@@ -1,6 +1,7 @@
 // What a plugin of the suite does with the library while it is loaded.
 #include "orn/foundation/DebugStream.h"
 #include "orn/foundation/Error.h"
+#include "orn/platform/RegistryKey.h"
 #include "orn/text/Encoding.h"
 #include "orn/text/Quark.h"
 #include "orn/text/Url.h"
@@ -75,6 +76,14 @@ bool downloads() {
     }
 }
 
+bool useRegistry(std::wstring const& text) {
+    auto const user = reinterpret_cast<HKEY>(std::intptr_t{INT32_MIN} + 1);
+    RegWriteKey const software{user, L"Software", 0}, key{software, L"orn-unload-test", 0};
+    std::wstring read;
+    return key.setString(L"name", text) && key.getString(L"name", read) && read == text &&
+           software.deleteSubKey(L"orn-unload-test");
+}
+
 }
 
 /// 0 when all went well.
@@ -88,6 +97,7 @@ extern "C" __attribute__((visibility("default"))) int useLibrary(int round) {
         lockAmongThreads();
         if (downloads()) return 5;
         draw();
+        if (!useRegistry(name)) return 6;
         return 0;
     } catch (std::exception const&) {
         return 4;

@@ -194,10 +194,20 @@ DWORD RegistryStore::recognise(bool& empty) {
     return empty || (id == applicationId && version == format) ? 0 : foreign;
 }
 
+/// Whether the file is whole: of its full length unless the log has what it lacks, and sound in its structure.
 DWORD RegistryStore::check() {
+    std::int64_t pages = 0, pageSize = 0;
+    DWORD status = askNumber(database_, "PRAGMA page_count", pages);
+    if (status == 0) status = askNumber(database_, "PRAGMA page_size", pageSize);
+    if (status != 0) return status;
+    struct stat file, log;
+    bool const logged =
+        ::stat(sqlite3_filename_wal(sqlite3_db_filename(database_, "main")), &log) == 0 && log.st_size != 0;
+    if (!logged && ::stat(path_.c_str(), &file) == 0 && file.st_size < pages * pageSize) return damaged;
+
     bool row = false;
     Statement statement{database_, "PRAGMA quick_check(1)"};
-    if (DWORD const status = statement.step(row)) return status;
+    if ((status = statement.step(row)) != 0) return status;
     std::string_view const found{row ? static_cast<char const*>(statement.bytes(0)) : "", row ? statement.size(0) : 0};
     return found == "ok" ? 0 : damaged;
 }
