@@ -44,11 +44,18 @@ public:
     DWORD getBinary(std::wstring const& name, void* data, DWORD size) const;
 
 protected:
-    enum class Mode { read, write };
+    /// What a key is opened for.
+    enum class Mode {
+        read,  ///< an existing one
+        write  ///< for reading too; a missing one is made
+    };
 
-    /// `access` are extra rights, as those for the 32-bit or 64-bit view (which mean nothing elsewhere than on Windows).
+    /// Opens the sub-key of a root or of another key. `access` are extra rights, as those for the 32-bit or 64-bit view
+    /// (which mean nothing elsewhere than on Windows).
+    /// @{
     RegKey(Mode mode, HKEY root, std::wstring const& subKey, DWORD access);
     RegKey(Mode mode, RegKey const& parent, std::wstring const& subKey, DWORD access);
+    /// @}
 
     bool keepStatus(DWORD status) const noexcept;  ///< whether it is that of success
 
@@ -66,19 +73,26 @@ private:
 /// A key opened for reading; not valid when there is none.
 class ORN_API RegReadKey : public RegKey {
 public:
+    /// Opens the sub-key, by names divided by backslashes, of a root or of another key. `access` are extra rights, 0 for
+    /// none.
+    /// @{
     RegReadKey(HKEY root, std::wstring const& subKey, DWORD access);
     RegReadKey(RegKey const& parent, std::wstring const& subKey, DWORD access);
+    /// @}
     ~RegReadKey() override;
 };
 
 /// A key opened for reading and writing, made when there is none.
 class ORN_API RegWriteKey : public RegKey {
 public:
+    /// Opens or makes the sub-key, and all that is missing on the way to it.
+    /// @{
     RegWriteKey(HKEY root, std::wstring const& subKey, DWORD access);
     RegWriteKey(RegWriteKey const& parent, std::wstring const& subKey, DWORD access);
+    /// @}
     ~RegWriteKey() override;
 
-    bool setString(std::wstring const& name, std::wstring const& value) const;  ///< not of the expandable type
+    bool setString(std::wstring const& name, std::wstring const& value) const;  ///< writes one that is not expandable
     bool deleteValue(std::wstring const& name) const;                           ///< also true when there was none
     bool deleteSubKey(std::wstring const& name) const;  ///< with everything below it; also true when there was none
 };
