@@ -93,7 +93,8 @@ foreach(library orn ornmsg)
           COMPONENT development)
 endforeach()
 
-install(FILES "${CMAKE_CURRENT_LIST_DIR}/copyright" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/orn" COMPONENT library)
+install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/orn" RENAME copyright
+        COMPONENT library)
 if(TARGET orn-plot)
   if(NOT WIN32)
     file(RELATIVE_PATH to_libraries "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
