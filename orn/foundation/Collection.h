@@ -133,7 +133,8 @@ public:
     }
     /// @}
 
-    void clear() {  ///< destroys the elements, frees all chunks but the first
+    /// Destroys the elements, frees all chunks but the first.
+    void clear() {
         if constexpr (std::is_trivially_destructible_v<T>)
             rawDiscard();
         else

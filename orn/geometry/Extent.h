@@ -140,9 +140,10 @@ struct Bounds {
 
 }
 
-/// A box is degenerate (empty) when lo > hi on some axis; a single point is not. The empty box has one canonical value,
-/// nothing(), which is the identity of | and what & gives for disjoint boxes. Both bounds are inclusive. Boxes are ordered
-/// by containment: a < b means that a lies within b and differs from it.
+/// A box along the axes, of one to three dimensions. It is degenerate (empty) when lo > hi on some axis; a single point
+/// is not. The empty box has one canonical value, nothing(), which is the identity of | and what & gives for disjoint
+/// boxes. Both bounds are inclusive. Boxes are ordered by containment: a < b means that a lies within b and differs from
+/// it.
 template <int N>
 class Extent {
     static_assert(1 <= N && N <= 3, "extents have one to three dimensions");
@@ -162,10 +163,14 @@ public:
     constexpr Point<N> hi() const noexcept { return Point<N>{box_.hi}; }  ///< of the upper bounds
     constexpr double lo(int i) const noexcept { return box_.lo[i]; }      ///< i must be an axis
     constexpr double hi(int i) const noexcept { return box_.hi[i]; }      ///< as lo
-    constexpr Point<N> centre() const noexcept {                          ///< half of the sum of the bounds
+
+    /// Half of the sum of the bounds.
+    constexpr Point<N> centre() const noexcept {
         return pointOf([this](int i) { return (box_.lo[i] + box_.hi[i]) * 0.5; });
     }
-    constexpr Point<N> corner(unsigned int k) const noexcept {  ///< bit i of k: hi on axis i, else lo
+
+    /// The corner with hi on the axes whose bits are set in k, else lo.
+    constexpr Point<N> corner(unsigned int k) const noexcept {
         return pointOf([this, k](int i) { return (k >> i & 1u ? box_.hi : box_.lo)[i]; });
     }
 

@@ -177,7 +177,8 @@ public:
     }
     /// @}
 
-    friend constexpr bool operator==(Point const& a, Point const& b) noexcept {  ///< exact; NaN equals nothing
+    /// Exact; NaN equals nothing.
+    friend constexpr bool operator==(Point const& a, Point const& b) noexcept {
         return a.x_ == b.x_ && a.y_ == b.y_ && a.z_ == b.z_;
     }
 

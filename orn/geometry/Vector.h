@@ -183,10 +183,13 @@ public:
     /// Writes them in order.
     constexpr void packToPod(double* a) const noexcept { a[0] = c_[0], a[1] = c_[1], a[2] = c_[2], a[3] = c_[3]; }
 
-    constexpr bool isNaN() const noexcept {  ///< any is NaN
+    /// Any is NaN.
+    constexpr bool isNaN() const noexcept {
         return c_[0] != c_[0] || c_[1] != c_[1] || c_[2] != c_[2] || c_[3] != c_[3];
     }
-    bool isFinite() const noexcept {  ///< none is infinite or NaN
+
+    /// None is infinite or NaN.
+    bool isFinite() const noexcept {
         return std::isfinite(c_[0]) && std::isfinite(c_[1]) && std::isfinite(c_[2]) && std::isfinite(c_[3]);
     }
     constexpr double lengthSquared() const noexcept { return doDot(*this); }  ///< may overflow, or vanish

@@ -37,7 +37,8 @@ extern ORN_API Quark const nullQuark;  ///< no text
 
 /// The order of the stored texts' addresses: quick, not alphabetical, and another one in each run.
 struct QuarkLess {
-    bool operator()(Quark const& a, Quark const& b) const noexcept {  ///< true when a comes first
+    /// True when a comes first.
+    bool operator()(Quark const& a, Quark const& b) const noexcept {
         return std::less<wchar_t const*>{}(a.text_, b.text_);
     }
 };
