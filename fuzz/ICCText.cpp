@@ -73,6 +73,12 @@ bool isPlain(std::wstring const& text) {
     return std::all_of(text.begin(), text.end(), [](wchar_t unit) { return unit > 0 && unit < 0x80; });
 }
 
+// lcms2 trusts the records behind the first one, makes room for as many as are said to be there, and rounds odd offsets.
+bool isOrdinary(std::string const& element) {
+    bool const oneRecord = element.compare(8, 4, std::string{'\0', '\0', '\0', '\1'}) == 0;
+    return element.starts_with("desc") || (oneRecord && element[27] % 2 == 0);
+}
+
 }
 
 void fuzz::run(Input input) {
@@ -87,9 +93,7 @@ void fuzz::run(Input input) {
     same("refusal", actual.refusal, expected.refusal);
     same("text", actual.text, expected.text);
 
-    if (actual.text.empty() || !isPlain(actual.text)) return;
-    // For each of very many records lcms2 makes room before it finds that they are not there.
-    if (input.bytes().compare(8, 3, std::string(3, '\0')) != 0) return;
+    if (actual.text.empty() || !isPlain(actual.text) || !isOrdinary(input.bytes())) return;
     if (auto text = ofLcms(input.bytes())) {
         // It keeps the byte that should be the terminating zero.
         if (input.bytes().starts_with("desc")) text->resize(std::min(text->size(), actual.text.size()));
