@@ -21,7 +21,8 @@ using Strings = std::vector<std::wstring>;
 class RegistryKeyInner : public testing::Test {
 protected:
     bool set(wchar_t const* name, DWORD type, std::string const& data) const {
-        return os::setValue(key_.key(), name, type, data.data(), static_cast<DWORD>(data.size())) == 0;
+        std::string const guarded = data + "!!";  // Windows counts a terminator in that follows a text
+        return os::setValue(key_.key(), name, type, guarded.data(), static_cast<DWORD>(data.size())) == 0;
     }
     void set(wchar_t const* name, DWORD type, std::u16string const& text) const {
         EXPECT_TRUE(set(name, type, {reinterpret_cast<char const*>(text.data()), 2 * text.size()}));
