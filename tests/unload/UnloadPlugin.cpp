@@ -97,7 +97,7 @@ extern "C" __attribute__((visibility("default"))) int useLibrary(int round) {
         lockAmongThreads();
         if (downloads()) return 5;
         draw();
-        if (!useRegistry(name)) return 6;
+        if (round < 3 && !useRegistry(name)) return 6;  // each waits for the disk
         return 0;
     } catch (std::exception const&) {
         return 4;
