@@ -115,6 +115,7 @@ std::wstring canonical(std::wstring url) {
     bool const opaque = !scheme.empty() && !isFile && root.empty() && !path.starts_with(L'/');
     if (path.starts_with(L'/')) path = withoutDotSegments(path);
     if (root.empty() && path.starts_with(L"//"sv)) path.insert(0, L"/.");  // it has no root after, either
+    if (isFile && root.size() == 2 && path.size() == 3 && startsWithDrive(path.substr(1))) path += L'/';
     return std::wstring{scheme} + escaped(root, L"\"<>\\^`{|}&"sv) +
            escaped(path, opaque ? L"\"<>[\\]^`{|}&/"sv : L"\"<>[\\]^`{|}&#"sv) + url.substr(end);
 }
