@@ -5,6 +5,7 @@
 #include "orn/text/Encoding.h"
 #include "tests/support/Faults.h"
 #include "tests/support/IccProfile.h"
+#include "tests/support/OpenFiles.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
 
@@ -89,11 +90,8 @@ TEST(IccText, WhatReachesOutsideTheElementIsTooShort) {
             }
 }
 
-// Blocks, and where the system shows them open files, that nobody has given back.
-long held() {
-    std::error_code none;
-    return faults::liveBlocks() + std::distance(std::filesystem::directory_iterator{"/proc/self/fd", none}, {});
-}
+// Blocks and open files that nobody has given back.
+long held() { return faults::liveBlocks() + openFiles(); }
 
 /// The call that a failure names.
 std::wstring callThatFailed(std::function<void()> const& action) {
