@@ -108,22 +108,39 @@ private:
 template <typename Key>
 class Scheduler : public SchedulerBase {
 public:
-    explicit Scheduler(int priority) noexcept : SchedulerBase{priority} {}  ///< as SchedulerBase
+    explicit Scheduler(int priority) noexcept;  ///< as SchedulerBase
 
-    void cancel(Key const& key) { cancel(key, nullptr); }  ///< drops what is queued for the key, aborts it if it runs
-    void cancel(Key const& key, Waiter const& waiter) { cancel(key, &waiter); }  ///< and waits until it has stopped
+    void cancel(Key const& key);                        ///< drops what is queued for the key, aborts it if it runs
+    void cancel(Key const& key, Waiter const& waiter);  ///< and waits until it has stopped
 
 protected:
     virtual void eraseFromQueue(Key const& key) = 0;  ///< under the lock
 
 private:
-    void cancel(Key const& key, Waiter const* waiter) {
-        ExclusiveLock guard{lockWord()};
-        eraseFromQueue(key);
-        auto const* const task = static_cast<Task<Key> const*>(taskInProgress());
-        if (task != nullptr && task->key() == key) doCancelCurrentTask(guard, true, waiter);
-    }
+    void cancel(Key const& key, Waiter const* waiter);
 };
+
+// Not inline: what an explicit instantiation exports on Windows are the members that are not.
+template <typename Key>
+Scheduler<Key>::Scheduler(int priority) noexcept : SchedulerBase{priority} {}
+
+template <typename Key>
+void Scheduler<Key>::cancel(Key const& key) {
+    cancel(key, nullptr);
+}
+
+template <typename Key>
+void Scheduler<Key>::cancel(Key const& key, Waiter const& waiter) {
+    cancel(key, &waiter);
+}
+
+template <typename Key>
+void Scheduler<Key>::cancel(Key const& key, Waiter const* waiter) {
+    ExclusiveLock guard{lockWord()};
+    eraseFromQueue(key);
+    auto const* const task = static_cast<Task<Key> const*>(taskInProgress());
+    if (task != nullptr && task->key() == key) doCancelCurrentTask(guard, true, waiter);
+}
 
 extern template class ORN_API Task<HWND>;
 extern template class ORN_API Scheduler<HWND>;
