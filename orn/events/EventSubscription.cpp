@@ -35,11 +35,11 @@ void EVSubscription<T>::destroy() {
     list_.reset(nullptr);
 }
 
-template class EVSubscriptionList<void>;
-template class EVSubscriptionList<int>;
-template class EVSubscriptionList<Quark>;
-template class EVSubscriptionList<std::wstring>;
-template class EVSubscription<void>;
-template class EVSubscription<int>;
-template class EVSubscription<Quark>;
-template class EVSubscription<std::wstring>;
+template class ORN_API_DEFINED EVSubscriptionList<void>;
+template class ORN_API_DEFINED EVSubscriptionList<int>;
+template class ORN_API_DEFINED EVSubscriptionList<Quark>;
+template class ORN_API_DEFINED EVSubscriptionList<std::wstring>;
+template class ORN_API_DEFINED EVSubscription<void>;
+template class ORN_API_DEFINED EVSubscription<int>;
+template class ORN_API_DEFINED EVSubscription<Quark>;
+template class ORN_API_DEFINED EVSubscription<std::wstring>;

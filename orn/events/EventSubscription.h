@@ -148,14 +148,14 @@ private:
     ORN::Handle<EVSubscriptionList<T>> list_;
 };
 
-extern template class ORN_API EVSubscriptionList<void>;
-extern template class ORN_API EVSubscriptionList<int>;
-extern template class ORN_API EVSubscriptionList<Quark>;
-extern template class ORN_API EVSubscriptionList<std::wstring>;
-extern template class ORN_API EVSubscription<void>;
-extern template class ORN_API EVSubscription<int>;
-extern template class ORN_API EVSubscription<Quark>;
-extern template class ORN_API EVSubscription<std::wstring>;
+extern template class ORN_API_DECLARED EVSubscriptionList<void>;
+extern template class ORN_API_DECLARED EVSubscriptionList<int>;
+extern template class ORN_API_DECLARED EVSubscriptionList<Quark>;
+extern template class ORN_API_DECLARED EVSubscriptionList<std::wstring>;
+extern template class ORN_API_DECLARED EVSubscription<void>;
+extern template class ORN_API_DECLARED EVSubscription<int>;
+extern template class ORN_API_DECLARED EVSubscription<Quark>;
+extern template class ORN_API_DECLARED EVSubscription<std::wstring>;
 
 /// Calls a callable for each event, from the end of its construction until its destruction begins:
 ///

@@ -10,7 +10,7 @@
 /// normalised again. The number of degrees or radians exists only when asked for, in the principal range.
 class ORN_API Angle {
 public:
-    static constexpr double pi = 3.141592653589793;  ///< the double nearest to π
+    static constexpr double pi = 3.141592653589793;  ///< the double nearest to pi
 
     constexpr Angle() noexcept = default;  ///< zero
     /// Of any size; NaN when it is not finite.

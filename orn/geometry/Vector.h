@@ -141,7 +141,7 @@ public:
     constexpr double lengthSquared() const noexcept { return x_ * x_ + y_ * y_ + z_ * z_; }
     double length() const noexcept { return std::sqrt(lengthSquared()); }  ///< may overflow, or vanish
     Vector unit() const noexcept { return *this / length(); }              ///< NaN for the zero vector
-    Angle altitude() const noexcept { return Angle::cosSin(std::sqrt(x_ * x_ + y_ * y_), z_); }  ///< −90° to 90°
+    Angle altitude() const noexcept { return Angle::cosSin(std::sqrt(x_ * x_ + y_ * y_), z_); }  ///< in [−90°, 90°]
     Angle azimuth() const noexcept { return Angle::cosSin(y_, x_); }                             ///< NaN along z
 
     /// By components.

@@ -39,8 +39,8 @@ public:
     std::wstring toString() const;                     ///< the 36 characters, digits in upper case
     bool isNull() const;                               ///< whether it is the nil identifier
 
-    friend bool operator==(UUID const& a, UUID const& b);  ///< all sixteen bytes
-    friend bool operator!=(UUID const& a, UUID const& b);  ///< all sixteen bytes
+    friend ORN_API bool operator==(UUID const& a, UUID const& b);  ///< all sixteen bytes
+    friend ORN_API bool operator!=(UUID const& a, UUID const& b);  ///< all sixteen bytes
 
 private:
     friend struct std::less<UUID>;

@@ -100,7 +100,7 @@ bool TextLineIterator<I>::eq(TextLineIterator const& other) const {
     return atEnd_ == other.atEnd_ && lineBegin_ == other.lineBegin_;
 }
 
-template class TextLineIterator<char const*>;
-template class TextLineIterator<wchar_t const*>;
-template class TextLineIterator<std::string::const_iterator>;
-template class TextLineIterator<std::wstring::const_iterator>;
+template class ORN_API_DEFINED TextLineIterator<char const*>;
+template class ORN_API_DEFINED TextLineIterator<wchar_t const*>;
+template class ORN_API_DEFINED TextLineIterator<std::string::const_iterator>;
+template class ORN_API_DEFINED TextLineIterator<std::wstring::const_iterator>;

@@ -60,7 +60,7 @@ private:
     bool atEnd_;
 };
 
-extern template class ORN_API TextLineIterator<char const*>;
-extern template class ORN_API TextLineIterator<wchar_t const*>;
-extern template class ORN_API TextLineIterator<std::string::const_iterator>;
-extern template class ORN_API TextLineIterator<std::wstring::const_iterator>;
+extern template class ORN_API_DECLARED TextLineIterator<char const*>;
+extern template class ORN_API_DECLARED TextLineIterator<wchar_t const*>;
+extern template class ORN_API_DECLARED TextLineIterator<std::string::const_iterator>;
+extern template class ORN_API_DECLARED TextLineIterator<std::wstring::const_iterator>;

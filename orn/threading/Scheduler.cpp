@@ -218,7 +218,7 @@ void SchedulerBase::tellStopped() noexcept {
     if (stopEvent_ != nullptr) os::signalEvent(stopEvent_);
 }
 
-template class Task<HWND>;
-template class Scheduler<HWND>;
+template class ORN_API_DEFINED Task<HWND>;
+template class ORN_API_DEFINED Scheduler<HWND>;
 
 }

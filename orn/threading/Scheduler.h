@@ -142,7 +142,7 @@ void Scheduler<Key>::cancel(Key const& key, Waiter const* waiter) {
     if (task != nullptr && task->key() == key) doCancelCurrentTask(guard, true, waiter);
 }
 
-extern template class ORN_API Task<HWND>;
-extern template class ORN_API Scheduler<HWND>;
+extern template class ORN_API_DECLARED Task<HWND>;
+extern template class ORN_API_DECLARED Scheduler<HWND>;
 
 }

@@ -121,5 +121,5 @@ AffineTransform<N>& AffineTransform<N>::divide(AffineTransform const& other) {
     return *this;
 }
 
-template class AffineTransform<2>;
-template class AffineTransform<3>;
+template class ORN_API_DEFINED AffineTransform<2>;
+template class ORN_API_DEFINED AffineTransform<3>;

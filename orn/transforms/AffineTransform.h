@@ -8,7 +8,7 @@
 /// Row i of the matrix is the image of the i-th unit vector, the translation that of the origin. Nothing tests for a
 /// singular matrix. The two kinds that exist are UniformTransform and NonUniformTransform.
 template <int N>
-class ORN_API AffineTransform : public Transform<N> {
+class ORN_API_TEMPLATE AffineTransform : public Transform<N> {
 public:
     AffineTransform(AffineTransform const&) = default;             ///< the matrix and the translation
     AffineTransform& operator=(AffineTransform const&) = default;  ///< the matrix and the translation
@@ -17,10 +17,11 @@ public:
     /// N = 3: the part in the x-y plane, a NonUniformTransform<2>. N = 2: throws the char * "Not Implemented".
     Transform<N - 1>* pSlice() const override;
 
+    // Before composeWith: in Microsoft's ABI the first declaration of a name, an override too, places all its overloads.
+    virtual void packToPod(double (&rows)[N + 1][N]) const;  ///< the rows of the matrix, then the translation
+
     /// With an affine transform the most specific affine kind, with a perspective a perspective, else a compound.
     Transform<N>* composeWith(Transform<N> const& other) const override = 0;
-
-    virtual void packToPod(double (&rows)[N + 1][N]) const;  ///< the rows of the matrix, then the translation
     /// This, then the other; to own and delete.
     virtual AffineTransform* composeWith(AffineTransform const& other) const = 0;
     virtual Vector<N> translation() const;      ///< the image of the origin
@@ -71,5 +72,5 @@ private:
     Vector<N> vector_;
 };
 
-extern template class AffineTransform<2>;
-extern template class AffineTransform<3>;
+extern template class ORN_API_INSTANCE AffineTransform<2>;
+extern template class ORN_API_INSTANCE AffineTransform<3>;

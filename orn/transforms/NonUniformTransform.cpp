@@ -16,19 +16,19 @@ template <int N>
 NonUniformTransform<N>::~NonUniformTransform() = default;
 
 template <int N>
-NonUniformTransform<N> NonUniformTransform<N>::scale(double sx, double sy) requires(N == 2) {
+NonUniformTransform<N> NonUniformTransform<N>::scale(double sx, double sy) {
     double const rows[2][2] = {{sx, 0.0}, {0.0, sy}};
     return NonUniformTransform{rows};
 }
 
 template <int N>
-NonUniformTransform<N> NonUniformTransform<N>::scale(double sx, double sy, double sz) requires(N == 3) {
+NonUniformTransform<N> NonUniformTransform<N>::scale(double sx, double sy, double sz) {
     double const rows[3][3] = {{sx, 0.0, 0.0}, {0.0, sy, 0.0}, {0.0, 0.0, sz}};
     return NonUniformTransform{rows};
 }
 
 template <int N>
-NonUniformTransform<N> NonUniformTransform<N>::axes(Vector<2> const& x, Vector<2> const& y) requires(N == 2) {
+NonUniformTransform<N> NonUniformTransform<N>::axes(Vector<2> const& x, Vector<2> const& y) {
     double rows[2][2];
     x.packToPod(rows[0]);
     y.packToPod(rows[1]);
@@ -36,8 +36,7 @@ NonUniformTransform<N> NonUniformTransform<N>::axes(Vector<2> const& x, Vector<2
 }
 
 template <int N>
-NonUniformTransform<N> NonUniformTransform<N>::axes(Vector<3> const& x, Vector<3> const& y,
-                                                    Vector<3> const& z) requires(N == 3) {
+NonUniformTransform<N> NonUniformTransform<N>::axes(Vector<3> const& x, Vector<3> const& y, Vector<3> const& z) {
     double rows[3][3];
     x.packToPod(rows[0]);
     y.packToPod(rows[1]);
@@ -89,5 +88,5 @@ AffineTransform<N>* NonUniformTransform<N>::composeWith(AffineTransform<N> const
     return result.release();
 }
 
-template class NonUniformTransform<2>;
-template class NonUniformTransform<3>;
+template class ORN_API_DEFINED NonUniformTransform<2>;
+template class ORN_API_DEFINED NonUniformTransform<3>;

@@ -5,7 +5,7 @@
 
 /// Nothing is checked: parallel axes or a zero factor make a singular transform, whose inverse is not finite.
 template <int N>
-class ORN_API NonUniformTransform : public AffineTransform<N> {
+class ORN_API_TEMPLATE NonUniformTransform : public AffineTransform<N> {
 public:
     NonUniformTransform() = default;                                       ///< the identity
     NonUniformTransform(NonUniformTransform const&) = default;             ///< the matrix and the translation
@@ -13,16 +13,16 @@ public:
     NonUniformTransform(AffineTransform<N> const& other);                  ///< the same map
     ~NonUniformTransform() override;
 
-    /// From the origin, along the axes.
+    /// From the origin, along the axes, as many as there are factors.
     /// @{
-    static NonUniformTransform scale(double sx, double sy) requires(N == 2);
-    static NonUniformTransform scale(double sx, double sy, double sz) requires(N == 3);
+    static NonUniformTransform scale(double sx, double sy);
+    static NonUniformTransform scale(double sx, double sy, double sz);
     /// @}
 
-    /// The images of the unit vectors, taken as they are.
+    /// The images of the unit vectors, taken as they are, one for each axis.
     /// @{
-    static NonUniformTransform axes(Vector<2> const& x, Vector<2> const& y) requires(N == 2);
-    static NonUniformTransform axes(Vector<3> const& x, Vector<3> const& y, Vector<3> const& z) requires(N == 3);
+    static NonUniformTransform axes(Vector<2> const& x, Vector<2> const& y);
+    static NonUniformTransform axes(Vector<3> const& x, Vector<3> const& y, Vector<3> const& z);
     /// @}
 
     static NonUniformTransform createFromPod(double const (&rows)[N + 1][N]);  ///< reads what packToPod fills
@@ -42,5 +42,17 @@ private:
     NonUniformTransform(Matrix<N> const& matrix, Vector<N> const& translation);
 };
 
-extern template class NonUniformTransform<2>;
-extern template class NonUniformTransform<3>;
+// What one dimension has and the other has not: with constraints in place of this, some versions of clang instantiate
+// those members for both.
+template <>
+NonUniformTransform<3> NonUniformTransform<3>::scale(double sx, double sy) = delete;
+template <>
+NonUniformTransform<3> NonUniformTransform<3>::axes(Vector<2> const& x, Vector<2> const& y) = delete;
+template <>
+NonUniformTransform<2> NonUniformTransform<2>::scale(double sx, double sy, double sz) = delete;
+template <>
+NonUniformTransform<2> NonUniformTransform<2>::axes(Vector<3> const& x, Vector<3> const& y,
+                                                    Vector<3> const& z) = delete;
+
+extern template class ORN_API_INSTANCE NonUniformTransform<2>;
+extern template class ORN_API_INSTANCE NonUniformTransform<3>;

@@ -158,5 +158,5 @@ PerspectiveTransform<N>& PerspectiveTransform<N>::divide(AffineTransform<N> cons
     return *this;
 }
 
-template class PerspectiveTransform<2>;
-template class PerspectiveTransform<3>;
+template class ORN_API_DEFINED PerspectiveTransform<2>;
+template class ORN_API_DEFINED PerspectiveTransform<3>;

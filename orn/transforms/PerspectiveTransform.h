@@ -27,7 +27,7 @@ public:
 /// reaches to ±DBL_MAX where it straddles the plane of the eye. Other perspectives than the unit one come of composing it
 /// with affine transforms, before or behind, and of inverting.
 template <int N>
-class ORN_API PerspectiveTransform : public Transform<N> {
+class ORN_API_TEMPLATE PerspectiveTransform : public Transform<N> {
 public:
     /// (x, y) to (x/y, −1/y); (x, y, z) to (x/z, y/z, −1/z).
     static Matrix<N + 1> const m_unitTrn;
@@ -77,5 +77,5 @@ private:
     Matrix<N + 1> matrix_;
 };
 
-extern template class PerspectiveTransform<2>;
-extern template class PerspectiveTransform<3>;
+extern template class ORN_API_INSTANCE PerspectiveTransform<2>;
+extern template class ORN_API_INSTANCE PerspectiveTransform<3>;

@@ -90,14 +90,15 @@ public:
 
     virtual std::wostream& putOn(std::wostream& os) const { return os << *full_; }
 
+    // Points first, as in Transform<2>.
+    virtual Point<1> preMultiply(Point<1> const&) const { throwText(notImplementedText); }
     virtual Extent<1> preMultiply(Extent<1> const& e) const {
         return extentThrough(e, [this](Extent<2> const& lifted) { return lifted * *full_; });
     }
-    virtual Point<1> preMultiply(Point<1> const&) const { throwText(notImplementedText); }
+    virtual Point<1> preDivide(Point<1> const&) const { throwText(notImplementedText); }
     virtual Extent<1> preDivide(Extent<1> const& e) const {
         return extentThrough(e, [this](Extent<2> const& lifted) { return lifted / *full_; });
     }
-    virtual Point<1> preDivide(Point<1> const&) const { throwText(notImplementedText); }
 
 private:
     Owned full_;

@@ -47,5 +47,5 @@ Extent<N> Transform<N>::preDivide(Extent<N> const& e) const {
     return boxOfCorners(e, [this](Point<N> const& corner) { return preDivide(corner); });
 }
 
-template class Transform<2>;
-template class Transform<3>;
+template class ORN_API_DEFINED Transform<2>;
+template class ORN_API_DEFINED Transform<3>;

@@ -42,7 +42,7 @@ protected:
 /// A map of the plane (N = 2) or of space (N = 3). Whoever calls clone, composeWith or a function whose name begins with
 /// p owns the result and deletes it. Any thread may use a transform that no thread is changing.
 template <int N>
-class ORN_API Transform {
+class ORN_API_TEMPLATE Transform {
     static_assert(N == 2 || N == 3, "transforms map the plane or space");
 
 public:
@@ -82,11 +82,13 @@ protected:
     Transform& operator=(Transform const&) = default;  ///< as the derived class copies
 
     virtual std::wostream& putOn(std::wostream& os) const = 0;  ///< writes the transform
-    virtual Extent<N> preMultiply(Extent<N> const& e) const;    ///< forwards: the box of the mapped corners
+    // The order of the virtual functions is fixed. Microsoft's ABI puts overloads side by side, last declared first: the
+    // extent's slot comes before the point's.
     virtual Point<N> preMultiply(Point<N> const& p) const = 0;  ///< forwards
-    virtual Extent<N> preDivide(Extent<N> const& e) const;      ///< backwards: the box of the mapped corners
+    virtual Extent<N> preMultiply(Extent<N> const& e) const;    ///< forwards: the box of the mapped corners
     virtual Point<N> preDivide(Point<N> const& p) const = 0;    ///< backwards
+    virtual Extent<N> preDivide(Extent<N> const& e) const;      ///< backwards: the box of the mapped corners
 };
 
-extern template class Transform<2>;
-extern template class Transform<3>;
+extern template class ORN_API_INSTANCE Transform<2>;
+extern template class ORN_API_INSTANCE Transform<3>;

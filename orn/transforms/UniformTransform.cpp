@@ -58,7 +58,7 @@ UniformTransform<N> UniformTransform<N>::createFromPod(double const (&rows)[N + 
 }
 
 template <int N>
-UniformTransform<N> UniformTransform<N>::rotation(Angle const& angle) requires(N == 2) {
+UniformTransform<N> UniformTransform<N>::rotation(Angle const& angle) {
     double const c = angle.cos();
     double const s = angle.sin();
     double const rows[2][2] = {{c, s}, {-s, c}};
@@ -66,7 +66,7 @@ UniformTransform<N> UniformTransform<N>::rotation(Angle const& angle) requires(N
 }
 
 template <int N>
-UniformTransform<N> UniformTransform<N>::rotation(Angle const& angle, Vector<3> const& axis) requires(N == 3) {
+UniformTransform<N> UniformTransform<N>::rotation(Angle const& angle, Vector<3> const& axis) {
     Vector<3> const u = axis.unit();
     double const x = u.x();
     double const y = u.y();
@@ -91,29 +91,29 @@ UniformTransform<N> UniformTransform<N>::reflection(Point<N> const& fixed, Vecto
 }
 
 template <int N>
-UniformTransform<N> UniformTransform<N>::mirror(ORN::Line<2> const& line) requires(N == 2) {
+UniformTransform<N> UniformTransform<N>::mirror(ORN::Line<2> const& line) {
     return reflection(line.point(), line.direction().perpendicular());
 }
 
 template <int N>
-UniformTransform<N> UniformTransform<N>::mirror(Plane const& plane) requires(N == 3) {
+UniformTransform<N> UniformTransform<N>::mirror(Plane const& plane) {
     return reflection(plane.pointOnPlane(), plane.normal());
 }
 
 template <int N>
-UniformTransform<N> UniformTransform<N>::xyAxes(Vector<3> const& a, Vector<3> const& b) requires(N == 3) {
+UniformTransform<N> UniformTransform<N>::xyAxes(Vector<3> const& a, Vector<3> const& b) {
     Frame const frame{a, b};
     return UniformTransform{withRows(frame.first, frame.second, frame.third), {}};
 }
 
 template <int N>
-UniformTransform<N> UniformTransform<N>::yzAxes(Vector<3> const& a, Vector<3> const& b) requires(N == 3) {
+UniformTransform<N> UniformTransform<N>::yzAxes(Vector<3> const& a, Vector<3> const& b) {
     Frame const frame{a, b};
     return UniformTransform{withRows(frame.third, frame.first, frame.second), {}};
 }
 
 template <int N>
-UniformTransform<N> UniformTransform<N>::zxAxes(Vector<3> const& a, Vector<3> const& b) requires(N == 3) {
+UniformTransform<N> UniformTransform<N>::zxAxes(Vector<3> const& a, Vector<3> const& b) {
     Frame const frame{a, b};
     return UniformTransform{withRows(frame.second, frame.third, frame.first), {}};
 }
@@ -129,12 +129,12 @@ double UniformTransform<N>::scale() const {
 }
 
 template <int N>
-Angle UniformTransform<N>::rotation() const requires(N == 2) {
+Angle UniformTransform<N>::rotation() const {
     return Angle::cosSin(this->getMatrix()[0][0], this->getMatrix()[0][1]);
 }
 
 template <int N>
-Angle UniformTransform<N>::rotation(Vector<3>&) const requires(N == 3) {
+Angle UniformTransform<N>::rotation(Vector<3>&) const {
     throw ORN::NotImplemented{L"UniformTransform<3>::rotation"};
 }
 
@@ -191,5 +191,5 @@ std::wostream& UniformTransform<N>::putOn(std::wostream& os) const {
     }
 }
 
-template class UniformTransform<2>;
-template class UniformTransform<3>;
+template class ORN_API_DEFINED UniformTransform<2>;
+template class ORN_API_DEFINED UniformTransform<3>;

@@ -8,7 +8,7 @@
 /// The class says what the matrix is meant to be; nothing checks or enforces it. Degenerate input (a zero axis, parallel
 /// frame vectors, a mirror whose direction is not of unit length) is not tested for and gives NaNs or no mirror.
 template <int N>
-class ORN_API UniformTransform : public AffineTransform<N> {
+class ORN_API_TEMPLATE UniformTransform : public AffineTransform<N> {
 public:
     UniformTransform() = default;                                    ///< the identity
     UniformTransform(UniformTransform const&) = default;             ///< the matrix and the translation
@@ -20,28 +20,26 @@ public:
     static UniformTransform scale(double s);
     static UniformTransform createFromPod(double const (&rows)[N + 1][N]);  ///< reads what packToPod fills
 
-    /// Anticlockwise about the origin.
-    static UniformTransform rotation(Angle const& angle) requires(N == 2);
-    /// In a line, whose direction has length 1.
-    static UniformTransform mirror(ORN::Line<2> const& line) requires(N == 2);
+    static UniformTransform rotation(Angle const& angle);      ///< N = 2: anticlockwise about the origin
+    static UniformTransform mirror(ORN::Line<2> const& line);  ///< N = 2: in a line, whose direction has length 1
 
-    /// Right-handed about the axis, which may have any length.
-    static UniformTransform rotation(Angle const& angle, Vector<3> const& axis) requires(N == 3);
-    static UniformTransform mirror(Plane const& plane) requires(N == 3);  ///< in a plane
+    /// N = 3: right-handed about the axis, which may have any length.
+    static UniformTransform rotation(Angle const& angle, Vector<3> const& axis);
+    static UniformTransform mirror(Plane const& plane);  ///< N = 3: in a plane
 
-    /// Right-handed orthonormal frames: the first axis named runs along a, the second lies in the plane of a and b on the
-    /// side of b. The axes are the rows of the matrix.
+    /// N = 3: right-handed orthonormal frames. The first axis named runs along a, the second lies in the plane of a and b
+    /// on the side of b. The axes are the rows of the matrix.
     /// @{
-    static UniformTransform xyAxes(Vector<3> const& a, Vector<3> const& b) requires(N == 3);
-    static UniformTransform yzAxes(Vector<3> const& a, Vector<3> const& b) requires(N == 3);
-    static UniformTransform zxAxes(Vector<3> const& a, Vector<3> const& b) requires(N == 3);
+    static UniformTransform xyAxes(Vector<3> const& a, Vector<3> const& b);
+    static UniformTransform yzAxes(Vector<3> const& a, Vector<3> const& b);
+    static UniformTransform zxAxes(Vector<3> const& a, Vector<3> const& b);
     /// @}
 
     using AffineTransform<N>::translation;
-    double scale() const;                     ///< of a mirroring transform NaN in the plane, negative in space
-    Angle rotation() const requires(N == 2);  ///< where the x axis points; NaN for a scale of 0
-    Angle rotation(Vector<3>& axis) const requires(N == 3);  ///< throws ORN::NotImplemented
-    UniformTransform inverse() const;                        ///< not finite for a scale of 0
+    double scale() const;                   ///< of a mirroring transform NaN in the plane, negative in space
+    Angle rotation() const;                 ///< N = 2: where the x axis points; NaN for a scale of 0
+    Angle rotation(Vector<3>& axis) const;  ///< N = 3: throws ORN::NotImplemented
+    UniformTransform inverse() const;       ///< not finite for a scale of 0
 
     UniformTransform& operator*=(UniformTransform const& other);  ///< this, then the other
     UniformTransform& operator/=(UniformTransform const& other);  ///< this, then the inverse of the other
@@ -61,5 +59,26 @@ private:
     std::wostream& putOn(std::wostream& os) const override;
 };
 
-extern template class UniformTransform<2>;
-extern template class UniformTransform<3>;
+// What one dimension has and the other has not: with constraints in place of this, some versions of clang instantiate
+// those members for both.
+template <>
+UniformTransform<3> UniformTransform<3>::rotation(Angle const& angle) = delete;
+template <>
+UniformTransform<3> UniformTransform<3>::mirror(ORN::Line<2> const& line) = delete;
+template <>
+Angle UniformTransform<3>::rotation() const = delete;
+template <>
+UniformTransform<2> UniformTransform<2>::rotation(Angle const& angle, Vector<3> const& axis) = delete;
+template <>
+UniformTransform<2> UniformTransform<2>::mirror(Plane const& plane) = delete;
+template <>
+UniformTransform<2> UniformTransform<2>::xyAxes(Vector<3> const& a, Vector<3> const& b) = delete;
+template <>
+UniformTransform<2> UniformTransform<2>::yzAxes(Vector<3> const& a, Vector<3> const& b) = delete;
+template <>
+UniformTransform<2> UniformTransform<2>::zxAxes(Vector<3> const& a, Vector<3> const& b) = delete;
+template <>
+Angle UniformTransform<2>::rotation(Vector<3>& axis) const = delete;
+
+extern template class ORN_API_INSTANCE UniformTransform<2>;
+extern template class ORN_API_INSTANCE UniformTransform<3>;

@@ -7,7 +7,7 @@ namespace {
 
 using transforms::Random;
 
-constexpr double half = 0.70710678118654752440;  // √½
+constexpr double half = 0.70710678118654752440;  // √½, rounded
 
 TEST(UniformTransform, PlaneRotationsTurnAnticlockwise) {
     struct Case {

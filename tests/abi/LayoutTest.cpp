@@ -169,10 +169,10 @@ std::ptrdiff_t slotOf(Function function) {
 // clang-format off
 #define ORN_TRANSFORM_SLOTS(N, T, A, P)                                                                            \
     ORN_SLOTS(Transform##N, 2, &T::clone, &T::pInverse, &T::pSlice, ORN_CONST_MEMBER(T*, T, T const&, composeWith),  \
-              &T::putOn, ORN_CONST_MEMBER(Extent<N>, T, Extent<N> const&, preMultiply),                            \
-              ORN_CONST_MEMBER(Point<N>, T, Point<N> const&, preMultiply),                                         \
-              ORN_CONST_MEMBER(Extent<N>, T, Extent<N> const&, preDivide),                                         \
-              ORN_CONST_MEMBER(Point<N>, T, Point<N> const&, preDivide))                                           \
+              &T::putOn, ORN_CONST_MEMBER(Point<N>, T, Point<N> const&, preMultiply),                              \
+              ORN_CONST_MEMBER(Extent<N>, T, Extent<N> const&, preMultiply),                                       \
+              ORN_CONST_MEMBER(Point<N>, T, Point<N> const&, preDivide),                                           \
+              ORN_CONST_MEMBER(Extent<N>, T, Extent<N> const&, preDivide))                                         \
     ORN_SLOTS(Affine##N, 11, &A::packToPod, ORN_CONST_MEMBER(A*, A, A const&, composeWith),                        \
               ORN_CONST_MEMBER(Vector<N>, A, , translation), &A::homogeneous, &A::mirroring,                       \
               ORN_CONST_MEMBER(Vector<N>, A, Vector<N> const&, preMultiply),                                       \

@@ -6,6 +6,8 @@
 #include <process.h>
 #include <windows.h>
 
+#include <exception>
+
 namespace ORN::os {
 
 HANDLE createEvent() noexcept {
@@ -43,7 +45,7 @@ bool threadExitCode(HANDLE thread, DWORD& code) noexcept { return GetExitCodeThr
 
 void exitThread(DWORD code) {
     _endthreadex(code);
-    __builtin_unreachable();
+    std::terminate();  // never reached: the declaration above does not tell
 }
 
 void setThreadPriority(HANDLE thread, int priority) noexcept {
