@@ -1,6 +1,7 @@
 #include "orn/foundation/Collection.h"
 
 #include <algorithm>
+#include <typeinfo>
 
 namespace ORN {
 
@@ -8,6 +9,8 @@ CollectionBase::CollectionBase(std::size_t perChunk, std::size_t elementSize, un
     : chunks_{&firstChunk_}, perChunk_{perChunk}, elementSize_{elementSize}, firstChunk_{firstChunk} {}
 
 CollectionBase& CollectionBase::operator=(CollectionBase const& other) {
+    // Elements of one size may still be of two types.
+    if (typeid(*this) != typeid(other)) throw std::logic_error{"CollectionBase: assignment of another collection"};
     rawAssign(other);
     return *this;
 }
@@ -43,15 +46,21 @@ void CollectionBase::rawResize(std::size_t count, void const* source) {
     }
 }
 
-void CollectionBase::rawInit(CollectionBase const& other) {
+void CollectionBase::requireSameSizes(CollectionBase const& other) const {
     if (elementSize_ != other.elementSize_ || perChunk_ != other.perChunk_)
         throw std::logic_error{"CollectionBase::rawInit of another kind of collection"};
+}
+
+void CollectionBase::rawInit(CollectionBase const& other) {
+    requireSameSizes(other);
+    if (count_ != 0) throw std::logic_error{"CollectionBase::rawInit of a collection that is not empty"};
     for (std::size_t chunk = 0; count_ < other.count_; ++chunk)
         append(chunk, std::min(perChunk_, other.count_ - count_), other.chunks_[chunk], elementSize_);
 }
 
 void CollectionBase::rawAssign(CollectionBase const& other) {
     if (this == &other) return;
+    requireSameSizes(other);
     rawResize(0, nullptr);
     rawInit(other);
 }

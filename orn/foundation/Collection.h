@@ -26,8 +26,11 @@ public:
     /// Copies the fields alone: elements, chunks and table stay the other's. A derived copy constructor calls the
     /// constructor with its own first chunk instead, then rawInit.
     CollectionBase(CollectionBase const&) noexcept = default;
-    CollectionBase& operator=(CollectionBase const& other);  ///< rawAssign
-    virtual ~CollectionBase();                               ///< frees the table, neither elements nor chunks
+
+    /// rawAssign. Throws std::logic_error, and changes nothing, when the other object is of another class.
+    CollectionBase& operator=(CollectionBase const& other);
+
+    virtual ~CollectionBase();  ///< frees the table, neither elements nor chunks
 
     /// As of standard containers; max_size is the largest size_type.
     /// @{
@@ -60,10 +63,13 @@ protected:
     /// Destroys elements from the back, or appends copies of the element at source (null: default elements).
     void rawResize(std::size_t count, void const* source);
 
-    /// Appends copies of the other's elements to this empty collection. Throws std::logic_error when the other's
-    /// elements or chunks have another size.
+    /// Appends copies of the other's elements to this empty collection. Throws std::logic_error, and changes nothing, when
+    /// the other's elements or chunks have another size, or this collection has elements. That the elements are of one
+    /// type is the caller's to know.
     void rawInit(CollectionBase const& other);
-    void rawAssign(CollectionBase const& other);  ///< rawInit after the own elements are gone; itself: nothing
+
+    /// rawInit after the own elements are gone; nothing for itself. The sizes are compared first.
+    void rawAssign(CollectionBase const& other);
 
     /// Takes over the other's count and all chunks but chunk 0, whose elements the caller has moved already. This
     /// collection is empty; the other one is so afterwards.
@@ -76,6 +82,7 @@ private:
     virtual void rawConstruct(void* slot, void const* source) = 0;  ///< a copy of source, or a default element
     virtual void rawDestroy(void* slot) = 0;
 
+    void requireSameSizes(CollectionBase const& other) const;
     unsigned char* addChunk(std::size_t index);
     void growTable();
     void freeChunk(std::size_t index) noexcept;

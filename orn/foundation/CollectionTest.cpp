@@ -18,10 +18,12 @@ public:
     Ints(Ints const&) = default;
     ~Ints() override { detached ? void() : clear(); }
 
+    using CollectionBase::rawAssign;
     using CollectionBase::rawBack;
     using CollectionBase::rawChunks;
     using CollectionBase::rawFront;
     using CollectionBase::rawIndex;
+    using CollectionBase::rawInit;
     using CollectionBase::rawResize;
 
     void push(int value) {
@@ -113,8 +115,20 @@ TEST(CollectionBase, CopiesItsFieldsAndAssignsItsElements) {
     ASSERT_EQ(other.size(), 9u);
     EXPECT_EQ(other.destroyed, (std::vector{105, 104, 103, 102, 101, 100}));
     for (int i = 0; i < 9; ++i) EXPECT_EQ(*other.at(i), i);
+
+    // Refusals leave everything as it was.
     Collection<int, 8> wider;
+    Collection<unsigned, 4> others;  // of the same sizes
+    for (unsigned i = 0; i < 5; ++i) others.push_back(i), wider.push_back(1);
+    CollectionBase& same = others;
     EXPECT_THROW(base = wider, std::logic_error);
+    EXPECT_THROW(base = others, std::logic_error);
+    EXPECT_THROW(same = ints, std::logic_error);
+    EXPECT_THROW(other.rawAssign(wider), std::logic_error);
+    EXPECT_THROW(other.rawInit(ints), std::logic_error) << "not empty";
+    ASSERT_EQ(other.size(), 9u);
+    for (int i = 0; i < 9; ++i) EXPECT_EQ(*other.at(i), i);
+    EXPECT_TRUE(std::ranges::equal(others, std::vector{0u, 1u, 2u, 3u, 4u}));
 }
 
 TEST(Collection, IsARandomAccessSequence) {

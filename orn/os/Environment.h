@@ -7,7 +7,8 @@
 
 namespace ORN::os {
 
-/// Empty when there is no such variable. Elsewhere than on Windows names and values are in the multibyte code page.
+/// Empty when there is no such variable. Elsewhere than on Windows names and values are in the multibyte code page, and a
+/// program that runs with another user's rights (set-uid) has no variables.
 std::wstring environmentVariable(std::wstring const& name);
 
 /// Replaces each %NAME% by the variable's value; a name that no variable has stays, with its signs. Returns the units that

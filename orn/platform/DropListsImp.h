@@ -4,6 +4,7 @@
 
 #include "orn/text/Encoding.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -66,9 +67,14 @@ private:
 
 /// Calls use(list) with the joined list of each item of a "Shell IDList Array", in order: a count of items, the offset of
 /// their folder's list, then the offset of each item's. Items whose offset or list is not wholly in the block are left out.
+///
+/// Offsets may all lead to the same long list, so the work would grow with the square of the block. It ends after 64 bytes
+/// of joined lists for each byte of the block, or 64 MiB if that is more. A selection stays far below: its items take at
+/// least a hundred bytes each, and what its folder takes is some hundreds.
 template <typename Use>
 void forEachItemList(std::span<std::byte const> bytes, Use use) {
     DropBlock const block{bytes};
+    std::size_t left = std::max<std::size_t>(0x4000000, 64 * block.size());
     // The entries up to the terminating one; each begins with the count of its bytes.
     auto const list = [&](std::size_t place) -> std::optional<std::span<std::byte const>> {
         std::optional<std::uint32_t> const first = block.number(place, 4);
@@ -79,6 +85,7 @@ void forEachItemList(std::span<std::byte const> bytes, Use use) {
             if (!count || *count == 1) return {};
             if (*count == 0) return block.part(*first, end);
             end += *count;
+            left -= std::min<std::size_t>(left, *count);
         }
     };
 
@@ -88,7 +95,10 @@ void forEachItemList(std::span<std::byte const> bytes, Use use) {
     for (std::size_t i = 0; i < count; ++i) {
         std::size_t const place = 8 + 4 * i;
         if (place >= block.size()) return;
-        if (auto const item = list(place)) use(JoinedItemList{*parent, *item});
+        auto const item = list(place);
+        left -= std::min(left, parent->size() + 1);
+        if (left == 0) return;
+        if (item) use(JoinedItemList{*parent, *item});
     }
 }
 

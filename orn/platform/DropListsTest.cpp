@@ -115,6 +115,29 @@ TEST(DropLists, ItemsThatAreNotWholeAreLeftOut) {
     EXPECT_EQ(changed(0, 0xFFFFFFFF, 4).front(), first);
 }
 
+TEST(DropLists, ABlockWhoseItemsShareItsBytesIsReadToABound) {
+    // Half of a megabyte of offsets, all of them of the other half: one list of the shortest entries.
+    std::size_t const half = 0x80000, bound = 0x8000000;
+    for (std::uint32_t const last : {0u, 1u}) {  // the terminator, or none
+        for (bool const parentIsLong : {false, true}) {
+            auto const place = static_cast<std::uint32_t>(half);
+            std::uint32_t const empty = place + static_cast<std::uint32_t>(half) - 2;
+            Bytes bytes;
+            bytes.number(0xFFFFFFFF, 4).number(parentIsLong ? place : empty, 4);
+            while (bytes.block.size() < half) bytes.number(parentIsLong ? empty : place, 4);
+            while (bytes.block.size() < 2 * half - 2) bytes.number(2, 2);
+            bytes.number(last, 2);
+            std::size_t joined = 0;
+            reading(bytes.block, [&](std::span<std::byte const> block) {
+                ORN::forEachItemList(block, [&](ORN::JoinedItemList const& list) { joined += list.size(); });
+                return 0;
+            });
+            EXPECT_LE(joined, bound);
+            EXPECT_EQ(joined > half, last == 0);
+        }
+    }
+}
+
 TEST(DropLists, NamesEndAtTheEmptyOneOrWhereTheyAreCut) {
     using Names = std::vector<std::wstring>;
     Block const narrow =

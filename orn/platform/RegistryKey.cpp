@@ -58,6 +58,9 @@ void expand(std::wstring& text) {
     text.swap(longer);
 }
 
+/// The system would take a name with a zero inside for what stands before it.
+bool isWhole(std::wstring const& name) noexcept { return name.find(L'\0') == std::wstring::npos; }
+
 wchar_t const* rootName(HKEY root) noexcept {
     switch (static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(root))) {
         case os::rootMachine: return L"HKEY_LOCAL_MACHINE";
@@ -85,10 +88,16 @@ RegKey::~RegKey() {
 
 void RegKey::open(Mode mode, HKEY parent, std::wstring const& subKey, DWORD access) {
     HKEY opened = nullptr;
-    valid_ =
-        keepStatus(mode == Mode::read ? os::openKey(parent, subKey.c_str(), access | os::registryRead, opened)
-                                      : os::createKey(parent, subKey.c_str(), access | os::registryReadWrite, opened));
+    DWORD const rights = access | (mode == Mode::read ? os::registryRead : os::registryReadWrite);
+    DWORD const status = !isWhole(subKey)     ? os::statusInvalidParameter
+                         : mode == Mode::read ? os::openKey(parent, subKey.c_str(), rights, opened)
+                                              : os::createKey(parent, subKey.c_str(), rights, opened);
+    valid_ = keepStatus(status);
     if (valid_) key_ = opened;
+}
+
+bool RegKey::mayAsk(std::wstring const& name) const noexcept {
+    return valid_ && (isWhole(name) || keepStatus(os::statusInvalidParameter));
 }
 
 bool RegKey::keepStatus(DWORD status) const noexcept {
@@ -104,7 +113,7 @@ std::wstring RegKey::errorMessage() {
 
 bool RegKey::getString(std::wstring const& name, std::wstring& value) const {
     std::wstring text;  // the name may be the value
-    bool const read = valid_ && readString(name, text);
+    bool const read = mayAsk(name) && readString(name, text);
     value.clear();
     if (read) value.swap(text);
     return read;
@@ -128,7 +137,7 @@ bool RegKey::readString(std::wstring const& name, std::wstring& text) const {
 
 bool RegKey::getMultiString(std::wstring const& name, std::vector<std::wstring>& values) const {
     std::vector<std::wstring> texts;  // the name may be among the values
-    bool const read = valid_ && readMultiString(name, texts);
+    bool const read = mayAsk(name) && readMultiString(name, texts);
     values.clear();
     if (read) values.swap(texts);
     return read;
@@ -153,7 +162,7 @@ bool RegKey::readMultiString(std::wstring const& name, std::vector<std::wstring>
 }
 
 bool RegKey::getDword(std::wstring const& name, DWORD& value) const {
-    if (!valid_) return false;
+    if (!mayAsk(name)) return false;
     DWORD type = 0, read = 0, size = sizeof read;
     if (!keepStatus(os::queryValue(key_, name.c_str(), type, &read, size)) || type != os::typeDword) return false;
     value = read;
@@ -161,7 +170,7 @@ bool RegKey::getDword(std::wstring const& name, DWORD& value) const {
 }
 
 DWORD RegKey::getBinary(std::wstring const& name, void* data, DWORD size) const {
-    if (!valid_) return 0;
+    if (!mayAsk(name)) return 0;
     // Asked without a place the system tells the size and reads nothing.
     BYTE nowhere;
     DWORD type = 0, read = data != nullptr ? size : 0;
@@ -182,7 +191,7 @@ RegWriteKey::RegWriteKey(RegWriteKey const& parent, std::wstring const& subKey, 
 RegWriteKey::~RegWriteKey() = default;
 
 bool RegWriteKey::setString(std::wstring const& name, std::wstring const& value) const {
-    if (!valid()) return false;
+    if (!mayAsk(name)) return false;
     if (value.size() >= 0xFFFFFFFF / 2) return keepStatus(os::statusInvalidParameter);
     try {
         std::u16string const units(value.begin(), value.end());
@@ -194,13 +203,15 @@ bool RegWriteKey::setString(std::wstring const& name, std::wstring const& value)
 }
 
 bool RegWriteKey::deleteValue(std::wstring const& name) const {
-    if (!valid()) return false;
+    if (!mayAsk(name)) return false;
     DWORD const status = os::deleteValue(key(), name.c_str());
     return keepStatus(status) || status == os::statusNotFound;
 }
 
 bool RegWriteKey::deleteSubKey(std::wstring const& name) const {
-    if (!valid()) return false;
+    if (!mayAsk(name)) return false;
+    // The system takes a name of nothing for the key itself, with all that it has.
+    if (name.find_first_not_of(L'\\') == std::wstring::npos) return keepStatus(os::statusInvalidParameter);
     DWORD const status = os::deleteTree(key(), name.c_str());
     return keepStatus(status) || status == os::statusNotFound;
 }

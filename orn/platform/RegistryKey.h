@@ -15,8 +15,9 @@
 #include <vector>
 
 /// An open key, closed when destroyed. Accessors give false, 0 or an empty result when they fail; errorMessage tells of
-/// the last call that one of them made to the system. A name of no characters is that of the key's default value. One
-/// key is for one thread at a time; several keys need no care.
+/// the last call that one of them made to the system. A name of no characters is that of the key's default value. A name
+/// or a path with a zero inside is refused, with status 87, before the system is asked. One key is for one thread at a
+/// time; several keys need no care.
 class ORN_API RegKey {
 public:
     virtual ~RegKey();
@@ -57,7 +58,8 @@ protected:
     RegKey(Mode mode, RegKey const& parent, std::wstring const& subKey, DWORD access);
     /// @}
 
-    bool keepStatus(DWORD status) const noexcept;  ///< whether it is that of success
+    bool keepStatus(DWORD status) const noexcept;          ///< whether it is that of success
+    bool mayAsk(std::wstring const& name) const noexcept;  ///< whether there is a key, and the name can be one
 
 private:
     void open(Mode mode, HKEY parent, std::wstring const& subKey, DWORD access);
@@ -94,5 +96,8 @@ public:
 
     bool setString(std::wstring const& name, std::wstring const& value) const;  ///< writes one that is not expandable
     bool deleteValue(std::wstring const& name) const;                           ///< also true when there was none
-    bool deleteSubKey(std::wstring const& name) const;  ///< with everything below it; also true when there was none
+
+    /// With everything below it; also true when there was none. A name of no characters, or of backslashes alone, would be
+    /// this key itself and is refused with status 87.
+    bool deleteSubKey(std::wstring const& name) const;
 };

@@ -1,12 +1,15 @@
 #include "orn/platform/RegistryKey.h"
 
+#include "orn/foundation/Error.h"
 #include "tests/support/TestRegistry.h"
 
 #include <gmock/gmock.h>
 
 #include <cstdint>
+#include <functional>
 #include <type_traits>
 
+using testing::EndsWith;
 using testing::StartsWith;
 
 namespace {
@@ -74,6 +77,33 @@ TEST_F(RegistryKey, PathsBeginWithTheRootsNames) {
         EXPECT_FALSE(key.valid());
         EXPECT_THAT(key.errorMessage(), StartsWith(std::wstring{path} + L"\r\n"));
     }
+}
+
+TEST_F(RegistryKey, NamesThatCouldMeanAnotherAreRefusedBeforeAnythingIsDone) {
+    RegWriteKey key{registry_.root(), registry_.path(), 0};
+    RegWriteKey const below{key, L"below", 0};
+    ASSERT_TRUE(key.setString(L"n", L"value") && key.setString(L"", L"own") && below.valid());
+    std::wstring const cut{L"n\0m", 3}, cutKey{L"below\0m", 7};
+    std::wstring text;
+    std::vector<std::wstring> texts;
+    DWORD number = 0;
+    std::function<bool()> const calls[] = {
+        [&] { return key.getString(cut, text); },     [&] { return key.getMultiString(cut, texts); },
+        [&] { return key.getDword(cut, number); },    [&] { return key.getBinary(cut, &number, 4) != 0; },
+        [&] { return key.setString(cut, L"other"); }, [&] { return key.deleteValue(cut); },
+        [&] { return key.deleteSubKey(cutKey); },     [&] { return key.deleteSubKey(L""); },
+        [&] { return key.deleteSubKey(L"\\"); },      [&] { return key.deleteSubKey(L"\\\\"); },
+    };
+    for (auto const& call : calls) {
+        EXPECT_TRUE(key.getString(L"n", text));
+        EXPECT_FALSE(call());
+        EXPECT_THAT(key.errorMessage(), StartsWith(full(L"\r\n") + formatMessage(DWORD{87}, nullptr)));
+    }
+    EXPECT_TRUE(key.getString(L"n", text) && text == L"value" && key.getString(L"", text) && text == L"own");
+    EXPECT_FALSE((RegReadKey{key, cutKey, 0}.valid() || RegWriteKey{key, cutKey, 0}.valid()));
+    EXPECT_TRUE((RegReadKey{key, L"below", 0}.valid()));
+    RegWriteKey whole{registry_.root(), registry_.path() + cut, 0};
+    EXPECT_THAT(whole.errorMessage(), EndsWith(L"\r\n" + formatMessage(DWORD{87}, nullptr)));
 }
 
 TEST_F(RegistryKey, WritingMakesKeysAndDeletingCountsAsDoneWhenNothingIsThere) {

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -130,6 +131,27 @@ TEST_F(RegistryFile, ThatIsNoneOrDamagedIsNeverWrittenTo) {
     EXPECT_TRUE((RegWriteKey{HKEY_CURRENT_USER, L"key", 0}.valid()));
 }
 
+TEST_F(RegistryFile, IsWalkedToAnEndWhateverItsKeysSayOfEachOther) {
+    RegWriteKey const key{HKEY_CURRENT_USER, L"key", 0};
+    ASSERT_TRUE((RegWriteKey{key, L"x\\y", 0}.setString(L"name", L"gone")));
+    ASSERT_TRUE((RegWriteKey{HKEY_CURRENT_USER, L"kept", 0}.setString(L"name", L"kept")));
+    // The user's root below one of its keys, a key below itself, and all of them below one key without end.
+    ask("PRAGMA ignore_check_constraints = ON;"
+        "INSERT INTO keys SELECT -2147483647, id, x'5200', 'r' FROM keys WHERE name = 'y';"
+        "INSERT INTO keys SELECT 0, id, x'5A00', 'z' FROM keys WHERE name = 'y';"
+        "INSERT INTO keys VALUES(1000, 1000, x'5300', 's')");
+    EXPECT_FALSE((RegReadKey{key, L"x\\y\\r", 0}.valid() || RegReadKey{key, L"x\\y\\z", 0}.valid()));
+    EXPECT_TRUE(key.deleteSubKey(L"x"));
+    EXPECT_FALSE((RegReadKey{key, L"x", 0}.valid()));
+    EXPECT_EQ(read(L"kept", L"name"), L"kept");
+
+    // A connection that finds such keys takes nothing from the file.
+    ask("VACUUM INTO '" + (path_ / "copy").string() + "'");
+    ::setenv("ORN_REGISTRY", (path_ / "copy").c_str(), 1);
+    RegReadKey damaged{HKEY_CURRENT_USER, L"kept", 0};
+    EXPECT_THAT(damaged.errorMessage(), EndsWith(L"The configuration registry database is corrupt."));
+}
+
 TEST_F(RegistryFile, ThatMayNotBeWrittenIsReadAllTheSame) {
     ASSERT_TRUE((RegWriteKey{HKEY_CURRENT_USER, L"key", 0}.setString(L"name", L"value")));
     for (char const* name : {"registry.db", "registry.db-wal", "registry.db-shm"}) {
@@ -139,6 +161,23 @@ TEST_F(RegistryFile, ThatMayNotBeWrittenIsReadAllTheSame) {
     EXPECT_EQ(nobody.wait(60s), 0);
     EXPECT_EQ(folder_.get("printed"), "value; HKEY_CURRENT_USER\\key\r\nAccess is denied.\n");
     EXPECT_EQ(read(L"key", L"name"), L"value");
+}
+
+TEST_F(RegistryFile, OfAnotherUsersProgramIsNotTheOneThatTheEnvironmentNames) {
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can make a program another user's";
+    std::filesystem::path const program = path_ / "probe", home = path_ / "home";
+    std::filesystem::copy_file(ORN_REGISTRY_PROBE, program);
+    std::filesystem::create_directory(home);
+    for (auto const& name : {path_, program, home}) ASSERT_EQ(::chown(name.c_str(), 65534, 65534), 0);
+    ASSERT_EQ(::chmod(path_.c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(program.c_str(), 04755), 0);
+    ChildProcess process{program,
+                         {"privileged"},
+                         {{"HOME", home}, {"XDG_CONFIG_HOME", home}, {"ORNDEBUGPRINTFILE", path_ / "diagnosis"}},
+                         path_ / "printed"};
+    EXPECT_EQ(process.wait(60s), 0);
+    EXPECT_FALSE(thereIs("registry.db") || thereIs("diagnosis"));
+    EXPECT_TRUE(std::filesystem::is_empty(home));
 }
 
 TEST_F(RegistryFile, IsSharedByProcessesAndThreadsFromItsFirstMomentOn) {

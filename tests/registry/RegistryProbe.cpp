@@ -1,4 +1,5 @@
 // What another process does with the registry. Exit code 0, or a number that tells what failed.
+#include "orn/foundation/DebugStream.h"
 #include "orn/platform/RegistryKey.h"
 #include "orn/text/Encoding.h"
 
@@ -64,6 +65,13 @@ int asNobody() {
     return writable.setString(L"name", L"changed") || RegWriteKey{HKEY_CURRENT_USER, L"new", 0}.valid() ? 2 : 0;
 }
 
+/// With the rights of another user: what the environment says must lead to no file.
+int privileged() {
+    if (::getuid() == ::geteuid()) return 1;
+    bool const made = RegWriteKey{HKEY_CURRENT_USER, L"key", 0}.valid();
+    return made || DebugStream::isActive() ? 2 : 0;
+}
+
 }
 
 int main(int count, char** words) {
@@ -72,5 +80,6 @@ int main(int count, char** words) {
     if (use == "churn") return churn();
     if (use == "fork") return forked();
     if (use == "nobody") return asNobody();
+    if (use == "privileged") return privileged();
     return 64;
 }

@@ -12,13 +12,13 @@ namespace ORN::os {
 
 namespace {
 
-/// Null when there is no such variable.
+/// Null when there is no such variable. None has a program with another user's rights: what is read here names files.
 char const* nativeVariable(std::wstring const& name) {
     std::string native(8 * name.size() + 1, '\0');
     int const length =
         wideToMultibyte(name.data(), static_cast<int>(name.size()), native.data(), static_cast<int>(native.size()) - 1);
     native.resize(static_cast<std::size_t>(length));
-    return std::getenv(native.c_str());
+    return ::secure_getenv(native.c_str());
 }
 
 std::wstring wide(char const* value) {

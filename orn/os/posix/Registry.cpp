@@ -88,10 +88,11 @@ bool watchFork() noexcept {
     return forkIsWatched;
 }
 
-/// Where the registry is; empty when the environment does not tell.
+/// Where the registry is; empty when the environment does not tell. A program that has another user's rights is told
+/// nothing: whoever started it could name any file.
 std::string storePath() {
     auto const variable = [](char const* name) {
-        char const* const value = std::getenv(name);
+        char const* const value = ::secure_getenv(name);
         return std::string{value != nullptr ? value : ""};
     };
     if (std::string own = variable("ORN_REGISTRY"); !own.empty()) {

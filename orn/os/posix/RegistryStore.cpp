@@ -222,8 +222,9 @@ DWORD RegistryStore::initialise() {
         return recognise(empty);
     }
     for (char const* sql : {
-             "CREATE TABLE keys(id INTEGER PRIMARY KEY AUTOINCREMENT, parent INTEGER NOT NULL, folded BLOB NOT NULL,"
-             " name TEXT NOT NULL, UNIQUE(parent, folded))",
+             "CREATE TABLE keys(id INTEGER PRIMARY KEY AUTOINCREMENT CHECK(id > 0),"
+             " parent INTEGER NOT NULL CHECK(parent < id), folded BLOB NOT NULL, name TEXT NOT NULL,"
+             " UNIQUE(parent, folded))",
              "CREATE TABLE data(key INTEGER NOT NULL, folded BLOB NOT NULL, name TEXT NOT NULL, type INTEGER NOT NULL,"
              " bytes BLOB NOT NULL, PRIMARY KEY(key, folded)) WITHOUT ROWID",
              "PRAGMA application_id = 0x6F726E72",
@@ -273,7 +274,7 @@ DWORD RegistryStore::descend(Names const& names, Key& key, std::size_t& depth) {
     for (depth = 0; depth < names.size(); ++depth) {
         bool row = false;
         std::u16string const name = folded(names[depth]);
-        Statement statement{database_, "SELECT id FROM keys WHERE parent = ? AND folded = ?"};
+        Statement statement{database_, "SELECT id FROM keys WHERE parent = ? AND folded = ? AND id > 0"};
         if (DWORD const status = statement.bind(key).bind(name).step(row)) return status;
         if (!row) return 0;
         key = statement.number(0);
@@ -313,8 +314,10 @@ DWORD RegistryStore::remove(Key from, Names const& names) {
         if (DWORD const status = descend(names, key, depth)) return status;
         if (depth < names.size()) return statusNotFound;
         if (key < 0) return accessDenied;  // a root
+        // Each key once, and no root among them, so that there is an end whatever another program has written.
         std::string const below =
-            "WITH RECURSIVE below(id) AS (VALUES(?) UNION ALL SELECT keys.id FROM keys, below WHERE parent = below.id)";
+            "WITH RECURSIVE below(id) AS (VALUES(?) UNION"
+            " SELECT keys.id FROM keys, below WHERE parent = below.id AND keys.id > 0)";
         for (char const* sql : {" DELETE FROM data WHERE key IN below", " DELETE FROM keys WHERE id IN below"}) {
             if (DWORD const status = Statement{database_, (below + sql).c_str()}.bind(key).run()) return status;
         }
