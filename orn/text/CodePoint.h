@@ -69,6 +69,8 @@ public:
         : current_{first}, end_{end} {}
     /// @}
 
+    explicit CodePointEnumerator(std::wstring const&& text) = delete;  // it would be gone at once
+
     /// Non-null while there is a current code point.
     operator void*() const noexcept { return current_ != end_ ? const_cast<CodePointEnumerator*>(this) : nullptr; }
 

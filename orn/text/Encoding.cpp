@@ -11,6 +11,7 @@
 #include <climits>
 #include <cstring>
 #include <memory>
+#include <string_view>
 
 namespace {
 
@@ -70,6 +71,16 @@ int platformLength(std::size_t length) {
     return static_cast<int>(length);
 }
 
+// Where a code point begins, near the middle of two others; 0 when there is none between them.
+int codePointBetween(std::wstring_view text, int first, int last) noexcept {
+    int const middle = first + (last - first) / 2;
+    auto const unit = [&](int at) { return static_cast<unsigned int>(text[static_cast<std::size_t>(at)]); };
+    bool const inPair = middle > first && isSurrogateB(unit(middle)) && isSurrogateA(unit(middle - 1));
+    if (!inPair) return middle > first ? middle : 0;
+    if (middle - 1 > first) return middle - 1;
+    return middle + 1 < last ? middle + 1 : 0;
+}
+
 }
 
 std::string utf8(std::wstring const& text) {
@@ -124,18 +135,12 @@ unsigned int packTo(std::wstring const& text, char* buffer, int size) {
         if (bytes == 0 && error != insufficientBuffer) throw WinError{L"WideCharToMultiByte in packTo", error};
         return bytes > 0;
     };
-    if (fits(platformLength(text.size()))) return written;
+    int unfit = platformLength(text.size());
+    if (fits(unfit)) return written;
 
-    Scratch<int, 64> starts{text.size()};
-    int* last = starts.data();
-    for (std::size_t at = 0; at < text.size(); ++last) {
-        *last = platformLength(at);
-        unsigned int pair;
-        bool const paired = at + 1 < text.size() && fromUTF16(pair, static_cast<unsigned int>(text[at]),
-                                                              static_cast<unsigned int>(text[at + 1]));
-        at += paired ? 2 : 1;
-    }
-    while (last != starts.data())
-        if (fits(*--last)) return written;
-    return 0;
+    // A longer prefix never takes fewer bytes, so the longest that fits is found by halving.
+    int fit = 0;
+    while (int const middle = codePointBetween(text, fit, unfit)) (fits(middle) ? fit : unfit) = middle;
+    fits(fit);
+    return written;
 }

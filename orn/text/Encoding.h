@@ -32,7 +32,8 @@ ORN_API std::string getMBS(std::wstring const& text);
 /// @}
 
 /// Converts into a buffer of size bytes, terminator included, and returns the number of bytes before the terminator. A
-/// text that does not fit is cut to its longest prefix of whole code points that does. A negative size counts as 0.
-/// Throws std::logic_error "illegal buffer to pack wstring" for size 0, WinError when the conversion fails for any
-/// reason but lack of room.
+/// text that does not fit is cut to its longest prefix of whole code points that does, found in about log2(text.size())
+/// conversions. A negative size counts as 0. Throws std::logic_error "illegal buffer to pack wstring" for size 0;
+/// WinError when the conversion fails for another reason than lack of room, and also when the buffer has room for a
+/// byte, but not for the text's first code point. The buffer then holds the empty text.
 ORN_API unsigned int packTo(std::wstring const& text, char* buffer, int size);

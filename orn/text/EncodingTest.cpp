@@ -175,11 +175,22 @@ TEST(Encoding, PackToCutsWhereACodePointEnds) {
     for (int size : {1, 2, 3, 4, 9}) EXPECT_EQ(packed(L"abc", size), std::string{"abc"}.substr(0, size - 1u));
     EXPECT_EQ(packed(std::wstring(100, L'y'), 9), "yyyyyyyy");
 
-    std::wstring const face{0x61, 0xD83D, 0xDE00, 0x62};
-    for (int size = 2; size <= 8; ++size) {
-        std::size_t units = 4;
-        while (getMBS(face.substr(0, units)).size() >= static_cast<unsigned>(size)) units -= units == 3 ? 2 : 1;
-        EXPECT_EQ(packed(face, size), getMBS(face.substr(0, units))) << size;
+    // The longest of all beginnings that fit; where not one code point does, its conversion is refused.
+    std::mt19937 random{22};
+    for (int round = 0; round < 3000; ++round) {
+        std::wstring text;
+        for (std::size_t length = 1 + random() % 30; length != 0; --length)
+            text += std::wstring{CodePoint::codePoint("a\xE9\x7F!"[random() % 4] & 0xFFu)} +
+                    std::wstring(random() % 4 == 0, wchar_t{0xD83D}) + std::wstring(random() % 4 == 0, wchar_t{0xDE00});
+        int const size = static_cast<int>(2 + random() % 14);
+        std::size_t units = text.size();
+        auto const splits = [&] { return isSurrogateB(text[units]) && units != 0 && isSurrogateA(text[units - 1]); };
+        while (splits() || getMBS(text.substr(0, units)).size() >= static_cast<unsigned>(size)) --units;
+        if (units != 0) {
+            ASSERT_EQ(packed(text, size), getMBS(text.substr(0, units))) << testing::PrintToString(text) << size;
+        } else {
+            ASSERT_NE(thrown([&] { packed(text, size); }), L"nothing") << testing::PrintToString(text);
+        }
     }
 }
 

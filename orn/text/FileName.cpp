@@ -80,9 +80,8 @@ std::wstring joinDirectory(std::wstring const& directory, std::wstring const& na
     result.reserve(directory.size() + 1 + name.size());
     result = directory;
     if (!result.empty() && result.back() != L'\\' && result.back() != L'/') {
-        bool const ofThisSystem = directory.find(L'/') != std::wstring::npos &&
-                                  directory.find(L'\\') == std::wstring::npos &&
-                                  ORN::PathParts{directory}.drive.empty();
+        bool const ofThisSystem =
+            directory.find(L'\\') == std::wstring::npos && ORN::PathParts{directory}.drive.empty();
         result += isURL(directory) ? L'/' : ofThisSystem ? ORN::os::pathSeparator() : L'\\';
     }
     return result += name;

@@ -1,7 +1,8 @@
 /// File names and URLs, taken apart and put together. A text that contains "://" is a URL and keeps to forward slashes;
 /// anything else is a file name. File names are taken apart by the rules of Windows on every system: a drive is one
 /// character before a colon at the start, either slash ends a directory, and an extension starts at the last dot behind
-/// it. No function here throws on content (only std::bad_alloc); all may be called from any thread.
+/// it. Parts of any length are kept whole. No function here throws on content (only std::bad_alloc); all may be called
+/// from any thread.
 #pragma once
 
 #include "orn/Export.h"
@@ -27,8 +28,8 @@ ORN_API std::wstring getDirectory(std::wstring const& path, std::wstring& name);
 ORN_API std::wstring getDirectory(std::wstring const& path, std::wstring& base, std::wstring& extension);
 
 /// Directory, one separator, name. An empty directory, or one that ends in a slash of either kind, needs no separator;
-/// for others it is `/` in a URL and `\` in a file name. On systems whose names are parted by `/`, a directory that
-/// contains one, no `\` and no drive gets `/`.
+/// for others it is `/` in a URL and `\` in a file name. On systems whose names are parted by `/` a file name gets `/`,
+/// too, unless its directory contains a `\` or begins with a drive.
 ORN_API std::wstring joinDirectory(std::wstring const& directory, std::wstring const& name);
 
 /// The name from the root on, "." and ".." resolved by the text alone, by the system's own rules for names; the empty
@@ -36,7 +37,8 @@ ORN_API std::wstring joinDirectory(std::wstring const& directory, std::wstring c
 /// characters, and for a name with a zero inside.
 ORN_API std::wstring absoluteFilename(std::wstring const& path);
 
-/// Whether the path may be appended to a directory: it begins with no `\` and contains no `:`.
+/// Whether the path may be appended to a directory: it begins with no `\` and contains no `:`. This is no guard against
+/// names that lead out of the directory: `..\..\x` and `/etc/x` pass.
 ORN_API bool okToAddToAbsolutePath(std::wstring const& path);
 
 /// Which of the extensions, dots included and separated by "/" (".dwg/.dxf"), is the path's: the number of the first

@@ -10,6 +10,7 @@
 namespace {
 
 TEST(FileName, DirectoriesAndNames) {
+    std::wstring const long300(300, L'l'), dotted = L'.' + long300, longer = long300 + L'/' + long300 + dotted;
     struct {
         wchar_t const *path, *directory, *base, *extension;
     } const cases[] = {
@@ -38,6 +39,7 @@ TEST(FileName, DirectoriesAndNames) {
         {L"x://h.org", L"x://", L"h", L".org"},
         {L"x://h\\a/b\\c.d", L"x://h\\a/", L"b\\c", L".d"},
         {L"x://h/", L"x://h/", L"", L""},
+        {longer.c_str(), long300.c_str(), long300.c_str(), dotted.c_str()},  // no part is too long
     };
     for (auto const& c : cases) {
         std::wstring name, base, extension;
@@ -58,15 +60,21 @@ TEST(FileName, DirectoriesAndNames) {
 }
 
 TEST(FileName, JoinsWithOneSeparator) {
+    std::wstring const own(1, static_cast<wchar_t>(std::filesystem::path::preferred_separator));
     struct {
-        wchar_t const *directory, *name, *joined;
+        std::wstring directory, name, joined;
     } const cases[] = {
         {L"C:\\a", L"b", L"C:\\a\\b"},
         {L"C:\\", L"b", L"C:\\b"},
         {L"C:/a", L"b", L"C:/a\\b"},
+        {L"C:", L"b", L"C:\\b"},
+        {L"\\s", L"b", L"\\s\\b"},
+        {L"a\\b/c", L"d", L"a\\b/c\\d"},
         {L"a/", L"b", L"a/b"},
-        {L"a", L"b", L"a\\b"},
-        {L"a", L"", L"a\\"},
+        {L"a/b", L"c", L"a/b" + own + L"c"},
+        {L"a", L"b", L"a" + own + L"b"},
+        {L"..", L"b", L".." + own + L"b"},
+        {L"a", L"", L"a" + own},
         {L"x://h/a", L"b", L"x://h/a/b"},
         {L"x://h/a\\", L"b", L"x://h/a\\b"},
         {L"", L"b", L"b"},

@@ -9,6 +9,14 @@ struct Shape {
     wchar_t const* expected;
 };
 
+// What would be read as something else does not compile.
+template <typename Format, typename... Arguments>
+concept Formats = requires(Format format, Arguments... arguments) {
+    stringPrintf(format, 1, arguments...);
+};
+static_assert(Formats<wchar_t const*, wchar_t const*, double> && Formats<char const*, char*, std::nullptr_t>);
+static_assert(!Formats<wchar_t const*, std::wstring> && !Formats<char const*, int, std::wstring_view const&>);
+
 TEST(Printf, TextsAreWideUnlessSaidOtherwise) {
     for (auto const& [format, expected] : {Shape{L"%s", L"text"},
                                            {L"%ls", L"text"},

@@ -8,6 +8,17 @@
 #include <memory>
 #include <utility>
 
+/// The halves of the 128-bit product, one over the other, for compilers without such an integer.
+constexpr std::uint64_t foldedProduct(std::uint64_t a, std::uint64_t b) noexcept {
+    std::uint64_t const lowMask = 0xFFFFFFFF;
+    std::uint64_t const low = (a & lowMask) * (b & lowMask), high = (a >> 32) * (b >> 32);
+    std::uint64_t const cross = (a >> 32) * (b & lowMask) + (low >> 32);  // cannot overflow
+    std::uint64_t const middle = (a & lowMask) * (b >> 32) + (cross & lowMask);
+    return (middle << 32 | (low & lowMask)) ^ (high + (cross >> 32) + (middle >> 32));
+}
+static_assert(foldedProduct(0xFFFFFFFFFFFFFFFF, 0xFFFFFFFFFFFFFFFF) == 0xFFFFFFFFFFFFFFFF);  // 1 and 2^64 - 2
+static_assert(foldedProduct(0xFEDCBA9876543210, 0x0123456789ABCDEF) == (0x2236D88FE5618CF0 ^ 0x0121FA00AD77D742));
+
 /// One text to look up, measured and hashed once.
 class QuarkKey {
 public:
@@ -19,12 +30,15 @@ public:
     std::uint64_t hash() const noexcept { return hash_; }
 
 private:
-    __extension__ using Product = unsigned __int128;
-
     /// Folds the 128-bit product, so that every bit of the operands reaches the low bits.
     static std::uint64_t mix(std::uint64_t a, std::uint64_t b) noexcept {
+#if defined(__SIZEOF_INT128__)
+        __extension__ using Product = unsigned __int128;
         Product const product = Product{a} * b;
         return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+#else
+        return foldedProduct(a, b);
+#endif
     }
 
     static std::uint64_t word(char const* bytes, std::size_t size = 8) noexcept {

@@ -4,6 +4,7 @@
 #include "orn/os/Download.h"
 #include "orn/os/Url.h"
 #include "orn/text/Printf.h"
+#include "orn/text/Strings.h"
 #include "ornmsg/ornmsg.h"
 
 namespace {
@@ -13,7 +14,16 @@ namespace {
 }
 
 void require(HRESULT status, std::wstring const& url) {
-    if (status < 0) fail(278, url, formatMessage(status, nullptr));
+    if (status < 0) fail(278, url, formatMessage(static_cast<DWORD>(status), nullptr));
+}
+
+// The system would try whatever else is registered with it.
+HRESULT requireScheme(std::wstring const& url) {
+    std::size_t const colon = url.find(L':');
+    if (colon == std::wstring::npos || colon == 0) return static_cast<HRESULT>(0x800C0002);  // no URL
+    std::wstring const scheme = simpleLowercase(url.substr(0, colon));
+    bool const known = scheme == L"http" || scheme == L"https" || scheme == L"file";
+    return known ? 0 : static_cast<HRESULT>(0x800C000D);  // no protocol for it
 }
 
 }
@@ -39,7 +49,8 @@ std::wstring cleanupUrl(std::wstring const& url) {
 
 std::wstring downloadUrlToCache(std::wstring const& url) {
     std::wstring file;
-    HRESULT const status = ORN::os::downloadToCache(url.c_str(), file);
+    HRESULT status = requireScheme(url);
+    if (status >= 0) status = ORN::os::downloadToCache(url.c_str(), file);
     if (status < 0) fail(280, url, formatMessage(static_cast<DWORD>(status), L"urlmon.dll"));
     return file;
 }

@@ -15,7 +15,8 @@
 
 #include <string>
 
-/// Each `%` with two hexadecimal digits is the character of that number, up to U+00FF; any other `%` stays.
+/// Each `%` with two hexadecimal digits is the character of that number, up to U+00FF; any other `%` stays. The result
+/// may hold what was hidden in the URL: `%00` is a zero, at which a name ends for the system, and `%2F` a slash.
 ORN_API std::wstring unescapeUrl(std::wstring const& url);
 
 /// The canonical form: without blanks around it and without dot segments in its path, save those that the path starts
@@ -26,12 +27,17 @@ ORN_API std::wstring unescapeUrl(std::wstring const& url);
 ORN_API std::wstring canonicalizeUrl(std::wstring const& url);
 
 /// The canonical form, with a scheme for what has none but looks as if it should: "file:" for full names of files,
-/// "http://" for what begins with "www", "ftp://" for "ftp". Other texts only become canonical.
+/// "http://" for what begins with "www", "home" or "mosaic", "ftp://" for "ftp", "gopher://" for "gopher" (in any case of
+/// letters; on Windows the list is the system's own and may be another). Nothing looks behind these beginnings:
+/// "homework.txt" is "http://homework.txt/". Other texts only become canonical.
 ORN_API std::wstring cleanupUrl(std::wstring const& url);
 
-/// Downloads what the URL stands for (http, https, file) into the user's cache, and returns the name of the file. It
-/// belongs to the cache: a later download of the same URL may put another in its place, and the user may empty the
-/// cache. A download that fails leaves nothing there. It may take as long as data keeps coming.
+/// Downloads what the URL stands for into the user's cache, and returns the name of the file. It belongs to the cache: a
+/// later download of the same URL may put another in its place, and the user may empty the cache. A download that fails
+/// leaves nothing there. Schemes other than http, https and file are refused before the system sees the URL; mind that
+/// the system may log on to the host that a file URL names. The calling thread needs no COM apartment.
 ///
-/// Outside Windows the cache is "orn/downloads" in $XDG_CACHE_HOME or ~/.cache. Redirections lead to http and https.
+/// Outside Windows the cache is "orn/downloads" in $XDG_CACHE_HOME or ~/.cache, redirections lead to http and https, and
+/// a download breaks off that gets less than 1,000 bytes a second for a minute, or takes longer than an hour. On
+/// Windows it may take as long as data keeps coming.
 ORN_API std::wstring downloadUrlToCache(std::wstring const& url);

@@ -120,7 +120,7 @@ TEST(Url, WhatDoesNotFitIsRefusedWithTheUrlAndTheReason) {
     EXPECT_EQ(cleanupUrl(fits), fits);
 
     std::wstring const guessed = L"www." + std::wstring(2080 - 4, L'a'), grows(700, L' ');
-    std::wstring const reason = L": " + formatMessage(static_cast<HRESULT>(0x80004003), nullptr);
+    std::wstring const reason = L": Invalid pointer";
     std::wstring const refused = L"OrnError: The address \"" + fits + L"a\" cannot be understood" + reason;
     EXPECT_EQ(thrown([&] { unescapeUrl(fits + L'a'); }), refused);
     EXPECT_EQ(thrown([&] { canonicalizeUrl(fits + L'a'); }), refused);
@@ -132,6 +132,16 @@ TEST(Url, AFailedDownloadTellsTheUrlAndTheReason) {
     std::wstring const text = thrown([] { downloadUrlToCache(L"file:///no/such/file.x"); });
     std::wstring const start = L"OrnError: The address \"file:///no/such/file.x\" cannot be downloaded: ";
     EXPECT_TRUE(text.starts_with(start) && text.size() > start.size()) << ::testing::PrintToString(text);
+
+    // Refused before the system sees them, whatever it could do with them.
+    for (std::wstring const url : {L"ftp://h/a", L"res://a/b", L"data:,a", L"FILES:///a", L"httpx://h", L"C:\\a.txt"})
+        EXPECT_EQ(thrown([&] { downloadUrlToCache(url); }), L"OrnError: The address \"" + url +
+                                                                L"\" cannot be downloaded: " +
+                                                                formatMessage(DWORD{0x800C000D}, L"urlmon.dll"));
+    for (std::wstring const url : {L"", L"h/a", L" h", L"://h"})
+        EXPECT_EQ(thrown([&] { downloadUrlToCache(url); }), L"OrnError: The address \"" + url +
+                                                                L"\" cannot be downloaded: " +
+                                                                formatMessage(DWORD{0x800C0002}, L"urlmon.dll"));
 }
 
 }

@@ -15,11 +15,12 @@
 
 namespace ORN::os {
 
-/// By $XDG_CACHE_HOME, of which a relative one does not count, else in the home folder.
+/// By $XDG_CACHE_HOME, of which a relative one does not count, else in the home folder. A program with more rights than
+/// its caller does not ask the caller's environment.
 inline std::string cacheFolder() {
-    char const* const named = std::getenv("XDG_CACHE_HOME");
+    char const* const named = ::secure_getenv("XDG_CACHE_HOME");
     if (named != nullptr && *named == '/') return named;
-    char const* home = std::getenv("HOME");
+    char const* home = ::secure_getenv("HOME");
     passwd user;
     char strings[4096];
     if (home == nullptr || *home == '\0') {

@@ -49,21 +49,11 @@ HRESULT fileFailure(int error) noexcept {
     return static_cast<HRESULT>(0x80070000 | windowsError(error, writeFault));
 }
 
-/// Whoever uses libcurl holds it; the last one leaves nothing behind.
-class CurlUse {
-public:
-    CurlUse() noexcept : ready_{curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK} {}
-    ~CurlUse() {
-        if (ready_) curl_global_cleanup();
-    }
-    CurlUse(CurlUse const&) = delete;
-    CurlUse& operator=(CurlUse const&) = delete;
-
-    bool isReady() const noexcept { return ready_; }
-
-private:
-    bool ready_;
-};
+/// Starts libcurl once and never ends it: a program that did not start it itself would lose it, too.
+bool startCurl() noexcept {
+    static bool const ready = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+    return ready;
+}
 
 /// A connection that ends early must not end the program.
 class NoPipeSignal {
@@ -215,7 +205,8 @@ HRESULT receive(CURLU* address, Received& received) {
     curl_easy_setopt(t, CURLOPT_MAXREDIRS, 20L);
     curl_easy_setopt(t, CURLOPT_FAILONERROR, 1L);
     curl_easy_setopt(t, CURLOPT_CONNECTTIMEOUT, 30L);
-    curl_easy_setopt(t, CURLOPT_LOW_SPEED_LIMIT, 10L);
+    curl_easy_setopt(t, CURLOPT_TIMEOUT, 3600L);
+    curl_easy_setopt(t, CURLOPT_LOW_SPEED_LIMIT, 1000L);
     curl_easy_setopt(t, CURLOPT_LOW_SPEED_TIME, stalled);
     curl_easy_setopt(t, CURLOPT_USERAGENT, "orn");
     curl_easy_setopt(t, CURLOPT_WRITEFUNCTION, &Received::write);
@@ -228,8 +219,7 @@ HRESULT receive(CURLU* address, Received& received) {
 
 HRESULT downloadToCache(wchar_t const* url, std::wstring& file) {
     if (ORN_OS_REFUSED("URLDownloadToCacheFile")) return statusOf(Failure::unspecified);
-    CurlUse const curl;
-    Address const address{curl.isReady() ? curl_url() : nullptr};
+    Address const address{startCurl() ? curl_url() : nullptr};
     if (address == nullptr) return statusOf(Failure::outOfMemory);
     std::string const ascii = asciiForm(url);
     switch (curl_url_set(address.get(), CURLUPART_URL, ascii.c_str(), 0)) {
