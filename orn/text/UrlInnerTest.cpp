@@ -13,8 +13,18 @@
 
 namespace {
 
+/// The text for an unspecified failure.
+std::wstring unspecified([[maybe_unused]] wchar_t const* module) {
+#if defined(__linux__)
+    return L"Unspecified error";
+#else
+    return formatMessage(DWORD{0x80004005}, module);  // versions of Windows differ
+#endif
+}
+
 TEST(UrlInner, RefusalsAreThrownWithTheUrlAndTheSystemsText) {
-    std::wstring const understood = L"OrnError: The address \"http://h/ a\" cannot be understood: Unspecified error";
+    std::wstring const understood =
+        L"OrnError: The address \"http://h/ a\" cannot be understood: " + unspecified(nullptr);
     std::wstring const url = L"http://h/ a";
     {
         faults::Refuse const refuse{"UrlUnescape"};
@@ -31,7 +41,7 @@ TEST(UrlInner, RefusalsAreThrownWithTheUrlAndTheSystemsText) {
     }
     faults::Refuse const refuse{"URLDownloadToCacheFile"};
     EXPECT_EQ(thrown([&] { downloadUrlToCache(url); }),
-              L"OrnError: The address \"http://h/ a\" cannot be downloaded: Unspecified error");
+              L"OrnError: The address \"http://h/ a\" cannot be downloaded: " + unspecified(L"urlmon.dll"));
     EXPECT_EQ(refuse.refusals(), 1);
 }
 
