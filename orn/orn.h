@@ -15,6 +15,7 @@
 #include "orn/geometry/Angle.h"
 #include "orn/geometry/Arc.h"
 #include "orn/geometry/ArcFunctions.h"
+#include "orn/geometry/ArcMaking.h"
 #include "orn/geometry/Extent.h"
 #include "orn/geometry/IntegerExtent.h"
 #include "orn/geometry/IntegerPoint.h"

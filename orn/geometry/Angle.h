@@ -19,10 +19,16 @@ public:
     static Angle radians(double r) noexcept;
     /// @}
 
-    static Angle cosSin(double c, double s) noexcept;  ///< the direction of the vector (c, s); NaN for (0, 0)
+    /// The direction of the vector (c, s), by c² + s²; NaN for (0, 0). Where the square overflows (beyond 1e154) both
+    /// cosine and sine are 0, which reads as 0 degrees; where it vanishes (below 1e-162) they are not finite, and they
+    /// are inexact below 1e-154.
+    static Angle cosSin(double c, double s) noexcept;
 
-    constexpr double cos() const noexcept { return cosine_; }          ///< −1 to 1 within rounding
-    constexpr double sin() const noexcept { return sine_; }            ///< −1 to 1 within rounding
+    /// −1 to 1 within rounding, which sums and differences gather.
+    /// @{
+    constexpr double cos() const noexcept { return cosine_; }
+    constexpr double sin() const noexcept { return sine_; }
+    /// @}
     constexpr double tan() const noexcept { return sine_ / cosine_; }  ///< huge or infinite at a right angle
     double radians() const noexcept;                                   ///< in [−π, π]
     double degrees() const noexcept;                                   ///< in [−180, 180]

@@ -1,6 +1,7 @@
 #include "orn/geometry/Arc.h"
 
 #include "orn/geometry/ArcFunctions.h"
+#include "orn/geometry/ArcsImp.h"
 
 #include <cmath>
 #include <ostream>
@@ -28,6 +29,7 @@ double Arc<2>::deviation() const noexcept { return std::fabs(bulge_ * (end_ - st
 Extent<2> Arc<2>::extent() const noexcept {
     Extent<2> box{start_, end_};
     if (bulge_ == 0) return box;
+    if (bulge_ * bulge_ < nearlyStraight) return boxOfArc(start_, bulge_, end_, (end_ - start_).perpendicular());
 
     Point<2> const c = centre();
     double const r = radius();
@@ -46,6 +48,9 @@ bool Arc<2>::measureOff(double distance, Point<2>& point, Vector<2>& tangent) co
         Vector<2> const d = end_ - start_;
         point = start_ + d * fraction;
         tangent = d / d.length();
+    } else if (bulge_ * bulge_ < nearlyStraight) {
+        Vector<2> const d = end_ - start_;
+        measureOffNearlyStraight(start_, d, d.perpendicular(), bulge_, distance, fraction, point, tangent);
     } else {
         Point<2> const c = centre();
         Vector<2> const arm = start_ - c;

@@ -1,5 +1,6 @@
 #include "orn/geometry/Arc.h"
 
+#include "tests/support/ExactArc.h"
 #include "tests/support/Geometry.h"
 
 namespace {
@@ -48,21 +49,24 @@ TEST(Arc, KeepsToItsCircle) {
         EXPECT_NEAR((midpoint(arc.start(), arc.end()) - arc.midpoint()).length(), arc.deviation(), slack);
         EXPECT_EQ(cross(chord, arc.midpoint() - arc.start()) < 0, b > 0) << "a positive bulge lies on the right";
         EXPECT_NEAR(arc.length(), std::fabs(4 * std::atan(b)) * r, slack);
-
-        P point;
-        V tangent;
-        EXPECT_TRUE(arc.measureOff(0, point, tangent));
-        expectNear(point, arc.start(), slack);
-        EXPECT_TRUE(arc.measureOff(arc.length() / 2, point, tangent));
-        expectNear(point, arc.midpoint(), slack);
-        EXPECT_NEAR((tangent - chord.unit()).length(), 0, 1e-10);
-        EXPECT_TRUE(arc.measureOff(arc.length(), point, tangent));
-        expectNear(point, arc.end(), slack);
-        EXPECT_FALSE(arc.measureOff(arc.length() * 1.01, point, tangent));
-        EXPECT_NEAR((point - arc.centre()).length(), r, slack) << "beyond the end the circle goes on";
-        EXPECT_FALSE(arc.measureOff(-1e-9, point, tangent));
-        EXPECT_FALSE(arc.measureOff(std::numeric_limits<double>::quiet_NaN(), point, tangent));
     }
+}
+
+TEST(Arc, IsMeasuredOffAndBoxedForEveryBulge) {
+    RandomGeometry random{9};
+    forEveryBulge(2.4, [&](double bulge) {
+        for (int i = 0; i < 20; ++i) {
+            // Every other chord is nearly along an axis.
+            V const along{random.number(1, 10), random.magnitude(-18, -2)};
+            P const start = random.point<2>(),
+                    ends[] = {start + random.vector<2>(), start + along, start - along, start + along.perpendicular()};
+            Arc const arc{start, bulge, ends[i % 4]};
+            expectExact(arc, arc.extent());
+        }
+    });
+    P point;
+    V tangent;
+    EXPECT_FALSE((Arc{P{0, 0}, 0.3, P{1, 0}}.measureOff(std::numeric_limits<double>::quiet_NaN(), point, tangent)));
 }
 
 TEST(Arc, ExtentTakesTheExtremesItPasses) {

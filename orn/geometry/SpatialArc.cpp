@@ -1,6 +1,7 @@
 #include "orn/geometry/SpatialArc.h"
 
 #include "orn/geometry/ArcFunctions.h"
+#include "orn/geometry/ArcsImp.h"
 
 #include <cmath>
 #include <ostream>
@@ -42,36 +43,13 @@ double Arc<3>::deviation() const noexcept { return std::fabs((end_ - start_).len
 
 Plane Arc<3>::plane() const noexcept { return {axis_, start_}; }
 
-// At the angle psi from the arc's midpoint, with d the chord, e = d × axis and R = (b² + 1) / (4b), an axis' coordinate
-// is that of the chord's middle plus R·(d sin psi + e (cos psi − cos alpha)), and the ends are at ±alpha, tan(alpha / 2)
-// being b. Its extremes are at (sin psi, cos psi) = ±(d, e) / h with h = |(d, e)|. They count when |tan(psi / 2)|, which is
-// |d| / (h ± e), is less than |b|. Both h ∓ e and the chord's share are so written that nearly straight arcs lose nothing.
-Extent<3> Arc<3>::extent() const noexcept {
-    Vector<3> const chord = end_ - start_;
-    Vector<3> const rise = cross(chord, axis_);
-    Point<3> const middle = ::midpoint(start_, end_);
-    double const r = (bulge_ * bulge_ + 1) / (4 * bulge_);
-    double rows[2][3];
-    Extent<3>{start_, end_}.packToPod(rows);
-    for (int i = 0; i < 3; ++i) {
-        double const d = chord[i];
-        double const h = std::hypot(d, rise[i]);
-        for (double const side : {1.0, -1.0}) {
-            double const e = side * rise[i];
-            double const less = e > 0 ? d * d / (h + e) : h - e;  // h − e
-            double const more = e > 0 ? h + e : d * d / less;     // h + e
-            if (!(std::fabs(d) < std::fabs(bulge_) * more)) continue;
-            double const extreme = middle[i] + (side * r * less + rise[i] * bulge_ / 2);
-            if (rows[0][i] > extreme) rows[0][i] = extreme;
-            if (extreme > rows[1][i]) rows[1][i] = extreme;
-        }
-    }
-    return Extent<3>{rows};
-}
+Extent<3> Arc<3>::extent() const noexcept { return boxOfArc(start_, bulge_, end_, cross(axis_, end_ - start_)); }
 
 void Arc<3>::bisect(Arc& first, Arc& second) const noexcept {
     // tan(x / 2) = tan x / (sqrt(tan² x + 1) + 1), which neither cancels nor needs a series for a small bulge.
-    double const half = bulge_ / (std::sqrt(bulge_ * bulge_ + 1) + 1);
+    // From 1e9 on the square root is the bulge itself, whose square might overflow.
+    double const size = std::fabs(bulge_);
+    double const half = bulge_ / ((size > 1e9 ? size : std::sqrt(bulge_ * bulge_ + 1)) + 1);
     Point<3> const middle = midpoint();
     Arc const front{start_, half, axis_, middle};
     second = Arc{middle, half, axis_, end_};
@@ -84,6 +62,9 @@ bool Arc<3>::measureOff(double distance, Point<3>& point, Vector<3>& tangent) co
         Vector<3> const d = end_ - start_;
         point = start_ + d * fraction;
         tangent = d / d.length();
+    } else if (bulge_ * bulge_ < nearlyStraight) {
+        Vector<3> const d = end_ - start_;
+        measureOffNearlyStraight(start_, d, cross(axis_, d), bulge_, distance, fraction, point, tangent);
     } else {
         Point<3> const c = centre();
         Vector<3> const arm = start_ - c;

@@ -23,7 +23,8 @@ public:
     Arc(Point<3> const& start, double bulge, Vector<3> const& axis, Point<3> const& end) noexcept
         : start_{start}, bulge_{bulge}, axis_{axis.unit()}, end_{end} {}
 
-    /// Straight, about an axis at a right angle to the chord, in the y-z or the z-x plane; (0, 0, 1) for a zero chord.
+    /// Straight, about an axis at a right angle to the chord, in the y-z or the z-x plane; (0, 0, 1) for a chord that is
+    /// zero, or so short (1e-162) that the squares of its components vanish.
     Arc(Point<3> const& start, Point<3> const& end) noexcept;
 
     /// As given; the axis at unit length.
@@ -36,7 +37,7 @@ public:
 
     Point<3> midpoint() const noexcept;  ///< halfway along the arc
     Point<3> centre() const noexcept;    ///< not finite for a straight segment
-    double radius() const noexcept;      ///< infinite for a straight segment
+    double radius() const noexcept;      ///< not finite for a straight segment
     double length() const noexcept;      ///< along the arc
     double deviation() const noexcept;   ///< the sagitta: the greatest distance between arc and chord, not negative
     Plane plane() const noexcept;        ///< through the start

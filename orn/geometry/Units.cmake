@@ -1,6 +1,7 @@
 orn_unit(geometry/Angle)
 orn_unit(geometry/Arc)
 orn_unit(geometry/ArcFunctions)
+orn_unit(geometry/ArcMaking)
 orn_unit(geometry/Extent)
 orn_unit(geometry/IntegerExtent)
 orn_unit(geometry/IntegerPoint)

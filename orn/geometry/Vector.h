@@ -84,9 +84,9 @@ public:
     bool isFinite() const noexcept { return std::isfinite(x_) && std::isfinite(y_); }  ///< none is infinite or NaN
     constexpr double lengthSquared() const noexcept { return x_ * x_ + y_ * y_; }      ///< may overflow, or vanish
     double length() const noexcept { return std::sqrt(lengthSquared()); }              ///< may overflow, or vanish
-    Vector unit() const noexcept { return *this / length(); }                          ///< NaN for the zero vector
+    Vector unit() const noexcept { return *this / length(); }                          ///< NaN for zero; by length()
     constexpr Vector perpendicular() const noexcept { return {-y_, x_}; }              ///< a quarter turn anticlockwise
-    Angle theta() const noexcept { return Angle::cosSin(x_, y_); }                     ///< NaN for the zero vector
+    Angle theta() const noexcept { return Angle::cosSin(x_, y_); }                     ///< by Angle::cosSin, as it says
     int quadrant() const noexcept;  ///< 1 to 4 anticlockwise from x, y ≥ 0; zero counts as positive, NaN as negative
 
     /// By components.
@@ -140,9 +140,13 @@ public:
     /// May overflow, or vanish.
     constexpr double lengthSquared() const noexcept { return x_ * x_ + y_ * y_ + z_ * z_; }
     double length() const noexcept { return std::sqrt(lengthSquared()); }  ///< may overflow, or vanish
-    Vector unit() const noexcept { return *this / length(); }              ///< NaN for the zero vector
-    Angle altitude() const noexcept { return Angle::cosSin(std::sqrt(x_ * x_ + y_ * y_), z_); }  ///< in [−90°, 90°]
-    Angle azimuth() const noexcept { return Angle::cosSin(y_, x_); }                             ///< NaN along z
+    Vector unit() const noexcept { return *this / length(); }              ///< NaN for zero; by length()
+    /// −90° to 90°, and the bearing from the y axis towards the x axis: by Angle::cosSin, as it says. NaN for the zero
+    /// vector, the azimuth along z too.
+    /// @{
+    Angle altitude() const noexcept { return Angle::cosSin(std::sqrt(x_ * x_ + y_ * y_), z_); }
+    Angle azimuth() const noexcept { return Angle::cosSin(y_, x_); }
+    /// @}
 
     /// By components.
     /// @{
@@ -194,7 +198,7 @@ public:
     }
     constexpr double lengthSquared() const noexcept { return doDot(*this); }  ///< may overflow, or vanish
     double length() const noexcept { return std::sqrt(lengthSquared()); }     ///< may overflow, or vanish
-    Vector unit() const noexcept { return *this / length(); }                 ///< NaN for the zero vector
+    Vector unit() const noexcept { return *this / length(); }                 ///< NaN for zero; by length()
 
     /// By components.
     /// @{
