@@ -1,5 +1,6 @@
 # One benchmark program a unit. Peers are the system's packages; a bench names the targets it needs in a line
 #   // needs: Eigen3::Eigen glm::glm
+# and, to measure what the library does not export, a source beside it.
 function(orn_bench source)
   cmake_path(GET source STEM name)
   file(STRINGS "${source}" needs REGEX "^// needs:")
@@ -7,6 +8,11 @@ function(orn_bench source)
   separate_arguments(needs)
   add_executable(${name} "${source}")
   foreach(need ${needs})
+    if(need MATCHES "[.]cpp$")
+      cmake_path(REPLACE_FILENAME source "${need}" OUTPUT_VARIABLE beside)
+      target_sources(${name} PRIVATE "${beside}")
+      continue()
+    endif()
     if(need MATCHES "::")
       string(REGEX REPLACE "::.*" "" package "${need}")
       if(NOT TARGET "${need}")

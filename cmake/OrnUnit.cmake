@@ -5,9 +5,10 @@
 #
 # collects them; a unit without a test does not configure. A unit of the seam, os/X, has its source in os/windows/X.cpp
 # and os/posix/X.cpp, and its test belongs to the inside. What there is on Windows alone, orn_unit(platform/X WINDOWS),
-# leaves nothing but its header on other systems.
+# leaves nothing but its header on other systems. What applications do not see, orn_unit(geometry/X INSIDE), is tested
+# with the inside, and its header is not public.
 function(orn_unit unit)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS" "" "")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS;INSIDE" "" "")
   cmake_path(GET unit PARENT_PATH folder)
   cmake_path(GET unit FILENAME name)
   set(base "${CMAKE_CURRENT_SOURCE_DIR}/${unit}")
@@ -31,8 +32,12 @@ function(orn_unit unit)
     if(EXISTS "${base}.cpp")
       set_property(GLOBAL APPEND PROPERTY ORN_SOURCES "${base}.cpp")
     endif()
-    set_property(GLOBAL APPEND PROPERTY ORN_PUBLIC_HEADERS "${unit}.h")
-    set(tests "${base}Test.cpp")
+    if(arg_INSIDE)
+      list(APPEND inner "${base}Test.cpp")
+    else()
+      set_property(GLOBAL APPEND PROPERTY ORN_PUBLIC_HEADERS "${unit}.h")
+      set(tests "${base}Test.cpp")
+    endif()
     if(EXISTS "${base}InnerTest.cpp")
       list(APPEND inner "${base}InnerTest.cpp")
     endif()

@@ -1,0 +1,141 @@
+/// The elementary functions and the arguments they are measured with: the same ones on every system. Where mpfr is
+/// (ORN_TEST_MPFR), also how far a result is off.
+#pragma once
+
+#include "orn/geometry/Elementary.h"
+#include "tests/support/HardAnglesTable.h"
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <iterator>
+#include <random>
+
+#ifdef ORN_TEST_MPFR
+#include <mpfr.h>
+#endif
+
+namespace elementary {
+
+struct Arguments {
+    double x, y;
+};
+
+class Random {
+public:
+    std::uint64_t whole(std::uint64_t count) { return engine_() % count; }
+    double between(double from, double to) {
+        return from + (to - from) * static_cast<double>(engine_() >> 11) * 0x1p-53;
+    }
+    double signedOne(double x) { return engine_() & 1 ? -x : x; }
+    double magnitude(int from, int to) {
+        int const exponent = from + static_cast<int>(whole(static_cast<std::uint64_t>(to - from)));
+        return signedOne(std::ldexp(between(1, 2), exponent));
+    }
+    /// Up to three doubles away.
+    double beside(double x) { return std::bit_cast<double>(std::bit_cast<std::uint64_t>(x) + whole(7) - 3); }
+
+private:
+    std::mt19937_64 engine_{2026};
+};
+
+struct Range {
+    char const* name;
+    Arguments (*next)(Random&);
+};
+
+inline constexpr Range ranges[] = {
+    {"−8 to 8",
+     [](Random& r) -> Arguments {
+         return {r.between(-8, 8), r.between(-8, 8)};
+     }},
+    {"2^±60",
+     [](Random& r) -> Arguments {
+         return {r.magnitude(-60, 60), r.magnitude(-60, 60)};
+     }},
+    {"2^−1074 to 2^1024",
+     [](Random& r) -> Arguments {
+         return {r.magnitude(-1074, 1024), r.magnitude(-1074, 1024)};
+     }},
+    {"of like size",
+     [](Random& r) -> Arguments {
+         int const exponent = static_cast<int>(r.whole(2095)) - 1074;
+         return {r.magnitude(exponent, exponent + 3), r.magnitude(exponent, exponent + 3)};
+     }},
+    {"below 2^−1022",
+     [](Random& r) -> Arguments {
+         return {r.signedOne(r.magnitude(0, 52) * 0x1p-1074), r.signedOne(r.magnitude(0, 52) * 0x1p-1074)};
+     }},
+    {"beside right angles",
+     [](Random& r) -> Arguments {
+         double const x = r.signedOne(r.beside(static_cast<double>(1 + r.whole(1 << 21)) * 1.5707963267948966));
+         return {x, r.beside(x * static_cast<double>(1 + r.whole(127)) / 64)};
+     }},
+    {"nearest to right angles, any size",
+     [](Random& r) -> Arguments {
+         double const x = r.signedOne(hardAngles[r.whole(std::size(hardAngles))]);
+         return {x, r.beside(x)};
+     }},
+    // The rows of the tables, the powers of two where the method changes, and the greatest doubles.
+    {"beside switches of method",
+     [](Random& r) -> Arguments {
+         double const rows = r.beside(static_cast<double>(1 + r.whole(1 << 10)) / 256);
+         static constexpr int powers[] = {-1022, -400, -300, -60, -27, 0, 1, 2, 20, 60, 400, 500, 1023};
+         double const power = r.beside(std::ldexp(1, powers[r.whole(std::size(powers))]));
+         return r.whole(2) ? Arguments{r.signedOne(rows), r.signedOne(power)}
+                           : Arguments{r.signedOne(power), r.signedOne(rows)};
+     }},
+};
+
+struct Function {
+    char const* name;
+    double (*here)(Arguments);
+    bool even;  // in x; the others are odd, those of two arguments in y
+#ifdef ORN_TEST_MPFR
+    int (*exact)(mpfr_t result, mpfr_t x, mpfr_t y);
+#define ORN_EXACT(call) , [](mpfr_t r, mpfr_t x, [[maybe_unused]] mpfr_t y) { return call; }
+#else
+#define ORN_EXACT(call)
+#endif
+};
+
+inline constexpr Function functions[] = {
+    {"sine", [](Arguments a) { return ORN::sineAndCosine(a.x).sine; }, false ORN_EXACT(mpfr_sin(r, x, MPFR_RNDN))},
+    {"cosine", [](Arguments a) { return ORN::sineAndCosine(a.x).cosine; }, true ORN_EXACT(mpfr_cos(r, x, MPFR_RNDN))},
+    {"tangent", [](Arguments a) { return ORN::tangent(a.x); }, false ORN_EXACT(mpfr_tan(r, x, MPFR_RNDN))},
+    {"arc tangent", [](Arguments a) { return ORN::arcTangent(a.x); }, false ORN_EXACT(mpfr_atan(r, x, MPFR_RNDN))},
+    {"arc tangent of two", [](Arguments a) { return ORN::arcTangent(a.x, a.y); },
+     false ORN_EXACT(mpfr_atan2(r, x, y, MPFR_RNDN))},
+    {"cube root", [](Arguments a) { return ORN::cubeRoot(a.x); }, false ORN_EXACT(mpfr_cbrt(r, x, MPFR_RNDN))},
+    {"hypotenuse", [](Arguments a) { return ORN::hypotenuse(a.x, a.y); },
+     true ORN_EXACT(mpfr_hypot(r, x, y, MPFR_RNDN))},
+};
+#undef ORN_EXACT
+
+#ifdef ORN_TEST_MPFR
+/// The distance from the true value in units of the last place that a double of its size has.
+class Error {
+public:
+    Error() { mpfr_inits2(160, result_, x_, y_, nullptr); }
+    ~Error() { mpfr_clears(result_, x_, y_, nullptr); }
+    Error(Error const&) = delete;
+    Error& operator=(Error const&) = delete;
+
+    double of(Function const& function, Arguments const& a, double got) {
+        mpfr_set_d(x_, a.x, MPFR_RNDN);
+        mpfr_set_d(y_, a.y, MPFR_RNDN);
+        function.exact(result_, x_, y_);
+        double const nearest = mpfr_get_d(result_, MPFR_RNDN);
+        if (!std::isfinite(nearest) || nearest == 0 || !std::isfinite(got)) return nearest == got ? 0 : HUGE_VAL;
+        long const exponent = std::max(mpfr_get_exp(result_) - 53L, -1074L);
+        mpfr_sub_d(result_, result_, got, MPFR_RNDN);
+        mpfr_mul_2si(result_, result_, -exponent, MPFR_RNDN);
+        return std::fabs(mpfr_get_d(result_, MPFR_RNDN));
+    }
+
+private:
+    mpfr_t result_, x_, y_;
+};
+#endif
+
+}
