@@ -100,12 +100,24 @@ void fuzz::run(Input input) {
     same("is a number", isDouble(&number, block.data(), block.size()), expected.has_value());
     same("bits of the number", std::bit_cast<std::int64_t>(number),
          std::bit_cast<std::int64_t>(expected.value_or(47.11)));
-    if (!expected || *expected == 0) return;
 
+    // What is read is written as a text that reads back; a number throughout is the nearest double to the C library.
+    ORN::DoubleRead const read = ORN::readDouble({block.data(), block.size()});
+    holds("no more than there is", read.length <= block.size());
+    wchar_t room[ORN::doubleRoom];
+    ORN::DoubleRead const again = ORN::readDouble(ORN::writeDouble(room, read.value));
+    holds("there and back", std::isnan(read.value)
+                                ? std::isnan(again.value)
+                                : std::bit_cast<std::int64_t>(again.value) == std::bit_cast<std::int64_t>(read.value));
+    if (!expected) return;
+
+    same("all of it is read", read.length, block.size());
     std::string plain;
     for (wchar_t const unit : text)
         if (unit != L' ' && unit != L'\t') plain += unit == L'D' || unit == L'd' ? 'e' : static_cast<char>(unit);
     double const exact = std::strtod(plain.c_str(), nullptr);
+    same("the nearest double", std::bit_cast<std::int64_t>(read.value), std::bit_cast<std::int64_t>(exact));
+    if (*expected == 0) return;
     double const unit = std::max(DBL_EPSILON * std::fabs(exact), DBL_TRUE_MIN);
     holds("within a few units of the exact value",
           std::fabs(number - std::clamp(exact, -DBL_MAX, DBL_MAX)) <= 8 * std::min(unit, DBL_MAX / 16));

@@ -1,17 +1,15 @@
 #include "plot/Table.h"
 
 #include "orn/text/Encoding.h"
-
-#include <charconv>
+#include "orn/text/Numbers.h"
 
 namespace plot {
 
 namespace {
 
 std::string numberText(double value) {
-    char text[32];
-    std::to_chars_result const end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 17);
-    return {text, end.ptr};
+    char room[ORN::doubleRoom];
+    return std::string{ORN::writeDouble(room, value)};
 }
 
 std::string fieldText(std::wstring const& field) {

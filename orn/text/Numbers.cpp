@@ -1,7 +1,10 @@
 #include "orn/text/Numbers.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <limits>
+#include <system_error>
 
 namespace {
 
@@ -160,4 +163,134 @@ bool isDouble(double* out, wchar_t const* text, std::size_t length) noexcept {
     if (value < -largest) value = -largest;
     *out = value;
     return true;
+}
+
+namespace ORN {
+
+namespace {
+
+/// The decimal digits and the exponent of a number in a text, however long; what is beyond the digits that can matter is
+/// one digit more.
+class DecimalReader {
+public:
+    explicit DecimalReader(std::wstring_view text) noexcept
+        : begin_{text.data()}, at_{begin_}, end_{begin_ + text.size()}, negative_{skipToDigits(at_, end_)} {}
+
+    DoubleRead read() noexcept {
+        if (readWord(L"infinity") || readWord(L"inf")) return result(infinity);
+        if (readWord(L"nan")) return result(std::numeric_limits<double>::quiet_NaN());
+        wchar_t const* const first = at_;
+        readDigits(false);
+        bool seen = at_ != first;
+        if (at_ != end_ && *at_ == L'.') {
+            wchar_t const* const fraction = ++at_;
+            readDigits(true);
+            seen = seen || at_ != fraction;
+        }
+        if (!seen) return {};
+        readExponent();
+        return converted();
+    }
+
+private:
+    static constexpr double infinity = std::numeric_limits<double>::infinity();
+    static constexpr std::ptrdiff_t mostSignificant = 770;  // a point between two doubles has at most 768
+
+    bool readWord(std::wstring_view word) noexcept {
+        if (static_cast<std::size_t>(end_ - at_) < word.size()) return false;
+        for (std::size_t i = 0; i < word.size(); ++i)
+            if (at_[i] != word[i] && at_[i] != word[i] - (L'a' - L'A')) return false;
+        at_ += word.size();
+        return true;
+    }
+
+    void readDigits(bool fraction) noexcept {
+        for (std::uint32_t digit = 0; at_ != end_ && (digit = digitOf(*at_)) <= 9; ++at_) {
+            bool const kept = count_ < mostSignificant && (count_ != 0 || digit != 0);
+            if (kept) digits_[count_++] = static_cast<char>('0' + digit);
+            if (count_ == mostSignificant && !kept) more_ = more_ || digit != 0;
+            // The value is the digits times a power of ten: each digit kept behind the point lowers it, each one left
+            // away before the point raises it.
+            if (fraction && (kept || count_ == 0)) --exponent_;
+            if (!fraction && !kept && count_ != 0) ++exponent_;
+        }
+    }
+
+    void readExponent() noexcept {
+        if (at_ == end_ || std::wstring_view{L"EeDd"}.find(*at_) == std::wstring_view::npos) return;
+        wchar_t const* at = at_ + 1;
+        bool const negative = skipToDigits(at, end_);
+        if (at == end_ || digitOf(*at) > 9) return;  // the letter belongs to what follows
+        std::int64_t const large = std::int64_t{1} << 56;
+        std::int64_t written = 0;
+        for (; at != end_ && digitOf(*at) <= 9; ++at) written = std::min(written * 10 + digitOf(*at), large);
+        exponent_ += negative ? -written : written;
+        at_ = at;
+    }
+
+    DoubleRead converted() noexcept {
+        if (count_ == 0) return result(0.0);
+        std::int64_t const magnitude = exponent_ + count_;
+        if (magnitude > 400) return result(infinity, DoubleRead::overflow);
+        if (magnitude < -400) return result(0.0, DoubleRead::underflow);
+        if (more_) {
+            digits_[count_++] = '1';
+            --exponent_;
+        }
+        char* end = digits_ + count_;
+        *end++ = 'e';
+        if (exponent_ < 0) *end++ = '-';
+        auto const size = static_cast<int>(exponent_ < 0 ? -exponent_ : exponent_);
+        for (int power = 1000; power != 0; power /= 10) *end++ = static_cast<char>('0' + size / power % 10);
+
+        double value = 0;
+        auto const [stop, error] = std::from_chars(digits_, end, value);
+        if (error == std::errc{} && value != 0 && value <= std::numeric_limits<double>::max()) return result(value);
+        return magnitude > 0 ? result(infinity, DoubleRead::overflow) : result(0.0, DoubleRead::underflow);
+    }
+
+    DoubleRead result(double value, DoubleRead::State state = DoubleRead::good) const noexcept {
+        return {negative_ ? -value : value, static_cast<std::size_t>(at_ - begin_), state};
+    }
+
+    wchar_t const* begin_;
+    wchar_t const* at_;
+    wchar_t const* end_;
+    bool negative_;
+    bool more_ = false;  // some digit that was left away is not zero
+    std::ptrdiff_t count_ = 0;
+    std::int64_t exponent_ = 0;
+    char digits_[mostSignificant + 8];
+};
+
+template <typename... Form>
+std::string_view written(std::span<char> room, double value, Form... form) noexcept {
+    auto const [end, error] = std::to_chars(room.data(), room.data() + room.size(), value, form...);
+    if (error != std::errc{}) return {};
+    return {room.data(), static_cast<std::size_t>(end - room.data())};
+}
+
+// The room for wide units has room for as many characters, which are widened in it from the last one on.
+template <typename... Form>
+std::wstring_view written(std::span<wchar_t> room, double value, Form... form) noexcept {
+    auto* const characters = reinterpret_cast<char*>(room.data());
+    std::size_t const length = written(std::span{characters, room.size()}, value, form...).size();
+    for (std::size_t i = length; i-- != 0;) room[i] = static_cast<wchar_t>(characters[i]);
+    return {room.data(), length};
+}
+
+}
+
+DoubleRead readDouble(std::wstring_view text) noexcept { return DecimalReader{text}.read(); }
+
+std::wstring_view writeDouble(std::span<wchar_t> room, double value) noexcept { return written(room, value); }
+std::string_view writeDouble(std::span<char> room, double value) noexcept { return written(room, value); }
+
+std::wstring_view writeDouble(std::span<wchar_t> room, double value, int digits) noexcept {
+    return written(room, value, std::chars_format::fixed, std::max(digits, 0));
+}
+std::string_view writeDouble(std::span<char> room, double value, int digits) noexcept {
+    return written(room, value, std::chars_format::fixed, std::max(digits, 0));
+}
+
 }

@@ -67,8 +67,28 @@ void readAll(benchmark::State& state, Read read) {
 }
 
 void ofIsDouble(benchmark::State& state) {
-    readAll(state,
-            [](Texts const& texts, std::size_t n, double& value) { isDouble(&value, texts.wide(n), texts.length(n)); });
+    readAll(state, [](Texts const& texts, std::size_t n, double& value) {
+        static_cast<void>(isDouble(&value, texts.wide(n), texts.length(n)));
+    });
+}
+
+void ofReadDouble(benchmark::State& state) {
+    readAll(state, [](Texts const& texts, std::size_t n, double& value) {
+        value = ORN::readDouble({texts.wide(n), texts.length(n)}).value;
+    });
+}
+
+void ofWriteDouble(benchmark::State& state) {
+    readAll(state, [](Texts const& texts, std::size_t n, double& value) {
+        static std::vector<double> const values = [&] {
+            std::vector<double> all;
+            for (std::size_t i = 0; i < texts.count(); ++i)
+                all.push_back(ORN::readDouble({texts.wide(i), texts.length(i)}).value);
+            return all;
+        }();
+        wchar_t room[ORN::doubleRoom];
+        value = ORN::writeDouble(room, values[n]).front();
+    });
 }
 
 void ofWcstod(benchmark::State& state) {
@@ -86,6 +106,8 @@ void ofFromChars(benchmark::State& state) {
 
 BENCHMARK(ofIsDouble)->Name("isDouble");
 BENCHMARK(ofWcstod)->Name("std::wcstod");
+BENCHMARK(ofReadDouble)->Name("readDouble");
+BENCHMARK(ofWriteDouble)->Name("writeDouble");
 BENCHMARK(ofFromChars)->Name("std::from_chars, narrow");
 
 }

@@ -1,5 +1,7 @@
 #include "orn/text/Numbers.h"
 
+#include "orn/text/Encoding.h"
+
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -7,6 +9,8 @@
 #include <cwchar>
 #include <optional>
 #include <random>
+
+using namespace ORN;
 
 namespace {
 
@@ -147,6 +151,179 @@ TEST(Numbers, EveryDoubleIsReadBackToAFewUnitsInTheLastPlace) {
         ASSERT_TRUE(read) << text;
         EXPECT_LE(std::fabs(*read - value), 6 * (std::nextafter(std::fabs(value), INFINITY) - std::fabs(value)))
             << text;
+    }
+}
+
+// ---- The nearest double, and the shortest text
+
+std::uint64_t bitsOf(double value) { return std::bit_cast<std::uint64_t>(value); }
+
+/// What is read, where the whole text has to be a number.
+double nearest(std::wstring const& text) {
+    DoubleRead const read = readDouble(text);
+    EXPECT_TRUE(read && read.length == text.size()) << text;
+    return read.value;
+}
+
+TEST(Numbers, WhatIsWrittenReadsBackAsTheSameDouble) {
+    std::mt19937_64 random{5};
+    auto const check = [](double value) {
+        wchar_t room[doubleRoom];
+        std::wstring const text{writeDouble(room, value)};
+        DoubleRead const read = readDouble(text);
+        ASSERT_TRUE(read && read.length == text.size()) << text;
+        ASSERT_EQ(bitsOf(read.value), bitsOf(value)) << text;
+        char narrow[doubleRoom];
+        ASSERT_EQ(getWCS(std::string{writeDouble(narrow, value)}), text);
+    };
+    for (int n = 0; n < 40000; ++n) {
+        double const any = std::bit_cast<double>(random());
+        if (!std::isfinite(any)) continue;
+        check(any);
+        check(std::ldexp(any, -static_cast<int>(random() % 1100)));
+        check(static_cast<double>(static_cast<std::int64_t>(random()) >> random() % 64) / 1000);
+    }
+    for (int power = -1074; power < 1024; ++power)
+        for (double const value : {std::ldexp(1.0, power), std::nextafter(std::ldexp(1.0, power), 0)}) {
+            check(value);
+            check(-value);
+        }
+    check(std::numeric_limits<double>::max());
+    check(std::numeric_limits<double>::infinity());
+    check(-std::numeric_limits<double>::infinity());
+    wchar_t room[8];
+    EXPECT_TRUE(std::isnan(readDouble(writeDouble(room, std::nan(""))).value));
+}
+
+TEST(Numbers, TheShortestTextAndAFixedNumberOfDigits) {
+    // clang-format off
+    struct {
+        double value;
+        wchar_t const *shortest, *three;
+    } const cases[] = {
+        {0, L"0", L"0.000"}, {-0.0, L"-0", L"-0.000"}, {0.1, L"0.1", L"0.100"}, {1e22, L"1e+22", L"10000000000000000000000.000"},
+        {123456789, L"123456789", L"123456789.000"}, {5e-324, L"5e-324", L"0.000"}, {1.0 / 3, L"0.3333333333333333", L"0.333"},
+        {0.0625, L"0.0625", L"0.062"}, {0.1875, L"0.1875", L"0.188"}, {1e-7, L"1e-07", L"0.000"}, {-2.5, L"-2.5", L"-2.500"},
+        {9007199254740992.0, L"9007199254740992", L"9007199254740992.000"}, {9.9999, L"9.9999", L"10.000"},
+    };
+    // clang-format on
+    wchar_t room[400];
+    char narrow[400];
+    for (auto const& [value, shortest, three] : cases) {
+        EXPECT_EQ(writeDouble(room, value), shortest);
+        EXPECT_EQ(writeDouble(room, value, 3), three);
+        EXPECT_EQ(getWCS(std::string{writeDouble(narrow, value, 3)}), three);
+    }
+    EXPECT_EQ(writeDouble(room, 2.5, 0), L"2");
+    EXPECT_EQ(writeDouble(room, 2.5, -1), L"2");
+    EXPECT_EQ(writeDouble(room, -std::numeric_limits<double>::max(), 1).size(), 312u);
+
+    // Exactly the room, and one unit less.
+    double const longest = -2.2250738585072014e-308;
+    EXPECT_EQ(writeDouble(std::span{room, doubleRoom}, longest), L"-2.2250738585072014e-308");
+    EXPECT_EQ(writeDouble(std::span{room, doubleRoom - 1}, longest), L"");
+    EXPECT_EQ(writeDouble(std::span{narrow, 4}, 1.5, 2), "1.50");
+    EXPECT_EQ(writeDouble(std::span{narrow, 3}, 1.5, 2) == "" && writeDouble(std::span{room, 0}, 1).empty(), true);
+}
+
+TEST(Numbers, TiesGoToEvenWhereverThePointStands) {
+    // The conversion of integers is the processor's own; the point moves, and the exponent makes up for it.
+    std::mt19937_64 random{6};
+    for (int n = 0; n < 20000; ++n) {
+        std::uint64_t const odd = (random() >> (10 - n % 11)) | 1, tie = odd << (n % 3);
+        double const value = static_cast<double>(tie);
+        std::wstring const digits = std::to_wstring(tie);
+        std::size_t const point = random() % (digits.size() + 1);
+        std::wstring const shifted = digits.substr(0, point) + L'.' + digits.substr(point),
+                           zeros(20 + random() % 900, L'0');
+        std::wstring const power = std::to_wstring(digits.size() - point + (point == 0 ? zeros.size() : 0));
+        EXPECT_EQ(nearest(L" +" + digits), value);
+        EXPECT_EQ(nearest(L"-" + shifted + L"e" + std::to_wstring(digits.size() - point)), -value);
+        if (point == 0) {
+            EXPECT_EQ(nearest(L"0." + zeros + digits + L"D+" + power), value) << digits;
+        }
+        EXPECT_EQ(nearest(digits + zeros + L"e-" + std::to_wstring(zeros.size())), value) << digits;
+        // A digit far behind a tie decides it.
+        double const above = nearest(digits + L"." + zeros + L"1");
+        double const next = std::nextafter(value, INFINITY);
+        bool const isTie = value < 18e18 && static_cast<std::uint64_t>(value) < tie &&
+                           tie - static_cast<std::uint64_t>(value) == static_cast<std::uint64_t>(next) - tie;
+        EXPECT_EQ(above, isTie ? next : value) << digits;
+    }
+}
+
+TEST(Numbers, TheEndsOfTheRangeAreTold) {
+    double const largest = std::numeric_limits<double>::max(), infinity = std::numeric_limits<double>::infinity();
+    double const smallest = std::numeric_limits<double>::denorm_min();
+    // The point between the largest double and what would be the next one; zeros hide its last digits.
+    std::wstring const top =
+        L"17976931348623158079372897140530341507993413271003782693617377898044496829276475094664901797758720709633"
+        L"02864166928879109465555478519404026306574886715058206819089020007083836762738548458177115317644757302700"
+        L"69855571366959622842914819860834936475292719074168444365510704342711559699508093042880177904174497792";
+    std::wstring const below(top.substr(0, top.size() - 1) + L"1" + std::wstring(900, L'9'));
+    using enum DoubleRead::State;
+    struct {
+        std::wstring text;
+        double value;
+        DoubleRead::State state;
+    } const cases[] = {
+        {top, infinity, overflow},
+        {L"-" + top + L".0", -infinity, overflow},
+        {below + L"e-900", largest, good},
+        {L"1.797693134862315807e308", largest, good},
+        {L"1.7976931348623158e308", largest, good},
+        {L"1e309", infinity, overflow},
+        {L"1e99999999999999999999", infinity, overflow},
+        {L"0e99999999999999999999", 0, good},
+        {L"2.2250738585072011e-308", 0x0.fffffffffffffp-1022, good},
+        {L"2.4703282292062327209e-324", smallest, good},
+        {L"2.4703282292062327208e-324", 0, underflow},
+        {L"-1e-400", -0.0, underflow},
+        {L"1e-99999999999999999999", 0, underflow},
+        {L"-0e-9", -0.0, good},
+        {L"Inf", infinity, good},
+        {L" -INFINITY", -infinity, good},
+    };
+    for (auto const& [text, value, state] : cases) {
+        DoubleRead const read = readDouble(text);
+        EXPECT_EQ(bitsOf(read.value), bitsOf(value)) << text;
+        EXPECT_TRUE(read.state == state && read.length == text.size()) << text;
+    }
+}
+
+TEST(Numbers, ANumberIsReadAsFarAsItGoes) {
+    struct {
+        wchar_t const* text;
+        std::size_t length;
+        double value;
+    } const cases[] = {
+        {L"", 0, 0},        {L" ", 0, 0},
+        {L"-", 0, 0},       {L".", 0, 0},
+        {L"+.e5", 0, 0},    {L"x", 0, 0},
+        {L"- 1", 0, 0},     {L"i", 0, 0},
+        {L"na", 0, 0},      {L"\n1", 0, 0},
+        {L"1x", 1, 1},      {L"\t 1.5.5", 5, 1.5},
+        {L"1,5", 1, 1},     {L"5.", 2, 5},
+        {L".5-", 2, 0.5},   {L"1e", 1, 1},
+        {L"1e+x", 1, 1},    {L"1e ", 1, 1},
+        {L"1d 2,", 4, 100}, {L"1E-2e", 4, 0.01},
+        {L"0x10", 1, 0},    {L"infinite", 3, INFINITY},
+        {L"12 34", 2, 12},  {L"1e5000x", 6, INFINITY},
+        {L"\u0661", 0, 0},
+    };
+    for (auto const& [text, length, value] : cases) {
+        DoubleRead const read = readDouble(text);
+        EXPECT_TRUE(read.length == length && read.value == value) << text << ' ' << read.length;
+        EXPECT_EQ(read.state == DoubleRead::none, length == 0) << text;
+    }
+    // Whatever isDouble takes is a number throughout.
+    std::mt19937 random{7};
+    for (int n = 0; n < 100000; ++n) {
+        std::wstring text;
+        for (std::size_t length = random() % 9; length != 0; --length) text += L"0123.eED+-\t "[random() % 12];
+        if (doubleOf(text)) {
+            EXPECT_EQ(readDouble(text).length, text.size()) << text;
+        }
     }
 }
 
