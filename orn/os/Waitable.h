@@ -16,9 +16,6 @@ inline constexpr DWORD threadStillActive = 259;
 HANDLE createEvent() noexcept;
 bool signalEvent(HANDLE event) noexcept;
 
-/// A further handle to the same event, with a life of its own; null when the system refuses.
-HANDLE shareEvent(HANDLE event) noexcept;
-
 /// Gives back one handle. Whoever waits on the object, or has a further handle to it, is not disturbed; a thread runs on.
 void closeHandle(HANDLE handle) noexcept;
 
@@ -35,6 +32,9 @@ HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int sta
 
 /// False when the handle names no thread. A thread that is still running has the code threadStillActive.
 bool threadExitCode(HANDLE thread, DWORD& code) noexcept;
+
+/// Whether the handle is of the thread that calls.
+bool isCallingThread(HANDLE thread) noexcept;
 
 /// Ends the calling thread at once, with an exit code.
 [[noreturn]] void exitThread(DWORD code);

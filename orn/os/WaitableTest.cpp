@@ -25,12 +25,10 @@ TEST(Waitable, AWaitTakesAnEventsSignalBack) {
     EXPECT_EQ(os::waitFor(event, 30), os::waitTimedOut);
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds{25});
 
-    HANDLE const shared = os::shareEvent(event);
-    os::closeHandle(event);
-    std::thread signaller{[&] { os::signalEvent(shared); }};
-    EXPECT_EQ(os::waitDeliveringSentMessages(shared), os::waitObject);
+    std::thread signaller{[&] { os::signalEvent(event); }};
+    EXPECT_EQ(os::waitDeliveringSentMessages(event), os::waitObject);
     signaller.join();
-    os::closeHandle(shared);
+    os::closeHandle(event);
     EXPECT_FALSE(os::signalEvent(nullptr));
     EXPECT_EQ(os::waitFor(nullptr, 0), os::waitFailed);
 }

@@ -11,12 +11,10 @@ namespace ORN::os {
 /// Null for a window that is gone and for the one that holds all others.
 HWND parentWindow(HWND window) noexcept;
 
-/// The windows with the same parent, the front-most first; null at the end.
-HWND firstSibling(HWND window) noexcept;
-HWND nextSibling(HWND window) noexcept;
-
-/// Shows the top-level windows, or a window's children, front-most first, until the visitor returns false. What the
-/// visitor throws reaches the caller.
+/// Shows the windows with this one's parent, which the caller names; the top-level windows; or a window's children:
+/// front-most first, until the visitor returns false. What the visitor throws reaches the caller. Where windows belong
+/// to a server, each of these is one request and its answer.
+void visitSiblings(HWND window, HWND parent, std::function<bool(HWND)> const& visitor);
 void visitTopLevelWindows(std::function<bool(HWND)> const& visitor);
 void visitChildWindows(HWND window, std::function<bool(HWND)> const& visitor);
 

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <set>
+#include <utility>
 #include <vector>
 
 using ORN::Threading::BoringWaiter;
@@ -21,12 +23,14 @@ std::vector<HWND> chainOf(HWND window) {
 }
 
 /// Which of two siblings lies above; the left-hand one also when they are not found.
-bool siblingLiesAbove(HWND a, HWND b) {
-    for (HWND sibling = os::firstSibling(a); sibling != nullptr; sibling = os::nextSibling(sibling)) {
-        if (sibling == a) return true;
-        if (sibling == b) return false;
-    }
-    return true;
+bool siblingLiesAbove(HWND a, HWND b, HWND parent) {
+    HWND first = a;
+    os::visitSiblings(a, parent, [&](HWND sibling) {
+        if (sibling != a && sibling != b) return true;
+        first = sibling;
+        return false;
+    });
+    return first == a;
 }
 
 /// An ancestor lies above its descendants, and a window above itself.
@@ -35,7 +39,7 @@ bool liesAbove(HWND a, HWND b) {
     auto const [l, r] = std::mismatch(left.begin(), left.end(), right.begin(), right.end());
     if (l == left.end()) return true;
     if (r == right.end()) return false;
-    return siblingLiesAbove(*l, *r);
+    return siblingLiesAbove(*l, *r, l != left.begin() ? *std::prev(l) : nullptr);
 }
 
 }
@@ -46,15 +50,34 @@ DrawThread::DrawThread() : Scheduler{-2}, hint_{queue_.end()} {}
 DrawThread::~DrawThread() { finish(BoringWaiter{}); }
 
 void DrawThread::insert(DrawTask& task) {
-    ExclusiveLock guard{lockWord()};
-    startThread(guard);
     HWND const window = task.key();
-    if (current_ != nullptr) {
+    Queue made{{window, &task}};
+    Queue::node_type entry = made.extract(made.begin());
+
+    // What may fail comes before anything is changed. The windows are asked outside the lock, which others want
+    // meanwhile; while the drawings change as fast as they can be asked, inside.
+    ExclusiveLock guard{lockWord()};
+    HWND asked = nullptr;
+    bool above = false;
+    for (int tries = 0;; ++tries) {
+        startThread(guard);
+        if (current_ == nullptr) break;
         HWND const running = current_->key();
-        if (window == running) setCancelled(true);
-        if (liesAbove(window, running)) current_->abort();
+        if (running == window) above = true;
+        if (running == window || running == asked) break;
+        asked = running;
+        bool const outside = tries < 3;
+        if (outside) guard.unlock();
+        above = liesAbove(window, running);
+        if (!outside) break;
+        guard.lock();
     }
-    hint_ = queue_.emplace_hint(hint_, window, &task);
+
+    if (current_ != nullptr) {
+        if (current_->key() == window) setCancelled(true);
+        if (above) current_->abort();
+    }
+    hint_ = queue_.insert(hint_, std::move(entry));
     wakeWorker(guard);
 }
 
@@ -71,8 +94,12 @@ void DrawThread::processTasks() {
     setCancelled(false);
     while (highest != queue_.end()) {
         current_ = highest->second;
-        hint_ = queue_.erase(highest);
-        runCurrentTask(guard);
+        hint_ = std::next(highest);
+        Queue::node_type entry = queue_.extract(highest);  // kept, so that to resume the task takes no memory
+        if (runCurrentTask(guard)) {
+            entry.key() = entry.mapped()->key();
+            hint_ = queue_.insert(hint_, std::move(entry));
+        }
         guard.unlock();
         guard.lock();
         highest = findHighestWindow();
@@ -81,9 +108,9 @@ void DrawThread::processTasks() {
     current_ = before;  // under the lock, because finish may look at it from its thread
 }
 
-/// Runs the current task outside the lock and, back inside, puts it into the queue again when it is to be resumed. Whoever
-/// waits for it is told, however it ended.
-void DrawThread::runCurrentTask(ExclusiveLock& guard) {
+/// Runs the current task outside the lock, and says inside whether it is to be resumed. Whoever waits for it is told,
+/// however it ended.
+bool DrawThread::runCurrentTask(ExclusiveLock& guard) {
     struct Stopped {
         DrawThread& thread;
         ExclusiveLock& guard;
@@ -94,11 +121,10 @@ void DrawThread::runCurrentTask(ExclusiveLock& guard) {
         }
     } const stopped{*this, guard};
 
-    DrawTask& task = *current_;
     guard.unlock();
-    bool const complete = task.run();
+    bool const complete = current_->run();
     guard.lock();
-    if (!complete && !cancelled()) hint_ = queue_.emplace_hint(hint_, task.key(), &task);
+    return !complete && !cancelled();
 }
 
 void DrawThread::eraseWholeQueue() {

@@ -6,11 +6,14 @@
 
 #include <map>
 
-/// A client's job of drawing one window. Its owner keeps it alive until it has run or has been cancelled.
+/// A client's job of drawing one window. Its owner keeps it alive until `cancel` of its window with a waiter, or `finish`,
+/// has returned; see Scheduler.h for that and for what a task must not do.
 class ORN_API DrawTask : public ORN::Threading::Task<HWND> {
 public:
     /// Draws, on the worker and without any lock. True when the drawing is complete; false when it stopped early and is
-    /// to be resumed. A task that throws is dropped.
+    /// to be resumed. One that throws a std::exception is dropped, and only that one; any other exception ends the
+    /// process. Since abort() may come before run() has begun, the flag that it sets is taken back where it is obeyed:
+    /// `if (aborted_.exchange(false)) return false;`
     virtual bool run() = 0;
 
     ~DrawTask() override;
@@ -24,7 +27,8 @@ public:
     DrawThread();
     ~DrawThread() override;
 
-    /// Queues a task. While a task is queued for its window, a second one for that window is not stored.
+    /// Queues a task. While a task is queued for its window, a second one for that window is not stored. When it throws,
+    /// for want of memory, nothing has changed.
     void insert(DrawTask& task);
 
     /// A window has become active: if it is the one to be drawn first, the drawing in progress is interrupted for it.
@@ -41,7 +45,7 @@ private:
     using Queue = std::map<HWND, DrawTask*>;
 
     Queue::iterator findHighestWindow();
-    void runCurrentTask(ExclusiveLock& guard);
+    bool runCurrentTask(ExclusiveLock& guard);
 
     DrawTask* current_ = nullptr;
     Queue queue_;

@@ -11,6 +11,8 @@
 #include <exception>
 #include <memory>
 #include <new>
+#include <stdexcept>
+#include <utility>
 
 namespace ORN::Threading {
 
@@ -55,10 +57,43 @@ private:
     std::atomic<int> users_{1};
 };
 
-/// What a worker is given; the event is its own, whatever becomes of the scheduler's field.
+/// One thread's wait for the running task, on that thread's stack: linked, under the lock, until the task has stopped or
+/// the thread gives up.
+struct SchedulerBase::StopWait {
+    StopWait(SchedulerBase& scheduler, ExclusiveLock& guard)
+        : event{os::createEvent()}, scheduler_{scheduler}, guard_{guard} {
+        if (event == nullptr) throw WinError{L"CreateEvent", os::lastError()};
+        next_ = std::exchange(scheduler_.stopWaits_, this);
+    }
+    ~StopWait() {
+        guard_.lock();
+        for (StopWait** link = &scheduler_.stopWaits_; *link != nullptr; link = &(*link)->next_)
+            if (*link == this) {
+                *link = next_;
+                break;
+            }
+        os::closeHandle(event);
+    }
+    StopWait(StopWait const&) = delete;
+    StopWait& operator=(StopWait const&) = delete;
+
+    static void tell(StopWait* first) noexcept {
+        for (; first != nullptr; first = first->next_) os::signalEvent(first->event);
+    }
+
+    HANDLE const event;
+
+private:
+    StopWait* next_ = nullptr;
+    SchedulerBase& scheduler_;
+    ExclusiveLock& guard_;
+};
+
+/// What a worker is given; the event and the handle are its own, whatever becomes of the scheduler's fields.
 struct SchedulerBase::Start {
     SchedulerBase& scheduler;
     WakeEvent::Use wake;
+    HANDLE predecessor;  ///< a worker that finish has left alone, or null
 };
 
 HANDLE SchedulerBase::wakeEvent() const noexcept {
@@ -66,13 +101,16 @@ HANDLE SchedulerBase::wakeEvent() const noexcept {
     return wake != nullptr ? wake->handle : nullptr;
 }
 
+HANDLE SchedulerBase::stopEvent() const noexcept { return stopWaits_ != nullptr ? stopWaits_->event : nullptr; }
+
 void SchedulerBase::startThread() {
     ExclusiveLock guard{lockWord_};
     startThread(guard);
 }
 
 void SchedulerBase::startThread(ExclusiveLock& guard) {
-    if (worker_ != nullptr && !finishing_) {
+    if (workerState_ == Worker::isAwaited) return;
+    if (worker_ != nullptr && workerState_ == Worker::stays) {
         DWORD code = 0;
         if (!os::threadExitCode(worker_, code) || code != os::threadStillActive) {
             WakeEvent::Use const wake{wakeEvent_.exchange(nullptr)};
@@ -81,25 +119,32 @@ void SchedulerBase::startThread(ExclusiveLock& guard) {
             guard.unlock();
             os::showMessage(L"Thread exited unexpectedly", getWCS(threadName()).c_str());
             guard.lock();
+            if (workerState_ == Worker::isAwaited) return;
         }
     }
     if (wakeEvent_.load() == nullptr) wakeEvent_.store(WakeEvent::create());
-    if (wakeEvent_.load() != nullptr && worker_ == nullptr) startWorker();
+    if (wakeEvent_.load() != nullptr && (worker_ == nullptr || workerState_ == Worker::isLeftAlone)) startWorker();
 }
 
 void SchedulerBase::startWorker() {
-    std::unique_ptr<Start> start{new (std::nothrow) Start{*this, WakeEvent::use(wakeEvent_.load())}};
+    std::unique_ptr<Start> start{new (std::nothrow) Start{*this, WakeEvent::use(wakeEvent_.load()), worker_}};
     if (start == nullptr) return;
     unsigned int const stackBytes = 0x40000;
-    worker_ = os::startThread(threadMain, start.get(), stackBytes);
-    if (worker_ == nullptr) return;
+    HANDLE const started = os::startThread(threadMain, start.get(), stackBytes);
+    if (started == nullptr) return;
     static_cast<void>(start.release());
+    worker_ = started;
+    workerState_ = Worker::stays;
     os::setThreadPriority(worker_, priority_);
 }
 
 unsigned int SchedulerBase::threadMain(void* start) {
     std::unique_ptr<Start const> const own{static_cast<Start const*>(start)};
     SchedulerBase& self = own->scheduler;
+    if (own->predecessor != nullptr) {
+        os::waitFor(own->predecessor, os::waitForever);
+        os::closeHandle(own->predecessor);
+    }
     setThreadName(self.threadName(), 0xFFFFFFFF);
     bool const apartment = os::enterApartment();
     os::threadLocaleMode(os::perThreadLocale);
@@ -133,6 +178,7 @@ bool SchedulerBase::finish(Waiter const& waiter) {
     HANDLE worker = nullptr;
     {
         ExclusiveLock const guard{lockWord_};
+        refuseOwnWorker();
         eraseWholeQueue();
         if (TaskBase* const task = taskInProgress()) {
             cancelled_ = true;
@@ -141,25 +187,38 @@ bool SchedulerBase::finish(Waiter const& waiter) {
         if (WakeEvent::Use const wake{wakeEvent_.exchange(nullptr)}) os::signalEvent(wake->handle);
         worker = worker_;
         if (worker == nullptr) return true;
-        finishing_ = true;
+        workerState_ = Worker::isAwaited;
     }
 
+    struct End {
+        SchedulerBase& scheduler;
+        bool ended = false;
+        ~End() { scheduler.endFinish(ended); }
+    } end{*this};
     os::lendPriority(worker);  // a worker of low priority would starve beside a waiting thread of higher
-    bool result = true;
-    if (waiter(worker) == os::waitObject) {
-        DWORD code = 0;
-        result = os::threadExitCode(worker, code) && code == 0;
-    }
+    if (waiter(worker) != os::waitObject) return true;
+    end.ended = true;
+    DWORD code = 0;
+    return os::threadExitCode(worker, code) && code == 0;
+}
 
-    ExclusiveLock guard{lockWord_};
-    os::closeHandle(worker);
+/// A worker that has not been seen to end may be in its last task: its handle is kept for whoever has to wait for that.
+void SchedulerBase::endFinish(bool ended) noexcept {
+    ExclusiveLock const guard{lockWord_};
+    dropLateTasks();
+    workerState_ = ended ? Worker::stays : Worker::isLeftAlone;
+    if (!ended) return;
+    os::closeHandle(worker_);
     worker_ = nullptr;
-    finishing_ = false;
-    if (wakeEvent_.load() == nullptr) return result;
-    // Something was queued after the queue had been emptied, when the worker that ended still counted as live.
-    startWorker();
-    wakeWorker(guard);
-    return result;
+}
+
+void SchedulerBase::dropLateTasks() noexcept {
+    if (workerState_ == Worker::isAwaited) eraseWholeQueue();
+}
+
+void SchedulerBase::refuseOwnWorker() const {
+    if (worker_ != nullptr && os::isCallingThread(worker_))
+        throw std::logic_error{"a scheduler's worker cannot wait for itself"};
 }
 
 void SchedulerBase::interrupt() {
@@ -173,49 +232,28 @@ void SchedulerBase::interrupt(Waiter const& waiter) {
 }
 
 void SchedulerBase::doCancelCurrentTask(ExclusiveLock& guard, bool setCancelled, Waiter const* waiter) {
+    if (waiter != nullptr) refuseOwnWorker();
     if (setCancelled) cancelled_ = true;
     taskInProgress()->abort();
     if (waiter != nullptr) waitForTask(guard, *waiter);
 }
 
 void SchedulerBase::waitForTask(ExclusiveLock& guard, Waiter const& waiter) {
-    HANDLE const mine = os::createEvent();
-    if (mine == nullptr) throw WinError{L"CreateEvent", os::lastError()};
-
-    // One field serves all who wait: the latest takes it and, when the task has stopped, tells the one before.
-    HANDLE const before = stopEvent_ != nullptr ? os::shareEvent(stopEvent_) : nullptr;
-    if (before == nullptr && stopEvent_ != nullptr) {
-        DWORD const code = os::lastError();
-        os::closeHandle(mine);
-        throw WinError{L"DuplicateHandle", code};
-    }
-    stopEvent_ = mine;
-
-    struct Close {
-        SchedulerBase& scheduler;
-        ExclusiveLock& guard;
-        HANDLE mine, before;
-        ~Close() {
-            guard.lock();
-            if (scheduler.stopEvent_ == mine) scheduler.stopEvent_ = nullptr;
-            os::closeHandle(mine);
-            if (before == nullptr) return;
-            os::signalEvent(before);
-            os::closeHandle(before);
-        }
-    } const close{*this, guard, mine, before};
+    StopWait const wait{*this, guard};
     guard.unlock();
-    waiter(mine);
+    waiter(wait.event);
 }
 
 void SchedulerBase::wakeWorker(ExclusiveLock& guard) {
+    dropLateTasks();
     WakeEvent::Use const wake = WakeEvent::use(wakeEvent_.load());
     guard.unlock();
     if (wake != nullptr) os::signalEvent(wake->handle);
 }
 
 void SchedulerBase::tellStopped() noexcept {
-    if (stopEvent_ != nullptr) os::signalEvent(stopEvent_);
+    StopWait::tell(std::exchange(stopWaits_, nullptr));
+    dropLateTasks();
 }
 
 template class ORN_API_DEFINED Task<HWND>;

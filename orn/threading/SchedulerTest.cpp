@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <deque>
 #include <stdexcept>
 #include <thread>
@@ -23,8 +25,22 @@ struct CountingWaiter : Waiter {
     mutable std::atomic<int> waits = 0;
 };
 
-struct RefusingWaiter : Waiter {
-    DWORD operator()(HANDLE) const override { return 0xFFFFFFFF; }
+/// How a wait ends.
+enum class Wait { patient, timedOut, failed, thrown };
+constexpr Wait everyWait[] = {Wait::patient, Wait::timedOut, Wait::failed, Wait::thrown};
+
+/// Ends its wait in one of these ways, at once unless it is patient.
+struct EndingWaiter : Waiter {
+    explicit EndingWaiter(Wait wait) : way{wait} {}
+    DWORD operator()(HANDLE handle) const override {
+        ++waits;
+        meanwhile();
+        if (way == Wait::thrown) throw std::runtime_error{"gave up"};
+        return way == Wait::patient ? BoringWaiter{}(handle) : way == Wait::timedOut ? 258 : 0xFFFFFFFF;
+    }
+    Wait const way;
+    std::function<void()> meanwhile = [] {};
+    Tally mutable waits;
 };
 
 /// Runs until it is aborted, or does what it is given.
@@ -124,14 +140,6 @@ TEST(Scheduler, AWorkerStartsWithTheFirstTaskAndEndsWithFinish) {
     EXPECT_EQ(waiter.waits, 3);
 }
 
-TEST(Scheduler, AFailedWaitCountsAsSuccess) {
-    TestTask task{1, [] {}};
-    TestScheduler scheduler;
-    scheduler.insertAndReach(task);
-    EXPECT_TRUE(scheduler.finish(RefusingWaiter{}));
-    while (scheduler.exits == 0) std::this_thread::yield();  // the worker left to itself leaves all the same
-}
-
 TEST(Scheduler, CancelDropsByKeyAndStopsOnlyThatKeysTaskAndInterruptLeavesTheFlagAlone) {
     TestTask running{1}, other{2}, same{1}, next{3};
     TestScheduler scheduler;
@@ -155,17 +163,38 @@ TEST(Scheduler, CancelDropsByKeyAndStopsOnlyThatKeysTaskAndInterruptLeavesTheFla
     EXPECT_FALSE(scheduler.wasCancelled());
 }
 
-TEST(Scheduler, EveryoneWhoWaitsForTheTaskIsTold) {
-    for (int round = 0; round < 200; ++round) {
+// Some come, and those of them who lose patience go, before others come: in every order of four who wait.
+TEST(Scheduler, WhoWaitsIsToldWhenTheTaskHasStoppedAndOnlyThenWhoeverElseGivesUp) {
+    for (std::size_t order = 0; order < 256; ++order) {
         Tally go;
-        TestTask running{1, [&] { go.reach(1); }};
+        std::atomic<bool> stopped = false;
+        TestTask running{1, [&] {
+                             go.reach(1);
+                             stopped = true;
+                         }};
         TestScheduler scheduler;
         scheduler.insertAndReach(running);
-        CountingWaiter const waiter;
         std::vector<std::jthread> waiting;
-        for (int i = 0; i < 3; ++i) waiting.emplace_back([&] { scheduler.interrupt(waiter); });
-        while (waiter.waits < 3) std::this_thread::yield();
+        std::deque<EndingWaiter> waiters;
+        std::atomic<int> early = 0, thrown = 0;
+        for (std::size_t i = 0; i < 4; ++i) {
+            EndingWaiter& waiter = waiters.emplace_back(everyWait[order >> 2 * i & 3]);
+            waiting.emplace_back([&] {
+                try {
+                    scheduler.cancel(TestTask::handle(1), waiter);
+                } catch (std::runtime_error const&) {
+                    ++thrown;
+                }
+                early += waiter.way == Wait::patient && !stopped;
+            });
+            waiter.waits.reach(1);
+            if (waiter.way != Wait::patient) waiting.back().join();
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds{1});
         ++go;
+        waiting.clear();
+        EXPECT_EQ(early, 0) << order;
+        EXPECT_EQ(thrown, std::ranges::count(waiters, Wait::thrown, &EndingWaiter::way));
     }
 }
 
@@ -189,7 +218,7 @@ TEST(Scheduler, WhatProcessTasksThrowsIsDiscardedAndTheQueueGoesOn) {
     scheduler.interrupt();
 }
 
-TEST(Scheduler, ThreadsThatInsertAtOnceStartOneWorkerAndWhatIsQueuedWhileFinishWaitsANewOne) {
+TEST(Scheduler, ThreadsThatInsertAtOnceStartOneWorker) {
     for (int round = 0; round < 100; ++round) {
         TestTask a{1, [] {}}, b{2, [] {}};
         TestScheduler scheduler;
@@ -200,15 +229,67 @@ TEST(Scheduler, ThreadsThatInsertAtOnceStartOneWorkerAndWhatIsQueuedWhileFinishW
         EXPECT_TRUE(scheduler.finish(BoringWaiter{}));
         EXPECT_TRUE(scheduler.starts == 1 && scheduler.exits == 1);
     }
-    TestTask endless{1}, late{2, [] {}};
+}
+
+// What comes in while finish waits: from the task that was aborted, and from whoever waits.
+TEST(Scheduler, FinishDropsWhatIsQueuedUntilItReturnsHoweverItsWaitEnds) {
+    for (Wait const way : everyWait) {
+        Tally queuedMore, open;
+        std::atomic<int> running = 0;
+        TestScheduler scheduler;
+        TestTask late[3]{TestTask{2}, TestTask{3}, TestTask{4}};
+        TestTask first{1, [&] {
+                           ++running;
+                           first.aborted.reach(1);
+                           scheduler.insert(late[0]);
+                           scheduler.insert(late[1]);
+                           ++queuedMore;
+                           open.reach(1);
+                           --running;
+                       }};
+        TestTask next{5, [&] { EXPECT_EQ(running, 0) << "two tasks run at once"; }};
+        EndingWaiter waiter{way};
+        waiter.meanwhile = [&] {
+            queuedMore.reach(1);
+            scheduler.insert(late[2]);
+            if (way == Wait::patient) ++open;
+        };
+        scheduler.insertAndReach(first);
+        auto const finish = [&] { return scheduler.finish(waiter); };
+        if (way == Wait::thrown) {
+            EXPECT_THROW(finish(), std::runtime_error);
+        } else {
+            EXPECT_TRUE(finish());
+        }
+        EXPECT_EQ(scheduler.queued(), 0u);
+        EXPECT_EQ(scheduler.starts, 1);
+        EXPECT_EQ(scheduler.exits, way == Wait::patient ? 1 : 0);
+
+        if (way != Wait::failed) scheduler.insert(next);
+        ++open;
+        if (way != Wait::failed) next.running.reach(1);
+        EXPECT_TRUE(scheduler.finish(BoringWaiter{}));
+        EXPECT_EQ(scheduler.exits, scheduler.starts) << "finish waits for a worker that it gave up before, too";
+        for (TestTask const& task : late) EXPECT_EQ(task.running, 0);
+    }
+}
+
+TEST(Scheduler, ATaskThatWaitsForItselfIsToldSoAndDropped) {
+    CountingWaiter const waiter;
     TestScheduler scheduler;
-    scheduler.insertAndReach(endless);
-    CountingWaiter waiter;
-    waiter.meanwhile = [&] { scheduler.insert(late); };
+    TestTask last{9, [] {}};
+    std::function<void()> const waits[] = {[&] { scheduler.cancel(TestTask::handle(1), waiter); },
+                                           [&] { scheduler.interrupt(waiter); }, [&] { scheduler.finish(waiter); }};
+    std::deque<TestTask> tasks;
+    for (auto const& wait : waits)
+        scheduler.insert(tasks.emplace_back(static_cast<int>(tasks.size()) + 1, [&] {
+            wait();
+            ADD_FAILURE() << "the wait came back";
+        }));
+    scheduler.insertAndReach(last);
     EXPECT_TRUE(scheduler.finish(waiter));
-    late.running.reach(1);
-    EXPECT_TRUE(scheduler.finish(BoringWaiter{}));
-    EXPECT_TRUE(scheduler.starts == 2 && scheduler.exits == 2);
+    EXPECT_EQ(waiter.waits, 1);
+    for (TestTask const& task : tasks) EXPECT_TRUE(task.running && !task.aborted);
 }
 
 }

@@ -6,6 +6,7 @@
 #include <array>
 #include <bit>
 #include <cstring>
+#include <map>
 
 namespace {
 
@@ -99,6 +100,24 @@ static_assert(CodePoint::eolNone == 0 && CodePoint::eolNewline == 1 && CodePoint
 static_assert(ORN::encMultibyte == 0 && ORN::encUTF8 == 1 && ORN::encUTF16 == 2 && ORN::encUTF16le == 3);
 static_assert(ORN::encUTF16be == 4 && ORN::textCreate == 0 && ORN::textAppend == 1);
 
+using namespace ORN::Threading;
+
+TEST(Layout, ADrawThreadIsItsSchedulerAndThenItsTaskQueueAndHint) {
+    struct Thread : DrawThread {
+        void onThreadStart() override {}
+        void onThreadExit() override {}
+    };
+    using Queue = std::map<HWND, DrawTask*>;
+    static_assert(sizeof(SchedulerBase) == 48 && sizeof(Scheduler<HWND>) == 48);
+    static_assert(sizeof(DrawThread) == 48 + pointer + sizeof(Queue) + sizeof(Queue::iterator));
+    Thread const thread;
+    std::array<LONG, 12> words;
+    std::memcpy(words.data(), static_cast<void const*>(&thread), sizeof words);
+    words[0] = words[1] = words[3] = 0;  // the functions, and what lies between
+    words[10] &= 0xFF;
+    EXPECT_EQ(words, (std::array<LONG, 12>{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, -2}));
+}
+
 TEST(Layout, AnAffineTransformIsItsMatrixAndThenItsTranslation) {
     double const rows[3][2] = {{1, 2}, {3, 4}, {5, 6}};
     NonUniformTransform<2> const transform = NonUniformTransform<2>::createFromPod(rows);
@@ -186,7 +205,6 @@ ORN_TRANSFORM_SLOTS(2, Transform<2>, AffineTransform<2>, PerspectiveTransform<2>
 ORN_TRANSFORM_SLOTS(3, Transform<3>, AffineTransform<3>, PerspectiveTransform<3>)
 
 using namespace ORN;
-using namespace ORN::Threading;
 
 ORN_SLOTS(Colours, 2, &Colour::calcHSV, &Colour::calcHLS, &Colour::calcRGB)
 ORN_SLOTS(Errors, 2, &OrnError::what, &OrnError::wWhat)
@@ -205,6 +223,7 @@ ORN_SLOTS(SchedulerBases, 2, &SchedulerBase::onThreadStart, &SchedulerBase::onTh
           &SchedulerBase::eraseWholeQueue, &SchedulerBase::threadName, &SchedulerBase::taskInProgress)
 ORN_SLOTS(Schedulers, 8, &Scheduler<HWND>::eraseFromQueue)
 ORN_SLOTS(TaskBases, 0, &TaskBase::abort)
+ORN_SLOTS(Waiters, 0, &Waiter::operator())
 ORN_SLOTS(Tasks, 3, &Task<HWND>::key)
 ORN_SLOTS(Handlables, 0, &IHandlable::adref, &IHandlable::deref)
 ORN_SLOTS(EventLists, 5, &EVSubscriptionList<int>::insert, &EVSubscriptionList<int>::erase)

@@ -94,8 +94,9 @@ void* runThread(void* object) {
     return nullptr;
 }
 
-// The kernel's nice values of the priorities -2 to 2.
-constexpr int niceValues[] = {19, 10, 0, -10, -20};
+// The kernel's nice values of the priorities -2 to 2. Most processes may not raise a thread again, so that priority lent
+// to it does nothing: the lowest must still get on, however busy the machine, for whoever waits for its end.
+constexpr int niceValues[] = {10, 5, 0, -5, -10};
 
 void setNice(pid_t number, int nice) noexcept {
     if (number != 0) setpriority(PRIO_PROCESS, static_cast<id_t>(number), nice);
@@ -124,11 +125,6 @@ bool signalEvent(HANDLE event) noexcept {
     }
     waitable(event)->signal();
     return true;
-}
-
-HANDLE shareEvent(HANDLE event) noexcept {
-    waitable(event)->references.fetch_add(1);
-    return event;
 }
 
 void closeHandle(HANDLE handle) noexcept {
@@ -205,6 +201,8 @@ bool threadExitCode(HANDLE handle, DWORD& code) noexcept {
     code = thread->signalled.load() != 0 ? thread->exitCode.load() : threadStillActive;
     return true;
 }
+
+bool isCallingThread(HANDLE thread) noexcept { return waitable(thread) == ownThread; }
 
 void exitThread(DWORD code) {
     if (ownThread != nullptr) ownThread->exitCode.store(code);

@@ -27,7 +27,8 @@ using Reply = std::unique_ptr<T, Free>;
 using Connection = std::shared_ptr<xcb_connection_t>;
 
 /// The process's connection to its display, made at the first use; none where there is no display. xcb lets every thread
-/// use it. It ends when the library is unloaded and nobody uses it any more.
+/// use it. It ends when the library is unloaded and nobody uses it any more; a thread that still runs then, as some do
+/// when the process ends, meets no display.
 class Display {
 public:
     static Connection connection() noexcept {
@@ -41,20 +42,39 @@ public:
 
 private:
     static Connection current() {
-        if (connection_ != nullptr && xcb_connection_has_error(connection_.get()) != 0) connection_ = nullptr;
-        if (connection_ == nullptr && std::getenv("DISPLAY") != nullptr) {
-            connection_ = Connection{xcb_connect(nullptr, nullptr), xcb_disconnect};
-            if (xcb_connection_has_error(connection_.get()) != 0) connection_ = nullptr;
+        Connection& connection = last_.connection;
+        if (connection != nullptr && xcb_connection_has_error(connection.get()) != 0) connection = nullptr;
+        if (connection == nullptr && !unloaded_ && std::getenv("DISPLAY") != nullptr) {
+            connection = Connection{xcb_connect(nullptr, nullptr), xcb_disconnect};
+            if (xcb_connection_has_error(connection.get()) != 0) connection = nullptr;
         }
-        return connection_;
+        return connection;
     }
 
+    /// What other threads may come to look at is never destroyed.
+    union Kept {
+        constexpr Kept() noexcept : connection{} {}
+        ~Kept() {}
+        Connection connection;
+    };
+    struct Unload {
+        ~Unload() {
+            std::lock_guard const lock{mutex_};
+            unloaded_ = true;
+            last_.connection = nullptr;
+        }
+    };
+
     static constinit std::mutex mutex_;
-    static constinit Connection connection_;
+    static constinit Kept last_;
+    static constinit bool unloaded_;
+    static Unload const unload_;
 };
 
 constinit std::mutex Display::mutex_;
-constinit Connection Display::connection_;
+constinit Display::Kept Display::last_;
+constinit bool Display::unloaded_ = false;
+Display::Unload const Display::unload_;
 
 xcb_window_t idOf(HWND window) noexcept { return static_cast<xcb_window_t>(reinterpret_cast<std::uintptr_t>(window)); }
 HWND windowOf(xcb_window_t id) noexcept { return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(id)); }
@@ -63,7 +83,7 @@ HWND windowOf(xcb_window_t id) noexcept { return reinterpret_cast<HWND>(static_c
 class Tree {
 public:
     explicit Tree(xcb_window_t window) noexcept {
-        if (window == XCB_NONE) return;
+        if (window == XCB_NONE || ORN_OS_REFUSED("QueryTree")) return;
         if (Connection const display = Display::connection())
             reply_.reset(xcb_query_tree_reply(display.get(), xcb_query_tree(display.get(), window), nullptr));
     }
@@ -94,18 +114,13 @@ void visitChildren(xcb_window_t window, std::function<bool(HWND)> const& visitor
 
 }
 
-HWND parentWindow(HWND window) noexcept { return windowOf(Tree{idOf(window)}.parent()); }
-
-HWND firstSibling(HWND window) noexcept {
-    Tree const siblings{Tree{idOf(window)}.parent()};
-    return siblings.count() > 0 ? windowOf(siblings.child(0)) : nullptr;
+HWND parentWindow(HWND window) noexcept {
+    if (window == windowOf(rootWindow())) return nullptr;  // which needs no request
+    return windowOf(Tree{idOf(window)}.parent());
 }
 
-HWND nextSibling(HWND window) noexcept {
-    Tree const siblings{Tree{idOf(window)}.parent()};
-    for (int i = 0; i + 1 < siblings.count(); ++i)
-        if (siblings.child(i) == idOf(window)) return windowOf(siblings.child(i + 1));
-    return nullptr;
+void visitSiblings(HWND, HWND parent, std::function<bool(HWND)> const& visitor) {
+    visitChildren(idOf(parent), visitor);
 }
 
 void visitTopLevelWindows(std::function<bool(HWND)> const& visitor) { visitChildren(rootWindow(), visitor); }

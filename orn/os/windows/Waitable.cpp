@@ -17,12 +17,6 @@ HANDLE createEvent() noexcept {
 
 bool signalEvent(HANDLE event) noexcept { return SetEvent(event) != 0; }
 
-HANDLE shareEvent(HANDLE event) noexcept {
-    HANDLE shared = nullptr;
-    HANDLE const process = GetCurrentProcess();
-    return DuplicateHandle(process, event, process, &shared, 0, FALSE, DUPLICATE_SAME_ACCESS) ? shared : nullptr;
-}
-
 void closeHandle(HANDLE handle) noexcept { CloseHandle(handle); }
 
 DWORD waitFor(HANDLE handle, DWORD timeout) noexcept { return WaitForSingleObject(handle, timeout); }
@@ -42,6 +36,8 @@ HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int sta
 }
 
 bool threadExitCode(HANDLE thread, DWORD& code) noexcept { return GetExitCodeThread(thread, &code) != 0; }
+
+bool isCallingThread(HANDLE thread) noexcept { return GetThreadId(thread) == GetCurrentThreadId(); }
 
 void exitThread(DWORD code) {
     _endthreadex(code);

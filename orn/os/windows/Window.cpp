@@ -32,8 +32,15 @@ BOOL CALLBACK visitOne(HWND window, LPARAM argument) {
 }
 
 HWND parentWindow(HWND window) noexcept { return GetAncestor(window, GA_PARENT); }
-HWND firstSibling(HWND window) noexcept { return GetWindow(window, GW_HWNDFIRST); }
-HWND nextSibling(HWND window) noexcept { return GetWindow(window, GW_HWNDNEXT); }
+
+void visitSiblings(HWND window, HWND, std::function<bool(HWND)> const& visitor) {
+    // A walk that meets windows on their way to the back might go round: a session has no more windows than this.
+    int left = 0x10000;
+    for (HWND next = GetWindow(window, GW_HWNDFIRST); next != nullptr && left > 0; --left) {
+        if (!visitor(next)) return;
+        next = GetWindow(next, GW_HWNDNEXT);
+    }
+}
 
 void visitTopLevelWindows(std::function<bool(HWND)> const& visitor) {
     Visit visit{visitor, nullptr};
