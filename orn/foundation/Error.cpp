@@ -5,9 +5,33 @@
 #include "orn/text/Encoding.h"
 #include "orn/text/Printf.h"
 
+#include <cstring>
+#include <new>
 #include <utility>
 
 namespace ORN {
+
+namespace {
+
+/// Both texts or, when memory runs out, none of them.
+void assignTexts(std::string& narrow, std::wstring& wide, std::string const& newNarrow, std::wstring const& newWide) {
+    std::string copy = newNarrow;
+    wide = newWide;
+    narrow.swap(copy);
+}
+
+/// An exception is copied where another one would end the program, so what there is no memory for is left out.
+void copyTexts(std::string& narrow, std::wstring& wide, std::string const& from,
+               std::wstring const& wideFrom) noexcept {
+    try {
+        assignTexts(narrow, wide, from, wideFrom);
+    } catch (std::bad_alloc const&) {}
+}
+
+// The code of a failed call goes with the narrow message, behind its terminator: neither the layout nor the text knows.
+constexpr std::size_t tailSize = 1 + sizeof(DWORD);
+
+}
 
 OrnError::OrnError() : std::runtime_error{std::string{}} {}
 
@@ -16,8 +40,16 @@ OrnError::OrnError(wchar_t const* message) : OrnError{std::wstring{message}} {}
 OrnError::OrnError(std::wstring const& message)
     : std::runtime_error{std::string{}}, narrow_{getMBS(message)}, wide_{message} {}
 
-OrnError::OrnError(OrnError const&) = default;
-OrnError& OrnError::operator=(OrnError const&) = default;
+OrnError::OrnError(OrnError const& other) noexcept : std::runtime_error{other} {
+    copyTexts(narrow_, wide_, other.narrow_, other.wide_);
+}
+
+OrnError& OrnError::operator=(OrnError const& other) {
+    assignTexts(narrow_, wide_, other.narrow_, other.wide_);
+    std::runtime_error::operator=(other);
+    return *this;
+}
+
 OrnError::~OrnError() = default;
 
 void OrnError::setup(std::wstring const& message) {
@@ -36,8 +68,16 @@ NotImplemented::NotImplemented(wchar_t const* what) : NotImplemented{std::wstrin
 NotImplemented::NotImplemented(std::wstring const& what)
     : std::logic_error{std::string{}}, narrow_{getMBS(what)}, wide_{what} {}
 
-NotImplemented::NotImplemented(NotImplemented const&) = default;
-NotImplemented& NotImplemented::operator=(NotImplemented const&) = default;
+NotImplemented::NotImplemented(NotImplemented const& other) noexcept : std::logic_error{other} {
+    copyTexts(narrow_, wide_, other.narrow_, other.wide_);
+}
+
+NotImplemented& NotImplemented::operator=(NotImplemented const& other) {
+    assignTexts(narrow_, wide_, other.narrow_, other.wide_);
+    std::logic_error::operator=(other);
+    return *this;
+}
+
 NotImplemented::~NotImplemented() = default;
 
 char const* NotImplemented::what() const noexcept { return narrow_.c_str(); }
@@ -72,7 +112,7 @@ public:
             ~Description() { ORN::os::freeString(text); }
         } description;
         if (info_->GetDescription(&description.text) < 0) return false;
-        if (description.text != nullptr) text += description.text;
+        if (description.text != nullptr) text.append(description.text, ORN::os::stringLength(description.text));
         return true;
     }
 
@@ -82,19 +122,40 @@ private:
 
 }
 
-WinError::WinError(DWORD error) : OrnError{textOf(error)} {}
+WinError::WinError(DWORD error) : OrnError{textOf(error)} { keepCode(error); }
 
 WinError::WinError(wchar_t const* function, DWORD error)
-    : OrnError{stringPrintf(L"Error \"%ls\" calling %ls", textOf(error).c_str(), function)} {}
+    : OrnError{stringPrintf(L"Error \"%ls\" calling %ls", textOf(error).c_str(), function)} {
+    keepCode(error);
+}
 
-WinError::WinError(HRESULT hresult, IUnknown* object) : OrnError{formatMessage(hresult, object)} {}
+WinError::WinError(HRESULT hresult, IUnknown* object) : OrnError{formatMessage(hresult, object)} {
+    keepCode(static_cast<DWORD>(hresult));
+}
 
 WinError::WinError(wchar_t const* function, HRESULT hresult, IUnknown* object)
-    : OrnError{stringPrintf(L"%ls calling %ls", formatMessage(hresult, object).c_str(), function)} {}
+    : OrnError{stringPrintf(L"%ls calling %ls", formatMessage(hresult, object).c_str(), function)} {
+    keepCode(static_cast<DWORD>(hresult));
+}
 
-WinError::WinError(WinError const&) = default;
+WinError::WinError(WinError const&) noexcept = default;
 WinError& WinError::operator=(WinError const&) = default;
 WinError::~WinError() = default;
+
+DWORD WinError::code() const noexcept {
+    DWORD code = 0;
+    std::size_t const size = narrow_.size();
+    // Another text, assigned or set by a derived class, has no such tail.
+    if (size >= ORN::tailSize && narrow_[size - ORN::tailSize] == '\0')
+        std::memcpy(&code, narrow_.data() + size - sizeof code, sizeof code);
+    return code;
+}
+
+void WinError::keepCode(DWORD code) {
+    char tail[ORN::tailSize] = {};
+    std::memcpy(tail + 1, &code, sizeof code);
+    narrow_.append(tail, sizeof tail);
+}
 
 DWORD WinError::lastError() noexcept { return ORN::os::lastError(); }
 

@@ -4,8 +4,11 @@
 #include "orn/Export.h"
 #include "orn/os/Types.h"
 
+#include <concepts>
 #include <stdexcept>
 #include <string>
+
+class WinError;
 
 namespace ORN {
 
@@ -15,8 +18,8 @@ class ORN_API OrnError : public std::runtime_error {
 public:
     explicit OrnError(wchar_t const* message);       ///< the terminated text
     explicit OrnError(std::wstring const& message);  ///< the text
-    OrnError(OrnError const&);                       ///< copies both messages
-    OrnError& operator=(OrnError const&);            ///< copies both messages
+    OrnError(OrnError const&) noexcept;    ///< copies both messages; leaves both empty without memory for them
+    OrnError& operator=(OrnError const&);  ///< copies both messages, or throws std::bad_alloc and copies none
     ~OrnError() override;
 
     char const* what() const noexcept override;     ///< the narrow message; valid while the exception lives
@@ -29,6 +32,8 @@ protected:
     std::wstring const& whatString() const noexcept { return wide_; }  ///< the wide message
 
 private:
+    friend class ::WinError;
+
     std::string narrow_;
     std::wstring wide_;
 };
@@ -38,8 +43,8 @@ class ORN_API NotImplemented : public std::logic_error {
 public:
     explicit NotImplemented(wchar_t const* what);       ///< what: the operation's qualified name
     explicit NotImplemented(std::wstring const& what);  ///< the same
-    NotImplemented(NotImplemented const&);              ///< copies both messages
-    NotImplemented& operator=(NotImplemented const&);   ///< copies both messages
+    NotImplemented(NotImplemented const&) noexcept;     ///< as that of OrnError
+    NotImplemented& operator=(NotImplemented const&);   ///< as that of OrnError
     ~NotImplemented() override;
 
     char const* what() const noexcept override;     ///< the narrow text; valid while the exception lives
@@ -70,21 +75,39 @@ public:
     /// TEXT calling FUNCTION.
     explicit WinError(wchar_t const* function, HRESULT hresult, IUnknown* object);
 
-    WinError(WinError const&);             ///< copies both messages
-    WinError& operator=(WinError const&);  ///< copies both messages
+    WinError(WinError const&) noexcept;    ///< as that of OrnError, with the code
+    WinError& operator=(WinError const&);  ///< as that of OrnError, with the code
     ~WinError() override;
+
+    /// The system's code, or the COM result's bits, that this was made of; 0 once it has got another text, and in a copy
+    /// that there was no memory for.
+    DWORD code() const noexcept;
 
 private:
     static DWORD lastError() noexcept;
+    void keepCode(DWORD code);
 };
 
 /// The system's text for a message code, or that of a loaded module when one is named (it is never loaded here). A code
 /// without a text gives `Error %d` of the code as a signed number.
-ORN_API std::wstring formatMessage(DWORD code, wchar_t const* module);
+[[nodiscard]] ORN_API std::wstring formatMessage(DWORD code, wchar_t const* module);
 
 /// `[0x%08lx] ` of the result, then the object's own description of the error where it offers one (through
 /// IErrorInfo), else the system's text. The object may be null; it stays the caller's.
-ORN_API std::wstring formatMessage(HRESULT hresult, IUnknown* object);
+[[nodiscard]] ORN_API std::wstring formatMessage(HRESULT hresult, IUnknown* object);
+
+/// The same for integers with more than 32 bits, of which the lower ones count: an unsigned one is a code and a signed one
+/// a result, also beside a plain nullptr.
+/// @{
+template <std::unsigned_integral Code>
+requires(sizeof(Code) > sizeof(DWORD)) [[nodiscard]] std::wstring formatMessage(Code code, wchar_t const* module) {
+    return formatMessage(static_cast<DWORD>(code), module);
+}
+template <std::signed_integral Result>
+requires(sizeof(Result) > sizeof(HRESULT)) [[nodiscard]] std::wstring formatMessage(Result result, IUnknown* object) {
+    return formatMessage(static_cast<HRESULT>(result), object);
+}
+/// @}
 
 /// Throws ORN::OrnError "integer value right out of range": a 64-bit size was to go where 32 bits are taken.
 [[noreturn]] ORN_API void throwIntCast();

@@ -1,11 +1,13 @@
 #include "orn/foundation/Error.h"
 #include "orn/os/Com.h"
 #include "orn/os/ErrorText.h"
+#include "orn/text/Encoding.h"
 #include "tests/support/Faults.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <optional>
 
 namespace {
 
@@ -17,10 +19,10 @@ HRESULT const ok = 0, noInterface = static_cast<HRESULT>(0x80004002), failed = s
 
 // An object that may tell of an error, with its references counted.
 struct FakeObject final : IErrorInfo {
-    FakeObject(wchar_t const* text, HRESULT query, HRESULT result, bool told)
+    FakeObject(std::optional<std::wstring> text, HRESULT query, HRESULT result, bool told)
         : description{text}, queryResult{query}, descriptionResult{result}, tells{told} {}
 
-    wchar_t const* description;  // null: a success without a text
+    std::optional<std::wstring> description;  // none: a success without a text
     HRESULT queryResult, descriptionResult;
     bool tells;
     long references = 1;
@@ -37,7 +39,7 @@ struct FakeObject final : IErrorInfo {
     HRESULT GetGUID(GUID*) override { return failed; }
     HRESULT GetSource(BSTR*) override { return failed; }
     HRESULT GetDescription(BSTR* text) override {
-        *text = description != nullptr ? ORN::os::allocString(description) : nullptr;
+        *text = description ? ORN::os::allocString(*description) : nullptr;
         return descriptionResult;
     }
     HRESULT GetHelpFile(BSTR*) override { return failed; }
@@ -47,20 +49,22 @@ struct FakeObject final : IErrorInfo {
 TEST(ErrorInner, AnObjectsOwnDescriptionComesFirstAndThenTheSystemsText) {
     std::wstring const own = L"[0x80004005] the disc is upside down";
     std::wstring const systems = L"[0x80004005] " + formatMessage(DWORD{0x80004005}, static_cast<wchar_t*>(nullptr));
+    std::wstring const parted{L"one\0two", 7};
     struct {
-        wchar_t const* description;
+        std::optional<std::wstring> description;
         HRESULT query, descriptionResult;
         bool tells;
         std::wstring text;
     } const cases[] = {{L"the disc is upside down", ok, ok, true, own},
                        {L"the disc is upside down", noInterface, ok, true, own},  // only the pointer counts
-                       {nullptr, ok, ok, true, L"[0x80004005] "},
+                       {parted, ok, ok, true, L"[0x80004005] " + parted},
+                       {std::nullopt, ok, ok, true, L"[0x80004005] "},
                        {L"the disc is upside down", ok, failed, true, systems},
                        {L"the disc is upside down", ok, ok, false, systems}};
     for (auto const& [description, query, descriptionResult, tells, text] : cases) {
         FakeObject object{description, query, descriptionResult, tells};
         EXPECT_EQ(formatMessage(failed, &object), text);
-        EXPECT_EQ((WinError{L"Save", failed, &object}.wWhat()), text + L" calling Save");
+        EXPECT_EQ((WinError{L"Save", failed, &object}.wWhat()), std::wstring{text.c_str()} + L" calling Save");
         EXPECT_EQ(object.references, 1);
     }
 }
@@ -69,6 +73,32 @@ TEST(ErrorInner, LackOfMemoryLeavesNoReferenceAndNoBlock) {
     FakeObject object{L"the disc is upside down", ok, ok, true};
     EXPECT_GT(faults::failEveryAllocation([&] { WinError const error(L"Save", failed, &object); }), 3);
     EXPECT_EQ(object.references, 1);
+}
+
+// Where an exception is copied another one would end the program; the two texts are of one message at any time.
+TEST(ErrorInner, LackOfMemoryCopiesNoTextAndAssignsBothOrNone) {
+    std::wstring const text = L"a text that is long enough not to lie inside the string object", before = text + text;
+    std::string const narrow = getMBS(text), narrowBefore = getMBS(before);
+    auto const expectBothOrNone = [&]<typename E>(E const& original) {
+        int failures = faults::failEveryAllocation([&] {
+            E const copy{original};
+            EXPECT_TRUE((copy.wWhat() == text && copy.what() == narrow) || (!*copy.wWhat() && !*copy.what()));
+        });
+        EXPECT_EQ(failures, 2);
+        failures = faults::failEveryAllocation([&] {
+            E assigned{before};
+            try {
+                assigned = original;
+            } catch (std::bad_alloc const&) {
+                EXPECT_TRUE(assigned.wWhat() == before && assigned.what() == narrowBefore);
+                throw;
+            }
+            EXPECT_EQ(assigned.wWhat(), text);
+        });
+        EXPECT_GT(failures, 2);
+    };
+    expectBothOrNone(ORN::OrnError{text});
+    expectBothOrNone(ORN::NotImplemented{text});
 }
 
 TEST(ErrorInner, TheDefaultIsTheLastErrorAtConstruction) {

@@ -12,6 +12,8 @@ static_assert(std::is_base_of_v<ORN::OrnError, WinError>);
 static_assert(std::is_base_of_v<std::logic_error, ORN::NotImplemented>);
 static_assert(!std::is_base_of_v<std::runtime_error, ORN::NotImplemented>);
 static_assert(!std::is_base_of_v<ORN::OrnError, ORN::NotImplemented>);
+static_assert(std::is_nothrow_copy_constructible_v<ORN::OrnError> && std::is_nothrow_copy_constructible_v<WinError> &&
+              std::is_nothrow_copy_constructible_v<ORN::NotImplemented>);
 
 template <typename E>
 void expectTexts() {
@@ -65,12 +67,33 @@ TEST(Error, SystemCodesBecomeTexts) {
               L"[0x80004005] " + formatMessage(DWORD{0x80004005}, noModule));
     EXPECT_EQ(formatMessage(HRESULT{0x1234ABC}, noObject), L"[0x01234abc] Error 19090108");
 
+    // A wider type is taken for the one that has its sign, and null for what goes with it.
+    EXPECT_EQ(formatMessage(5ul, nullptr), denied);
+    EXPECT_EQ(formatMessage(5ull, nullptr), denied);
+    EXPECT_EQ(formatMessage(0x80004005ll, nullptr), formatMessage(static_cast<HRESULT>(0x80004005), noObject));
+
     EXPECT_EQ(WinError{5}.wWhat(), denied);
     EXPECT_EQ((WinError{L"PostMessage", 5}.wWhat()), L"Error \"" + denied + L"\" calling PostMessage");
     HRESULT const failed = static_cast<HRESULT>(0x80004005);
     std::wstring const failure = formatMessage(failed, noObject);
     EXPECT_EQ((WinError{failed, noObject}.wWhat()), failure);
     EXPECT_EQ((WinError{L"CoInitializeEx", failed, noObject}.wWhat()), failure + L" calling CoInitializeEx");
+}
+
+TEST(Error, AFailedCallTellsItsCodeAndCopiesDo) {
+    HRESULT const failed = static_cast<HRESULT>(0x80004005);
+    for (auto const& [error, code] : {std::pair{WinError{5}, 5u},
+                                      {WinError{0}, 0u},
+                                      {WinError{L"PostMessage", 0xDEADBEEF}, 0xDEADBEEFu},
+                                      {WinError{failed, nullptr}, 0x80004005u},
+                                      {WinError{L"", failed, nullptr}, 0x80004005u}}) {
+        WinError copy{error}, assigned{77};
+        assigned = error;
+        EXPECT_TRUE(error.code() == code && copy.code() == code && assigned.code() == code) << code;
+        EXPECT_EQ(std::string{copy.what()}, getMBS(error.wWhat()));
+        static_cast<ORN::OrnError&>(copy) = ORN::OrnError{L"another failure"};
+        EXPECT_EQ(copy.code(), 0u);
+    }
 }
 
 }

@@ -4,7 +4,8 @@
 
 #include "orn/os/Types.h"
 
-#include <string>
+#include <cstddef>
+#include <string_view>
 
 #if defined(_WIN32)
 #include <oaidl.h>
@@ -47,7 +48,8 @@ namespace ORN::os {
 /// IID of IErrorInfo: {1CF2B120-547D-101B-8E65-08002B2BD119}.
 inline constexpr GUID errorInfoId{0x1CF2B120, 0x547D, 0x101B, {0x8E, 0x65, 0x08, 0x00, 0x2B, 0x2B, 0xD1, 0x19}};
 
-BSTR allocString(wchar_t const* text);                      ///< a copy that freeString takes back; null when out of memory
-void freeString(BSTR string) noexcept;                      ///< null is allowed
+BSTR allocString(std::wstring_view text);        ///< a copy that freeString takes back; null when out of memory
+std::size_t stringLength(BSTR string) noexcept;  ///< in units, zeros inside counted; 0 for null
+void freeString(BSTR string) noexcept;           ///< null is allowed
 
 }

@@ -46,7 +46,7 @@ public:
     bool found() const noexcept { return folder_ != nullptr; }
 
     /// For a found item. Empty texts stand for what there is not.
-    std::wstring linkTarget(HWND owner) const;  ///< the path that a shortcut leads to
+    std::wstring linkTarget(HWND owner) const;  ///< the file or folder that a shortcut leads to, if it is there
     bool isOfFileSystem() const noexcept;
     std::wstring parsingName() const;
 

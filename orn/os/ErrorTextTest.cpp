@@ -11,7 +11,13 @@ TEST(ErrorText, KnownCodesHaveATextAndUnknownOnesLeaveTheArgumentAlone) {
         std::wstring text;
         EXPECT_TRUE(ORN::os::errorText(code, nullptr, text) && !text.empty()) << code;
     }
+    for (DWORD const code : {2u, 5u, 6u, 14u, 87u, 112u, 234u}) {  // as COM results, which carry them
+        std::wstring own, carried;
+        EXPECT_TRUE(ORN::os::errorText(code, nullptr, own) && ORN::os::errorText(0x80070000 | code, nullptr, carried));
+        EXPECT_EQ(carried, own);
+    }
     std::wstring text = L"kept";
+    EXPECT_FALSE(ORN::os::errorText(0x8007FFFF, nullptr, text) || text != L"kept");
     EXPECT_FALSE(ORN::os::errorText(0xDEADBEEF, nullptr, text) || text != L"kept");
 }
 

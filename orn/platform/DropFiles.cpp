@@ -7,7 +7,11 @@
 
 namespace {
 
-unsigned int const itemListFormat = ORN::os::clipboardFormat(L"Shell IDList Array");  // when the library is loaded
+/// Registered when it is needed first: a library that is being loaded must not ask for it.
+unsigned int itemListFormat() {
+    static unsigned int const format = ORN::os::clipboardFormat(L"Shell IDList Array");
+    return format;
+}
 
 std::wstring pathOf(ORN::JoinedItemList const& list, HWND window) {
     ORN::os::ShellItem const item{list.data()};
@@ -19,7 +23,7 @@ std::wstring pathOf(ORN::JoinedItemList const& list, HWND window) {
 }
 
 void getDropFiles(IDataObject& data, HWND window, std::vector<std::wstring>& files) {
-    if (ORN::os::DroppedMemory const items{data, itemListFormat}; items.delivered()) {
+    if (ORN::os::DroppedMemory const items{data, itemListFormat()}; items.delivered()) {
         ORN::forEachItemList(items.bytes(), [&](ORN::JoinedItemList const& list) {
             if (std::wstring path = pathOf(list, window); !path.empty()) files.push_back(std::move(path));
         });

@@ -63,7 +63,8 @@ TEST_F(DropFiles, ItemsOutsideTheFileSystemArePassedOver) {
 }
 
 TEST_F(DropFiles, AShortcutStandsForWhatItLeadsTo) {
-    fs::path const a = put("a.txt"), leads = root / "leads.lnk", lost = root / "lost.lnk";
+    fs::path const a = put("a.txt"), b = put("b.txt");
+    fs::path const leads = root / "leads.lnk", lost = root / "lost.lnk", late = root / "late.lnk";
     auto const save = [](fs::path const& name, ITEMIDLIST const* target) {
         IShellLinkW* link = nullptr;
         ASSERT_EQ(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&link)), S_OK);
@@ -76,11 +77,14 @@ TEST_F(DropFiles, AShortcutStandsForWhatItLeadsTo) {
     };
     save(leads, drop::listOf(a).get());
     save(lost, drop::listOf(CSIDL_DRIVES).get());
-    auto const parent = drop::listOf(root), first = drop::listOf(leads), second = drop::listOf(lost);
-    ASSERT_TRUE(parent && first && second);
-    object.blocks[drop::itemLists()] =
-        drop::itemListArray({parent.get(), ILFindLastID(second.get()), ILFindLastID(first.get())});
-    EXPECT_EQ(dropped(object), (Names{lost, a}));
+    save(late, drop::listOf(b).get());
+    fs::remove(b);
+    auto const parent = drop::listOf(root), first = drop::listOf(leads), second = drop::listOf(lost),
+               third = drop::listOf(late);
+    ASSERT_TRUE(parent && first && second && third);
+    object.blocks[drop::itemLists()] = drop::itemListArray(
+        {parent.get(), ILFindLastID(second.get()), ILFindLastID(first.get()), ILFindLastID(third.get())});
+    EXPECT_EQ(dropped(object), (Names{lost, a, late}));
 }
 
 TEST_F(DropFiles, WithoutItemsTheListOfFilesIsRead) {

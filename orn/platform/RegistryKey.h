@@ -27,6 +27,8 @@ public:
     bool valid() const noexcept { return valid_; }  ///< whether the key was opened or created
     HKEY key() const noexcept { return key_; }      ///< stays this object's; means something only when valid
 
+    DWORD status() const noexcept { return lastStatus_; }  ///< of that last call; 0 when it went well
+
     /// The key's path and, when the last call failed and the system has a text for its status, a line end and that text.
     std::wstring errorMessage();
 

@@ -20,15 +20,17 @@ bool staysInside(std::wstring_view name) {
     return true;
 }
 
-HINSTANCE load(std::wstring const& directory, wchar_t const* name) {
+HINSTANCE load(std::wstring const& directory, wchar_t const* name, os::Needs needs) {
     if (directory.empty() || name == nullptr || !staysInside(name)) return nullptr;
-    return os::loadLibrary(joinDirectory(directory, name));
+    return os::loadLibrary(joinDirectory(directory, name), needs);
 }
 
 }
 
-HINSTANCE LoadSystemLibrary(wchar_t const* name) { return load(os::systemDirectory(), name); }
+HINSTANCE LoadSystemLibrary(wchar_t const* name) { return load(os::systemDirectory(), name, os::Needs::ofTheSystem); }
 
-HINSTANCE LoadProgramLibrary(wchar_t const* name) { return load(getDirectory(os::programFile()), name); }
+HINSTANCE LoadProgramLibrary(wchar_t const* name) {
+    return load(getDirectory(os::programFile()), name, os::Needs::ofTheProgram);
+}
 
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -17,6 +18,15 @@ TEST(SystemLibrary, WhatLiesBesideTheProgramIsFoundThereOnly) {
     EXPECT_EQ(ORN::LoadSystemLibrary(L"orn-beside.library"), nullptr);
     ASSERT_NE(ORN::LoadProgramLibrary(L"orn-beside.library"), nullptr);
     EXPECT_EQ(ORN::LoadSystemLibrary(L"orn-beside.library"), nullptr);  // nor when it is loaded already
+}
+
+TEST(SystemLibrary, WhatALibraryNeedsIsTakenFromBesideItAndNotFromTheWorkingFolder) {
+    std::filesystem::path const before = std::filesystem::current_path();
+    std::filesystem::current_path(ORN_TEST_BESIDE);
+    HINSTANCE const lacksIts = ORN::LoadProgramLibrary(L"orn-needy.library");
+    std::filesystem::current_path(before);
+    EXPECT_EQ(lacksIts, nullptr);
+    EXPECT_NE(ORN::LoadProgramLibrary(L"beside/orn-needy.library"), nullptr);
 }
 
 TEST(SystemLibrary, NamesLeadIntoTheFolderAndNotOut) {

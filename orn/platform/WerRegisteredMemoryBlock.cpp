@@ -2,7 +2,6 @@
 
 #include "orn/foundation/Error.h"
 #include "orn/os/Library.h"
-#include "orn/platform/SystemLibrary.h"
 #include "orn/platform/WerRegisteredMemoryBlockImp.h"
 
 #include <limits>
@@ -23,9 +22,8 @@ void find(Function*& function, HINSTANCE library, char const* name) {
 
 struct Load {
     Load() {
-        wchar_t const* const name = os::errorReportLibrary();
-        if (name == nullptr) return;
-        HINSTANCE const library = LoadSystemLibrary(name);
+        // Other libraries must not be loaded while this one is.
+        HINSTANCE const library = os::errorReportLibrary();
         find(WerRegisterMemoryBlock, library, "WerRegisterMemoryBlock");
         find(WerUnregisterMemoryBlock, library, "WerUnregisterMemoryBlock");
     }

@@ -1,17 +1,31 @@
 #include "orn/os/Com.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <cwchar>
 
 namespace ORN::os {
 
-BSTR allocString(wchar_t const* text) {
-    std::size_t const units = std::wcslen(text) + 1;
-    auto* const copy = static_cast<BSTR>(std::malloc(units * sizeof(wchar_t)));
-    if (copy != nullptr) std::wmemcpy(copy, text, units);
-    return copy;
+// A string's length lies before it, as with the strings of Windows.
+BSTR allocString(std::wstring_view text) {
+    std::size_t const units = text.size();
+    auto* const block = static_cast<std::byte*>(std::malloc(sizeof units + (units + 1) * sizeof(wchar_t)));
+    if (block == nullptr) return nullptr;
+    std::memcpy(block, &units, sizeof units);
+    auto* const string = reinterpret_cast<BSTR>(block + sizeof units);
+    std::wmemcpy(string, text.data(), units);
+    string[units] = L'\0';
+    return string;
 }
 
-void freeString(BSTR string) noexcept { std::free(string); }
+std::size_t stringLength(BSTR string) noexcept {
+    std::size_t units = 0;
+    if (string != nullptr) std::memcpy(&units, reinterpret_cast<std::byte*>(string) - sizeof units, sizeof units);
+    return units;
+}
+
+void freeString(BSTR string) noexcept {
+    if (string != nullptr) std::free(reinterpret_cast<std::byte*>(string) - sizeof(std::size_t));
+}
 
 }

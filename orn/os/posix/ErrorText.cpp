@@ -63,13 +63,6 @@ constexpr Text texts[] = {
     {0x80004004, L"Operation aborted"},
     {0x80004005, L"Unspecified error"},
     {0x8000FFFF, L"Catastrophic failure"},
-    {0x80070002, L"The system cannot find the file specified."},
-    {0x80070003, L"The system cannot find the path specified."},
-    {0x80070005, L"Access is denied."},
-    {0x8007000E, L"Not enough memory resources are available to complete this operation."},
-    {0x8007001D, L"The system cannot write to the specified device."},
-    {0x80070057, L"The parameter is incorrect."},
-    {0x80070070, L"There is not enough space on the disk."},
 };
 
 // What can happen to a download.
@@ -106,10 +99,12 @@ DWORD lastError() noexcept { return lastErrorCode; }
 void setLastError(DWORD code) noexcept { lastErrorCode = code; }
 
 bool errorText(DWORD code, wchar_t const* module, std::wstring& text) {
-    if (module == nullptr) return find(texts, code, text);
-    if (module != std::wstring_view{L"urlmon.dll"}) return false;
-    // A download fails by what the system did, too.
-    return find(downloadTexts, code, text) || find(texts, code, text);
+    bool const ofDownload = module != nullptr && module == std::wstring_view{L"urlmon.dll"};
+    if (module != nullptr && !ofDownload) return false;
+    if (ofDownload && find(downloadTexts, code, text)) return true;
+    // A download fails by what the system did, too. Some COM results carry one of the system's codes.
+    bool const carries = code >> 16 == 0x8007;
+    return find(texts, carries ? code & 0xFFFF : code, text);
 }
 
 bool systemErrorText(DWORD code, std::wstring& text) { return errorText(code, nullptr, text); }

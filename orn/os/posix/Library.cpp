@@ -46,9 +46,9 @@ std::wstring programFile() {
     return !failed ? plainName(file.native()) : std::wstring{};
 }
 
-wchar_t const* errorReportLibrary() noexcept { return nullptr; }
+HINSTANCE errorReportLibrary() noexcept { return nullptr; }
 
-HINSTANCE loadLibrary(std::wstring const& file) {
+HINSTANCE loadLibrary(std::wstring const& file, Needs) {
     std::string const native = nativeName(file);
     // The loader would search for a name without a slash.
     if (!native.starts_with('/')) return nullptr;

@@ -1,11 +1,12 @@
 #include "orn/os/Com.h"
 
-#include <windows.h>
 #include <oleauto.h>
+#include <windows.h>
 
 namespace ORN::os {
 
-BSTR allocString(wchar_t const* text) { return SysAllocString(text); }
+BSTR allocString(std::wstring_view text) { return SysAllocStringLen(text.data(), static_cast<UINT>(text.size())); }
+std::size_t stringLength(BSTR string) noexcept { return SysStringLen(string); }
 void freeString(BSTR string) noexcept { SysFreeString(string); }
 
 }

@@ -12,6 +12,21 @@ static_assert(fileDropFormat == CF_HDROP);
 
 unsigned int clipboardFormat(wchar_t const* name) noexcept { return ::RegisterClipboardFormatW(name); }
 
+namespace {
+
+/// Whether an installer keeps the program that a shortcut leads to; its path is that of an icon then.
+bool isInstallersOwn(IShellLinkW& link) {
+    void* object = nullptr;
+    if (FAILED(link.QueryInterface(IID_IShellLinkDataList, &object)) || object == nullptr) return false;
+    auto* const data = static_cast<IShellLinkDataList*>(object);
+    DWORD flags = 0;
+    bool const told = SUCCEEDED(data->GetFlags(&flags));
+    data->Release();
+    return told && (flags & SLDF_HAS_DARWINID) != 0;
+}
+
+}
+
 DroppedMemory::DroppedMemory(IDataObject& data, unsigned int format) {
     FORMATETC wanted{static_cast<CLIPFORMAT>(format), nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
     if (FAILED(data.GetData(&wanted, &medium_))) {
@@ -43,10 +58,12 @@ std::wstring ShellItem::linkTarget(HWND owner) const {
     HRESULT const result = folder_->GetUIObjectOf(owner, 1, &child, __uuidof(IShellLinkW), nullptr, &object);
     if (FAILED(result) || object == nullptr) return {};
     Held<IShellLinkW> const link{static_cast<IShellLinkW*>(object)};
+    if (isInstallersOwn(*link)) return {};
 
     std::wstring path(0x8000, L'\0');  // more than any path has
     if (link->GetPath(path.data(), static_cast<int>(path.size()), nullptr, 0) != S_OK) return {};
-    return path.c_str();
+    // Cut short, an address of the web, or gone meanwhile.
+    return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES ? path.c_str() : std::wstring{};
 }
 
 bool ShellItem::isOfFileSystem() const noexcept {

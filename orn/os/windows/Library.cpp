@@ -2,6 +2,7 @@
 
 #include "orn/os/Fault.h"
 
+#include <algorithm>
 #include <iterator>
 
 #include <windows.h>
@@ -23,10 +24,18 @@ std::wstring programFile() {
     return length < std::size(buffer) ? std::wstring(buffer, length) : std::wstring{};
 }
 
-wchar_t const* errorReportLibrary() noexcept { return L"Kernel32.dll"; }
+HINSTANCE errorReportLibrary() noexcept { return ::GetModuleHandleW(L"Kernel32.dll"); }
 
-HINSTANCE loadLibrary(std::wstring const& file) {
-    return file.find(L'\0') == std::wstring::npos ? ::LoadLibraryW(file.c_str()) : nullptr;
+HINSTANCE loadLibrary(std::wstring const& file, Needs needs) {
+    if (file.find(L'\0') != std::wstring::npos) return nullptr;
+    std::wstring path = file;
+    std::replace(path.begin(), path.end(), L'/', L'\\');  // the flags are for paths of backslashes
+    // A system that has no such function does not know the flags either.
+    bool const knowsFlags = ::GetProcAddress(::GetModuleHandleW(L"Kernel32.dll"), "AddDllDirectory") != nullptr;
+    DWORD const flags = needs == Needs::ofTheSystem
+                            ? LOAD_LIBRARY_SEARCH_SYSTEM32
+                            : LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS;
+    return ::LoadLibraryExW(path.c_str(), nullptr, knowsFlags ? flags : 0);
 }
 
 void* libraryFunction(HINSTANCE library, char const* name) noexcept {
