@@ -1,6 +1,6 @@
 # What `cmake --install` and CPack deliver: the two libraries, the public headers, the CMake package and the pkg-config
 # file, all found from where they lie, so that the installed tree may be moved. Components: library, development,
-# examples.
+# examples, debug.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -108,34 +108,46 @@ if(TARGET orn-view)
   install(TARGETS orn-view DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT examples)
 endif()
 
+# What debuggers need beside the stripped DLLs and programs, which name these files.
+if(MINGW)
+  install(FILES "${CMAKE_CURRENT_LIST_DIR}/windows-contents.txt" DESTINATION . RENAME CONTENTS.txt COMPONENT debug)
+endif()
+if(MINGW AND CMAKE_BUILD_TYPE STREQUAL "Release")
+  set(debug_files "")
+  foreach(target orn ornmsg orn-plot orn-view)
+    if(TARGET ${target})
+      set(file "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${target}.debug")
+      add_custom_command(OUTPUT "${file}" DEPENDS ${target} VERBATIM
+        COMMAND "${CMAKE_OBJCOPY}" --only-keep-debug $<TARGET_FILE:${target}> "${file}"
+        COMMAND "${CMAKE_OBJCOPY}" -R .gnu_debuglink "--add-gnu-debuglink=${file}" $<TARGET_FILE:${target}>
+        COMMAND "${CMAKE_COMMAND}" -E touch "${file}")
+      list(APPEND debug_files "${file}")
+    endif()
+  endforeach()
+  add_custom_target(orn-debug-files ALL DEPENDS ${debug_files})
+  install(FILES ${debug_files} DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT debug)
+endif()
+
 if(NOT PROJECT_IS_TOP_LEVEL)
   return()
 endif()
 
-# One package a system, without the examples.
+# One archive a system; Debian's packages are made by debian/rules from the same installation.
 set(CPACK_PACKAGE_NAME orn)
 set(CPACK_PACKAGE_VENDOR "The developers of orn")
-set(CPACK_PACKAGE_CONTACT "The developers of orn <orn@localhost>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
-set(CPACK_PACKAGE_DESCRIPTION
-"Geometry of one to three dimensions, transforms, text in UTF-16 and UTF-8,
-text files and CSV, colours and colour profiles, one-word reader-writer
-locks, event subscriptions and background drawing: the shared library, its
-headers, and what CMake and pkg-config need to find them.")
 set(CPACK_INSTALL_CMAKE_PROJECTS
   "${PROJECT_BINARY_DIR};orn;library;/" "${PROJECT_BINARY_DIR};orn;development;/")
+if(WIN32 AND ORN_EXAMPLES)
+  list(APPEND CPACK_INSTALL_CMAKE_PROJECTS
+    "${PROJECT_BINARY_DIR};orn;examples;/" "${PROJECT_BINARY_DIR};orn;debug;/")
+endif()
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 if(WIN32)
   set(CPACK_GENERATOR ZIP)
   set(CPACK_PACKAGE_FILE_NAME "orn-${PROJECT_VERSION}-windows-x86_64")
 else()
-  set(CPACK_GENERATOR DEB)
-  set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-  set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
-  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
-  set(CPACK_DEBIAN_PACKAGE_SUGGESTS "g++, cmake, pkg-config")
+  set(CPACK_GENERATOR TGZ)
+  set(CPACK_PACKAGE_FILE_NAME "orn-${PROJECT_VERSION}-linux-${CMAKE_SYSTEM_PROCESSOR}")
 endif()
 include(CPack)
