@@ -7,12 +7,13 @@
 #include "orn/os/Waitable.h"
 #include "orn/text/AutoLocale.h"
 #include "orn/text/Printf.h"
-#include "orn/text/RawFile.h"
+#include "orn/text/RawFileImp.h"
 #include "orn/threading/Lock.h"
 
 #include <atomic>
 #include <clocale>
 #include <cstddef>
+#include <exception>
 #include <memory>
 #include <new>
 #include <ostream>
@@ -39,12 +40,14 @@ constinit std::atomic<DebuggingLevel> currentLevel{debugNormal};
 constinit LONG volatile lockWord = 0;
 constinit LONG volatile makingWord = 0;  // for the first callers, who may come at once and hold the lock shared
 
-/// The template with its first '#' turned into the first number that gives a free name.
-std::wstring freeName(std::wstring const& pattern, std::size_t mark) {
+/// A new file, named by the template with its first '#' turned into the first number that gives a free name.
+std::unique_ptr<ORN::RawFileWriter> makeFreeFile(std::wstring const& pattern, std::size_t mark) {
     for (int n = 0;; ++n) {
         std::wstring name = pattern;
         name.replace(mark, 1, decimal(n));
-        if (!os::fileExists(name)) return name;
+        if (os::fileExists(name)) continue;
+        // Somebody may have made one of that name meanwhile, or a link to follow.
+        if (auto* const file = ORN::rawCreateNew(name)) return std::unique_ptr<ORN::RawFileWriter>{file};
     }
 }
 
@@ -53,7 +56,7 @@ ORN::TextWriter* openFile() {
     std::wstring const pattern = os::environmentVariable(L"ORNDEBUGPRINTTEMPLATE");
     std::wstring const file = os::environmentVariable(L"ORNDEBUGPRINTFILE");
     if (std::size_t const mark = pattern.find(L'#'); mark != std::wstring::npos) {
-        std::unique_ptr<ORN::RawFileWriter> raw{ORN::rawCreate(freeName(pattern, mark))};
+        std::unique_ptr<ORN::RawFileWriter> raw = makeFreeFile(pattern, mark);
         ORN::TextWriter* const writer = ORN::TextWriter::create(*raw, ORN::encUTF8, true);
         static_cast<void>(raw.release());
         return writer;
@@ -71,14 +74,13 @@ void makeFile(TextWriterBuf& buffer, std::wostream& out) {
 
 }
 
-std::wostream& stream() {
-    if (std::wostream* const made = madeStream.load()) return *made;
+namespace {
 
+std::wostream& make() {
     ExclusiveLock const guard{makingWord};
     if (madeStream.load() == nullptr) {
         auto* const buffer = new (bufferRoom.bytes) TextWriterBuf;
         auto* const out = new (streamRoom.bytes) std::wostream{buffer};
-        out->exceptions(std::ios_base::badbit);  // otherwise they would end here
         struct Made {
             std::wostream* out;
             ~Made() { madeStream = out; }
@@ -86,6 +88,21 @@ std::wostream& stream() {
         makeFile(*buffer, *out);
     }
     return *madeStream;
+}
+
+void tellFailure(std::wostream& out) {
+    if (std::uncaught_exceptions() != 0) return;
+    if (auto const failure = static_cast<TextWriterBuf*>(out.rdbuf())->takeFailure()) std::rethrow_exception(failure);
+}
+
+}
+
+std::wostream& stream() {
+    std::wostream* const made = madeStream.load();
+    std::wostream& out = made != nullptr ? *made : make();
+    if (!out.good()) out.clear();  // what an insertion of somebody's left behind is nobody else's affair
+    tellFailure(out);
+    return out;
 }
 
 bool testActive() {
@@ -104,7 +121,10 @@ bool isActive() {
 void flush() {
     ExclusiveLock const guard{lockWord};
     std::wostream* const made = madeStream;
-    if (made != nullptr && textWriter.load() != nullptr) made->flush();
+    if (made == nullptr || textWriter.load() == nullptr) return;
+    made->clear();
+    made->flush();
+    tellFailure(*made);
 }
 
 LONG volatile& lock() noexcept { return lockWord; }

@@ -5,11 +5,14 @@
 ///   ORNDEBUGPRINTFILE       otherwise: a file that is made, or appended to in the encoding that it has.
 ///
 /// Read once, when the stream is first used. The stream and its file live until the process ends, and what is written
-/// reaches the file when a buffer is full and when the stream is flushed. Characters are written one by one, so that CR
-/// and LF each end a line; a leading surrogate waits for its partner.
+/// reaches the file when a buffer is full and when the stream is flushed; what is not flushed when the process ends is lost.
+/// Characters are written one by one, so that CR and LF each end a line; a leading surrogate waits for its partner, and one
+/// without a partner becomes U+FFFD.
 ///
-/// Failures to write are thrown by the insertion that meets them, as TextWriter's are; afterwards the stream is bad, as
-/// streams are, until someone clears it.
+/// A diagnostic does not harm the program that writes it: insertions throw nothing of their own, and the stream stays good.
+/// When the file takes no more text, the next stream() or flush() throws that, once, as OrnError (while another exception is
+/// on its way it waits). What was written before is kept; the rest of the line and later ones are dropped until the file
+/// takes text again, and then a line there says how many characters were.
 #pragma once
 
 #include "orn/Export.h"
@@ -23,7 +26,8 @@
 namespace DebugStream {
 
 /// The stream. The first call makes the file, and throws OrnError when it cannot; nothing is tried again, and the later
-/// calls give a stream that writes nothing. Hold lock() while you write.
+/// calls give a stream that writes nothing. Throws OrnError, too, for a write that failed before. Hold lock() exclusively
+/// while you write.
 ORN_API std::wostream& stream();
 
 /// Whether a file is being written. The first call finds out, under lock() shared: do not hold it exclusively.
@@ -31,11 +35,16 @@ ORN_API bool isActive();
 ORN_API bool testActive();  ///< finds out, and remembers; hold lock()
 
 /// Hands everything to the system, under lock() exclusively. When it returns, what was written is in the file, and stays
-/// there whatever becomes of the process.
+/// there whatever becomes of the process; unless it throws OrnError, once for each failure.
 ORN_API void flush();
 
-/// The lock (see ReadWriteLock) of those who write to the stream.
-ORN_API LONG volatile& lock() noexcept;
+/// The lock (see ReadWriteLock) of the stream. Who writes holds it exclusively:
+///
+///     if (DebugStream::isActive()) {
+///         ExclusiveLock const guard{DebugStream::lock()};
+///         DebugStream::stream() << L"...\n";
+///     }
+[[nodiscard]] ORN_API LONG volatile& lock() noexcept;
 
 /// How much the process tells about itself.
 enum DebuggingLevel : std::int32_t {

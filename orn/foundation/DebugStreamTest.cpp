@@ -50,7 +50,7 @@ TEST(DebugStream, FlushWaitsForThoseWhoWrite) {
     Tally flushed;
     std::thread flusher;
     {
-        SharedLock const writing{DebugStream::lock()};
+        ExclusiveLock const writing{DebugStream::lock()};
         flusher = std::thread{[&] {
             DebugStream::flush();
             ++flushed;

@@ -1,5 +1,6 @@
 #include "orn/foundation/TypedPointer.h"
 
+#include "orn/text/Encoding.h"
 #include "orn/text/Printf.h"
 
 #include <cctype>
@@ -39,7 +40,7 @@ std::wstring typeName(std::type_info const& type) {
                 name.erase(at, word.size());
         }
     }
-    return {name.begin(), name.end()};
+    return utf8(name);
 }
 
 unsigned long long number(void const volatile* address) noexcept { return reinterpret_cast<std::uintptr_t>(address); }

@@ -28,12 +28,11 @@ ORN_API std::wstring typedIdPtrA(std::type_info const& type, void const volatile
 ORN_API void debugPtrA(std::wostream& stream, std::type_info const& type, void const volatile* address);
 ORN_API void debugIdPtrA(std::wostream& stream, std::type_info const& type, void const volatile* address,
                          std::int64_t id);
+/// @}
 
 /// What names an object.
 struct TypedPointer {
-    std::type_info const& type;  ///< the run-time type
-                                 /// @}
-
+    std::type_info const& type;    ///< the run-time type
     void const volatile* address;  ///< of the whole object
 
     /// Looks at the object, unless it is null.

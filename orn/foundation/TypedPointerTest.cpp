@@ -18,6 +18,7 @@ struct Plain {
 template <typename T>
 struct Box {};
 struct Construct {};
+struct Größe {};
 
 }
 
@@ -59,6 +60,7 @@ TEST(TypedPointer, CleansTheNameOfWholeWordsOnly) {
         EXPECT_EQ(name.find(word), std::wstring::npos) << word;
     EXPECT_EQ(name.find(L"Shapes::Box<"), 0u);
     EXPECT_EQ(DebugStream::typedPtrA(typeid(Shapes::Construct const volatile), nothing), L"Shapes::Construct@0");
+    EXPECT_EQ(DebugStream::typedPtrA(typeid(Shapes::Größe), nothing), L"Shapes::Gr\u00f6\u00dfe@0");
 }
 
 TEST(TypedPointer, WritesTheSameTextsIntoStreams) {

@@ -7,13 +7,17 @@
 
 namespace ORN::os {
 
-/// Null when it fails. A name that the system's file names cannot hold fails like a missing file.
+/// Null when it fails. A name that the system's file names cannot hold fails like a missing file. mode is that of fopen, x
+/// for a file that must be new included; programs that this one starts do not inherit the file.
 std::FILE* openFile(std::wstring const& name, std::wstring const& mode);
 
 /// Whether anything, file or folder, bears the name.
 bool fileExists(std::wstring const& name);
 
-/// Both return the bytes moved; failed: the stream's error indicator is set now.
+/// Standard input, as bytes. Nobody closes it.
+std::FILE* standardInput() noexcept;
+
+/// Both return the bytes moved; failed: the stream's error indicator was set by this call.
 std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& failed) noexcept;
 std::size_t writeFile(std::FILE* file, void const* buffer, std::size_t count, bool& failed) noexcept;
 

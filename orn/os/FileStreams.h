@@ -12,21 +12,25 @@ namespace ORN::os {
 
 std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& failed) noexcept {
     if (ORN_OS_REFUSED("fread")) {
+        std::size_t const done = std::fread(buffer, 1, count / 2, file);
         errno = EIO;
         failed = true;
-        return 0;
+        return done;
     }
+    std::clearerr(file);
     std::size_t const done = std::fread(buffer, 1, count, file);
     failed = std::ferror(file) != 0;
     return done;
 }
 
 std::size_t writeFile(std::FILE* file, void const* buffer, std::size_t count, bool& failed) noexcept {
-    if (ORN_OS_REFUSED("fwrite")) {
+    if (ORN_OS_REFUSED("fwrite")) {  // as a disk does that gets full
+        std::size_t const done = std::fwrite(buffer, 1, count / 2, file);
         errno = ENOSPC;
         failed = true;
-        return 0;
+        return done;
     }
+    std::clearerr(file);
     std::size_t const done = std::fwrite(buffer, 1, count, file);
     failed = std::ferror(file) != 0;
     return done;

@@ -1,11 +1,12 @@
 #include "orn/text/RawFile.h"
 
-#include "orn/foundation/Error.h"
 #include "orn/os/File.h"
 #include "orn/text/Printf.h"
+#include "orn/text/RawFileImp.h"
 #include "ornmsg/ornmsg.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -21,21 +22,24 @@ namespace {
 
 constexpr unsigned int cannotOpen = 249, cannotCreate = 250, cannotRead = 251, cannotWrite = 252, cannotClose = 253;
 
-class RawFileError : public OrnError {
-public:
-    explicit RawFileError(std::wstring const& message) : OrnError{message} {}
-    ~RawFileError() override = default;
-};
+constexpr std::size_t collectedRoom = 4096;  // bytes of small pieces that a writer collects
+constexpr std::uint64_t smallPiece = 512;    // bytes; larger ones go to the system at once
 
 class RawFileImp final : public RawFileWriter {
 public:
-    RawFileImp(std::wstring const& name, wchar_t const* mode, unsigned int failure)
-        : name_{name}, file_{os::openFile(name, mode)} {
+    RawFileImp(std::wstring const& name, wchar_t const* mode, unsigned int failure) : name_{name} {
+        bool const writes = *mode != L'r';
+        if (writes) collected_.reserve(collectedRoom);
+        file_ = os::openFile(name, mode);
         if (file_ == nullptr) fail(failure);
+        // A runtime that fails to empty its own buffer does not tell what the file took of it.
+        if (writes) std::setvbuf(file_, nullptr, _IONBF, 0);
     }
 
+    RawFileImp(std::wstring const& name, std::FILE* borrowed) : name_{name}, file_{borrowed}, owned_{false} {}
+
     ~RawFileImp() override {
-        if (file_ != nullptr) os::closeFile(file_);
+        if (file_ != nullptr) closeFile();
     }
 
     RawFileImp(RawFileImp const&) = delete;
@@ -47,12 +51,19 @@ public:
         turnTo(Way::reading, cannotRead);
         bool failed = false;
         std::size_t const done = os::readFile(file_, buffer, count, failed);
-        if (failed) fail(cannotRead);
+        if (failed) {
+            // Nothing has been read: the next call gives these bytes again.
+            int const reason = errno;
+            if (done != 0) os::seekFile(file_, -static_cast<std::int64_t>(done), SEEK_CUR);
+            errno = reason;
+            fail(cannotRead);
+        }
         return static_cast<std::int64_t>(done);
     }
 
     std::uint64_t seek(std::int64_t offset, std::int32_t origin) override {
         checkOpen();
+        if (!writeCollected()) fail(cannotWrite);
         if (offset != 0 || origin != 1) {
             if (!os::seekFile(file_, offset, origin == 0 ? SEEK_SET : origin == 1 ? SEEK_CUR : SEEK_END)) {
                 fail(cannotRead);
@@ -66,20 +77,26 @@ public:
 
     void close() override {
         if (file_ == nullptr) return;
-        if (!os::closeFile(std::exchange(file_, nullptr))) fail(cannotClose);
+        if (!closeFile()) fail(cannotClose);
     }
 
     void write(void const* buffer, std::uint64_t count) override {
         turnTo(Way::writing, cannotWrite);
+        bool const small = count < smallPiece;
+        if ((!small || collected_.size() + count > collectedRoom) && !writeCollected()) fail(cannotWrite);
+        if (small) {
+            collected_.append(static_cast<char const*>(buffer), static_cast<std::size_t>(count));
+            return;
+        }
         bool failed = false;
-        os::writeFile(file_, buffer, count, failed);
-        if (failed) fail(cannotWrite);
+        std::size_t const done = os::writeFile(file_, buffer, count, failed);
+        if (failed) throw RawWriteError{message(cannotWrite), done};
     }
 
     void flush() override {
         checkOpen();
         if (way_ == Way::reading) return;  // nothing to hand over, and the runtime leaves flushing input undefined
-        if (!os::flushFile(file_)) fail(cannotWrite);
+        if (!writeCollected() || !os::flushFile(file_)) fail(cannotWrite);
     }
 
 private:
@@ -93,18 +110,42 @@ private:
     void turnTo(Way way, unsigned int failure) {
         checkOpen();
         if (way_ == way) return;
+        if (!writeCollected()) fail(cannotWrite);
         if (way_ != Way::either && !os::seekFile(file_, 0, SEEK_CUR)) fail(failure);
         way_ = way;
     }
 
-    [[noreturn]] void fail(unsigned int number) const {
-        std::string const reason = os::errnoText();
-        throw RawFileError{stringPrintf(ornMsg(number).c_str(), name_.c_str(), reason.c_str())};
+    // False, with errno set, when the file does not take them all; what it took is gone from them.
+    bool writeCollected() noexcept {
+        if (collected_.empty()) return true;
+        bool failed = false;
+        std::size_t const done = os::writeFile(file_, collected_.data(), collected_.size(), failed);
+        collected_.erase(0, failed ? done : std::string::npos);
+        return !failed;
     }
 
+    // False, with errno set, when something has failed; the file is closed either way.
+    bool closeFile() noexcept {
+        bool const written = writeCollected();
+        int const reason = errno;
+        std::FILE* const file = std::exchange(file_, nullptr);
+        if (owned_ && !os::closeFile(file)) return false;
+        if (!written) errno = reason;
+        return written;
+    }
+
+    std::wstring message(unsigned int number) const {
+        std::string const reason = os::errnoText();
+        return stringPrintf(ornMsg(number).c_str(), name_.c_str(), reason.c_str());
+    }
+
+    [[noreturn]] void fail(unsigned int number) const { throw RawFileError{message(number)}; }
+
     std::wstring name_;
-    std::FILE* file_;
+    std::FILE* file_ = nullptr;
     Way way_ = Way::either;
+    std::string collected_;  // small pieces that have been written, and not yet to the file
+    bool owned_ = true;
 };
 
 }
@@ -112,6 +153,17 @@ private:
 RawFileReader* rawOpen(std::wstring const& name) { return new RawFileImp{name, L"rb", cannotOpen}; }
 RawFileWriter* rawCreate(std::wstring const& name) { return new RawFileImp{name, L"w+b", cannotCreate}; }
 RawFileWriter* rawAppend(std::wstring const& name) { return new RawFileImp{name, L"a+b", cannotCreate}; }
+
+RawFileReader* rawStandardInput() { return new RawFileImp{L"standard input", os::standardInput()}; }
+
+RawFileWriter* rawCreateNew(std::wstring const& name) {
+    try {
+        return new RawFileImp{name, L"w+bx", cannotCreate};
+    } catch (RawFileError const&) {
+        if (os::fileExists(name)) return nullptr;
+        throw;
+    }
+}
 
 std::FILE* fileOpen(std::wstring const& name, std::wstring const& mode) noexcept {
     try {

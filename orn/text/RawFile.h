@@ -1,5 +1,6 @@
-/// Byte streams with a name, and files as such streams. Files are binary; every failure is an ORN::OrnError that names the
-/// file and the runtime's reason. A stream is used by one thread at a time.
+/// Byte streams with a name, and files as such streams. Files are binary, and programs that this one starts do not inherit
+/// them; every failure is an ORN::OrnError that names the file and the runtime's reason. Each call is judged by itself:
+/// after one that failed the next may do. A stream is used by one thread at a time.
 #pragma once
 
 #include "orn/Export.h"
@@ -10,7 +11,7 @@
 
 namespace ORN {
 
-/// A source of bytes.
+/// A source of bytes. A read that throws counts as having read nothing.
 class ORN_API RawReader {
 public:
     virtual ~RawReader();
@@ -19,7 +20,7 @@ public:
     virtual std::int64_t read(void* buffer, std::uint64_t count) = 0;  ///< how many of count came; 0 at the end
 };
 
-/// A sink for bytes.
+/// A sink for bytes. A write that throws counts as having written nothing.
 class ORN_API RawWriter {
 public:
     virtual ~RawWriter();
@@ -29,7 +30,8 @@ public:
     virtual void flush() = 0;                                         ///< hands buffered bytes to the system
 };
 
-/// A file open for reading. Its name is the one given when it was opened.
+/// A file open for reading. Its name is the one given when it was opened. read waits until count bytes have come or the
+/// file ends, a pipe, too; behind the end it gives what others have appended meanwhile.
 class ORN_API RawFileReader : public RawReader {
 public:
     ~RawFileReader() override;
@@ -42,7 +44,10 @@ public:
     virtual void close() = 0;
 };
 
-/// A file open for writing, which can also be read and sought; reading and writing may alternate freely.
+/// A file open for writing, which can also be read and sought; reading and writing may alternate freely. Small pieces are
+/// collected before they go to the system: their failure is told by a later call, which keeps what the file has not taken and
+/// tries again when it is called again. A write of 512 bytes or more that throws may have written the head of them; seek(0, 1)
+/// tells how far it came, and a TextWriter knows.
 class ORN_API RawFileWriter : public RawFileReader, public RawWriter {
 public:
     ~RawFileWriter() override;
@@ -51,12 +56,13 @@ public:
 };
 
 /// The caller deletes what these return. Deleting an open file closes it and ignores any failure.
-ORN_API RawFileReader* rawOpen(std::wstring const& name);    ///< an existing file, to read
-ORN_API RawFileWriter* rawCreate(std::wstring const& name);  ///< a new file, or an old one emptied
-ORN_API RawFileWriter* rawAppend(std::wstring const& name);  ///< new or old; writes always go to the end
+[[nodiscard]] ORN_API RawFileReader* rawOpen(std::wstring const& name);    ///< an existing file, to read
+[[nodiscard]] ORN_API RawFileWriter* rawCreate(std::wstring const& name);  ///< a new file, or an old one emptied
+[[nodiscard]] ORN_API RawFileWriter* rawAppend(std::wstring const& name);  ///< new or old; writes always go to the end
+[[nodiscard]] ORN_API RawFileReader* rawStandardInput();                   ///< which stays open when this is closed
 
 /// The runtime's stream, which the caller closes; null, with errno set, when the file cannot be opened. mode is that of
 /// fopen. Never throws.
-ORN_API std::FILE* fileOpen(std::wstring const& name, std::wstring const& mode) noexcept;
+[[nodiscard]] ORN_API std::FILE* fileOpen(std::wstring const& name, std::wstring const& mode) noexcept;
 
 }

@@ -1,8 +1,11 @@
 #include "orn/text/RawFile.h"
 
+#include "orn/text/RawFileImp.h"
 #include "tests/support/Faults.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
+
+#include <optional>
 
 using namespace ORN;
 
@@ -19,10 +22,10 @@ TEST(RawFileFailures, EveryRefusedCallGivesItsMessage) {
         std::function<void(RawFileWriter&)> use;
         wchar_t const* says;
     } const cases[] = {
-        {"fread", [&](RawFileWriter& file) { file.read(&byte, 1); }, L"read"},
+        {"fread", [&](RawFileWriter& file) { EXPECT_EQ(file.read(&byte, 1), 1); }, L"read"},
         {"fseek", [](RawFileWriter& file) { file.seek(2, 0); }, L"read"},
         {"ftell", [](RawFileWriter& file) { file.seek(0, 1); }, L"read"},
-        {"fwrite", [](RawFileWriter& file) { file.write("x", 1); }, L"written"},
+        {"fwrite", [](RawFileWriter& file) { file.write("x", 1), file.flush(); }, L"written"},
         {"fflush", [](RawFileWriter& file) { file.flush(); }, L"written"},
         {"fclose", [](RawFileWriter& file) { file.close(); }, L"closed"},
     };
@@ -41,7 +44,41 @@ TEST(RawFileFailures, EveryRefusedCallGivesItsMessage) {
             EXPECT_EQ(file->read(&byte, 1), 1) << "usable again after " << one.call;
         }
     }
-    EXPECT_EQ(folder.get("file"), "content");
+    EXPECT_EQ(folder.get("file"), "contentx") << "what could not be written has not been lost";
+}
+
+// A disk that gets full at some write, and has room again for the next one.
+TEST(RawFileFailures, NothingIsLostOrWrittenTwiceWhenACallIsMadeAgain) {
+    TemporaryFolder const folder;
+    for (int spared = 0; spared < 10; ++spared) {
+        std::string expected;
+        Writer const file{rawCreate(folder / L"file")};
+        std::optional<faults::Refuse> refuse{std::in_place, "fwrite", spared};
+        for (std::size_t const size : {1, 511, 512, 1024, 3000, 5, 300, 4000, 500, 501, 502, 503, 504, 505, 506, 507}) {
+            std::string const piece(size, static_cast<char>('a' + expected.size() % 26));
+            expected += piece;
+            for (std::size_t done = 0;;) try {
+                    file->write(piece.data() + done, size - done);
+                    break;
+                } catch (RawWriteError const& error) {
+                    done += error.taken();
+                    refuse.reset();
+                } catch (OrnError const&) {
+                    refuse.reset();
+                }
+        }
+        refuse.reset();
+        file->flush();
+        ASSERT_TRUE(folder.get("file") == expected) << spared;
+
+        refuse.emplace("fread");
+        file->seek(0, 0);
+        std::string head(700, '?');
+        EXPECT_THROW(static_cast<void>(file->read(head.data(), head.size())), OrnError);
+        refuse.reset();
+        ASSERT_EQ(file->read(head.data(), head.size()), 700);
+        EXPECT_EQ(head, expected.substr(0, 700));
+    }
 }
 
 TEST(RawFileFailures, ATurnFromReadingToWritingThatFailsIsAWriteFailure) {

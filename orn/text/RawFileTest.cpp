@@ -77,6 +77,13 @@ TEST(RawFile, AppendReadsAnywhereAndWritesAtTheEnd) {
         put(*file, "third");
     }
     EXPECT_EQ(folder.get("log"), "first,second,third");
+    {
+        std::unique_ptr<RawFileReader> const grown{rawOpen(folder / L"log")};
+        EXPECT_EQ(readSome(*grown), "first,second,third");
+        EXPECT_EQ(readSome(*grown), "");
+        put(*std::unique_ptr<RawFileWriter>{rawAppend(folder / L"log")}, ",more");
+        EXPECT_EQ(readSome(*grown), ",more") << "behind what was the end";
+    }
     put(*std::unique_ptr<RawFileWriter>{rawAppend(folder / L"new")}, "n");
     EXPECT_EQ(folder.get("new"), "n");
 }
@@ -89,10 +96,10 @@ TEST(RawFile, FailuresNameTheFileAndTheReason) {
         return L"OrnError: The file \"" + name + L"\" cannot be " + what + L": " +
                std::wstring{reason.begin(), reason.end()} + L".";
     };
-    EXPECT_EQ(thrown([&] { rawOpen(missing); }), failure(missing, L"opened"));
+    EXPECT_EQ(thrown([&] { delete rawOpen(missing); }), failure(missing, L"opened"));
     for (auto const create : {rawCreate, rawAppend})
-        EXPECT_EQ(thrown([&] { create(within); }), failure(within, L"created"));
-    EXPECT_EQ(thrown([&] { rawOpen(std::wstring(L"a\0b", 3)); }).find(L"OrnError: The file \"a"), 0u);
+        EXPECT_EQ(thrown([&] { delete create(within); }), failure(within, L"created"));
+    EXPECT_EQ(thrown([&] { delete rawOpen(std::wstring(L"a\0b", 3)); }).find(L"OrnError: The file \"a"), 0u);
     EXPECT_EQ(fileOpen(missing, L"rb"), nullptr);
     EXPECT_EQ(fileOpen(within, L"wb"), nullptr);
     EXPECT_EQ(folder.count(), 0);

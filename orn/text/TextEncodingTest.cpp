@@ -2,6 +2,7 @@
 
 #include "orn/foundation/Error.h"
 #include "orn/text/TextReader.h"
+#include "tests/support/MemoryStreams.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -12,8 +13,8 @@ static_assert(encMultibyte == 0 && encUTF8 == 1 && encUTF16 == 2 && encUTF16le =
 
 namespace {
 
-std::wstring firstLine(std::wstring const& file) {
-    std::unique_ptr<TextReader> const reader{TextReader::create(file)};
+std::wstring firstLine(TextReader* reader) {
+    std::unique_ptr<TextReader> const owner{reader};
     std::wstring line;
     return reader->readLine(line) ? line : L"(no line)";
 }
@@ -38,8 +39,20 @@ TEST(TextEncoding, AFilesFirstBytesNameIt) {
         {"ABCDEF", L"ABCDEF"},
     };
     for (auto const& [bytes, line] : cases) {
-        EXPECT_EQ(firstLine(folder.put("file", bytes)), line) << testing::PrintToString(bytes);
+        std::wstring const file = folder.put("file", bytes);
+        EXPECT_EQ(firstLine(TextReader::create(file)), line) << testing::PrintToString(bytes);
+        for (std::size_t const most : {1, 2, 100}) {  // as a pipe gives them
+            MemoryReader raw{bytes, most};
+            EXPECT_EQ(firstLine(TextReader::createByMark(raw, encMultibyte)), line) << testing::PrintToString(bytes);
+        }
+        if (bytes.empty() || static_cast<unsigned char>(bytes[0]) < 0x80) continue;
+        for (TextEncoding const other : {encUTF8, encUTF16be})
+            EXPECT_EQ(firstLine(TextReader::create(file, other)), line);
     }
+    std::wstring const unmarked = folder.put("file", "\x20\xC3\x9F\x0A");
+    EXPECT_EQ(firstLine(TextReader::create(unmarked, encUTF8)), L" \u00df");
+    EXPECT_EQ(firstLine(TextReader::create(unmarked, encUTF16)), L"\xC320\x0A9F");
+    EXPECT_EQ(firstLine(TextReader::create(unmarked, encUTF16be)), L"\x20C3\x9F0A");
 }
 
 }

@@ -2,6 +2,7 @@
 
 #include "orn/foundation/Error.h"
 #include "orn/os/CodePage.h"
+#include "orn/text/AsciiImp.h"
 #include "orn/text/CodePoint.h"
 #include "orn/text/LineEndImp.h"
 #include "orn/text/Printf.h"
@@ -13,10 +14,6 @@
 #include <memory>
 #include <utility>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 namespace ORN {
 
 namespace {
@@ -24,7 +21,6 @@ namespace {
 constexpr unsigned int notText = 248;
 constexpr std::uint64_t bufferSize = 1024;
 constexpr std::uint64_t longestCharacter = 16;  // in bytes, of any encoding
-constexpr std::uint64_t asciiBlock = 16;
 
 /// A stretch of text taken from the buffer, and whether the line ended behind it (then bytes counts the line end, too).
 struct Run {
@@ -40,25 +36,19 @@ public:
     TextReaderImp(TextReaderImp const&) = delete;
     TextReaderImp& operator=(TextReaderImp const&) = delete;
 
+    /// Puts bytes in front of those that the raw reader gives; before the first readLine.
+    void putBack(unsigned char const* bytes, std::uint64_t count) noexcept {
+        std::memcpy(buffer_, bytes, count);
+        count_ = count;
+    }
+
     bool readLine(std::wstring& line) override {
         line.clear();
-        for (;;) {
-            wchar_t units[bufferSize + asciiBlock];
-            Run const run = takeRun(units, buffer_ + position_, count_ - position_);
-            line.append(units, run.units);
-            position_ += run.bytes;
-            if (run.lineEnded) return true;
-
-            CodePoint c = CodePoint::codePoint(0);
-            if (fetch(c) == 0) return !line.empty();
-            switch (c.eolCode()) {
-                case CodePoint::eolNewline: return true;
-                case CodePoint::eolReturn:
-                    if (std::uint64_t const taken = fetch(c); taken != 0 && c.value() != 0x0A) position_ -= taken;
-                    return true;
-                case CodePoint::eolNone: line.append(units, c.wchars(units, 2));
-            }
-        }
+        if (interrupted_) line.swap(begun_);
+        interrupted_ = true;
+        bool const came = goOn(line);
+        interrupted_ = false;
+        return came;
     }
 
     void close() override {}
@@ -68,10 +58,37 @@ protected:
     virtual std::uint64_t decode(CodePoint& c, unsigned char const* bytes, std::uint64_t available) const = 0;
 
     /// Takes what decode would take, up to and with a line end, or up to something that needs a closer look. That is one
-    /// unit a byte at most; up to asciiBlock units are written beyond those counted.
+    /// unit a byte at most; up to ascii::block units are written beyond those counted.
     virtual Run takeRun(wchar_t* units, unsigned char const* bytes, std::uint64_t available) const = 0;
 
 private:
+    // Whatever it throws leaves the beginning of the line in begun_, for the next call.
+    bool goOn(std::wstring& line) try {
+        while (!behindReturn_) {
+            wchar_t units[bufferSize + ascii::block];
+            Run const run = takeRun(units, buffer_ + position_, count_ - position_);
+            line.append(units, run.units);
+            position_ += run.bytes;
+            if (run.lineEnded) return true;
+
+            CodePoint c = CodePoint::codePoint(0);
+            if (fetch(c) == 0) return !line.empty();
+            switch (c.eolCode()) {
+                case CodePoint::eolNewline: return true;
+                case CodePoint::eolReturn: behindReturn_ = true; break;
+                case CodePoint::eolNone: line.append(units, c.wchars(units, 2));
+            }
+        }
+        CodePoint c = CodePoint::codePoint(0);
+        if (std::uint64_t const taken = fetch(c); taken != 0 && c.value() != 0x0A) position_ -= taken;
+        behindReturn_ = false;
+        return true;
+    } catch (...) {
+        begun_.swap(line);
+        line.clear();
+        throw;
+    }
+
     /// How many bytes the next character took; 0 at the end of the input.
     std::uint64_t fetch(CodePoint& c) {
         std::uint64_t taken = decode(c, buffer_ + position_, count_ - position_);
@@ -104,6 +121,9 @@ private:
     unsigned char buffer_[bufferSize];
     std::uint64_t count_ = 0;
     std::uint64_t position_ = 0;
+    std::wstring begun_;         // the line that an exception interrupted
+    bool interrupted_ = false;   // the last readLine threw
+    bool behindReturn_ = false;  // it did so in search of a line feed
 };
 
 constexpr bool isCharacter(unsigned int value) noexcept { return value < 0x110000 && !isSurrogate(value); }
@@ -118,37 +138,10 @@ wchar_t* append(wchar_t* out, unsigned int value) noexcept {
     return out;
 }
 
-// Widens a block; the bits returned tell which of its bytes are no ASCII, or line ends.
-#if defined(__SSE2__)
+// Widens a block of bytes; the bits returned tell which of them are no ASCII, or line ends.
 inline unsigned int widenBlock(wchar_t* out, unsigned char const* bytes) noexcept {
-    __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(bytes));
-    __m128i const zero = _mm_setzero_si128();
-    auto const put = [&out](__m128i some) {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), some);
-        out += sizeof some / sizeof *out;
-    };
-    for (__m128i const half : {_mm_unpacklo_epi8(block, zero), _mm_unpackhi_epi8(block, zero)}) {
-        if constexpr (sizeof(wchar_t) == 2) {
-            put(half);
-        } else {
-            put(_mm_unpacklo_epi16(half, zero));
-            put(_mm_unpackhi_epi16(half, zero));
-        }
-    }
-    auto const equals = [block](char byte) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(byte)); };
-    __m128i const ends = _mm_or_si128(_mm_or_si128(equals(0x0A), equals(0x0C)), equals(0x0D));
-    return static_cast<unsigned int>(_mm_movemask_epi8(_mm_or_si128(ends, block)));
+    return ascii::widen(bytes, out) | ascii::find(bytes, 0x0A, 0x0C, 0x0D);
 }
-#else
-inline unsigned int widenBlock(wchar_t* out, unsigned char const* bytes) noexcept {
-    unsigned int stops = 0;
-    for (unsigned int i = 0; i != asciiBlock; ++i) {
-        out[i] = bytes[i];
-        stops |= static_cast<unsigned int>(bytes[i] >= 0x80 || isLineEnd(bytes[i])) << i;
-    }
-    return stops;
-}
-#endif
 
 /// The two virtual steps of a reader, from the inline ones of the derived class: step, which decodes a character, and
 /// takePlain, which takes as much as it can quickly of what are no line ends and no surrogates.
@@ -207,7 +200,7 @@ public:
     static void takePlain(wchar_t*& units, unsigned char const*& bytes, unsigned char const* end) noexcept {
         wchar_t* out = units;  // local, so that what is written through it cannot change it
         unsigned char const* p = bytes;
-        while (end - p >= static_cast<std::ptrdiff_t>(asciiBlock)) {
+        while (end - p >= ascii::block) {
             // E3 to EC lead no surrogates, no line ends and nothing small.
             if (*p - 0xE3u <= 0xECu - 0xE3u && p[1] <= 0xC0 && p[2] <= 0xC0) {
                 *out++ = static_cast<wchar_t>((p[0] & 0x0Fu) << 12 | (p[1] & 0x3Fu) << 6 | (p[2] & 0x3Fu));
@@ -216,7 +209,7 @@ public:
             }
             if (*p < 0x80) {
                 unsigned int const stops = widenBlock(out, p);
-                unsigned int const taken = stops == 0 ? asciiBlock : static_cast<unsigned int>(std::countr_zero(stops));
+                std::ptrdiff_t const taken = stops == 0 ? ascii::block : std::countr_zero(stops);
                 out += taken;
                 p += taken;
                 if (stops == 0) continue;
@@ -294,9 +287,9 @@ public:
     }
 
     void takePlain(wchar_t*& out, unsigned char const*& p, unsigned char const* end) const noexcept {
-        while (ascii_ && end - p >= static_cast<std::ptrdiff_t>(asciiBlock)) {
+        while (ascii_ && end - p >= ascii::block) {
             unsigned int const stops = widenBlock(out, p);
-            unsigned int const taken = stops == 0 ? asciiBlock : static_cast<unsigned int>(std::countr_zero(stops));
+            std::ptrdiff_t const taken = stops == 0 ? ascii::block : std::countr_zero(stops);
             out += taken;
             p += taken;
             if (stops != 0) return;
@@ -334,29 +327,47 @@ private:
     std::unique_ptr<TextReader> text_;
 };
 
+std::unique_ptr<TextReaderImp> makeReader(RawReader& raw, TextEncoding encoding) {
+    switch (encoding) {
+        case encMultibyte: return std::make_unique<MultibyteReaderImp>(raw);
+        case encUTF8: return std::make_unique<UTF8ReaderImp>(raw);
+        case encUTF16:
+        case encUTF16le: return std::make_unique<UTF16leReaderImp>(raw);
+        case encUTF16be: return std::make_unique<UTF16beReaderImp>(raw);
+    }
+    return nullptr;
+}
+
 }
 
 TextReader::TextReader() = default;
 TextReader::~TextReader() = default;
 
-TextReader* TextReader::create(RawReader& raw, TextEncoding encoding) {
-    switch (encoding) {
-        case encMultibyte: return new MultibyteReaderImp{raw};
-        case encUTF8: return new UTF8ReaderImp{raw};
-        case encUTF16:
-        case encUTF16le: return new UTF16leReaderImp{raw};
-        case encUTF16be: return new UTF16beReaderImp{raw};
-    }
-    return nullptr;
+TextReader* TextReader::create(RawReader& raw, TextEncoding encoding) { return makeReader(raw, encoding).release(); }
+
+TextReader* TextReader::create(std::wstring const& filename) { return create(filename, encMultibyte); }
+
+TextReader* TextReader::create(std::wstring const& filename, TextEncoding withoutMark) {
+    if (!isEncoding(withoutMark)) return nullptr;
+    std::unique_ptr<RawFileReader> raw{rawOpen(filename)};
+    std::unique_ptr<TextReader> text{createByMark(*raw, withoutMark)};
+    return new TextFileReaderImp{std::move(raw), std::move(text)};
 }
 
-TextReader* TextReader::create(std::wstring const& filename) {
-    std::unique_ptr<RawFileReader> raw{rawOpen(filename)};
+TextReader* TextReader::createByMark(RawReader& raw, TextEncoding withoutMark) {
+    if (!isEncoding(withoutMark)) return nullptr;
     unsigned char first[Signature::longest];
-    Signature const signature = Signature::of(first, raw->read(first, sizeof first));
-    raw->seek(signature.length, 0);
-    std::unique_ptr<TextReader> text{create(*raw, signature.encoding)};
-    return new TextFileReaderImp{std::move(raw), std::move(text)};
+    std::int64_t count = 0;
+    while (Signature::undecided(first, count)) {
+        std::int64_t const came = raw.read(first + count, sizeof first - static_cast<std::uint64_t>(count));
+        if (came <= 0) break;
+        count += came;
+    }
+    // What has been looked at is kept, because not everything can be sought.
+    Signature const signature = Signature::of(first, count, withoutMark);
+    auto text = makeReader(raw, signature.encoding);
+    text->putBack(first + signature.length, static_cast<std::uint64_t>(count - signature.length));
+    return text.release();
 }
 
 }

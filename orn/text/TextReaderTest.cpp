@@ -164,7 +164,8 @@ TEST(TextReader, TheRawReaderIsCalledOnceABuffer) {
 
 TEST(TextReader, Files) {
     TemporaryFolder const folder;
-    EXPECT_THROW(TextReader::create(folder / L"missing"), OrnError);
+    EXPECT_THROW(static_cast<void>(TextReader::create(folder / L"missing")), OrnError);
+    EXPECT_EQ(TextReader::create(folder / L"missing", static_cast<TextEncoding>(5)), nullptr);
     std::unique_ptr<TextReader> const reader{TextReader::create(folder.put("file", "\xEF\xBB\xBFtw\xC3\xB6\r\nx\xFF"))};
     std::wstring line;
     EXPECT_TRUE(reader->readLine(line));

@@ -2,16 +2,24 @@
 
 #include "orn/foundation/Error.h"
 #include "orn/os/CodePage.h"
+#include "orn/os/File.h"
 #include "orn/os/Types.h"
+#include "orn/text/AsciiImp.h"
 #include "orn/text/CodePoint.h"
 #include "orn/text/LineEndImp.h"
 #include "orn/text/Printf.h"
+#include "orn/text/RawFileImp.h"
 #include "orn/text/TextEncodingImp.h"
 #include "ornmsg/ornmsg.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
+#include <exception>
 #include <memory>
 #include <stdexcept>
+#include <string_view>
+#include <utility>
 
 namespace ORN {
 
@@ -20,13 +28,15 @@ namespace {
 constexpr unsigned int cannotWriteCharacter = 254;
 constexpr wchar_t feed = 0x0A, formFeed = 0x0C, carriageReturn = 0x0D;
 
+constexpr bool endsLine(unsigned int unit) noexcept { return isLineEnd(unit) && unit != formFeed; }
+
 class TextWriterImp : public TextWriter {
 public:
-    explicit TextWriterImp(RawWriter& raw) noexcept : raw_{raw} {}
+    TextWriterImp(RawWriter& raw, TextLineEnd lineEnd) noexcept : raw_{raw}, lineEnd_{lineEnd} {}
 
     ~TextWriterImp() override {
         try {
-            writeOut();
+            if (failure_ == nullptr) writeOut();
         } catch (...) {}
     }
 
@@ -34,28 +44,18 @@ public:
     TextWriterImp& operator=(TextWriterImp const&) = delete;
 
     void write(std::wstring const& text) override {
-        for (auto p = text.begin(), end = text.end(); p != end; ++p) {
-            unsigned int const unit = static_cast<unsigned int>(*p);
-            if (isLineEnd(unit) && unit != formFeed) {
-                if (unit == carriageReturn && end - p > 1 && p[1] == feed) ++p;
-                writeLineEnd();
-            } else if (isSurrogate(unit)) {
-                unsigned int value = unit;
-                if (end - p < 2 || !fromUTF16(value, unit, static_cast<unsigned int>(p[1]))) fail(unit);
-                put(value);
-                ++p;
-            } else {
-                put(unit);
-            }
-        }
+        begin();
+        put(text);
     }
 
     void writeLine(std::wstring const& text) override {
-        write(text);
-        writeLineEnd();
+        begin();
+        put(text);
+        putLineEnd();
     }
 
     void flush() override {
+        begin();
         writeOut();
         raw_.flush();
     }
@@ -66,28 +66,82 @@ protected:
     /// How many bytes of the destination it took; 0 when the room is short, or the encoding lacks the character.
     virtual std::uint64_t encode(CodePoint c, unsigned char* destination, std::uint64_t room) const = 0;
 
+    /// Moves `from` behind those units at it that encode would take and that are no line ends, as far as that goes quickly,
+    /// and returns the bytes' end. The destination's is `stop`.
+    virtual unsigned char* takeRun(wchar_t const*& from, wchar_t const* end, unsigned char* destination,
+                                   unsigned char* stop) const = 0;
+
 private:
+    void begin() {
+        if (failure_ != nullptr) std::rethrow_exception(failure_);
+        begun_ = static_cast<std::int64_t>(count_);
+    }
+
+    void put(std::wstring const& text) {
+        wchar_t const *p = text.data(), *const end = p + text.size();
+        for (;;) {
+            unsigned char* const written = takeRun(p, end, buffer_ + count_, buffer_ + sizeof buffer_);
+            count_ = static_cast<std::uint64_t>(written - buffer_);
+            if (p == end) return;
+            auto const unit = static_cast<unsigned int>(*p++);
+            if (endsLine(unit)) {
+                if (unit == carriageReturn && p != end && *p == feed) ++p;
+                putLineEnd();
+            } else if (isSurrogate(unit)) {
+                unsigned int value = unit;
+                if (p == end || !fromUTF16(value, unit, static_cast<unsigned int>(*p++))) fail(unit);
+                put(value);
+            } else {
+                put(unit);
+            }
+        }
+    }
+
     void put(unsigned int value) {
         CodePoint const c = CodePoint::codePoint(value);
         if (value >= 0x110000 || isSurrogate(value)) fail(value);
         std::uint64_t written = encode(c, buffer_ + count_, sizeof buffer_ - count_);
         if (written == 0) {
-            writeOut();
-            written = encode(c, buffer_, sizeof buffer_);
+            makeRoom();
+            written = encode(c, buffer_ + count_, sizeof buffer_ - count_);
             if (written == 0) fail(value);
         }
         count_ += written;
     }
 
-    void writeLineEnd() {
-        put(carriageReturn);
+    void putLineEnd() {
+        if (lineEnd_ == lineEndCRLF) put(carriageReturn);
         put(feed);
+    }
+
+    // A text is taken as a whole or not at all; when its head has gone out and its tail cannot, nothing can follow.
+    void makeRoom() {
+        try {
+            writeOut();
+        } catch (...) {
+            if (begun_ < 0)
+                failure_ = std::current_exception();
+            else
+                count_ = static_cast<std::uint64_t>(begun_);
+            throw;
+        }
     }
 
     void writeOut() {
         if (count_ == 0) return;
-        raw_.write(buffer_, count_);
-        count_ = 0;
+        try {
+            raw_.write(buffer_, count_);
+        } catch (RawWriteError const& error) {
+            drop(error.taken());
+            throw;
+        }
+        drop(count_);
+    }
+
+    void drop(std::uint64_t bytes) noexcept {
+        count_ -= bytes;
+        begun_ -= static_cast<std::int64_t>(bytes);
+        std::memmove(buffer_, buffer_ + bytes, count_);
     }
 
     [[noreturn]] void fail(unsigned int value) const {
@@ -98,7 +152,54 @@ private:
     RawWriter& raw_;
     unsigned char buffer_[1024];
     std::uint64_t count_ = 0;
+    std::int64_t begun_ = 0;  // where the text that is being written begins in the buffer; below 0 when it has left it
+    TextLineEnd lineEnd_;
+    std::exception_ptr failure_;
 };
+
+// ASCII but line ends. A form feed is none in a text that is written.
+void takeASCII(wchar_t const*& from, wchar_t const* end, unsigned char*& to, unsigned char const* stop) noexcept {
+    while (end - from >= ascii::block && stop - to >= ascii::block) {
+        unsigned int stops = ascii::narrow(from, to);
+        stops |= ascii::find(to, 0x0A, 0x0D);
+        std::ptrdiff_t const taken = stops == 0 ? ascii::block : std::countr_zero(stops);
+        from += taken;
+        to += taken;
+        if (stops != 0) return;
+    }
+    for (; from != end && to != stop; ++from) {
+        auto const unit = static_cast<unsigned int>(*from);
+        if (unit >= 0x80 || endsLine(unit)) return;
+        *to++ = static_cast<unsigned char>(unit);
+    }
+}
+
+// All of the basic plane but line ends and surrogates.
+unsigned char* takeUTF8(wchar_t const*& from, wchar_t const* end, unsigned char* to, unsigned char* stop) noexcept {
+    wchar_t const* p = from;
+    for (;;) {
+        takeASCII(p, end, to, stop);
+        wchar_t const* const begin = p;
+        for (; p != end && stop - to >= 3; ++p) {
+            auto const unit = static_cast<unsigned int>(*p);
+            if (unit - 0x80 < 0x800 - 0x80) {
+                if (endsLine(unit)) break;
+                to[0] = static_cast<unsigned char>(0xC0 | unit >> 6);
+                to[1] = static_cast<unsigned char>(0x80 | (unit & 0x3F));
+                to += 2;
+            } else {
+                if (unit < 0x800 || unit > 0xFFFF || isSurrogate(unit) || endsLine(unit)) break;
+                to[0] = static_cast<unsigned char>(0xE0 | unit >> 12);
+                to[1] = static_cast<unsigned char>(0x80 | (unit >> 6 & 0x3F));
+                to[2] = static_cast<unsigned char>(0x80 | (unit & 0x3F));
+                to += 3;
+            }
+        }
+        if (p == begin) break;
+    }
+    from = p;
+    return to;
+}
 
 class UTF8WriterImp final : public TextWriterImp {
 public:
@@ -108,7 +209,36 @@ protected:
     std::uint64_t encode(CodePoint c, unsigned char* destination, std::uint64_t room) const override {
         return c.utf8(reinterpret_cast<char*>(destination), room);
     }
+
+    unsigned char* takeRun(wchar_t const*& from, wchar_t const* end, unsigned char* destination,
+                           unsigned char* stop) const override {
+        return takeUTF8(from, end, destination, stop);
+    }
 };
+
+#if defined(ORN_SSE2)
+// Eight units, and two bits for each that is a line end, a surrogate or no unit at all.
+inline __m128i lookAtEight(wchar_t const* from, unsigned int& stops) noexcept {
+    auto const* const source = reinterpret_cast<__m128i const*>(from);
+    __m128i units = _mm_loadu_si128(source), others = _mm_setzero_si128();
+    if constexpr (sizeof(wchar_t) == 4) {
+        __m128i const more = _mm_loadu_si128(source + 1);
+        auto const low = [](__m128i some) { return _mm_srai_epi32(_mm_slli_epi32(some, 16), 16); };
+        others = _mm_packs_epi32(_mm_srai_epi32(units, 16), _mm_srai_epi32(more, 16));
+        units = _mm_packs_epi32(low(units), low(more));
+    }
+    auto const equals = [](__m128i some, int value) {
+        return _mm_cmpeq_epi16(some, _mm_set1_epi16(static_cast<short>(value)));
+    };
+    auto const masked = [units](int mask) { return _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(mask))); };
+    __m128i found = _mm_xor_si128(equals(others, 0), _mm_set1_epi16(-1));
+    found = _mm_or_si128(found, _mm_or_si128(equals(units, 0x0A), equals(units, 0x0D)));
+    found = _mm_or_si128(found, _mm_or_si128(equals(units, 0x85), equals(masked(0xFFFE), 0x2028)));
+    found = _mm_or_si128(found, equals(masked(0xF800), 0xD800));
+    stops = static_cast<unsigned int>(_mm_movemask_epi8(found));
+    return units;
+}
+#endif
 
 // A unit's low byte goes to the one place of its two, its high byte to the other.
 template <unsigned int low, unsigned int high>
@@ -120,11 +250,39 @@ protected:
     std::uint64_t encode(CodePoint c, unsigned char* destination, std::uint64_t room) const override {
         wchar_t units[2];
         std::size_t const count = c.wchars(units, room / 2);
-        for (std::size_t i = 0; i < count; ++i) {
-            destination[2 * i + low] = static_cast<unsigned char>(units[i] & 0xFF);
-            destination[2 * i + high] = static_cast<unsigned char>(units[i] >> 8 & 0xFF);
-        }
+        for (std::size_t i = 0; i < count; ++i) put(static_cast<unsigned int>(units[i]), destination + 2 * i);
         return 2 * count;
+    }
+
+    unsigned char* takeRun(wchar_t const*& from, wchar_t const* end, unsigned char* destination,
+                           unsigned char* stop) const override {
+        wchar_t const* p = from;
+        unsigned char* to = destination;
+#if defined(ORN_SSE2)
+        while (end - p >= 8 && stop - to >= 16) {
+            unsigned int stops = 0;
+            __m128i units = lookAtEight(p, stops);
+            if constexpr (high == 0) units = _mm_or_si128(_mm_slli_epi16(units, 8), _mm_srli_epi16(units, 8));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(to), units);
+            std::ptrdiff_t const taken = stops == 0 ? 8 : std::countr_zero(stops) / 2;
+            p += taken;
+            to += 2 * taken;
+            if (stops != 0) break;
+        }
+#endif
+        for (; p != end && stop - to >= 2; ++p, to += 2) {
+            auto const unit = static_cast<unsigned int>(*p);
+            if (unit > 0xFFFF || isSurrogate(unit) || endsLine(unit)) break;
+            put(unit, to);
+        }
+        from = p;
+        return to;
+    }
+
+private:
+    static void put(unsigned int unit, unsigned char* to) noexcept {
+        to[low] = static_cast<unsigned char>(unit & 0xFF);
+        to[high] = static_cast<unsigned char>(unit >> 8 & 0xFF);
     }
 };
 using UTF16leWriterImp = UTF16WriterImp<0, 1>;
@@ -132,7 +290,15 @@ using UTF16beWriterImp = UTF16WriterImp<1, 0>;
 
 class MultibyteWriterImp final : public TextWriterImp {
 public:
-    using TextWriterImp::TextWriterImp;
+    MultibyteWriterImp(RawWriter& raw, TextLineEnd lineEnd) noexcept : TextWriterImp{raw, lineEnd} {
+        wchar_t all[0x80];
+        char bytes[0x80] = {};
+        for (int i = 0; i != 0x80; ++i) all[i] = static_cast<wchar_t>(i);
+        if (!converts(all, 0x80, bytes, 0x80)) return;
+        ascii_ = std::equal(all, all + 0x80, bytes, [](wchar_t unit, char byte) { return unit == byte; });
+        std::string_view const inUTF8 = "\xC3\xA9\xE2\x82\xAC\xE6\x97\xA5";
+        utf8_ = ascii_ && converts(L"\u00e9\u20ac\u65e5", 3, bytes, 8) && inUTF8 == std::string_view{bytes, 8};
+    }
 
 protected:
     std::uint64_t encode(CodePoint c, unsigned char* destination, std::uint64_t room) const override {
@@ -144,6 +310,23 @@ protected:
             os::wideToMultibyteStrictly(units, count, reinterpret_cast<char*>(destination), most, substituted);
         return substituted ? 0 : static_cast<std::uint64_t>(written);
     }
+
+    unsigned char* takeRun(wchar_t const*& from, wchar_t const* end, unsigned char* destination,
+                           unsigned char* stop) const override {
+        if (utf8_) return takeUTF8(from, end, destination, stop);
+        if (ascii_) takeASCII(from, end, destination, stop);
+        return destination;
+    }
+
+private:
+    // Whether the code page takes exactly so many bytes for them.
+    static bool converts(wchar_t const* units, int count, char* bytes, int length) noexcept {
+        bool substituted = false;
+        return os::wideToMultibyteStrictly(units, count, bytes, length, substituted) == length && !substituted;
+    }
+
+    bool ascii_ = false;  // every unit below 0x80 is that byte
+    bool utf8_ = false;   // the code page is UTF-8
 };
 
 class TextFileWriterImp final : public TextWriter {
@@ -173,48 +356,60 @@ private:
     bool closed_ = false;
 };
 
-bool isEncoding(TextEncoding encoding) noexcept {
-    int const value = static_cast<int>(encoding);
-    return value >= encMultibyte && value <= encUTF16be;
-}
-
 }
 
 TextWriter::TextWriter() = default;
 TextWriter::~TextWriter() = default;
 
 TextWriter* TextWriter::create(RawWriter& raw, TextEncoding encoding, bool writeBOM) {
+    return create(raw, encoding, writeBOM, lineEndCRLF);
+}
+
+TextWriter* TextWriter::create(RawWriter& raw, TextEncoding encoding, bool writeBOM, TextLineEnd lineEnd) {
     std::unique_ptr<TextWriter> writer;
     switch (encoding) {
-        case encMultibyte: writer = std::make_unique<MultibyteWriterImp>(raw); break;
-        case encUTF8: writer = std::make_unique<UTF8WriterImp>(raw); break;
+        case encMultibyte: writer = std::make_unique<MultibyteWriterImp>(raw, lineEnd); break;
+        case encUTF8: writer = std::make_unique<UTF8WriterImp>(raw, lineEnd); break;
         case encUTF16:
-        case encUTF16le: writer = std::make_unique<UTF16leWriterImp>(raw); break;
-        case encUTF16be: writer = std::make_unique<UTF16beWriterImp>(raw); break;
+        case encUTF16le: writer = std::make_unique<UTF16leWriterImp>(raw, lineEnd); break;
+        case encUTF16be: writer = std::make_unique<UTF16beWriterImp>(raw, lineEnd); break;
         default: return nullptr;
     }
     if (writeBOM && encoding != encMultibyte) writer->write(std::wstring(1, wchar_t{0xFEFF}));
     return writer.release();
 }
 
-TextWriter* TextWriter::create(std::wstring const& filename, TextOpenMode mode, TextEncoding encoding) {
-    std::unique_ptr<RawFileWriter> raw;
-    bool fresh = true;
-    if (mode == textAppend) {
-        raw.reset(rawAppend(filename));
+namespace {
+
+// The encoding of a file without a mark that is appended to is `withoutMark`.
+TextWriter* openWriter(std::wstring const& filename, TextOpenMode mode, TextEncoding encoding, TextEncoding withoutMark,
+                       bool writeBOM, TextLineEnd lineEnd) {
+    bool const append = mode == textAppend;
+    if (!isEncoding(encoding) && (!append || !os::fileExists(filename))) return nullptr;  // before there is a file
+
+    std::unique_ptr<RawFileWriter> raw{append ? rawAppend(filename) : rawCreate(filename)};
+    if (append) {
         raw->seek(0, 0);
         unsigned char first[Signature::longest];
         if (std::int64_t const count = raw->read(first, sizeof first); count > 0) {
             raw->seek(0, 2);
-            encoding = Signature::of(first, count).encoding;
-            fresh = false;
+            encoding = Signature::of(first, count, withoutMark).encoding;
+            writeBOM = false;
         }
-    } else if (isEncoding(encoding)) {
-        raw.reset(rawCreate(filename));
     }
-    if (!isEncoding(encoding)) return nullptr;
-    std::unique_ptr<TextWriter> text{create(*raw, encoding, fresh)};
-    return new TextFileWriterImp{std::move(raw), std::move(text)};
+    std::unique_ptr<TextWriter> text{TextWriter::create(*raw, encoding, writeBOM, lineEnd)};
+    return text == nullptr ? nullptr : new TextFileWriterImp{std::move(raw), std::move(text)};
+}
+
+}
+
+TextWriter* TextWriter::create(std::wstring const& filename, TextOpenMode mode, TextEncoding encoding) {
+    return openWriter(filename, mode, encoding, encMultibyte, true, lineEndCRLF);
+}
+
+TextWriter* TextWriter::create(std::wstring const& filename, TextOpenMode mode, TextEncoding encoding, bool writeBOM,
+                               TextLineEnd lineEnd) {
+    return openWriter(filename, mode, encoding, encoding, writeBOM, lineEnd);
 }
 
 }

@@ -3,6 +3,9 @@
 #include "orn/foundation/Error.h"
 #include "tests/support/Faults.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
+
+#include <optional>
 
 using namespace ORN;
 
@@ -28,18 +31,58 @@ TEST_F(TextWriterFailures, ACallThatFailsLeavesTheOldTextAsItWas) {
     EXPECT_EQ(folder_.get("file"), "old");
 }
 
-TEST_F(TextWriterFailures, WhatCannotBeWrittenIsReportedAndCanBeTriedAgain) {
-    for (char const* call : {"fwrite", "fflush"}) {
-        auto const writer = open();
-        writer->writeLine(L"text");
-        {
-            faults::Refuse const refuse{call};
-            EXPECT_THROW(writer->flush(), OrnError) << call;
-            EXPECT_THROW(writer->close(), OrnError) << call;
+// The disk gets full at write k and has room again when the call is made again.
+TEST_F(TextWriterFailures, NothingIsLostWrittenTwiceOrBehindAHole) {
+    for (int spared = 0; spared < 12; ++spared)
+        for (bool const deleted : {false, true}) {
+            std::string expected = "\xEF\xBB\xBF";
+            auto writer = open();
+            std::optional<faults::Refuse> refuse{std::in_place, "fwrite", spared};
+            for (int number = 0; number < 600; ++number) {
+                bool const flushes = number % 50 == 7;
+                std::wstring const line =
+                    std::to_wstring(number) + std::wstring(static_cast<std::size_t>(number % 40), L'x');
+                try {
+                    flushes ? writer->flush() : writer->writeLine(line);
+                } catch (OrnError const&) {
+                    if (deleted) break;
+                    refuse.reset();
+                    flushes ? writer->flush() : writer->writeLine(line);
+                }
+                if (!flushes) expected += std::string{line.begin(), line.end()} + "\r\n";
+            }
+            if (deleted) {
+                writer.reset();
+                EXPECT_TRUE(expected.starts_with(folder_.get("file"))) << spared;
+            } else {
+                writer->close();
+                ASSERT_TRUE(folder_.get("file") == expected) << spared;
+            }
         }
-        writer->close();
-        EXPECT_EQ(folder_.get("file"), "\xEF\xBB\xBFtext\r\n") << call;
+}
+
+TEST_F(TextWriterFailures, BehindTheHeadOfALongTextNothingFollows) {
+    for (int spared = 1; spared < 4; ++spared) {
+        auto writer = open();
+        writer->writeLine(L"before");
+        std::wstring const text(5000, L'x'), told = [&] {
+            faults::Refuse const refuse{"fwrite", spared};
+            return thrown([&] { writer->write(text); });
+        }();
+        EXPECT_NE(told, L"nothing");
+        std::string const taken = folder_.get("file");
+        EXPECT_EQ(thrown([&] { writer->write(L"behind"); }), told);
+        EXPECT_EQ(thrown([&] { writer->flush(); }), told);
+        EXPECT_EQ(thrown([&] { writer->close(); }), told);
+        writer.reset();
+        EXPECT_EQ(folder_.get("file"), taken);
+        EXPECT_EQ(taken.substr(0, 20),
+                  "\xEF\xBB\xBF"
+                  "before\r\nxxxxxxxxx");
     }
+}
+
+TEST_F(TextWriterFailures, AFileIsClosedOnce) {
     auto const writer = open();
     {
         faults::Refuse const refuse{"fclose"};

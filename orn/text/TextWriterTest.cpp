@@ -8,6 +8,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 using namespace ORN;
 using namespace std::string_literals;
 using testing::ElementsAre;
@@ -96,14 +98,18 @@ TEST(TextWriter, TheBufferGoesOutWhenItIsFullAndNotBefore) {
     EXPECT_EQ(raw.bytes, std::string(1022, 'x') + "\xF0\x9F\x98\x80" + std::string(1020, 'y') + "zend");
 }
 
-TEST(TextWriter, AWriteThatFailsKeepsTheBufferAndDeletingNeverThrows) {
+TEST(TextWriter, AWriteThatFailsTakesNothingAndDeletingNeverThrows) {
     MemoryWriter full{1000};
     std::unique_ptr<TextWriter> writer{TextWriter::create(full, encUTF8, false)};
+    writer->write(L"before");
     EXPECT_THROW(writer->write(std::wstring(1025, L'x')), std::runtime_error);
+    writer->flush();
+    EXPECT_EQ(full.bytes, "before");
+    writer->write(std::wstring(1001, L'x'));
     EXPECT_THROW(writer->flush(), std::runtime_error);
     EXPECT_NO_THROW(writer.reset());
-    EXPECT_THAT(full.sizes, ElementsAre(1024, 1024, 1024));
-    EXPECT_EQ(full.flushes, 0);
+    EXPECT_THAT(full.sizes, ElementsAre(1024, 6, 1001, 1001));
+    EXPECT_EQ(full.flushes, 1);
 
     auto raw = std::make_unique<MemoryWriter>();
     writer.reset(TextWriter::create(*raw, encUTF8, true));
@@ -146,18 +152,36 @@ TEST(TextWriter, CreatingAndAppendingFiles) {
     std::unique_ptr<TextWriter> { TextWriter::create(folder / L"new", textAppend, encUTF8) } -> write(L"n");
     EXPECT_EQ(folder.get("new"), "\xEF\xBB\xBFn");
     for (TextOpenMode const mode : {textCreate, textAppend})
-        EXPECT_THROW(TextWriter::create(folder / L"no/such/folder", mode, encUTF8), OrnError);
+        EXPECT_THROW(static_cast<void>(TextWriter::create(folder / L"no/such/folder", mode, encUTF8)), OrnError);
     for (int const value : {-1, 5, 100}) {
         auto const none = static_cast<TextEncoding>(value);
         MemoryWriter raw;
         EXPECT_EQ(TextWriter::create(raw, none, true), nullptr);
+        for (TextOpenMode const mode : {textCreate, textAppend})
+            EXPECT_EQ(TextWriter::create(folder / L"none", mode, none), nullptr);
         EXPECT_EQ(TextWriter::create(folder / L"new", textCreate, none), nullptr);
     }
     EXPECT_EQ(folder.get("new"), "\xEF\xBB\xBFn") << "it is touched by nobody";
+    EXPECT_EQ(folder.count(), 2) << "nothing is made without an encoding";
 }
 
 TEST(TextWriter, WhatIsWrittenIsRead) {
     TemporaryFolder const folder;
+    // Without a mark, in two goes, with the line ends of other systems.
+    for (TextEncoding const encoding : {encUTF8, encUTF16, encUTF16le, encUTF16be}) {
+        std::wstring const name = folder.put("unmarked", "");
+        for (wchar_t const* text : {L"one \u20ac\r\r\n", L"\u2028t\fwo"}) {
+            std::unique_ptr<TextWriter> const writer{TextWriter::create(name, textAppend, encoding, false, lineEndLF)};
+            writer->writeLine(text);
+        }
+        std::string const bytes = folder.get("unmarked");
+        EXPECT_EQ(bytes.size(), encoding == encUTF8 ? 16 : 28);
+        EXPECT_EQ(std::ranges::count(bytes, '\r') + std::ranges::count(bytes, '\xEF'), 0);
+        std::unique_ptr<TextReader> const reader{TextReader::create(name, encoding)};
+        std::wstring read, all;
+        while (reader->readLine(read)) all += read + L'|';
+        EXPECT_EQ(all, L"one \u20ac||||t|wo|");
+    }
     std::wstring const lines[] = {L"", L"plain", std::wstring(3000, L'w'),
                                   L"caf\u00e9 \u20ac \u65e5\u672c \xD83D\xDCD0", L"\xFEFF\v\x1F\xFFFF"};
     for (TextEncoding const encoding : {encUTF8, encUTF16, encUTF16le, encUTF16be}) {

@@ -2,6 +2,7 @@
 /// texts of some kind, and leaves to decodeOne what is not of that kind.
 #pragma once
 
+#include "orn/text/AsciiImp.h"
 #include "orn/text/CodePoint.h"
 
 #include <algorithm>
@@ -9,19 +10,14 @@
 #include <cstddef>
 #include <cstdint>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 namespace ORN::utf8decode {
 
 using Byte = unsigned char;
 
-inline constexpr std::size_t most = 1;        // units that come of a byte
-inline constexpr std::size_t spill = 80;      // units that may be written behind those of a piece's last byte
-inline constexpr std::ptrdiff_t slack = 72;   // bytes that must be there for the fast ways
-inline constexpr std::ptrdiff_t vector = 16;  // bytes that are widened together
-inline constexpr std::ptrdiff_t block = 64;   // bytes whose structure is looked at together
+inline constexpr std::size_t most = 1;       // units that come of a byte
+inline constexpr std::size_t spill = 80;     // units that may be written behind those of a piece's last byte
+inline constexpr std::ptrdiff_t slack = 72;  // bytes that must be there for the fast ways
+inline constexpr std::ptrdiff_t block = 64;  // bytes whose structure is looked at together
 
 // What the marks of lead and following bytes add up to in the sum, by the number of those that follow.
 inline constexpr unsigned int marks[] = {0, 0x3080, 0xE2080, 0x3C82080, 0xFA082080, 0x82082080};
@@ -54,31 +50,6 @@ inline wchar_t* decodeOne(Byte const*& p, Byte const* end, wchar_t* to) noexcept
     return appendUnits(value - marks[count], to);
 }
 
-// Widens 16 bytes and returns a bit for each that is not ASCII; the units from the first of those on mean nothing.
-inline unsigned int widenASCII(Byte const* from, wchar_t* to) noexcept {
-#if defined(__SSE2__)
-    __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const*>(from));
-    __m128i const zero = _mm_setzero_si128();
-    __m128i const units[2] = {_mm_unpacklo_epi8(bytes, zero), _mm_unpackhi_epi8(bytes, zero)};
-    auto* const target = reinterpret_cast<__m128i*>(to);
-    for (int i = 0; i < 2; ++i) {
-        if constexpr (sizeof(wchar_t) == 2) {
-            _mm_storeu_si128(target + i, units[i]);
-        } else {
-            _mm_storeu_si128(target + 2 * i, _mm_unpacklo_epi16(units[i], zero));
-            _mm_storeu_si128(target + 2 * i + 1, _mm_unpackhi_epi16(units[i], zero));
-        }
-    }
-    return static_cast<unsigned int>(_mm_movemask_epi8(bytes));
-#else
-    for (unsigned int i = 0; i < vector; ++i) {
-        if (from[i] >= 0x80) return 1u << i;
-        to[i] = from[i];
-    }
-    return 0;
-#endif
-}
-
 // Whether a lead byte's two-byte sequence gives one unit whatever its second byte is.
 constexpr bool leadsTwo(Byte lead) noexcept { return lead >= 0xC2 && lead < 0xE0; }
 
@@ -88,22 +59,22 @@ constexpr bool leadsTwo(Byte lead) noexcept { return lead >= 0xC2 && lead < 0xE0
 inline wchar_t* decodeLatin(Byte const*& from, Byte const* stop, wchar_t* to) noexcept {
     Byte const* p = from;
     while (p < stop) {
-        unsigned int const others = widenASCII(p, to);
-        int const ascii = std::countr_zero(others | 1u << vector), two = static_cast<int>(others != 0);
-        Byte const* const lead = p + ascii;
+        unsigned int const others = ascii::widen(p, to);
+        int const plain = std::countr_zero(others | 1u << ascii::block), two = static_cast<int>(others != 0);
+        Byte const* const lead = p + plain;
         if ((lead[0] - 0xC2u) * static_cast<unsigned int>(two) >= 0xE0 - 0xC2) {  // two && !leadsTwo(*lead)
             from = lead;
-            return to + ascii;
+            return to + plain;
         }
-        to[ascii] = static_cast<wchar_t>(lead[0] * 64u + lead[1] - marks[1]);
+        to[plain] = static_cast<wchar_t>(lead[0] * 64u + lead[1] - marks[1]);
         p = lead + 2 * two;
-        to += ascii + two;
+        to += plain + two;
     }
     from = p;
     return to;
 }
 
-#if defined(__SSE2__)
+#if defined(ORN_SSE2)
 // The bytes of a sequence of up to four without their marks, the last one uppermost.
 inline std::uint32_t payload(Byte const* p, int length) noexcept {
     static constexpr std::uint32_t own[] = {0, 0, 0x80C00000, 0x8080E000, 0x808080F0};
@@ -140,10 +111,10 @@ inline wchar_t* appendFour(std::uint32_t const (&payloads)[4], wchar_t* to) noex
 inline std::uint64_t atLeast(int limit, Byte const* p) noexcept {
     __m128i const limits = _mm_set1_epi8(static_cast<char>(limit));
     std::uint64_t bits = 0;
-    for (std::ptrdiff_t i = block - vector; i >= 0; i -= vector) {
+    for (std::ptrdiff_t i = block - ascii::block; i >= 0; i -= ascii::block) {
         __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p + i));
         __m128i const found = _mm_cmpeq_epi8(_mm_max_epu8(bytes, limits), bytes);
-        bits = bits << vector | static_cast<unsigned int>(_mm_movemask_epi8(found));
+        bits = bits << ascii::block | static_cast<unsigned int>(_mm_movemask_epi8(found));
     }
     return bits;
 }
@@ -178,9 +149,9 @@ inline bool decodeBlock(Byte const*&, wchar_t*&) noexcept { return false; }
 inline wchar_t* decode(Byte const*& p, Byte const* stop, Byte const* end, wchar_t* to) noexcept {
     Byte const* const fast = end - p > slack ? std::min(stop, end - slack) : p;
     while (p < fast) {
-        if (widenASCII(p, to) == 0) {
-            p += vector;
-            to += vector;
+        if (ascii::widen(p, to) == 0) {
+            p += ascii::block;
+            to += ascii::block;
             continue;
         }
         to = decodeLatin(p, fast, to);

@@ -2,6 +2,7 @@
 /// texts of some kind, and leaves to encodeOne what is not of that kind.
 #pragma once
 
+#include "orn/text/AsciiImp.h"
 #include "orn/text/CodePoint.h"
 
 #include <algorithm>
@@ -10,16 +11,11 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 namespace ORN::utf8encode {
 
-inline constexpr std::size_t most = 6;        // bytes that come of an element, which may hold more than a unit
-inline constexpr std::size_t spill = 32;      // bytes that may be written behind those of a piece's last unit
-inline constexpr std::ptrdiff_t slack = 24;   // units that must be there for the fast ways
-inline constexpr std::ptrdiff_t vector = 16;  // units that are narrowed together
+inline constexpr std::size_t most = 6;       // bytes that come of an element, which may hold more than a unit
+inline constexpr std::size_t spill = 32;     // bytes that may be written behind those of a piece's last unit
+inline constexpr std::ptrdiff_t slack = 24;  // units that must be there for the fast ways
 
 // Encodes the code point at p.
 inline char* encodeOne(wchar_t const*& p, wchar_t const* end, char* to) noexcept {
@@ -33,16 +29,7 @@ inline char* encodeOne(wchar_t const*& p, wchar_t const* end, char* to) noexcept
     return to + CodePoint::codePoint(value).utf8(to, most);
 }
 
-#if defined(__SSE2__)
-// Eight units as signed 16-bit values; those of 0x8000 and more, and what is no unit, come out negative or above 0x7F.
-inline __m128i loadEight(wchar_t const* from) noexcept {
-    auto const* const source = reinterpret_cast<__m128i const*>(from);
-    if constexpr (sizeof(wchar_t) == 2)
-        return _mm_loadu_si128(source);
-    else
-        return _mm_packs_epi32(_mm_loadu_si128(source), _mm_loadu_si128(source + 1));
-}
-
+#if defined(ORN_SSE2)
 // Four units as 32-bit values.
 inline __m128i loadFour(wchar_t const* from) noexcept {
     auto const* const source = reinterpret_cast<__m128i const*>(from);
@@ -53,32 +40,15 @@ inline __m128i loadFour(wchar_t const* from) noexcept {
 }
 #endif
 
-// Narrows 16 units and returns a bit for each that is not ASCII; the bytes from the first of those on mean nothing.
-inline unsigned int narrowASCII(wchar_t const* from, char* to) noexcept {
-#if defined(__SSE2__)
-    __m128i const low = loadEight(from), high = loadEight(from + 8);
-    __m128i const bytes = _mm_packus_epi16(low, high);                       // top bit set: above 0x7F
-    __m128i const others = _mm_or_si128(bytes, _mm_packs_epi16(low, high));  // or negative
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes);
-    return static_cast<unsigned int>(_mm_movemask_epi8(others));
-#else
-    for (unsigned int i = 0; i < vector; ++i) {
-        if (static_cast<unsigned int>(from[i]) >= 0x80) return 1u << i;
-        to[i] = static_cast<char>(from[i]);
-    }
-    return 0;
-#endif
-}
-
 // Encodes units below 0x800, as Latin letters make them, up to one that is not: at each step at most sixteen ASCII units,
 // and the one behind them if they are fewer. Which of both it is must not be a branch.
 inline char* encodeLatin(wchar_t const*& from, wchar_t const* stop, char* to) noexcept {
     wchar_t const* p = from;
     while (p < stop) {
-        unsigned int const others = narrowASCII(p, to);
-        int const ascii = std::countr_zero(others | 1u << vector), two = static_cast<int>(others != 0);
-        p += ascii;
-        to += ascii;
+        unsigned int const others = ascii::narrow(p, to);
+        int const plain = std::countr_zero(others | 1u << ascii::block), two = static_cast<int>(others != 0);
+        p += plain;
+        to += plain;
         auto const unit = static_cast<unsigned int>(*p);
         if ((two & static_cast<int>(unit >= 0x800)) != 0) break;
         to[0] = static_cast<char>(0xC0 | unit >> 6);
@@ -90,7 +60,7 @@ inline char* encodeLatin(wchar_t const*& from, wchar_t const* stop, char* to) no
     return to;
 }
 
-#if defined(__SSE2__)
+#if defined(ORN_SSE2)
 // Encodes four units without branching on what they are. Of a surrogate pair the leading unit becomes three bytes and the
 // trailing one the fourth, so that a pair may lie across two calls: a trailing unit at p belongs to one before it. False,
 // and nothing done, unless every leading unit here has its trailing one and those at p + 1 to p + 4 their leading ones.
@@ -154,9 +124,9 @@ inline bool encodeFours(wchar_t const*&, wchar_t const*, char*&) noexcept { retu
 inline char* encode(wchar_t const*& p, wchar_t const* stop, wchar_t const* end, char* to) noexcept {
     wchar_t const* const fast = end - p > slack ? std::min(stop, end - slack) : p;
     while (p < fast) {
-        if (narrowASCII(p, to) == 0) {
-            p += vector;
-            to += vector;
+        if (ascii::narrow(p, to) == 0) {
+            p += ascii::block;
+            to += ascii::block;
             continue;
         }
         to = encodeLatin(p, fast, to);

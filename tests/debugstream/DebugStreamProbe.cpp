@@ -4,8 +4,10 @@
 #include "orn/foundation/Error.h"
 #include "orn/text/Encoding.h"
 #include "orn/threading/Lock.h"
+#include "tests/support/OpenFiles.h"
 
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <ostream>
 #include <string>
@@ -57,6 +59,37 @@ void startTogether() {
     std::printf("active %d\n", active.load());
 }
 
+/// Writes lines in the way of who does not know what stream() may throw, and in a destructor; counts what is told.
+void writeTo(std::string const& file) {
+    int told = 0, lines = 0;
+    struct Leaving {
+        ~Leaving() {
+            ExclusiveLock const writing{DebugStream::lock()};
+            DebugStream::stream() << L"leaving " << wchar_t{0xDC00} << L'\n';
+        }
+    };
+
+    for (; lines < 300; ++lines) try {
+            Leaving const leaving;
+            throw lines;
+        } catch (int) {
+            try {
+                DebugStream::flush();
+            } catch (ORN::OrnError const& error) {
+                told += std::wstring{error.wWhat()}.find(std::wstring{file.begin(), file.end()}) != std::wstring::npos;
+            }
+        }
+    DebugStream::stream() << static_cast<wchar_t const*>(nullptr);  // leaves the stream bad
+    std::printf("told %d good %d\n", told, DebugStream::stream().good());
+}
+
+/// The files that it has been given, until it is killed.
+[[noreturn]] void showFiles() {
+    std::printf("files %d\n", static_cast<int>(openFiles()));
+    std::fflush(stdout);
+    for (;;) std::this_thread::sleep_for(std::chrono::seconds{1});
+}
+
 /// Writes without end, and tells of each line when flush has returned for it.
 [[noreturn]] void writeUntilKilled() {
     for (int number = 0;; ++number) {
@@ -82,6 +115,10 @@ int main(int count, char** words) {
         fail([] { DebugStream::isActive(); });
     } else if (use == "together") {
         startTogether();
+    } else if (use == "lines" && count > 2) {
+        writeTo(words[2]);
+    } else if (use == "files") {
+        showFiles();
     } else if (use == "until-killed") {
         writeUntilKilled();
     } else {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include <sys/stat.h>
 
@@ -17,13 +18,14 @@ std::FILE* openFile(std::wstring const& name, std::wstring const& mode) {
         return nullptr;
     }
     char narrow[16] = {};
-    bool const known = mode.size() < sizeof narrow &&
+    bool const known = mode.size() + 1 < sizeof narrow && !mode.empty() &&
                        std::all_of(mode.begin(), mode.end(), [](wchar_t unit) { return unit > 0 && unit < 0x80; });
     if (!known) {
         errno = EINVAL;
         return nullptr;
     }
-    std::transform(mode.begin(), mode.end(), narrow, [](wchar_t unit) { return static_cast<char>(unit); });
+    std::transform(mode.begin(), mode.end(), narrow + 1, [](wchar_t unit) { return static_cast<char>(unit); });
+    narrow[0] = std::exchange(narrow[1], 'e');  // "rb" becomes "reb": closed in the programs that this one starts
     return std::fopen(nativeName(name).c_str(), narrow);
 }
 
@@ -31,6 +33,8 @@ bool fileExists(std::wstring const& name) {
     struct stat status;
     return ::lstat(nativeName(name).c_str(), &status) == 0;
 }
+
+std::FILE* standardInput() noexcept { return stdin; }
 
 bool seekFile(std::FILE* file, std::int64_t offset, int origin) noexcept {
     if (ORN_OS_REFUSED("fseek")) {
