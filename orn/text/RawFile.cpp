@@ -49,6 +49,8 @@ public:
 
     std::int64_t read(void* buffer, std::uint64_t count) override {
         turnTo(Way::reading, cannotRead);
+        if (std::exchange(ended_, false))
+            os::seekFile(file_, 0, SEEK_CUR);  // or some runtimes would give the end again
         bool failed = false;
         std::size_t const done = os::readFile(file_, buffer, count, failed);
         if (failed) {
@@ -58,6 +60,7 @@ public:
             errno = reason;
             fail(cannotRead);
         }
+        ended_ = done < count;
         return static_cast<std::int64_t>(done);
     }
 
@@ -144,6 +147,7 @@ private:
     std::wstring name_;
     std::FILE* file_ = nullptr;
     Way way_ = Way::either;
+    bool ended_ = false;     // the last read met the end
     std::string collected_;  // small pieces that have been written, and not yet to the file
     bool owned_ = true;
 };
