@@ -1,6 +1,11 @@
 #include "drawing/Drawing.h"
 
+#include "drawing/Flatten.h"
+
 #include "orn/geometry/ArcFunctions.h"
+#include "orn/transforms/UniformTransform.h"
+
+#include <cmath>
 
 namespace drawing {
 
@@ -13,17 +18,41 @@ Measurements& Measurements::operator+=(Measurements const& other) {
     return *this;
 }
 
+namespace {
+
+/// The library's box is too small for some arcs of more than 270 degrees.
+Extent<2> boxOf(ORN::Arc<2> const& arc) {
+    return std::fabs(arc.bulge()) <= 2 ? arc.extent() : mappedExtent(arc, UniformTransform<2>{});
+}
+
+}
+
 Measurements measure(ORN::Arc<2> const& arc) {
     Vector<2> const chord = arc.end() - arc.start();
     double const squared = chord.x() * chord.x() + chord.y() * chord.y();
     bool const bulged = arc.bulge() != 0;
-    return {1, bulged ? 1u : 0u, arc.length(), bulged ? ORNArcSegmentArea(arc.bulge()) * squared : 0.0, arc.extent()};
+    return {1, bulged ? 1u : 0u, arc.length(), bulged ? ORNArcSegmentArea(arc.bulge()) * squared : 0.0, boxOf(arc)};
+}
+
+bool isMeasurable(Measurements const& sums) {
+    return std::isfinite(sums.length) && std::isfinite(sums.area) && sums.extent.lo().isFinite() &&
+           sums.extent.hi().isFinite();
 }
 
 Measurements Drawing::total() const {
     Measurements total;
     for (Layer const& layer : layers_) total += layer.sums;
     return total;
+}
+
+Drawing Drawing::part(std::function<bool(Layer const&)> const& chosen) const {
+    std::vector<bool> keep;
+    for (Layer const& layer : layers_) keep.push_back(chosen(layer));
+    Drawing part;
+    for (Entity const& entity : entities_) {
+        if (keep[entity.layer]) part.add(entity.arc, entity.rgb, layers_[entity.layer].name, measure(entity.arc));
+    }
+    return part;
 }
 
 void Drawing::add(ORN::Arc<2> const& arc, std::uint32_t rgb, std::wstring const& layer, Measurements const& sums) {

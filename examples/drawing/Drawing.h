@@ -5,6 +5,7 @@
 #include "orn/geometry/Extent.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -29,11 +30,16 @@ struct Measurements {
     Measurements& operator+=(Measurements const& other);
 };
 
+/// With the smallest box around the arc, whatever its bulge.
 Measurements measure(ORN::Arc<2> const& arc);
+
+/// Whether all numbers are finite.
+bool isMeasurable(Measurements const& sums);
 
 struct Layer {
     std::wstring name;
     Measurements sums;
+    bool hidden = false;  ///< the drawing itself says that it is not to be seen
 };
 
 class Drawing {
@@ -43,8 +49,13 @@ public:
 
     Measurements total() const;
 
+    /// The entities on some of the layers, in their order.
+    Drawing part(std::function<bool(Layer const&)> const& chosen) const;
+
     /// The sums are those of measure(arc), which the caller has looked at already.
     void add(ORN::Arc<2> const& arc, std::uint32_t rgb, std::wstring const& layer, Measurements const& sums);
+
+    void hideLatestLayer() { layers_[latestLayer_].hidden = true; }  ///< that of the entity that was added last
 
 private:
     std::uint32_t layerNamed(std::wstring const& name);

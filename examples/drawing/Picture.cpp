@@ -14,8 +14,6 @@
 
 namespace drawing {
 
-namespace {
-
 bool endsIn(std::wstring const& name, std::wstring const& ending) {
     if (name.size() <= ending.size()) return false;
     for (std::size_t i = 1; i <= ending.size(); ++i) {
@@ -24,6 +22,8 @@ bool endsIn(std::wstring const& name, std::wstring const& ending) {
     }
     return true;
 }
+
+namespace {
 
 bool isPng(std::wstring const& name) { return endsIn(name, L".png"); }
 

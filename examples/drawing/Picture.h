@@ -7,6 +7,9 @@
 
 namespace drawing {
 
+/// Whether a name ends so (given in lower case), in any case, and has something before it.
+bool endsIn(std::wstring const& name, std::wstring const& ending);
+
 /// Whether a picture's name has an ending that savePicture knows: .bmp or .png, in any case.
 bool isPictureName(std::wstring const& name);
 

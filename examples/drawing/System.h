@@ -16,6 +16,9 @@ std::filesystem::path pathOf(std::wstring const& name);
 /// Makes the standard streams take bytes as they are, and a console read them as UTF-8.
 void prepareOutput();
 
+/// Bytes in a code page, by its number, as text; empty when the system does not know the page or the bytes are no text.
+std::wstring fromCodePage(std::string const& bytes, unsigned int codePage);
+
 bool errorIsTerminal();
 
 }

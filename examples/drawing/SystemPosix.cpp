@@ -2,6 +2,7 @@
 
 #include "orn/text/Encoding.h"
 
+#include <iconv.h>
 #include <unistd.h>
 
 namespace drawing {
@@ -15,6 +16,22 @@ std::vector<std::wstring> arguments(int argc, char* const argv[]) {
 std::filesystem::path pathOf(std::wstring const& name) { return getMBS(name); }
 
 void prepareOutput() {}
+
+std::wstring fromCodePage(std::string const& bytes, unsigned int codePage) {
+    std::string const page = codePage == 10000                      ? "MACINTOSH"
+                             : codePage == 1361                     ? "JOHAB"
+                             : codePage > 28590 && codePage < 28606 ? "ISO-8859-" + std::to_string(codePage - 28590)
+                                                                    : "CP" + std::to_string(codePage);
+    iconv_t const converter = iconv_open("UTF-8", page.c_str());
+    if (converter == reinterpret_cast<iconv_t>(-1)) return {};
+    std::string in = bytes, out(bytes.size() * 4, '\0');
+    char *from = in.data(), *to = out.data();
+    std::size_t inLeft = in.size(), outLeft = out.size();
+    bool const good = iconv(converter, &from, &inLeft, &to, &outLeft) != static_cast<std::size_t>(-1);
+    iconv_close(converter);
+    out.resize(out.size() - outLeft);
+    return good ? utf8(out) : std::wstring{};
+}
 
 bool errorIsTerminal() { return isatty(STDERR_FILENO) != 0; }
 

@@ -27,7 +27,15 @@ std::filesystem::path pathOf(std::wstring const& name) { return name; }
 
 void prepareOutput() {
     SetConsoleOutputCP(CP_UTF8);
-    for (std::FILE* const stream : {stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
+    for (std::FILE* const stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
+}
+
+std::wstring fromCodePage(std::string const& bytes, unsigned int codePage) {
+    int const size = static_cast<int>(bytes.size());
+    int const units = MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, nullptr, 0);
+    std::wstring text(static_cast<std::size_t>(units), L'\0');
+    MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, text.data(), units);
+    return text;
 }
 
 bool errorIsTerminal() {

@@ -28,9 +28,9 @@ TEST(PlotFailure, WhatIsWrongInADrawing) {
         std::string bytes, message;
     } const drawings[] = {
         {"", "d.csv:1: the columns x1, y1, x2, y2 are missing"},
-        {"x1;y1;x2;y2\n1;2;3;4\n", "d.csv:1: the columns x1, y1, x2, y2 are missing"},
-        {"y1,X1,bulge,x2\n1,2,0,3\n", "d.csv:1: the columns x1, y2 are missing"},
-        {"x1,y1,x2\n1,2,3\n", "d.csv:1: the column y2 is missing"},
+        {"x1;y1;x2;y2\n1;2;3;4\n", "d.csv:1: the columns x1, y1, x2, y2 are missing in the header 'x1;y1;x2;y2'"},
+        {"y1,X1,bulge,x2\n1,2,0,3\n", "d.csv:1: the columns x1, y2 are missing in the header 'y1,X1,bulge,x2'"},
+        {"x1,y1,x2\n1,2,3\n", "d.csv:1: the column y2 is missing in the header 'x1,y1,x2'"},
         {header, "d.csv: there is nothing to draw"},
         {header + "\n,,,\n", "d.csv: there is nothing to draw"},
         {header + good + "0,0,1,1,abc\n", "d.csv:3: bulge: 'abc' is not a number"},

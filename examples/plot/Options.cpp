@@ -50,10 +50,10 @@ void setScale(drawing::View& view, std::wstring const& text) {
 }
 
 char const* const usage =
-    "Usage: orn-plot [options] DRAWING.csv PICTURE\n"
+    "Usage: orn-plot [options] DRAWING PICTURE\n"
     "\n"
-    "Draws the lines and arcs of a CSV file into a picture (.png or .bmp) and prints a table of their measurements.\n"
-    "Columns: x1, y1, x2, y2; optional: bulge (tangent of a quarter of the arc's angle), layer, colour (#RRGGBB).\n"
+    "Draws the lines and arcs of a DXF or CSV file into a picture (.png or .bmp) and prints a table of their measurements.\n"
+    "Columns of CSV files: x1, y1, x2, y2; optional: bulge (tangent of a quarter of the arc's angle), layer, colour (#RRGGBB).\n"
     "\n"
     "  --size WxH        size of the picture in pixels (1200x900)\n"
     "  --scale SX,SY     scale the drawing along its axes\n"

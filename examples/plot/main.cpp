@@ -9,7 +9,9 @@
 
 #include "orn/colour/ContextGdiplus.h"
 #include "orn/foundation/Error.h"
+#include "orn/text/Encoding.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 
@@ -25,16 +27,17 @@ public:
         if (!drawing::errorIsTerminal() || now - latest_ < std::chrono::seconds{1}) return;
         latest_ = now - std::chrono::milliseconds{800};  // from now on more often
         shown_ = true;
-        std::fprintf(stderr, "\r%llu rows read", static_cast<unsigned long long>(rows));
+        std::fprintf(stderr, "\r%llu entities read", static_cast<unsigned long long>(rows));
         std::fflush(stderr);
+    }
+
+    void clear() {
+        if (shown_) std::fprintf(stderr, "\r%40s\r", "");
+        shown_ = false;
     }
 
 private:
     using Clock = std::chrono::steady_clock;
-
-    void clear() {
-        if (shown_) std::fprintf(stderr, "\r%40s\r", "");
-    }
 
     Clock::time_point latest_ = Clock::now();
     bool shown_ = false;
@@ -42,7 +45,16 @@ private:
 
 drawing::Drawing read(std::wstring const& file) {
     Progress progress;
-    return drawing::readDrawing(file, [&](std::uint64_t rows) { progress.show(rows); });
+    drawing::ReadingOptions options;
+    options.progress = [&](std::uint64_t entities) { progress.show(entities); };
+    options.remark = [&](std::wstring const& what) {
+        progress.clear();
+        std::fprintf(stderr, "orn-plot: %s: %s\n", utf8(file).c_str(), utf8(what).c_str());
+    };
+    drawing::Drawing drawing = drawing::readDrawing(file, options);
+    auto const shown = [](drawing::Layer const& layer) { return !layer.hidden; };
+    if (std::ranges::all_of(drawing.layers(), shown)) return drawing;
+    return drawing.part(shown);
 }
 
 drawing::Page placed(drawing::Drawing const& drawing, plot::Options const& options) {

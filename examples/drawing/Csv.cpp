@@ -1,0 +1,200 @@
+#include "drawing/Csv.h"
+
+#include "orn/foundation/Error.h"
+#include "orn/text/CSVReader.h"
+#include "orn/text/Numbers.h"
+#include "orn/text/TextReader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <memory>
+
+namespace drawing {
+
+namespace {
+
+enum Column { x1, y1, x2, y2, bulge, layer, colour, columnCount };
+
+constexpr wchar_t const* names[columnCount] = {L"x1", L"y1", L"x2", L"y2", L"bulge", L"layer", L"colour"};
+constexpr std::size_t requiredCount = 4;
+
+using Cells = std::vector<std::wstring>;
+
+/// Where in the file something is wrong.
+class Place {
+public:
+    explicit Place(std::wstring const& file) : file_{file} {}
+
+    void line(std::uint64_t number) noexcept { line_ = number; }
+
+    [[noreturn]] void fail(std::wstring const& what) const {
+        std::wstring text = file_;
+        if (line_ != 0) text += L':' + std::to_wstring(line_);
+        throw ORN::OrnError{text + L": " + what};
+    }
+    [[noreturn]] void fail(Column column, std::wstring const& what) const {
+        fail(names[column] + std::wstring{L": "} + what);
+    }
+
+private:
+    std::wstring file_;
+    std::uint64_t line_ = 0;
+};
+
+std::wstring quoted(std::wstring const& text) {
+    std::size_t const most = 40;
+    return text.size() <= most ? L"'" + text + L"'" : L"'" + text.substr(0, most) + L"...'";
+}
+
+/// The cells of a row by the names of their columns.
+class Row {
+public:
+    Row() { std::fill(std::begin(places_), std::end(places_), absent); }
+
+    /// Takes the header: the first column of a name counts.
+    void header(Place const& place, std::function<void(std::wstring const&)> const& remark) {
+        std::wstring ignored, doubled;
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            auto const name = std::find(std::begin(names), std::end(names), cells[i]);
+            std::size_t& at = name == std::end(names) ? other_ : places_[name - std::begin(names)];
+            if (name == std::end(names) && !cells[i].empty())
+                ignored += (ignored.empty() ? L"" : L", ") + quoted(cells[i]);
+            if (name != std::end(names) && at != absent) doubled += (doubled.empty() ? L"" : L", ") + quoted(cells[i]);
+            if (at == absent) at = i;
+        }
+        checkRequired(place);
+        if (!remark) return;
+        if (!ignored.empty()) remark(L"columns that are ignored: " + ignored);
+        if (!doubled.empty()) remark(L"columns that stand there twice, of which the first counts: " + doubled);
+    }
+
+    std::wstring const& operator[](Column column) const {
+        static std::wstring const none;
+        return places_[column] < cells.size() ? cells[places_[column]] : none;
+    }
+
+    bool isBlank() const {
+        for (std::size_t const at : places_) {
+            if (at < cells.size() && !cells[at].empty()) return false;
+        }
+        return true;
+    }
+
+    Cells cells;
+
+private:
+    void checkRequired(Place const& place) const {
+        std::wstring text;
+        int count = 0;
+        for (std::size_t i = 0; i < requiredCount; ++i) {
+            if (places_[i] != absent) continue;
+            text += (count++ != 0 ? L", " : L"") + std::wstring{names[i]};
+        }
+        if (count == 0) return;
+        std::wstring const what =
+            count == 1 ? L"the column " + text + L" is missing" : L"the columns " + text + L" are missing";
+        place.fail(what + (cells.empty() ? std::wstring{} : L" in the header " + quoted(joined())));
+    }
+
+    std::wstring joined() const {
+        std::wstring text = cells[0];
+        for (std::size_t i = 1; i < cells.size(); ++i) text += L',' + cells[i];
+        return text;
+    }
+
+    static constexpr std::size_t absent = static_cast<std::size_t>(-1);
+
+    std::size_t places_[columnCount];
+    std::size_t other_ = 0;
+};
+
+double number(Row const& row, Column column, Place const& place) {
+    std::wstring const& text = row[column];
+    double value = 0;
+    if (!isDouble(&value, text.data(), text.size()) || !std::isfinite(value)) {
+        place.fail(column, quoted(text) + L" is not a number");
+    }
+    return value;
+}
+
+std::uint32_t rgbOf(Row const& row, std::uint32_t ink, Place const& place) {
+    std::wstring const& text = row[colour];
+    if (text.empty()) return ink;
+    std::uint32_t rgb = 0;
+    bool good = text.size() == 7 && text[0] == L'#';
+    for (std::size_t i = 1; good && i < text.size(); ++i) {
+        wchar_t const c = text[i];
+        std::uint32_t const digit = c >= L'0' && c <= L'9'   ? static_cast<std::uint32_t>(c - L'0')
+                                    : c >= L'a' && c <= L'f' ? static_cast<std::uint32_t>(c - L'a') + 10
+                                    : c >= L'A' && c <= L'F' ? static_cast<std::uint32_t>(c - L'A') + 10
+                                                             : 16;
+        good = digit < 16;
+        rgb = rgb << 4 | digit;
+    }
+    if (!good) place.fail(colour, quoted(text) + L" is not a colour like #C04000");
+    return rgb;
+}
+
+void addRow(Drawing& drawing, Row const& row, std::uint32_t ink, Place const& place) {
+    static std::wstring const unnamed = L"0";
+
+    double const ax = number(row, x1, place), ay = number(row, y1, place);
+    double const bx = number(row, x2, place), by = number(row, y2, place);
+    double const b = row[bulge].empty() ? 0.0 : number(row, bulge, place);
+    std::uint32_t const rgb = rgbOf(row, ink, place);
+
+    ORN::Arc<2> const arc{Point<2>{ax, ay}, b, Point<2>{bx, by}};
+    Measurements const sums = measure(arc);
+    if (!isMeasurable(sums)) place.fail(L"the row is too large to be measured");
+    drawing.add(arc, rgb, row[layer].empty() ? unnamed : row[layer], sums);
+}
+
+/// The encoding that the byte order mark names, which is skipped; without one the system's code page.
+ORN::TextEncoding encodingOf(Input& input) {
+    constexpr struct {
+        std::string_view mark;
+        ORN::TextEncoding encoding;
+    } marks[] = {{"\xEF\xBB\xBF", ORN::encUTF8}, {"\xFF\xFE", ORN::encUTF16le}, {"\xFE\xFF", ORN::encUTF16be}};
+    for (auto const& [mark, encoding] : marks) {
+        if (!input.head().starts_with(mark)) continue;
+        input.skip(mark.size());
+        return encoding;
+    }
+    return ORN::encMultibyte;
+}
+
+}
+
+Drawing readCsv(Input& input, ReadingOptions const& options) {
+    ORN::TextEncoding const encoding = encodingOf(input);
+    std::unique_ptr<ORN::TextReader> const lines{ORN::TextReader::create(input, encoding)};
+    ORN::CSVReader rows{*lines};
+    Place place{input.name()};
+    Row row;
+    auto const next = [&] {
+        try {
+            return rows.read(row.cells);
+        } catch (ORN::OrnError const& error) {
+            std::wstring text = error.wWhat();
+            if (rows.firstLine() < rows.lastLine()) {
+                text += L" (The row begins in line " + std::to_wstring(rows.firstLine()) + L".)";
+            }
+            place.line(rows.lastLine());
+            place.fail(text);
+        }
+    };
+
+    Drawing drawing;
+    next();
+    place.line(1);
+    row.header(place, options.remark);
+    for (std::uint64_t count = 0; next();) {
+        place.line(rows.firstLine());
+        if (!row.isBlank()) addRow(drawing, row, options.ink, place);
+        if (++count % 4096 == 0 && options.progress) options.progress(count);
+    }
+    return drawing;
+}
+
+}

@@ -1,0 +1,47 @@
+#include "drawing/Input.h"
+
+#include "orn/foundation/Error.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+namespace drawing {
+
+Input::Input(std::wstring const& file) : name_{file == L"-" ? L"standard input" : file} {
+    if (file != L"-") file_.reset(ORN::rawOpen(file));
+}
+
+Input::~Input() = default;
+
+std::string_view Input::head() {
+    constexpr std::size_t most = 512;
+    if (head_.empty()) {
+        head_.resize(most);
+        std::size_t count = 0;
+        while (count < most) {
+            auto const came = static_cast<std::size_t>(readOn(head_.data() + count, most - count));
+            if (came == 0) break;
+            count += came;
+        }
+        head_.resize(count);
+    }
+    return {head_.data() + at_, head_.size() - at_};
+}
+
+std::int64_t Input::read(void* buffer, std::uint64_t count) {
+    if (at_ == head_.size()) return readOn(buffer, count);
+    std::size_t const size = std::min(static_cast<std::size_t>(count), head_.size() - at_);
+    std::memcpy(buffer, head_.data() + at_, size);
+    at_ += size;
+    return static_cast<std::int64_t>(size);
+}
+
+std::int64_t Input::readOn(void* buffer, std::uint64_t count) {
+    if (file_ != nullptr) return file_->read(buffer, count);
+    std::size_t const size = std::fread(buffer, 1, static_cast<std::size_t>(count), stdin);
+    if (size == 0 && std::ferror(stdin) != 0) throw ORN::OrnError{L"standard input cannot be read"};
+    return static_cast<std::int64_t>(size);
+}
+
+}
