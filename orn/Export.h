@@ -1,7 +1,9 @@
 /// What the library exports; everything else is hidden.
 #pragma once
 
-#if defined(_MSVC_LANG) ? _MSVC_LANG < 202002L : __cplusplus < 202002L
+#if !defined(__cplusplus)
+// The arc functions are there for C, too.
+#elif defined(_MSVC_LANG) ? _MSVC_LANG < 202002L : __cplusplus < 202002L
 #error "orn needs C++20: compile with -std=c++20 or /std:c++20, or link with the CMake target orn::orn"
 #endif
 

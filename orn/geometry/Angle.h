@@ -4,6 +4,7 @@
 #include "orn/Export.h"
 
 #include <cmath>
+#include <concepts>
 #include <iosfwd>
 
 /// 370° and 10° are the same value; sums and differences are rotations, composed by complex multiplication and not
@@ -53,6 +54,14 @@ public:
     Angle operator*(int n) const noexcept;  ///< n times the principal value, again of unit length
     /// N times the principal value, again of unit length.
     Angle& operator*=(int n) noexcept { return *this = *this * n; }
+
+    /// Angles have whole multiples only: a fraction would be cut off to an int.
+    /// @{
+    template <std::floating_point Fraction>
+    Angle operator*(Fraction) const = delete;
+    template <std::floating_point Fraction>
+    Angle& operator*=(Fraction) = delete;
+    /// @}
 
 private:
     constexpr Angle(double cosine, double sine) noexcept : cosine_{cosine}, sine_{sine} {}

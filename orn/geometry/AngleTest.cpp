@@ -7,6 +7,12 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 static_assert(!std::equality_comparable<Angle>, "angles are compared with a tolerance");
+template <typename T, typename U>
+concept Scales = requires(T t, U u) {
+    t* u;
+    t *= u;
+};
+static_assert(Scales<Angle, int> && Scales<Angle, long> && !Scales<Angle, double> && !Scales<Angle, float>);
 static_assert(Angle{}.cos() == 1 && Angle{}.sin() == 0 && Angle::pi == 3.14159265358979323846);
 
 TEST(Angle, IsReadInThePrincipalRangeAndWritten) {

@@ -1,26 +1,25 @@
 #include "orn/geometry/ArcFunctions.h"
 
-#include "orn/geometry/EitherImp.h"
-
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 namespace {
 
 constexpr double epsilon = 2.220446049250313e-16;
 constexpr double fullTurn = 6.283185307179586;
 
-// Of any arc but a nearly full circle. For the nearly straight ones, up to the straight segment and NaN, it is a series,
-// also because the closed formula has no value for 0.
-double length(double bulge, double q) noexcept {
-    double const closed = std::atan(bulge) * (q + 1) / bulge;
-    double const second = 2 * q / 3;
-    return ORN::either(q > 1e-6, closed, 1 + second - second * q / 5);
-}
+// Squares of the bulge from just above 1e-6 to 25, where the closed formula is accurate. The bits of positive doubles are
+// ordered as the doubles, so one subtraction tells what lies outside: less, more and NaN.
+constexpr std::uint64_t leastClosed = std::bit_cast<std::uint64_t>(1e-6) + 1;
+constexpr std::uint64_t mostClosed = std::bit_cast<std::uint64_t>(25.0);
 
-// The whole circle less the arc that completes it.
-[[gnu::noinline]] double nearlyFullLength(double bulge, double q) noexcept {
-    double const rest = 1 / bulge;
-    return std::fabs((q + 1) / (4 * bulge)) * fullTurn - length(rest, rest * rest);
+// A nearly full circle is the whole circle less the arc that completes it. A nearly straight arc, up to the straight
+// segment, is a series.
+[[gnu::noinline]] double lengthBeyondClosedFormula(double bulge, double q) noexcept {
+    if (q > 25) return std::fabs((q + 1) / (4 * bulge)) * fullTurn - ORNArcLength(1 / bulge);
+    double const second = 2 * q / 3;
+    return 1 + second - second * q / 5;
 }
 
 // The closed formula, for a bulge whose square q is neither tiny nor large. Its q + 1 over four times the bulge is the
@@ -46,9 +45,9 @@ double flatHeight(double bulge, double q, double u) noexcept {
 
 double ORNArcLength(double bulge) noexcept {
     double const q = bulge * bulge;
-    if (q > 25) [[unlikely]]
-        return nearlyFullLength(bulge, q);
-    return length(bulge, q);
+    if (std::bit_cast<std::uint64_t>(q) - leastClosed > mostClosed - leastClosed)
+        return lengthBeyondClosedFormula(bulge, q);
+    return std::atan(bulge) * (q + 1) / bulge;
 }
 
 double ORNArcSegmentArea(double bulge) noexcept {
@@ -57,6 +56,7 @@ double ORNArcSegmentArea(double bulge) noexcept {
     if (q > 0.04) return segmentArea(bulge, q);
 
     double sum = bulge / 3;
+    if (q < epsilon) return sum;  // also where the sum vanishes, and no quotient can be formed
     double term = sum * q / 5;
     double denominator = 5, numerator = 1;
     while (std::fabs(term / sum) >= epsilon) {

@@ -23,10 +23,11 @@ TEST(ArcFunctions, LengthHasFullPrecisionForEveryBulge) {
         {0.0010000001, 1.0000006666666666667}, {0.03, 1.0005998920416363262}, {0.2, 1.0264569112193799464},
         {0.4142135623730951, 1.1107207345395915831}, {1.0, 1.5707963267948966192}, {2.5, 3.4518408540793420255},
         {4.999999999, 7.1416839865956176146}, {5.0, 7.1416839881140824765}, {5.000000001, 7.1416839896325473384},
+        {5.0348001218066321, 7.194538117890938779}, {5.0452776906649444, 7.2104557794597580477},
         {10.0, 14.858389510467719378}, {1000.0, 1569.7978969245568808}, {100000000.0, 157079631.67948967763},
     };  // clang-format on
     for (auto const& c : cases) {
-        EXPECT_NEAR(ORNArcLength(c.bulge), c.length, 2 * epsilon * c.length) << c.bulge;
+        EXPECT_NEAR(ORNArcLength(c.bulge), c.length, 4 * epsilon * c.length) << c.bulge;
         EXPECT_EQ(ORNArcLength(-c.bulge), ORNArcLength(c.bulge)) << c.bulge;
     }
     EXPECT_EQ(ORNArcLength(0), 1);
@@ -44,17 +45,19 @@ TEST(ArcFunctions, SegmentHasItsAreaAndCentreOfGravity) {
         {0.199999, 0.067196651034103541740, 0.040134668477878842492},
         {0.2, 0.067196992292596967079, 0.040134870478631488609},
         {0.200001, 0.067197333551168909989, 0.040135072479403593381},
+        {0.20192617579328087, 0.067854462323908630783, 0.040523995657700052815},
         {0.3535, 0.12072777788434767226, 0.071419577440531849242},
         {0.3536, 0.12076354081478989362, 0.071440168141908777714},
+        {0.353675275335879, 0.12079046236273328675, 0.071455668064040616436},
         {1.0, 0.39269908169872415481, 0.21220659078919378103},
         {3.0, 2.0681191283309089248, 0.70696092834229273463},
         {40.0, 314.54375278423406543, 9.9940149339959725637},
         {10000.0, 19634954.477601958069, 2499.9999750042441317},
     };
     for (auto const& c : cases) {
-        // Just above their thresholds the closed formulas have lost about one digit.
-        EXPECT_NEAR(ORNArcSegmentArea(c.bulge), c.area, 16 * epsilon * c.area) << c.bulge;
-        EXPECT_NEAR(ORNArcSegmentCoG(c.bulge), c.centre, 64 * epsilon * c.centre) << c.bulge;
+        // Just above their thresholds the closed formulas have lost more than one digit.
+        EXPECT_NEAR(ORNArcSegmentArea(c.bulge), c.area, 32 * epsilon * c.area) << c.bulge;
+        EXPECT_NEAR(ORNArcSegmentCoG(c.bulge), c.centre, 128 * epsilon * c.centre) << c.bulge;
         EXPECT_EQ(ORNArcSegmentArea(-c.bulge), -ORNArcSegmentArea(c.bulge));
         EXPECT_EQ(ORNArcSegmentCoG(-c.bulge), -ORNArcSegmentCoG(c.bulge));
     }

@@ -3,6 +3,7 @@
 
 #include "orn/Export.h"
 
+#include <concepts>
 #include <iosfwd>
 
 /// A place among ints: IPoint<2>, IPoint<3>.
@@ -42,6 +43,14 @@ public:
     constexpr IVector const& operator*=(int s) noexcept { return *this = *this * s; }
     /// @}
 
+    /// A fraction would be cut off to an int.
+    /// @{
+    template <std::floating_point Fraction>
+    IVector operator*(Fraction) const = delete;
+    template <std::floating_point Fraction>
+    IVector const& operator*=(Fraction) = delete;
+    /// @}
+
 private:
     int x_ = 0;
     int y_ = 0;
@@ -76,6 +85,14 @@ public:
     constexpr IVector const& operator+=(IVector const& b) noexcept { return *this = *this + b; }
     constexpr IVector const& operator-=(IVector const& b) noexcept { return *this = *this - b; }
     constexpr IVector const& operator*=(int s) noexcept { return *this = *this * s; }
+    /// @}
+
+    /// A fraction would be cut off to an int.
+    /// @{
+    template <std::floating_point Fraction>
+    IVector operator*(Fraction) const = delete;
+    template <std::floating_point Fraction>
+    IVector const& operator*=(Fraction) = delete;
     /// @}
 
 private:

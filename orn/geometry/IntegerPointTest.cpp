@@ -13,6 +13,12 @@ TYPED_TEST(IntegerPointOf, DoesItsArithmeticByComponents) {
     using V = IVector<n>;
     using P = IPoint<n>;
     static_assert(std::is_same_v<decltype(std::declval<V&>() += V{}), V const&>);
+    static_assert(requires(V v) { v * 2, v * 2L, v *= 2; });
+    constexpr auto scales = [](auto v, auto s) {
+        return requires { v* s; }
+        || requires { v *= s; };
+    };
+    static_assert(!scales(V{}, 0.5) && !scales(V{}, 0.5F));
 
     int const ca[] = {7, -3, 2147483647}, cb[] = {-4, 11, -2147483647};
     V const a{ca}, b{cb};

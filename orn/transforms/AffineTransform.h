@@ -15,15 +15,15 @@ public:
     ~AffineTransform() override;
 
     /// N = 3: the part in the x-y plane, a NonUniformTransform<2>. N = 2: throws the char * "Not Implemented".
-    Transform<N - 1>* pSlice() const override;
+    [[nodiscard]] Transform<N - 1>* pSlice() const override;
 
     // Before composeWith: in Microsoft's ABI the first declaration of a name, an override too, places all its overloads.
     virtual void packToPod(double (&rows)[N + 1][N]) const;  ///< the rows of the matrix, then the translation
 
     /// With an affine transform the most specific affine kind, with a perspective a perspective, else a compound.
-    Transform<N>* composeWith(Transform<N> const& other) const override = 0;
+    [[nodiscard]] Transform<N>* composeWith(Transform<N> const& other) const override = 0;
     /// This, then the other; to own and delete.
-    virtual AffineTransform* composeWith(AffineTransform const& other) const = 0;
+    [[nodiscard]] virtual AffineTransform* composeWith(AffineTransform const& other) const = 0;
     virtual Vector<N> translation() const;      ///< the image of the origin
     virtual Matrix<N + 1> homogeneous() const;  ///< (p, 1) times it is (p·M + t, 1)
     virtual bool mirroring() const;             ///< the determinant is negative

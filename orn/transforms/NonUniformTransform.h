@@ -32,10 +32,10 @@ public:
     NonUniformTransform& operator*=(AffineTransform<N> const& other);  ///< this, then the other
     NonUniformTransform& operator/=(AffineTransform<N> const& other);  ///< this, then the inverse of the other
 
-    Transform<N>* clone() const override;
-    Transform<N>* pInverse() const override;
-    Transform<N>* composeWith(Transform<N> const& other) const override;
-    AffineTransform<N>* composeWith(AffineTransform<N> const& other) const override;
+    [[nodiscard]] Transform<N>* clone() const override;
+    [[nodiscard]] Transform<N>* pInverse() const override;
+    [[nodiscard]] Transform<N>* composeWith(Transform<N> const& other) const override;
+    [[nodiscard]] AffineTransform<N>* composeWith(AffineTransform<N> const& other) const override;
 
 private:
     explicit NonUniformTransform(double const (*rows)[N]);

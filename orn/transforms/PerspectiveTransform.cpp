@@ -2,6 +2,7 @@
 
 #include "orn/transforms/ProjectionImp.h"
 
+#include <cmath>
 #include <limits>
 #include <memory>
 #include <ostream>
@@ -26,6 +27,24 @@ Point<N> onAxis(int axis, double coordinate) {
     return Point<N>{coordinates};
 }
 
+/// Grows by an image X/w. On the plane of the eye, where w is 0, coordinates are infinite; 0/0 is nowhere and adds
+/// nothing. Nothing is divided by zero: a program may have such exceptions switched on.
+template <int N>
+void grow(Extent<N>& box, Vector<N + 1> const& image) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    double const w = image[N];
+    double bounds[2][N];
+    box.packToPod(bounds);
+    for (int i = 0; i < N; ++i) {
+        if (w == 0 && !(std::fabs(image[i]) > 0)) continue;
+        double const far = std::signbit(image[i]) == std::signbit(w) ? infinity : -infinity;
+        double const c = w == 0 ? far : image[i] / w;
+        if (bounds[0][i] > c) bounds[0][i] = c;
+        if (c > bounds[1][i]) bounds[1][i] = c;
+    }
+    box = Extent<N>{bounds};
+}
+
 /// The box of the corners in front of the eye, open towards the side on which those behind it come in again.
 template <int N>
 Extent<N> boxInFront(Extent<N> const& e, Matrix<N + 1> const& matrix) {
@@ -35,7 +54,7 @@ Extent<N> boxInFront(Extent<N> const& e, Matrix<N + 1> const& matrix) {
     Extent<N> back;
     for (unsigned int k = 0; k < 1U << N; ++k) {
         Vector<N + 1> const image = homogeneousImage(e.corner(k), matrix);
-        (image[N] < 0.0 ? front : back) += projected(image);
+        grow(image[N] < 0.0 ? front : back, image);
     }
     if (front.degenerate()) return Extent<N>::nothing();
     if (back.degenerate()) return front;

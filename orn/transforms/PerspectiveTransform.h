@@ -45,14 +45,14 @@ public:
     PerspectiveTransform& operator/=(AffineTransform<N> const& other);
     /// @}
 
-    PerspectiveTransform* clone() const override;
-    Transform<N>* pInverse() const override;
+    [[nodiscard]] PerspectiveTransform* clone() const override;
+    [[nodiscard]] Transform<N>* pInverse() const override;
 
     /// N = 3: the perspective without the row and the column of z. N = 2: an empty PerspectiveTransform<1>.
-    Transform<N - 1>* pSlice() const override;
+    [[nodiscard]] Transform<N - 1>* pSlice() const override;
 
     /// With an affine transform a perspective, else (also with a perspective) a compound.
-    Transform<N>* composeWith(Transform<N> const& other) const override;
+    [[nodiscard]] Transform<N>* composeWith(Transform<N> const& other) const override;
 
     virtual Matrix<N + 1> homogeneous() const;  ///< H
 

@@ -11,7 +11,9 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <stdexcept>
+#include <string>
 #include <typeinfo>
 
 #if defined(__GNUC__) && defined(__x86_64__)
@@ -188,21 +190,22 @@ void run(Transform<N> const& t, Points<N> in, Images<N> out) {
 }
 
 template <typename Way, int N>
-void runChecked(Transform<N> const& t, Points<N> in, Images<N> out, char const* text) {
-    if (in.size() != out.size()) throw std::logic_error{text};
+void runChecked(Transform<N> const& t, Points<N> in, Images<N> out, std::string const& text) {
+    if (in.size() != out.size()) throw std::logic_error{text + ": the two ranges differ in length"};
+    std::less<Point<N> const*> const before;
+    Point<N> const *const from = in.data(), *const to = out.data();
+    if (from != to && before(from, to + out.size()) && before(to, from + in.size()))
+        throw std::logic_error{text + ": the two ranges overlap"};
     run<Way, N>(t, in, out);
 }
 
-constexpr char const* mapText = "mapPoints: the two ranges differ in length";
-constexpr char const* unmapText = "unmapPoints: the two ranges differ in length";
-
 }
 
-void mapPoints(Transform<2> const& t, Points<2> in, Images<2> out) { runChecked<Mapping, 2>(t, in, out, mapText); }
-void mapPoints(Transform<3> const& t, Points<3> in, Images<3> out) { runChecked<Mapping, 3>(t, in, out, mapText); }
+void mapPoints(Transform<2> const& t, Points<2> in, Images<2> out) { runChecked<Mapping, 2>(t, in, out, "mapPoints"); }
+void mapPoints(Transform<3> const& t, Points<3> in, Images<3> out) { runChecked<Mapping, 3>(t, in, out, "mapPoints"); }
 void unmapPoints(Transform<2> const& t, Points<2> in, Images<2> out) {
-    runChecked<Unmapping, 2>(t, in, out, unmapText);
+    runChecked<Unmapping, 2>(t, in, out, "unmapPoints");
 }
 void unmapPoints(Transform<3> const& t, Points<3> in, Images<3> out) {
-    runChecked<Unmapping, 3>(t, in, out, unmapText);
+    runChecked<Unmapping, 3>(t, in, out, "unmapPoints");
 }

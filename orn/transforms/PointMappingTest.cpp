@@ -61,16 +61,20 @@ TYPED_TEST(MappingOfDimension, MapsAsOneByOne) {
         }
 }
 
-TYPED_TEST(MappingOfDimension, RefusesUnequalLengthsAndWritesNothing) {
+TYPED_TEST(MappingOfDimension, RefusesUnequalLengthsAndOverlapsAndWritesNothing) {
     constexpr int N = TypeParam::value;
-    std::vector<Point<N>> const in(3);
-    for (std::size_t const count : {0U, 2U, 4U}) {
-        std::vector<Point<N>> out(count);
-        auto const t = UniformTransform<N>::translation(Random<N>{62}.vector());
-        EXPECT_THROW(mapPoints(t, in, out), std::logic_error);
-        EXPECT_THROW(unmapPoints(t, in, out), std::logic_error);
-        for (Point<N> const& p : out) EXPECT_EQ(p, Point<N>{});
-    }
+    std::vector<Point<N>> all(9);
+    std::span<Point<N>> const in{all.data() + 3, 3};
+    auto const t = UniformTransform<N>::translation(Random<N>{62}.vector());
+    auto const refused = [&](std::size_t at, std::size_t count) {
+        EXPECT_THROW(mapPoints(t, in, std::span{all.data() + at, count}), std::logic_error) << at << ' ' << count;
+        EXPECT_THROW(unmapPoints(t, in, std::span{all.data() + at, count}), std::logic_error) << at << ' ' << count;
+        for (Point<N> const& p : all) EXPECT_EQ(p, Point<N>{});
+    };
+    for (std::size_t const count : {0U, 2U, 4U}) refused(3, count);
+    for (std::size_t const at : {1U, 2U, 4U, 5U}) refused(at, 3);
+    for (std::size_t const at : {0U, 6U}) mapPoints(t, in, std::span{all.data() + at, 3});
+    EXPECT_TRUE(all[2] == Point<N>{} * t && all[3] == Point<N>{} && all[8] == all[0]);
 }
 
 /// Scales as its base, then does something of its own: its data do not tell where points go.

@@ -48,14 +48,15 @@ class ORN_API_TEMPLATE Transform {
 public:
     virtual ~Transform();
 
-    virtual Transform* clone() const = 0;     ///< a copy, to own and delete
-    virtual Transform* pInverse() const = 0;  ///< the way back, to own and delete; not finite where there is none
+    [[nodiscard]] virtual Transform* clone() const = 0;  ///< a copy, to own and delete
+    [[nodiscard]] virtual Transform* pInverse()
+        const = 0;  ///< the way back, to own and delete; not finite where there is none
 
     /// The transform one dimension lower: embeds at a last coordinate of 0, maps, and drops the last coordinate.
-    virtual Transform<N - 1>* pSlice() const;
+    [[nodiscard]] virtual Transform<N - 1>* pSlice() const;
 
     /// This transform, then the other.
-    virtual Transform* composeWith(Transform const& other) const;
+    [[nodiscard]] virtual Transform* composeWith(Transform const& other) const;
 
     /// Forwards. An extent becomes the box of its mapped corners (a perspective looks at the eye too).
     /// @{

@@ -44,10 +44,10 @@ public:
     UniformTransform& operator*=(UniformTransform const& other);  ///< this, then the other
     UniformTransform& operator/=(UniformTransform const& other);  ///< this, then the inverse of the other
 
-    Transform<N>* clone() const override;
-    Transform<N>* pInverse() const override;
-    Transform<N>* composeWith(Transform<N> const& other) const override;
-    AffineTransform<N>* composeWith(AffineTransform<N> const& other) const override;
+    [[nodiscard]] Transform<N>* clone() const override;
+    [[nodiscard]] Transform<N>* pInverse() const override;
+    [[nodiscard]] Transform<N>* composeWith(Transform<N> const& other) const override;
+    [[nodiscard]] AffineTransform<N>* composeWith(AffineTransform<N> const& other) const override;
 
 private:
     explicit UniformTransform(double const (*rows)[N]);
