@@ -122,6 +122,12 @@ void fuzz::run(Input input) {
     same("bytes read", key.getBinary(L"value", room.data(), static_cast<DWORD>(room.size())), fits ? bytes.size() : 0);
     if (fits) same("the bytes", std::string{room.data(), bytes.size()}, bytes);
 
+    DWORD readType = 0;
+    std::vector<BYTE> read;
+    holds("any value is read", key.getValue(L"value", readType, read));
+    same("its type", readType, type);
+    same("its bytes", std::string(read.begin(), read.end()), bytes);
+
     std::wstring const any = input.text();
     holds("a string is set", written.setString(L"Text", any));
     holds("and read", key.getString(L"text", text));

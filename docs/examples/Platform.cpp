@@ -3,26 +3,25 @@
 #include <iostream>
 #include <unordered_set>
 
-// The roots of the registry are the system's; where there is no such header, orn.h has them.
-#if __has_include(<windows.h>)
-#include <windows.h>
-#endif
-
 int main() {
     // Settings: a key that is made when there is none, and values of any length.
-    RegWriteKey settings{HKEY_CURRENT_USER, L"Software\\orn example\\Window", 0};
+    RegWriteKey settings{RegKey::currentUser(), L"Software\\orn example\\Window"};
     if (!settings.setString(L"Title", L"Plan")) std::wcout << settings.errorMessage() << L'\n';
+    if (!settings.setMultiString(L"Recent", {L"walls", L"doors"})) std::wcout << settings.errorMessage() << L'\n';
 
     // Reading fails quietly: the program has a default for what is not there.
     std::wstring title;
     DWORD width = 800;
     std::wcout << L"title: " << settings.getString(L"title", title) << L' ' << title << L", width: "
                << settings.getDword(L"Width", width) << L' ' << width << L'\n';
-    RegWriteKey{HKEY_CURRENT_USER, L"Software", 0}.deleteSubKey(L"orn example");
+    std::vector<std::wstring> names;
+    settings.getValueNames(names);
+    std::wcout << names.size() << L" values\n";
+    RegWriteKey{RegKey::currentUser(), L"Software"}.deleteSubKey(L"orn example");
 
     // An identifier is sixteen bytes; the text form is read in either case and written in upper case.
     ORN::UUID const known{L"6ba7b810-9dad-11d1-80b4-00c04fd430c8"};
-    std::wcout << known.toString() << L' ' << ORN::UUID{}.isNull() << L' ' << ORN::UUID::valid(L"6ba7b810") << L'\n';
+    std::wcout << known << L' ' << ORN::UUID{}.isNull() << L' ' << ORN::UUID::valid(L"6ba7b810") << L'\n';
 
     std::unordered_set<ORN::UUID> seen{known, ORN::UUID::create(), ORN::UUID::create(), known};
     std::wcout << seen.size() << L" different ones\n";

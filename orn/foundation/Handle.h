@@ -65,7 +65,8 @@ protected:
     static LONG refC(Handlable const* p) noexcept { return p->count_.load(std::memory_order_relaxed); }
 };
 
-/// A pointer that owns one reference to its object, or null. Handles to one object may be used on several threads; a
+/// A pointer that owns one reference to its object, or null, which is written nullptr. A raw pointer becomes a handle only
+/// where that is said, since the object may be deleted with it: `return Handle<T>{p};`. Handles to one object may be used on several threads; a
 /// single handle may not be changed by one thread while another uses it.
 template <typename T>
 class Handle : public HandleBase {
@@ -190,6 +191,19 @@ bool Handle<T>::operator==(Handle const& other) const noexcept {
 template <typename T>
 bool Handle<T>::operator!=(Handle const& other) const noexcept {
     return pointer_ != other.pointer_;
+}
+
+/// A new object, made of the arguments, and its first handle: makeHandle<Layer>(name).
+template <std::derived_from<IHandlable> T, typename... Arguments>
+[[nodiscard]] Handle<T> makeHandle(Arguments&&... arguments) {
+    return Handle<T>{new T(std::forward<Arguments>(arguments)...)};
+}
+
+/// A handle to the same object as one of a class derived from it; null when it is none, or there is no object:
+/// handleCast<Derived>(handle).
+template <typename Derived, typename T>
+[[nodiscard]] Handle<Derived> handleCast(Handle<T> const& handle) noexcept {
+    return Handle<Derived>{dynamic_cast<Derived*>(handle.get())};
 }
 
 }

@@ -101,8 +101,10 @@ TEST(Handle, AssignmentTakesTheNewBeforeItDropsTheOld) {
 
 TEST(Handle, MovesSwapsAndConvertsWithoutLosingCount) {
     std::atomic<int> lives = 0;
-    Handle<Special> special{new Special{lives}};
+    Handle<Special> special = ORN::makeHandle<Special>(lives);
     Handle<Shared> base = special;
+    EXPECT_EQ(ORN::handleCast<Special>(base), special);
+    EXPECT_TRUE(ORN::handleCast<Resurrecting>(base).null() && ORN::handleCast<Special>(Handle<Shared>{}).null());
     EXPECT_TRUE(base.get() == special.get() && Count::of(base) == 2);
     Handle<Handlable> lowest = std::move(special);
     EXPECT_TRUE(special.null() && Count::of(base) == 2);

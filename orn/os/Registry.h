@@ -17,11 +17,15 @@
 
 #include "orn/os/Types.h"
 
+#include <string>
+#include <vector>
+
 namespace ORN::os {
 
 inline constexpr DWORD statusNotFound = 2, statusNoMemory = 8, statusInvalidParameter = 87, statusMoreData = 234;
 inline constexpr DWORD registryRead = 0x20019, registryReadWrite = 0x2001F;
-inline constexpr DWORD typeString = 1, typeExpandString = 2, typeBinary = 3, typeDword = 4, typeMultiString = 7;
+inline constexpr DWORD typeString = 1, typeExpandString = 2, typeBinary = 3, typeDword = 4, typeMultiString = 7,
+                       typeQword = 11;
 
 /// The roots' numbers; a root is the handle that has its number, extended by its sign.
 inline constexpr LONG rootClasses = -0x7FFFFFFF - 1, rootUser = rootClasses + 1, rootMachine = rootClasses + 2;
@@ -35,5 +39,12 @@ DWORD queryValue(HKEY key, wchar_t const* name, DWORD& type, void* data, DWORD& 
 DWORD setValue(HKEY key, wchar_t const* name, DWORD type, void const* data, DWORD size) noexcept;
 DWORD deleteValue(HKEY key, wchar_t const* name) noexcept;
 DWORD deleteTree(HKEY key, wchar_t const* subKey) noexcept;  ///< the sub-key and everything below it
+
+/// Appends the names of what lies directly below a key, in no order of meaning. After a failure some may be there. What
+/// others make or delete meanwhile may be among them or not.
+/// @{
+DWORD listSubKeys(HKEY key, std::vector<std::wstring>& names) noexcept;
+DWORD listValues(HKEY key, std::vector<std::wstring>& names) noexcept;  ///< that of the default value is empty
+/// @}
 
 }

@@ -9,6 +9,7 @@
 #include <cwchar>
 #include <memory>
 #include <new>
+#include <utility>
 
 namespace os = ORN::os;
 
@@ -26,6 +27,15 @@ struct Data {
     char16_t const* begin() const noexcept { return longBuffer ? longBuffer.get() : shortBuffer; }
     char16_t const* end() const noexcept { return begin() + bytes / 2; }
 
+    /// Whether it is a text, of either type, which it gives without one terminator at its end.
+    bool isText(std::wstring& text) const {
+        if (type != os::typeString && type != os::typeExpandString) return false;
+        char16_t const* last = end();
+        if (last != begin() && last[-1] == u'\0') --last;
+        text.assign(begin(), last);
+        return true;
+    }
+
     /// Reads a value with `spare` bytes of room behind it.
     DWORD query(HKEY key, wchar_t const* name, DWORD spare) {
         bytes = sizeof shortBuffer - spare;
@@ -41,6 +51,16 @@ struct Data {
         return os::queryValue(key, name, type, longBuffer.get(), bytes);
     }
 };
+
+/// Calls `read` where memory may run out; a failure leaves nothing in `result`, which may hold the name, too.
+template <typename Result, typename Read>
+bool readInto(Result& result, Read read) {
+    Result fresh;
+    bool const done = read(fresh);
+    result.clear();
+    if (done) result.swap(fresh);
+    return done;
+}
 
 /// Expands a text's references to the environment; leaves it as it is when that fails.
 void expand(std::wstring& text) {
@@ -86,6 +106,22 @@ RegKey::~RegKey() {
     if (valid_) os::closeKey(key_);
 }
 
+RegKey::RegKey(RegKey&& other) noexcept
+    : valid_{std::exchange(other.valid_, false)},
+      lastStatus_{std::exchange(other.lastStatus_, 0)},
+      key_{std::exchange(other.key_, nullptr)},
+      path_{std::exchange(other.path_, {})} {}
+
+RegKey& RegKey::operator=(RegKey&& other) noexcept {
+    if (this == &other) return *this;
+    if (valid_) os::closeKey(key_);
+    valid_ = std::exchange(other.valid_, false);
+    lastStatus_ = std::exchange(other.lastStatus_, 0);
+    key_ = std::exchange(other.key_, nullptr);
+    path_ = std::exchange(other.path_, {});
+    return *this;
+}
+
 void RegKey::open(Mode mode, HKEY parent, std::wstring const& subKey, DWORD access) {
     HKEY opened = nullptr;
     DWORD const rights = access | (mode == Mode::read ? os::registryRead : os::registryReadWrite);
@@ -112,22 +148,14 @@ std::wstring RegKey::errorMessage() {
 }
 
 bool RegKey::getString(std::wstring const& name, std::wstring& value) const {
-    std::wstring text;  // the name may be the value
-    bool const read = mayAsk(name) && readString(name, text);
-    value.clear();
-    if (read) value.swap(text);
-    return read;
+    return readInto(value, [&](std::wstring& text) { return mayAsk(name) && readString(name, text); });
 }
 
 bool RegKey::readString(std::wstring const& name, std::wstring& text) const {
     try {
         Data data;
         if (!keepStatus(data.query(key_, name.c_str(), sizeof(char16_t)))) return false;
-        if (data.type != os::typeString && data.type != os::typeExpandString) return false;
-
-        auto end = data.end();
-        if (end != data.begin() && end[-1] == u'\0') --end;
-        text.assign(data.begin(), end);
+        if (!data.isText(text)) return false;
         if (data.type == os::typeExpandString) expand(text);
         return true;
     } catch (std::bad_alloc const&) {
@@ -136,11 +164,8 @@ bool RegKey::readString(std::wstring const& name, std::wstring& text) const {
 }
 
 bool RegKey::getMultiString(std::wstring const& name, std::vector<std::wstring>& values) const {
-    std::vector<std::wstring> texts;  // the name may be among the values
-    bool const read = mayAsk(name) && readMultiString(name, texts);
-    values.clear();
-    if (read) values.swap(texts);
-    return read;
+    return readInto(values,
+                    [&](std::vector<std::wstring>& texts) { return mayAsk(name) && readMultiString(name, texts); });
 }
 
 bool RegKey::readMultiString(std::wstring const& name, std::vector<std::wstring>& texts) const {
@@ -178,28 +203,123 @@ DWORD RegKey::getBinary(std::wstring const& name, void* data, DWORD size) const 
     return keepStatus(status) && type == os::typeBinary ? read : 0;
 }
 
+bool RegKey::getUnexpandedString(std::wstring const& name, std::wstring& value) const {
+    return readInto(value, [&](std::wstring& text) {
+        if (!mayAsk(name)) return false;
+        try {
+            Data data;
+            return keepStatus(data.query(key_, name.c_str(), 0)) && data.isText(text);
+        } catch (std::bad_alloc const&) {
+            return keepStatus(os::statusNoMemory);
+        }
+    });
+}
+
+bool RegKey::getQword(std::wstring const& name, std::uint64_t& value) const {
+    if (!mayAsk(name)) return false;
+    std::uint64_t read = 0;
+    DWORD type = 0, size = sizeof read;
+    if (!keepStatus(os::queryValue(key_, name.c_str(), type, &read, size)) || type != os::typeQword) return false;
+    value = read;
+    return true;
+}
+
+bool RegKey::getBinary(std::wstring const& name, std::vector<BYTE>& bytes) const {
+    DWORD type = 0;
+    bool const read = getValue(name, type, bytes) && type == os::typeBinary;
+    if (!read) bytes.clear();
+    return read;
+}
+
+bool RegKey::getValue(std::wstring const& name, DWORD& type, std::vector<BYTE>& bytes) const {
+    return readInto(bytes, [&](std::vector<BYTE>& read) {
+        if (!mayAsk(name)) return false;
+        try {
+            Data data;
+            if (!keepStatus(data.query(key_, name.c_str(), 0))) return false;
+            auto const* const first = reinterpret_cast<BYTE const*>(data.begin());
+            read.assign(first, first + data.bytes);
+            type = data.type;
+            return true;
+        } catch (std::bad_alloc const&) {
+            return keepStatus(os::statusNoMemory);
+        }
+    });
+}
+
+bool RegKey::getSubKeys(std::vector<std::wstring>& names) const {
+    return readInto(names, [&](auto& found) { return valid_ && keepStatus(os::listSubKeys(key_, found)); });
+}
+
+bool RegKey::getValueNames(std::vector<std::wstring>& names) const {
+    return readInto(names, [&](auto& found) { return valid_ && keepStatus(os::listValues(key_, found)); });
+}
+
 RegReadKey::RegReadKey(HKEY root, std::wstring const& subKey, DWORD access)
     : RegKey{Mode::read, root, subKey, access} {}
 RegReadKey::RegReadKey(RegKey const& parent, std::wstring const& subKey, DWORD access)
     : RegKey{Mode::read, parent, subKey, access} {}
+RegReadKey::RegReadKey(RegReadKey&&) noexcept = default;
+RegReadKey& RegReadKey::operator=(RegReadKey&&) noexcept = default;
 RegReadKey::~RegReadKey() = default;
 
 RegWriteKey::RegWriteKey(HKEY root, std::wstring const& subKey, DWORD access)
     : RegKey{Mode::write, root, subKey, access} {}
 RegWriteKey::RegWriteKey(RegWriteKey const& parent, std::wstring const& subKey, DWORD access)
     : RegKey{Mode::write, parent, subKey, access} {}
+RegWriteKey::RegWriteKey(RegWriteKey&&) noexcept = default;
+RegWriteKey& RegWriteKey::operator=(RegWriteKey&&) noexcept = default;
 RegWriteKey::~RegWriteKey() = default;
 
-bool RegWriteKey::setString(std::wstring const& name, std::wstring const& value) const {
+bool RegWriteKey::setValue(std::wstring const& name, DWORD type, void const* data, std::size_t size) const {
     if (!mayAsk(name)) return false;
-    if (value.size() >= 0xFFFFFFFF / 2) return keepStatus(os::statusInvalidParameter);
+    if (size > 0xFFFFFFFF) return keepStatus(os::statusInvalidParameter);
+    return keepStatus(os::setValue(key(), name.c_str(), type, data, static_cast<DWORD>(size)));
+}
+
+bool RegWriteKey::setText(std::wstring const& name, DWORD type, std::wstring const& text) const {
+    if (!mayAsk(name)) return false;
     try {
-        std::u16string const units(value.begin(), value.end());
-        auto const bytes = static_cast<DWORD>(2 * units.size() + 2);
-        return keepStatus(os::setValue(key(), name.c_str(), os::typeString, units.c_str(), bytes));
+        std::u16string const units(text.begin(), text.end());
+        return setValue(name, type, units.c_str(), 2 * (units.size() + 1));
     } catch (std::bad_alloc const&) {
         return keepStatus(os::statusNoMemory);
     }
+}
+
+bool RegWriteKey::setString(std::wstring const& name, std::wstring const& value) const {
+    return setText(name, os::typeString, value);
+}
+
+bool RegWriteKey::setExpandString(std::wstring const& name, std::wstring const& value) const {
+    return setText(name, os::typeExpandString, value);
+}
+
+bool RegWriteKey::setMultiString(std::wstring const& name, std::vector<std::wstring> const& values) const {
+    if (!mayAsk(name)) return false;
+    try {
+        std::wstring all;
+        for (std::wstring const& value : values) {
+            if (value.empty() || !isWhole(value)) return keepStatus(os::statusInvalidParameter);
+            all += value;
+            all += L'\0';
+        }
+        return setText(name, os::typeMultiString, all);
+    } catch (std::bad_alloc const&) {
+        return keepStatus(os::statusNoMemory);
+    }
+}
+
+bool RegWriteKey::setDword(std::wstring const& name, DWORD value) const {
+    return setValue(name, os::typeDword, &value, sizeof value);
+}
+
+bool RegWriteKey::setQword(std::wstring const& name, std::uint64_t value) const {
+    return setValue(name, os::typeQword, &value, sizeof value);
+}
+
+bool RegWriteKey::setBinary(std::wstring const& name, void const* data, std::size_t size) const {
+    return setValue(name, os::typeBinary, data, size);
 }
 
 bool RegWriteKey::deleteValue(std::wstring const& name) const {

@@ -11,6 +11,8 @@
 #include "orn/Export.h"
 #include "orn/os/Types.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -20,6 +22,15 @@
 /// time; several keys need no care.
 class ORN_API RegKey {
 public:
+    /// The roots that keys are opened below, as the system numbers them: programs' classes, the user's settings, those of
+    /// the machine, those of all users. Elsewhere than on Windows all of them are the user's own.
+    /// @{
+    static HKEY classesRoot() noexcept { return root(0x80000000); }
+    static HKEY currentUser() noexcept { return root(0x80000001); }
+    static HKEY localMachine() noexcept { return root(0x80000002); }
+    static HKEY users() noexcept { return root(0x80000003); }
+    /// @}
+
     virtual ~RegKey();
     RegKey(RegKey const&) = delete;
     RegKey& operator=(RegKey const&) = delete;
@@ -46,6 +57,25 @@ public:
     /// `data` holds after a failure is not said.
     DWORD getBinary(std::wstring const& name, void* data, DWORD size) const;
 
+    /// More of the kind. A value of another type fails with status 0, and what failed leaves nothing in its last argument,
+    /// but a number as it was. A 64-bit number may have fewer than its eight bytes, and then ends with zeros.
+    /// @{
+    bool getUnexpandedString(std::wstring const& name, std::wstring& value) const;  ///< a string as it was written
+    bool getQword(std::wstring const& name, std::uint64_t& value) const;            ///< a 64-bit number
+    bool getBinary(std::wstring const& name, std::vector<BYTE>& bytes) const;       ///< a binary value of any length
+    /// @}
+
+    /// The bytes of a value of any type, and the type as the system numbers it: 1 for a string, 2 for an expandable one, 3
+    /// binary, 4 and 11 for numbers of 32 and 64 bits, 7 for a list of strings. Texts are in UTF-16, little-endian.
+    bool getValue(std::wstring const& name, DWORD& type, std::vector<BYTE>& bytes) const;
+
+    /// The names of the keys and of the values that are directly in this one, in no order of meaning; empty when it fails.
+    /// What others make or delete meanwhile may be among them or not.
+    /// @{
+    bool getSubKeys(std::vector<std::wstring>& names) const;
+    bool getValueNames(std::vector<std::wstring>& names) const;  ///< the default value's is empty
+    /// @}
+
 protected:
     /// What a key is opened for.
     enum class Mode {
@@ -60,10 +90,20 @@ protected:
     RegKey(Mode mode, RegKey const& parent, std::wstring const& subKey, DWORD access);
     /// @}
 
+    /// Takes the other's key over and leaves it as one that is not valid, with status 0 and no path. A key that this had is
+    /// closed first.
+    /// @{
+    RegKey(RegKey&& other) noexcept;
+    RegKey& operator=(RegKey&& other) noexcept;
+    /// @}
+
     bool keepStatus(DWORD status) const noexcept;          ///< whether it is that of success
     bool mayAsk(std::wstring const& name) const noexcept;  ///< whether there is a key, and the name can be one
 
 private:
+    static HKEY root(std::uint32_t number) noexcept {
+        return reinterpret_cast<HKEY>(static_cast<std::intptr_t>(static_cast<std::int32_t>(number)));
+    }
     void open(Mode mode, HKEY parent, std::wstring const& subKey, DWORD access);
     bool readString(std::wstring const& name, std::wstring& text) const;
     bool readMultiString(std::wstring const& name, std::vector<std::wstring>& texts) const;
@@ -80,8 +120,15 @@ public:
     /// Opens the sub-key, by names divided by backslashes, of a root or of another key. `access` are extra rights, 0 for
     /// none.
     /// @{
-    RegReadKey(HKEY root, std::wstring const& subKey, DWORD access);
-    RegReadKey(RegKey const& parent, std::wstring const& subKey, DWORD access);
+    RegReadKey(HKEY root, std::wstring const& subKey, DWORD access = 0);
+    RegReadKey(RegKey const& parent, std::wstring const& subKey, DWORD access = 0);
+    /// @}
+
+    /// Takes the other's key over and leaves it as one that is not valid, with status 0 and no path. A key that this had is
+    /// closed first.
+    /// @{
+    RegReadKey(RegReadKey&& other) noexcept;
+    RegReadKey& operator=(RegReadKey&& other) noexcept;
     /// @}
     ~RegReadKey() override;
 };
@@ -91,15 +138,36 @@ class ORN_API RegWriteKey : public RegKey {
 public:
     /// Opens or makes the sub-key, and all that is missing on the way to it.
     /// @{
-    RegWriteKey(HKEY root, std::wstring const& subKey, DWORD access);
-    RegWriteKey(RegWriteKey const& parent, std::wstring const& subKey, DWORD access);
+    RegWriteKey(HKEY root, std::wstring const& subKey, DWORD access = 0);
+    RegWriteKey(RegWriteKey const& parent, std::wstring const& subKey, DWORD access = 0);
+    /// @}
+
+    /// As those of RegReadKey.
+    /// @{
+    RegWriteKey(RegWriteKey&& other) noexcept;
+    RegWriteKey& operator=(RegWriteKey&& other) noexcept;
     /// @}
     ~RegWriteKey() override;
 
     bool setString(std::wstring const& name, std::wstring const& value) const;  ///< writes one that is not expandable
-    bool deleteValue(std::wstring const& name) const;                           ///< also true when there was none
+
+    /// More of the kind. A list with an empty string, or one with a zero inside, could not be read again and is refused with
+    /// status 87, and so is what has more than 0xFFFFFFFF bytes. Nothing is written then.
+    /// @{
+    bool setExpandString(std::wstring const& name, std::wstring const& value) const;  ///< with %NAME%, for getString
+    bool setMultiString(std::wstring const& name, std::vector<std::wstring> const& values) const;
+    bool setDword(std::wstring const& name, DWORD value) const;
+    bool setQword(std::wstring const& name, std::uint64_t value) const;
+    bool setBinary(std::wstring const& name, void const* data, std::size_t size) const;
+    bool setValue(std::wstring const& name, DWORD type, void const* data, std::size_t size) const;  ///< see getValue
+    /// @}
+
+    bool deleteValue(std::wstring const& name) const;  ///< also true when there was none
 
     /// With everything below it; also true when there was none. A name of no characters, or of backslashes alone, would be
     /// this key itself and is refused with status 87.
     bool deleteSubKey(std::wstring const& name) const;
+
+private:
+    bool setText(std::wstring const& name, DWORD type, std::wstring const& text) const;
 };

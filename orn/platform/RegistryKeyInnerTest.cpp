@@ -143,6 +143,7 @@ TEST_F(RegistryKeyInner, EveryCallKeepsItsStatusAndARefusalIsAFailure) {
     std::wstring const path = key_.errorMessage();
     std::wstring text;
     Strings texts;
+    std::vector<BYTE> bytes;
     DWORD number = 0;
     struct {
         char const* call;
@@ -152,7 +153,11 @@ TEST_F(RegistryKeyInner, EveryCallKeepsItsStatusAndARefusalIsAFailure) {
         {"RegQueryValueExW", [&] { return key_.getMultiString(L"v", texts); }},
         {"RegQueryValueExW", [&] { return key_.getDword(L"v", number); }},
         {"RegQueryValueExW", [&] { return key_.getBinary(L"v", &number, 4) != 0; }},
+        {"RegQueryValueExW", [&] { return key_.getBinary(L"v", bytes); }},
+        {"RegEnumKeyExW", [&] { return key_.getSubKeys(texts); }},
+        {"RegEnumValueW", [&] { return key_.getValueNames(texts); }},
         {"RegSetValueExW", [&] { return key_.setString(L"v", L"w"); }},
+        {"RegSetValueExW", [&] { return key_.setMultiString(L"v", {L"w"}); }},
         {"RegDeleteValueW", [&] { return key_.deleteValue(L"v"); }},
         {"SHDeleteKeyW", [&] { return key_.deleteSubKey(L"none"); }},
     };
@@ -188,6 +193,10 @@ TEST_F(RegistryKeyInner, WithoutMemoryCallsFailAndNoKeyStaysOpen) {
         {L"getString", [&] { return key_.getString(L"s", text); }},
         {L"getMultiString", [&] { return key_.getMultiString(L"m", texts); }},
         {L"setString", [&] { return key_.setString(L"another value", L"a text of some length"); }},
+        {L"setMultiString", [&] { return key_.setMultiString(L"m", {L"a text of some length"}); }},
+        {L"getUnexpandedString", [&] { return key_.getUnexpandedString(L"s", text); }},
+        {L"getValueNames", [&] { return key_.getValueNames(texts) && texts.size() == 3; }},
+        {L"getSubKeys", [&] { return key_.getSubKeys(texts); }},
         {L"open",
          [&] {
              return RegReadKey{registry_.root(), registry_.path(), 0}.valid();

@@ -6,6 +6,7 @@
 #include "ornmsg/ornmsg.h"
 
 #include <bit>
+#include <ostream>
 
 namespace ORN {
 
@@ -72,5 +73,7 @@ int UUID::compare(UUID const& a, UUID const& b) {
 
 bool operator==(UUID const& a, UUID const& b) { return UUID::compare(a, b) == 0; }
 bool operator!=(UUID const& a, UUID const& b) { return UUID::compare(a, b) != 0; }
+
+std::wostream& operator<<(std::wostream& stream, UUID const& uuid) { return stream << uuid.toString(); }
 
 }

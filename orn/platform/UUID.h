@@ -3,9 +3,11 @@
 
 #include "orn/Export.h"
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <iosfwd>
 #include <string>
 #include <type_traits>
 
@@ -31,16 +33,19 @@ public:
     explicit UUID(std::wstring const& text);
 
     /// A new one, unlike any other anywhere. Also throws when the system warrants that for this computer only.
-    static UUID create();
+    [[nodiscard]] static UUID create();
 
-    static bool valid(std::wstring const& text) noexcept;  ///< whether the text can be read
+    [[nodiscard]] static bool valid(std::wstring const& text) noexcept;  ///< whether the text can be read
 
     PODTYPE toPod() const noexcept { return value_; }  ///< the sixteen bytes
     std::wstring toString() const;                     ///< the 36 characters, digits in upper case
-    bool isNull() const;                               ///< whether it is the nil identifier
+    [[nodiscard]] bool isNull() const;                 ///< whether it is the nil identifier
 
     friend ORN_API bool operator==(UUID const& a, UUID const& b);  ///< all sixteen bytes
     friend ORN_API bool operator!=(UUID const& a, UUID const& b);  ///< all sixteen bytes
+
+    /// The first field, the second, the third, then the eight bytes in turn, all as unsigned numbers.
+    friend std::strong_ordering operator<=>(UUID const& a, UUID const& b) { return compare(a, b) <=> 0; }
 
 private:
     friend struct std::less<UUID>;
@@ -53,9 +58,11 @@ private:
 ORN_API bool operator==(UUID const& a, UUID const& b);  ///< all sixteen bytes
 ORN_API bool operator!=(UUID const& a, UUID const& b);  ///< all sixteen bytes
 
+ORN_API std::wostream& operator<<(std::wostream& stream, UUID const& uuid);  ///< the text of toString
+
 }
 
-/// The first field, the second, the third, then the eight bytes in turn, all as unsigned numbers.
+/// The order of <=>.
 template <>
 struct std::less<ORN::UUID> {
     /// True when a comes first.

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <sstream>
 #include <unordered_set>
 
 using ORN::UUID;
@@ -25,6 +26,9 @@ TEST(UUID, TextGoesIntoFieldsAndComesBackInUpperCase) {
     EXPECT_TRUE(nil.isNull() && nil == UUID{nil.toString()});
     EXPECT_EQ(nil.toString(), L"00000000-0000-0000-0000-000000000000");
     EXPECT_FALSE(UUID{L"00000000-0000-0000-0000-000000000001"}.isNull());
+    std::wostringstream stream;
+    stream << UUID{lower};
+    EXPECT_EQ(stream.str(), upper);
     UUID assigned;
     assigned = UUID{pod};
     EXPECT_EQ(assigned, UUID{upper});
@@ -84,6 +88,7 @@ TEST(UUID, IsOrderedFieldByField) {
     for (auto const& a : ascending) {
         for (auto const& b : ascending) {
             EXPECT_EQ(less(UUID{a}, UUID{b}), &a < &b);
+            EXPECT_EQ(UUID{a} <=> UUID{b}, &a <=> &b);
             EXPECT_TRUE((UUID{a} == UUID{b}) == (&a == &b) && (UUID{a} != UUID{b}) == (&a != &b));
         }
     }

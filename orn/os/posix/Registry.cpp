@@ -228,6 +228,17 @@ DWORD onKey(HKEY handle, DWORD right, bool forWriting, Body body) noexcept {
     });
 }
 
+DWORD list(HKEY handle, std::vector<std::wstring>& names,
+           DWORD (RegistryStore::*listed)(RegistryStore::Key, RegistryStore::Names&)) noexcept {
+    DWORD const status = onKey(handle, queryRight, false, [&](RegistryStore& store, RegistryStore::Key key) {
+        RegistryStore::Names found;
+        DWORD const told = (store.*listed)(key, found);
+        for (std::u16string const& name : found) names.emplace_back(name.begin(), name.end());
+        return told;
+    });
+    return status != statusNotFound ? status : 0;  // of a root, which is there without a file
+}
+
 DWORD open(HKEY parent, wchar_t const* subKey, DWORD rights, bool create, HKEY& key) {
     RegistryStore::Names names;
     auto opened = std::make_unique<OpenKey>();
@@ -306,6 +317,16 @@ DWORD deleteTree(HKEY handle, wchar_t const* subKey) noexcept {
         if (DWORD const status = split(subKey, names)) return status;
         return store.remove(key, names);
     });
+}
+
+DWORD listSubKeys(HKEY handle, std::vector<std::wstring>& names) noexcept {
+    if (ORN_OS_REFUSED("RegEnumKeyExW")) return RegistryStore::accessDenied;
+    return list(handle, names, &RegistryStore::listKeys);
+}
+
+DWORD listValues(HKEY handle, std::vector<std::wstring>& names) noexcept {
+    if (ORN_OS_REFUSED("RegEnumValueW")) return RegistryStore::accessDenied;
+    return list(handle, names, &RegistryStore::listValues);
 }
 
 }

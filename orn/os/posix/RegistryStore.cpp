@@ -80,6 +80,17 @@ public:
     }
 
     std::int64_t number(int column) const noexcept { return sqlite3_column_int64(statement_, column); }
+    /// The units of a blob, or of a text.
+    /// @{
+    std::u16string units(int column) const {
+        auto const* const first = static_cast<char16_t const*>(bytes(column));
+        return {first, first + (first != nullptr ? size(column) / 2 : 0)};
+    }
+    std::u16string text(int column) const {
+        auto const* const first = static_cast<char16_t const*>(sqlite3_column_text16(statement_, column));
+        return {first, first + (first != nullptr ? sqlite3_column_bytes16(statement_, column) / 2 : 0)};
+    }
+    /// @}
     void const* bytes(int column) const noexcept { return sqlite3_column_blob(statement_, column); }
     DWORD size(int column) const noexcept { return static_cast<DWORD>(sqlite3_column_bytes(statement_, column)); }
 
@@ -361,6 +372,27 @@ DWORD RegistryStore::removeValue(Key key, std::u16string const& name) {
         if (DWORD const status = statement.bind(key).bind(sought).run()) return status;
         return sqlite3_changes(database_) != 0 ? 0 : statusNotFound;
     });
+}
+
+DWORD RegistryStore::listKeys(Key key, Names& names) {
+    return list(key, "SELECT folded, name FROM keys WHERE parent = ? AND id > 0", names);
+}
+
+DWORD RegistryStore::listValues(Key key, Names& names) {
+    return list(key, "SELECT folded, name FROM data WHERE key = ?", names);
+}
+
+DWORD RegistryStore::list(Key key, char const* sql, Names& names) {
+    if (DWORD const status = exists(key)) return status;
+    Statement statement{database_, sql};
+    statement.bind(key);
+    for (bool row = false;;) {
+        if (DWORD const status = statement.step(row)) return status;
+        if (!row) return 0;
+        // A text cannot hold every sequence of units. Where it does not, the upper case names the same thing.
+        std::u16string upper = statement.units(0), name = statement.text(1);
+        names.push_back(folded(name) == upper ? std::move(name) : std::move(upper));
+    }
 }
 
 }

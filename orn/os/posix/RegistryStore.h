@@ -47,6 +47,12 @@ public:
     DWORD write(Key key, std::u16string const& name, DWORD type, void const* data, DWORD size);
     DWORD removeValue(Key key, std::u16string const& name);
 
+    /// Append the names of what the key has.
+    /// @{
+    DWORD listKeys(Key key, Names& names);
+    DWORD listValues(Key key, Names& names);
+    /// @}
+
 private:
     DWORD open(bool forWriting);
     DWORD recognise(bool& empty);
@@ -56,6 +62,7 @@ private:
 
     template <typename Body>
     DWORD change(Key key, Body body);
+    DWORD list(Key key, char const* sql, Names& names);
     DWORD descend(Names const& names, Key& key, std::size_t& depth);
 
     std::string path_;

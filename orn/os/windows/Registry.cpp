@@ -6,11 +6,30 @@
 
 #include <shlwapi.h>
 
+#include <new>
+
 namespace ORN::os {
 
 namespace {
 
 DWORD status(LSTATUS given) noexcept { return static_cast<DWORD>(given); }
+
+/// Takes one name after the other from tell(index, buffer, size), up to the last.
+template <typename Tell>
+DWORD list(std::vector<std::wstring>& names, Tell tell) noexcept {
+    try {
+        std::wstring name(0x4000, L'\0');  // as long as the names of values can be; those of keys are shorter
+        for (DWORD index = 0;; ++index) {
+            auto size = static_cast<DWORD>(name.size());
+            LSTATUS const told = tell(index, name.data(), size);
+            if (told == ERROR_NO_MORE_ITEMS) return 0;
+            if (told != ERROR_SUCCESS) return status(told);
+            names.emplace_back(name, 0, size);
+        }
+    } catch (std::bad_alloc const&) {
+        return statusNoMemory;
+    }
+}
 
 }
 
@@ -46,6 +65,20 @@ DWORD deleteValue(HKEY key, wchar_t const* name) noexcept {
 DWORD deleteTree(HKEY key, wchar_t const* subKey) noexcept {
     if (ORN_OS_REFUSED("SHDeleteKeyW")) return ERROR_ACCESS_DENIED;
     return status(::SHDeleteKeyW(key, subKey));
+}
+
+DWORD listSubKeys(HKEY key, std::vector<std::wstring>& names) noexcept {
+    if (ORN_OS_REFUSED("RegEnumKeyExW")) return ERROR_ACCESS_DENIED;
+    return list(names, [key](DWORD index, wchar_t* name, DWORD& size) {
+        return ::RegEnumKeyExW(key, index, name, &size, nullptr, nullptr, nullptr, nullptr);
+    });
+}
+
+DWORD listValues(HKEY key, std::vector<std::wstring>& names) noexcept {
+    if (ORN_OS_REFUSED("RegEnumValueW")) return ERROR_ACCESS_DENIED;
+    return list(names, [key](DWORD index, wchar_t* name, DWORD& size) {
+        return ::RegEnumValueW(key, index, name, &size, nullptr, nullptr, nullptr, nullptr);
+    });
 }
 
 }
