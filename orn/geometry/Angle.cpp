@@ -1,5 +1,7 @@
 #include "orn/geometry/Angle.h"
 
+#include "orn/geometry/Elementary.h"
+
 #include <ostream>
 
 namespace {
@@ -10,7 +12,10 @@ double difference(Angle const& a, Angle const& b) noexcept { return (a - b).radi
 
 }
 
-Angle Angle::radians(double r) noexcept { return {std::cos(r), std::sin(r)}; }
+Angle Angle::radians(double r) noexcept {
+    auto const [sine, cosine] = ORN::sineAndCosine(r);
+    return {cosine, sine};
+}
 
 Angle Angle::degrees(double d) noexcept { return radians(d * radiansPerDegree); }
 
@@ -19,7 +24,7 @@ Angle Angle::cosSin(double c, double s) noexcept {
     return {c / h, s / h};
 }
 
-double Angle::radians() const noexcept { return std::atan2(sine_, cosine_); }
+double Angle::radians() const noexcept { return ORN::arcTangent(sine_, cosine_); }
 
 double Angle::degrees() const noexcept { return radians() / radiansPerDegree; }
 

@@ -2,6 +2,7 @@
 
 #include "orn/geometry/ArcFunctions.h"
 #include "orn/geometry/ArcsImp.h"
+#include "orn/geometry/Elementary.h"
 
 #include <cmath>
 #include <ostream>
@@ -55,7 +56,7 @@ bool Arc<2>::measureOff(double distance, Point<2>& point, Vector<2>& tangent) co
         Point<2> const c = centre();
         Vector<2> const arm = start_ - c;
         double const r = bulge_ > 0 ? arm.length() : -arm.length();
-        double const cosine = std::cos(distance / r), sine = std::sin(distance / r);
+        auto const [sine, cosine] = sineAndCosine(distance / r);
         Vector<2> const turned{arm.x() * cosine - arm.y() * sine, arm.y() * cosine + arm.x() * sine};
         point = c + turned;
         tangent = turned.perpendicular() / r;

@@ -1,5 +1,7 @@
 #include "orn/geometry/ArcFunctions.h"
 
+#include "orn/geometry/Elementary.h"
+
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -27,7 +29,7 @@ constexpr std::uint64_t mostClosed = std::bit_cast<std::uint64_t>(25.0);
 double segmentArea(double bulge, double q) noexcept {
     double const s = 2 * bulge / (q + 1);
     double const k = (1 - q) / (2 * bulge);
-    return (2 * std::atan(bulge) / (s * s) - k) * 0.25;
+    return (2 * ORN::arcTangent(bulge) / (s * s) - k) * 0.25;
 }
 
 // The height of an arc's point less that of its chord, where the closed formula would cancel. With q the bulge's square
@@ -41,13 +43,25 @@ double flatHeight(double bulge, double q, double u) noexcept {
     return ((((((s5 * q + s4) * q + s3) * q + s2) * q + s1) * q - 0.5) * u + 0.5) * bulge;
 }
 
+// The bulges of the parts up to the parameter t and from it on, a being the arc tangent of the whole one. The one that is
+// the less is computed, and the other follows from the tangent of a difference without cancelling; the ends and the
+// midpoint get what they should, without rounding.
+void splitBulges(double t, double a, double bulge, double* first, double* second) noexcept {
+    double const least = ORN::tangent((1 - std::fabs(t)) * a * 0.5);
+    double const other = t == 0                ? least
+                         : std::fabs(t) <= 1.0 ? (bulge - least) / (1 + bulge * least)
+                                               : ORN::tangent((1 + std::fabs(t)) * a * 0.5);
+    *first = t < 0 ? least : other;
+    *second = t < 0 ? other : least;
+}
+
 }
 
 double ORNArcLength(double bulge) noexcept {
     double const q = bulge * bulge;
     if (std::bit_cast<std::uint64_t>(q) - leastClosed > mostClosed - leastClosed)
         return lengthBeyondClosedFormula(bulge, q);
-    return std::atan(bulge) * (q + 1) / bulge;
+    return ORN::arcTangent(bulge) * (q + 1) / bulge;
 }
 
 double ORNArcSegmentArea(double bulge) noexcept {
@@ -98,12 +112,11 @@ void ORNArcSplit(double t, double bulge, double* first, double* height, double* 
         *second = (1 - t) * bulge * 0.5;
         return;
     }
-    double const a = std::atan(bulge);
+    double const a = ORN::arcTangent(bulge);
     double const phi = 2 * t * a;
-    double const sine = std::sin(phi), cosine = std::cos(phi);
+    auto const [sine, cosine] = ORN::sineAndCosine(phi);
     double const radius = (1 / bulge + bulge) * 0.25;
-    *first = std::tan((t + 1) * a * 0.5);
-    *second = std::tan((1 - t) * a * 0.5);
+    splitBulges(t, a, bulge, first, second);
     *tangentY = -sine;
     *tangentX = cosine;
     *along = radius * sine;

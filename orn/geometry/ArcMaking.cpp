@@ -1,6 +1,7 @@
 #include "orn/geometry/ArcMaking.h"
 
 #include "orn/geometry/ArcsImp.h"
+#include "orn/geometry/Elementary.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,11 +11,11 @@ namespace ORN {
 
 namespace {
 
-Vector<2> unitOf(Vector<2> const& v) noexcept { return v / std::hypot(v.x(), v.y()); }
+Vector<2> unitOf(Vector<2> const& v) noexcept { return v / hypotenuse(v.x(), v.y()); }
 
 }
 
-double bulgeOf(double sweep) noexcept { return std::tan(sweep / 4); }
+double bulgeOf(double sweep) noexcept { return tangent(sweep / 4); }
 
 Arc<2> arcAbout(Point<2> const& centre, double radius, Angle const& from, Angle const& to) noexcept {
     double const turn = (to - from).radians();
@@ -48,7 +49,7 @@ Extent<2> trueExtent(Arc<2> const& arc) noexcept {
 // A piece of the angle w on a circle of radius r departs from its chord by r (1 − cos(w / 2)), less than r w² / 8.
 int piecesWithin(Arc<2> const& arc, double tolerance) {
     if (!(tolerance > 0)) throw std::logic_error{"flattening an arc: the tolerance is not positive"};
-    double const angle = 4 * std::atan(std::fabs(arc.bulge()));
+    double const angle = 4 * arcTangent(std::fabs(arc.bulge()));
     double const pieces = std::ceil(std::sqrt(arc.length() * angle / (8 * tolerance)));
     return pieces > 1 ? static_cast<int>(std::min(pieces, 65536.0)) : 1;
 }
@@ -58,14 +59,14 @@ int piecesWithin(Arc<2> const& arc, double tolerance) {
 void flatten(Arc<2> const& arc, std::span<Point<2>> points) noexcept {
     if (points.empty()) return;
     Vector<2> const chord = arc.end() - arc.start(), turned = chord.perpendicular();
-    double const whole = 2 * std::atan(arc.bulge()), last = static_cast<double>(points.size() - 1);
+    double const whole = 2 * arcTangent(arc.bulge()), last = static_cast<double>(points.size() - 1);
     bool const straight = std::fabs(arc.bulge()) < 1e-16;  // the sagitta is less than the rounding of the chord
     bool const over = std::fabs(arc.bulge()) > 1;  // then by the other arc of the circle, lest a square overflow
     double const b = over ? 1 / arc.bulge() : arc.bulge();
     double const sineWhole = 2 * b / (b * b + 1), cosineWhole = (over ? -1 : 1) * (1 - b * b) / (b * b + 1);
     for (std::size_t i = 1; i + 1 < points.size(); ++i) {
         double const part = static_cast<double>(i) / last, h = whole * part;
-        double const sine = std::sin(h), cosine = std::cos(h);
+        auto const [sine, cosine] = sineAndCosine(h);
         double const reach = straight ? part : sine / sineWhole;
         points[i] = arc.start() + chord * ((cosine * cosineWhole + sine * sineWhole) * reach) +
                     turned * ((sine * cosineWhole - cosine * sineWhole) * reach);

@@ -1,10 +1,12 @@
 // What arcs of the plane and of space compute alike, from the chord and the chord turned a quarter turn about the axis.
 #pragma once
 
+#include "orn/geometry/Elementary.h"
 #include "orn/geometry/Extent.h"
 #include "orn/geometry/Point.h"
 
 #include <cmath>
+#include <initializer_list>
 
 namespace ORN {
 
@@ -18,11 +20,12 @@ template <int N>
 void measureOffNearlyStraight(Point<N> const& start, Vector<N> const& chord, Vector<N> const& turnedChord, double bulge,
                               double distance, double fraction, Point<N>& point, Vector<N>& tangent) noexcept {
     double const length = chord.length();
-    double const whole = 2 * std::atan(bulge);
+    double const whole = 2 * arcTangent(bulge);
     double const h = whole * fraction;
-    double const reach = distance / length * (h == 0 ? 1 : std::sin(h) / h);
-    point = start + (chord * std::cos(h - whole) + turnedChord * std::sin(h - whole)) * reach;
-    tangent = (chord * std::cos(2 * h - whole) + turnedChord * std::sin(2 * h - whole)) / length;
+    double const reach = distance / length * (h == 0 ? 1 : sineAndCosine(h).sine / h);
+    auto const way = sineAndCosine(h - whole), travel = sineAndCosine(2 * h - whole);
+    point = start + (chord * way.cosine + turnedChord * way.sine) * reach;
+    tangent = (chord * travel.cosine + turnedChord * travel.sine) / length;
 }
 
 /// The smallest box. At the angle psi from the arc's midpoint, with d the chord, e the chord turned clockwise and
@@ -40,7 +43,7 @@ Extent<N> boxOfArc(Point<N> const& start, double bulge, Point<N> const& end, Vec
     ends.packToPod(rows);
     for (int i = 0; i < N; ++i) {
         double const d = chord[i], rise = -turnedChord[i];
-        double const h = std::hypot(d, rise);
+        double const h = hypotenuse(d, rise);
         for (double const side : {1.0, -1.0}) {
             double const e = side * rise;
             if (d == 0 && e <= 0) continue;  // level with the arc's axis, or opposite to its midpoint

@@ -4,7 +4,6 @@
 // two parts is rounded. The tables are written by tools/make-elementary-tables.
 #include "orn/geometry/Elementary.h"
 
-#include "orn/geometry/EitherImp.h"
 #include "orn/geometry/ElementaryTableImp.h"
 
 #include <bit>
@@ -98,6 +97,7 @@ struct Reduced {
 // parts, the first two of which are exact products. Where so much cancels that the third part is too short, and for
 // arguments from 2^20 on, the digits of 2 / π are asked.
 Reduced reduced(double x) noexcept {
+    if (std::fabs(x) < 0x1.92p-1) return {x, 0, 0};
     if (std::fabs(x) < 0x1p20) [[likely]] {
         double const shifted = x * rightAnglesPerRadian + roundsToWhole;
         double const n = shifted - roundsToWhole;
@@ -114,47 +114,55 @@ Reduced reduced(double x) noexcept {
     return reducedGreat(x);
 }
 
-// The sine and the cosine of an angle from −π/4 to π/4, each as a double and its rest.
+// A sine and a cosine side by side: what is done to both is done at once, with the bits of one after the other.
+using Twin [[gnu::vector_size(16)]] = double;
+using TwinBits [[gnu::vector_size(16)]] = std::int64_t;
+
+// Of an angle from −π/4 to π/4, each as a double and its rest.
 struct SinesInTwo {
-    Pair sine, cosine;
+    Twin high, low;
 };
 
 // S. Gal and B. Bachelis, "An accurate elementary mathematical library for the IEEE floating point standard", 1991: with t
 // the nearest row of a table and d = x − t, sin x = sin t + d cos t + small, cos x = cos t − d sin t + small. The first digits
 // of d, sin t and cos t make exact products, so the two leading terms are summed exactly.
 SinesInTwo sinesInTwo(Reduced const& x) noexcept {
-    uint64_t const sign = signOf(x.high);
-    double const high = std::fabs(x.high), low = flipped(x.low, sign);
-    double const shifted = high * 128 + roundsToWhole;
-    SineRow const& row = sines[bitsOf(shifted) & 127];
-    double const from = high - (shifted - roundsToWhole) * 0x1p-7;
-    double const d1 = cut(from), d2 = (from - d1) + low, d = from + low;
-    double const q = d * d;
+    double const shifted = x.high * 128 + roundsToWhole;
+    SineRow const& row = sines[(bitsOf(shifted) + 101) & 255];
+    double const from = x.high - (shifted - roundsToWhole) * 0x1p-7;
+    double const d1 = cut(from), d2 = (from - d1) + x.low, d = from + x.low, q = d * d;
+    Twin const value{row.sine, row.cosine}, rest{row.sineRest, row.cosineRest};
+    Twin const slope{row.cosine, -row.sine}, slopeRest{row.cosineRest, -row.sineRest};
     double const cosineLessOne = q * (-1.0 / 2 + q * (1.0 / 24 + q * (-1.0 / 720)));
     double const sineLessArgument = q * d * (-1.0 / 6 + q * (1.0 / 120 + q * (-1.0 / 5040)));
-    double const sine = row.sine + row.sineRest, cosine = row.cosine + row.cosineRest;
-    Pair const s = sum(row.sine, row.cosine * d1);
-    Pair const c = sum(row.cosine, -row.sine * d1);
-    double const sineRest = s.low + ((row.sineRest + (row.cosine * d2 + row.cosineRest * d)) +
-                                     (sine * cosineLessOne + cosine * sineLessArgument));
-    double const cosineRest = c.low + ((row.cosineRest - (row.sine * d2 + row.sineRest * d)) +
-                                       (cosine * cosineLessOne - sine * sineLessArgument));
-    return {{flipped(s.high, sign), flipped(sineRest, sign)}, {c.high, cosineRest}};
+    Twin const step = slope * d1, high = value + step;
+    Twin const small = (value + rest) * cosineLessOne + (slope + slopeRest) * sineLessArgument;
+    return {high, (step - (high - value)) + ((rest + (slope * d2 + slopeRest * d)) + small)};
 }
 
-// Of a whole number of right angles, how its first binary digit chooses.
-double eitherOf(uint64_t odd, double a, double b) noexcept { return either(odd & 1, a, b); }
+// After so many right angles more, the sine and the cosine have changed places and signs.
+struct Turn {
+    TwinBits changed, signs;
+};
+constexpr std::int64_t every = -1, minus = std::numeric_limits<std::int64_t>::min();
+constexpr Turn turns[4] = {
+    {{0, 0}, {0, 0}}, {{every, every}, {0, minus}}, {{0, 0}, {minus, minus}}, {{every, every}, {minus, 0}}};
+
+Twin changed(Twin const& sines, Turn const& turn) noexcept {
+    TwinBits const same = bit_cast<TwinBits>(sines), other = {same[1], same[0]};
+    return bit_cast<Twin>(same ^ ((same ^ other) & turn.changed));
+}
 
 // Whether the angle is so small that its sine is itself, or not finite.
 bool exceptional(double x) noexcept { return !(std::fabs(x) >= 0x1p-27 && std::fabs(x) < infinity); }
 
-// P. T. P. Tang, "Table-lookup algorithms for elementary functions and their error analysis", 1991: with t a row of the
+// P. T. P. Tang, "Table-lookup algorithms for elementary functions and their error analysis", 1991: with t a number of the
 // table near y / x, the arc tangent of y / x is that of t and that of z = (y − t x) / (x + t y), which is small. The first
-// digits of z are cut so that their product with the divisor is exact, and the remainder gives the others. Here 0 < y ≤ x
-// or nearly, quotient is y / x, and group chooses what the table adds to or takes from: 0, π / 2, π / 2 and π.
-double arcFromTable(double y, double x, uint64_t group) noexcept {
+// digits of z are cut so that their product with the divisor is exact, and the remainder gives the others. Here 0 < y ≤ x,
+// and group chooses what the table adds to or takes from: 0, π / 2, π / 2 and π.
+double directionFromTable(double y, double x, uint64_t group) noexcept {
     double const shifted = y / x * 64 + roundsToWhole;
-    ArcRow const& row = arcs[group * 65 + (bitsOf(shifted) & 127)];
+    DirectionRow const& row = directions[group * 65 + (bitsOf(shifted) & 127)];
     double const t = (shifted - roundsToWhole) * 0x1p-6;
     double const x1 = cut(x), x2 = x - x1;
     double const numerator = (y - t * x1) - t * x2;  // so much cancels that it is exact
@@ -216,9 +224,9 @@ SineCosine sineAndCosine(double radians) noexcept {
     }
     Reduced const r = reduced(radians);
     SinesInTwo const both = sinesInTwo(r);
-    uint64_t const n = r.rightAngles;
-    double const sine = both.sine.high + both.sine.low, cosine = both.cosine.high + both.cosine.low;
-    return {flipped(eitherOf(n, cosine, sine), n >> 1 << 63), flipped(eitherOf(n, sine, cosine), (n + 1) >> 1 << 63)};
+    Turn const& turn = turns[r.rightAngles & 3];
+    TwinBits const result = bit_cast<TwinBits>(changed(both.high + both.low, turn)) ^ turn.signs;
+    return bit_cast<SineCosine>(result);
 }
 
 double tangent(double radians) noexcept {
@@ -226,23 +234,30 @@ double tangent(double radians) noexcept {
         return std::fabs(radians) < 1 ? radians : radians - radians;
     Reduced const r = reduced(radians);
     SinesInTwo const both = sinesInTwo(r);
-    Pair const sine = sum(both.sine.high, both.sine.low), cosine = sum(both.cosine.high, both.cosine.low);
-    uint64_t const n = r.rightAngles;
-    Pair const numerator{eitherOf(n, cosine.high, sine.high), eitherOf(n, cosine.low, sine.low)};
-    Pair const divisor{eitherOf(n, sine.high, cosine.high), eitherOf(n, sine.low, cosine.low)};
-    double const inverse = 1 / divisor.high;
-    double const q = cut(numerator.high * inverse), d1 = cut(divisor.high), d2 = divisor.high - d1;
-    double const remainder = ((numerator.high - q * d1) - q * d2) + (numerator.low - q * divisor.low);
-    return flipped(q + remainder * inverse, n << 63);
+    Turn const& turn = turns[r.rightAngles & 3];
+    Twin const high = both.high + both.low;
+    Twin const first = changed(high, turn), rest = changed(both.low - (high - both.high), turn);
+    double const inverse = 1 / first[1];
+    double const q = cut(first[0] * inverse), d1 = cut(first[1]), d2 = first[1] - d1;
+    double const remainder = ((first[0] - q * d1) - q * d2) + (rest[0] - q * rest[1]);
+    return flipped(q + remainder * inverse, r.rightAngles << 63);
 }
 
+// As for two arguments, but the rows of the table are so near that nothing needs a rest: what is added to a row's angle
+// is less than a sixtieth of it. The last row is so great that z = (x − t) / (1 + t x) is −1 / x.
 double arcTangent(double x) noexcept {
     double const a = std::fabs(x);
     if (!(a >= 0x1p-27 && a < 0x1p60)) [[unlikely]] {
         if (std::isnan(x)) return x + x;
         return a < 1 ? x : std::copysign(rightAngle[0], x);
     }
-    return std::copysign(arcFromTable(lesser(a, 1), greater(a, 1), a > 1), x);
+    constexpr uint64_t step = (uint64_t{1} << 52) / arcsOfBinade, first = (uint64_t{1023} - 5) * arcsOfBinade;
+    auto const near = static_cast<std::int64_t>((bitsOf(a) + step / 2) / step - first);
+    ArcRow const& row = arcs[near < 0 ? 0 : near > std::int64_t{10 * arcsOfBinade} ? 10 * arcsOfBinade : near];
+    double const z = (a - row.tangent) / (1 + a * row.tangent), q = z * z;
+    double const series =
+        z * q * ((-1.0 / 3 + q * (1.0 / 5)) + q * q * ((-1.0 / 7 + q * (1.0 / 9)) + q * q * (-1.0 / 11)));
+    return std::copysign(row.angle + (row.rest + (z + series)), x);
 }
 
 double arcTangent(double y, double x) noexcept {
@@ -254,7 +269,7 @@ double arcTangent(double y, double x) noexcept {
     if (!(within(ofY, 523, 1523) && within(ofX, 523, 1523) && within(ofY - ofX, -60, 60))) [[unlikely]]
         return arcOfExtremes(y, x);
     uint64_t const left = signOf(x) >> 63;
-    return std::copysign(arcFromTable(lesser(a, b), greater(a, b), a > b ? 1 + left : left * 3), y);
+    return std::copysign(directionFromTable(lesser(a, b), greater(a, b), a > b ? 1 + left : left * 3), y);
 }
 
 // A polynomial near the root, one step of Halley's method, then another one from the first 26 digits, whose third power

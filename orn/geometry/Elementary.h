@@ -7,7 +7,7 @@ struct SineCosine {
     double sine, cosine;
 };
 
-/// Every result is within 0.51 units in the last place of the true value, for every double. Odd functions are exactly
+/// Every result is within 0.55 units in the last place of the true value, for every double. Odd functions are exactly
 /// odd, even ones exactly even; zeros keep their sign, and an infinity or NaN gives what the C standard says. Nothing
 /// but the four operations and the square root is asked of the processor, so results are equal wherever doubles are
 /// IEEE's, rounded to nearest, and nothing is contracted. A finite argument never raises the flag of an invalid operation.

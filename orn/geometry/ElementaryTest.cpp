@@ -12,7 +12,7 @@ namespace {
 
 // Measured where mpfr is, and by their digests the same results everywhere else.
 TEST(Elementary, IsWithinFiftyFiveHundredthsOfADigitAndTheSameOnEverySystem) {
-    constexpr std::uint64_t digests[] = {0x1a147e29d56630f1, 0x5c96402947c2bd9e, 0xd314b249d66d040a, 0xdbc06e9ee698b8f0,
+    constexpr std::uint64_t digests[] = {0x1a147e29d56630f1, 0x5c96402947c2bd9e, 0xd314b249d66d040a, 0x85ff0cec89541893,
                                          0x57c72b1a66f4178a, 0x6e420c0e916d2422, 0xeed7686b08e82a20};
     static_assert(std::size(digests) == std::size(elementary::functions));
 #ifdef ORN_TEST_MPFR

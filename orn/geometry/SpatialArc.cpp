@@ -2,6 +2,7 @@
 
 #include "orn/geometry/ArcFunctions.h"
 #include "orn/geometry/ArcsImp.h"
+#include "orn/geometry/Elementary.h"
 
 #include <cmath>
 #include <ostream>
@@ -69,7 +70,7 @@ bool Arc<3>::measureOff(double distance, Point<3>& point, Vector<3>& tangent) co
         Point<3> const c = centre();
         Vector<3> const arm = start_ - c;
         double const r = bulge_ < 0 ? -arm.length() : arm.length();
-        double const cosine = std::cos(distance / r), sine = std::sin(distance / r);
+        auto const [sine, cosine] = sineAndCosine(distance / r);
         Vector<3> const turned = arm * cosine + cross(axis_, arm) * sine;
         point = c + turned;
         tangent = cross(axis_, turned) / r;

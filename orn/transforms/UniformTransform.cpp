@@ -1,6 +1,7 @@
 #include "orn/transforms/UniformTransform.h"
 
 #include "orn/foundation/Error.h"
+#include "orn/geometry/Elementary.h"
 #include "orn/transforms/NonUniformTransform.h"
 
 #include <cmath>
@@ -124,7 +125,7 @@ double UniformTransform<N>::scale() const {
     if constexpr (N == 2) {
         return std::sqrt(determinant);
     } else {
-        return determinant >= 0.0 ? std::pow(determinant, 1.0 / 3.0) : -std::pow(-determinant, 1.0 / 3.0);
+        return ORN::cubeRoot(determinant + 0.0);  // a scale of zero has no sign
     }
 }
 
