@@ -1,5 +1,7 @@
 #include "orn/os/Locale.h"
 
+#include "orn/text/Printf.h"
+
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -38,6 +40,16 @@ TEST(Locale, AThreadsOwnLocaleIsItsOwn) {
     EXPECT_EQ(os::threadLocaleMode(os::processLocale), os::perThreadLocale);
     EXPECT_EQ(os::threadLocaleMode(0), os::processLocale);
     EXPECT_EQ(os::localeName(LC_ALL), process);
+}
+
+TEST(Locale, TheFormatterGoesByTheThreadsOwn) {
+    os::threadLocaleMode(os::perThreadLocale);
+    bool const german = os::setLocale(LC_NUMERIC, "German_Germany.1252") || os::setLocale(LC_NUMERIC, "de_DE.UTF-8");
+    std::wstring const own = stringPrintf(L"%.1f %*d", 1.5, 3, 7);
+    os::threadLocaleMode(os::processLocale);
+    EXPECT_EQ(stringPrintf(L"%.1f %*d", 1.5, 3, 7), L"1.5   7");
+    if (!german) GTEST_SKIP() << "no locale with a comma is installed";
+    EXPECT_EQ(own, L"1,5   7");
 }
 
 TEST(Locale, UnknownNamesAndCategoriesChangeNothing) {

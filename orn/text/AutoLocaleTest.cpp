@@ -62,4 +62,19 @@ TEST_F(AutoLocaleTest, NestsAndKeepsToItsCategory) {
     EXPECT_EQ(uppercase(small), before);
 }
 
+#if defined(__linux__)
+TEST_F(AutoLocaleTest, TheProgramsOwnObjectIsInPlaceAgain) {
+    locale_t const own = newlocale(LC_ALL_MASK, "C", nullptr);
+    uselocale(own);
+    {
+        AutoLocale const guard{LC_CTYPE};
+        { AutoLocale const inner{LC_ALL}; }
+        EXPECT_EQ(uppercase(small), large);
+    }
+    EXPECT_EQ(uselocale(nullptr), own);
+    uselocale(LC_GLOBAL_LOCALE);
+    freelocale(own);
+}
+#endif
+
 }

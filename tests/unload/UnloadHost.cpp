@@ -27,8 +27,11 @@ int main(int count, char** words) {
             if (Plugin::isLoaded(library)) return 68;
         }
         for (int round = 0; round < rounds; ++round) {
-            Plugin const plugin{path};
-            if (int const failed = plugin.function("useLibrary")(round); failed != 0) return failed;
+            {
+                Plugin const plugin{path};
+                if (int const failed = plugin.function("useLibrary")(round); failed != 0) return failed;
+            }
+            if (Plugin::isLoaded(library)) return 70;
         }
     } catch (std::exception const& error) {
         std::printf("%s\n", error.what());

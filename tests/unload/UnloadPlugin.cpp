@@ -2,12 +2,14 @@
 #include "orn/foundation/DebugStream.h"
 #include "orn/foundation/Error.h"
 #include "orn/platform/RegistryKey.h"
+#include "orn/text/AutoLocale.h"
 #include "orn/text/Encoding.h"
 #include "orn/text/Quark.h"
 #include "orn/text/Url.h"
 #include "orn/threading/DrawThread.h"
 #include "tests/support/Tally.h"
 
+#include <clocale>
 #include <cstdint>
 #include <ostream>
 #include <stdexcept>
@@ -89,6 +91,7 @@ bool useRegistry(std::wstring const& text) {
 /// 0 when all went well.
 extern "C" __attribute__((visibility("default"))) int useLibrary(int round) {
     try {
+        AutoLocale const guard{LC_ALL};
         std::wstring const name = L"round " + std::to_wstring(round);
         if (Quark::create(name.c_str()) != Quark::create(name.c_str())) return 1;
         if (getWCS(getMBS(name).c_str()) != name) return 2;

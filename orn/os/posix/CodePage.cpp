@@ -8,6 +8,7 @@
 #include <locale.h>
 #include <strings.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -70,25 +71,55 @@ private:
 constinit std::once_flag CharacterSet::found_;
 constinit char CharacterSet::name_[64] = {};
 
-// One direction of iconv between the character set and code points, opened at first use; a thread has its own two.
+// Descriptors of one direction of iconv that nobody uses at the moment. Objects of the threads would do without, but keep
+// the library from being unloaded for as long as the process lives.
+class IdleDescriptors {
+public:
+    constexpr IdleDescriptors() noexcept = default;
+    ~IdleDescriptors() {
+        while (iconv_t const descriptor = take()) iconv_close(descriptor);
+    }
+    IdleDescriptors(IdleDescriptors const&) = delete;
+    IdleDescriptors& operator=(IdleDescriptors const&) = delete;
+
+    /// Null when there is none.
+    iconv_t take() noexcept {
+        for (auto& place : places_)
+            if (iconv_t const descriptor = place.exchange(nullptr)) return descriptor;
+        return nullptr;
+    }
+
+    void give(iconv_t descriptor) noexcept {
+        for (auto& place : places_)
+            if (iconv_t none = nullptr; place.compare_exchange_strong(none, descriptor)) return;
+        iconv_close(descriptor);
+    }
+
+private:
+    std::atomic<iconv_t> places_[8] = {};
+};
+
+constinit IdleDescriptors toCodePoints, fromCodePoints;
+
+// The use of one descriptor, from its initial state on.
 class Converter {
 public:
-    constexpr Converter() noexcept = default;
+    Converter(IdleDescriptors& idle, char const* to, char const* from) noexcept
+        : idle_{idle}, descriptor_{idle.take()} {
+        if (descriptor_ != nullptr)
+            restart();
+        else
+            descriptor_ = iconv_open(to, from);
+    }
     ~Converter() {
-        if (open_) iconv_close(descriptor_);
+        if (isOpen()) idle_.give(descriptor_);
     }
     Converter(Converter const&) = delete;
     Converter& operator=(Converter const&) = delete;
 
-    bool restart(char const* to, char const* from) noexcept {
-        if (!open_) {
-            descriptor_ = iconv_open(to, from);
-            open_ = descriptor_ != noDescriptor();
-        } else {
-            iconv(descriptor_, nullptr, nullptr, nullptr, nullptr);
-        }
-        return open_;
-    }
+    bool isOpen() const noexcept { return descriptor_ != noDescriptor(); }
+
+    void restart() noexcept { iconv(descriptor_, nullptr, nullptr, nullptr, nullptr); }
 
     /// 0, or the errno of what stopped it; the pointers and sizes move on. No input: brings out what is held back.
     int run(char const** in, std::size_t* inLeft, char** out, std::size_t* outLeft) noexcept {
@@ -97,11 +128,9 @@ public:
     }
 
 private:
-    iconv_t descriptor_ = nullptr;
-    bool open_ = false;
+    IdleDescriptors& idle_;
+    iconv_t descriptor_;
 };
-
-constinit thread_local Converter toCodePoints, fromCodePoints;
 
 int failed(DWORD code) noexcept {
     setLastError(code);
@@ -202,7 +231,8 @@ int wideToUTF8(wchar_t const* units, int length, char* bytes, int room, bool& su
 }
 
 int convertToWide(char const* bytes, int length, wchar_t* units, int room) noexcept {
-    if (!toCodePoints.restart("WCHAR_T", CharacterSet::name())) return failed(noTranslation);
+    Converter converter{toCodePoints, "WCHAR_T", CharacterSet::name()};
+    if (!converter.isOpen()) return failed(noTranslation);
 
     Target<wchar_t> target{units, units + room};
     auto left = static_cast<std::size_t>(length);
@@ -211,8 +241,8 @@ int convertToWide(char const* bytes, int length, wchar_t* units, int room) noexc
         char* out = reinterpret_cast<char*>(codePoints);
         std::size_t outLeft = sizeof codePoints - sizeof(wchar_t);  // one is kept for the replacement character
         flushed = left == 0;
-        int const error = flushed ? toCodePoints.run(nullptr, nullptr, &out, &outLeft)
-                                  : toCodePoints.run(&bytes, &left, &out, &outLeft);
+        int const error =
+            flushed ? converter.run(nullptr, nullptr, &out, &outLeft) : converter.run(&bytes, &left, &out, &outLeft);
         auto* end = reinterpret_cast<wchar_t*>(out);
         if (error == EILSEQ || error == EINVAL) {
             *end++ = static_cast<wchar_t>(replacement);
@@ -227,7 +257,8 @@ int convertToWide(char const* bytes, int length, wchar_t* units, int room) noexc
 }
 
 int convertFromWide(wchar_t const* units, int length, char* bytes, int room, bool& substituted) noexcept {
-    if (!fromCodePoints.restart(CharacterSet::name(), "WCHAR_T")) return failed(noTranslation);
+    Converter converter{fromCodePoints, CharacterSet::name(), "WCHAR_T"};
+    if (!converter.isOpen()) return failed(noTranslation);
 
     char* out = bytes;
     auto outLeft = static_cast<std::size_t>(room);
@@ -240,7 +271,7 @@ int convertFromWide(wchar_t const* units, int length, char* bytes, int room, boo
         char const* in = reinterpret_cast<char const*>(codePoints);
         std::size_t inLeft = count * sizeof(wchar_t);
         while (inLeft > 0) {
-            int const error = fromCodePoints.run(&in, &inLeft, &out, &outLeft);
+            int const error = converter.run(&in, &inLeft, &out, &outLeft);
             if (error == 0) continue;
             if (error != EILSEQ || codePoints[count - inLeft / sizeof(wchar_t)] == L'?')
                 return failed(error == E2BIG ? insufficientBuffer : noTranslation);
@@ -248,7 +279,7 @@ int convertFromWide(wchar_t const* units, int length, char* bytes, int room, boo
             substituted = true;
         }
     }
-    if (fromCodePoints.run(nullptr, nullptr, &out, &outLeft) != 0) return failed(insufficientBuffer);
+    if (converter.run(nullptr, nullptr, &out, &outLeft) != 0) return failed(insufficientBuffer);
     return static_cast<int>(out - bytes);
 }
 
@@ -285,18 +316,20 @@ int decodeMultibyte(char const* bytes, int length, unsigned int& codePoint) noex
     }
 
     // Byte by byte, because the descriptor would read on into the next character.
+    Converter converter{toCodePoints, "WCHAR_T", CharacterSet::name()};
+    if (!converter.isOpen()) return -1;
     int const longest = 8;
     for (int size = 1; size <= length && size <= longest; ++size) {
-        if (!toCodePoints.restart("WCHAR_T", CharacterSet::name())) return -1;
+        converter.restart();
         wchar_t value = 0;
         char const* in = bytes;
         auto inLeft = static_cast<std::size_t>(size);
         char* out = reinterpret_cast<char*>(&value);
         std::size_t outLeft = sizeof value;
-        int const error = toCodePoints.run(&in, &inLeft, &out, &outLeft);
+        int const error = converter.run(&in, &inLeft, &out, &outLeft);
         if (error == EINVAL) continue;
         if (error != 0) return -1;
-        if (outLeft != 0) toCodePoints.run(nullptr, nullptr, &out, &outLeft);
+        if (outLeft != 0) converter.run(nullptr, nullptr, &out, &outLeft);
         if (outLeft != 0) continue;
         codePoint = static_cast<unsigned int>(value);
         return value == 0 ? 0 : size;

@@ -7,33 +7,27 @@
 #include <wctype.h>
 
 #include <cerrno>
+#include <cstring>
 #include <cwchar>
 #include <memory>
 #include <new>
+#include <utility>
 
 namespace ORN::os {
 
 namespace {
 
-/// The locale object that this file made for the thread.
-class ThreadLocale {
-public:
-    constexpr ThreadLocale() noexcept = default;
-    ~ThreadLocale() { adopt(locale_t{}); }
+// Locale objects of a thread. What a thread that ends has still of its own stays: a destructor for it would keep the
+// library from being unloaded, and a guard that ends leaves nothing.
+constinit thread_local locale_t ownLocale = nullptr;      // that this file made and that is in use
+constinit thread_local locale_t foreignLocale = nullptr;  // that the program had set when this file put its own there
 
-    /// Makes it the thread's locale, or the process's with null, and frees the one before.
-    void adopt(locale_t next) noexcept {
-        if (next == locale_t{} && own_ == locale_t{}) return;
-        uselocale(next != locale_t{} ? next : LC_GLOBAL_LOCALE);
-        if (own_ != locale_t{}) freelocale(own_);
-        own_ = next;
-    }
-
-private:
-    locale_t own_ = nullptr;
-};
-
-constinit thread_local ThreadLocale threadLocale;
+/// Puts a locale in the place of that of this file.
+void use(locale_t next) noexcept {
+    uselocale(next);
+    if (ownLocale != locale_t{}) freelocale(ownLocale);
+    ownLocale = nullptr;
+}
 
 bool isPerThread() noexcept { return uselocale(locale_t{}) != LC_GLOBAL_LOCALE; }
 
@@ -67,6 +61,25 @@ int maskOf(int category) noexcept {
 }
 
 char const* nameIn(locale_t locale, int category) noexcept { return nl_langinfo_l(NL_LOCALE_NAME(category), locale); }
+
+bool areSame(locale_t a, locale_t b) noexcept {
+    for (Category const& each : categories)
+        if (std::strcmp(nameIn(a, each.number), nameIn(b, each.number)) != 0) return false;
+    return true;
+}
+
+/// Makes it the thread's locale; where that is what the program had set, the program's own object is set again.
+void adopt(locale_t next) noexcept {
+    locale_t const current = uselocale(locale_t{});
+    if (current != LC_GLOBAL_LOCALE && current != ownLocale) foreignLocale = current;
+    if (foreignLocale != locale_t{} && areSame(next, foreignLocale)) {
+        use(std::exchange(foreignLocale, locale_t{}));
+        freelocale(next);
+    } else {
+        use(next);
+        ownLocale = next;
+    }
+}
 
 constexpr bool isLeading(wchar_t unit) noexcept { return unit >= 0xD800 && unit <= 0xDBFF; }
 constexpr bool isTrailing(wchar_t unit) noexcept { return unit >= 0xDC00 && unit <= 0xDFFF; }
@@ -135,9 +148,9 @@ int threadLocaleMode(int mode) noexcept {
     if (mode == perThreadLocale && before == processLocale) {
         locale_t const copy = ORN_OS_REFUSED("_configthreadlocale") ? locale_t{} : duplocale(LC_GLOBAL_LOCALE);
         if (copy == locale_t{}) return -1;
-        threadLocale.adopt(copy);
-    } else if (mode == processLocale && before == perThreadLocale) {
-        threadLocale.adopt(locale_t{});
+        adopt(copy);
+    } else if (mode == processLocale && ownLocale != locale_t{}) {
+        use(LC_GLOBAL_LOCALE);
     }
     return before;
 }
@@ -176,7 +189,7 @@ bool setLocale(int category, char const* name) noexcept {
         if (copy != locale_t{}) freelocale(copy);
         return false;
     }
-    threadLocale.adopt(next);
+    adopt(next);
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "orn/os/Fault.h"
 #include "orn/os/FormatConversion.h"
+#include "orn/os/windows/LocaleFormat.h"
 
 #include <cstdio>
 #include <cwchar>
@@ -76,9 +77,9 @@ int formatWide(wchar_t* buffer, std::size_t size, wchar_t const* format, std::va
 
     std::va_list again;
     va_copy(again, arguments);
-    int length = _vsnwprintf(buffer, size, spelled.get(), arguments);
+    int length = formatUnits(buffer, size, spelled.get(), arguments);
     // The runtime answers lack of room and an argument that it cannot convert with the same -1.
-    if (length < 0) length = _vscwprintf(spelled.get(), again) >= 0 ? formatTooLong : formatFailed;
+    if (length < 0) length = countUnits(spelled.get(), again) >= 0 ? formatTooLong : formatFailed;
     va_end(again);
     return length;
 }

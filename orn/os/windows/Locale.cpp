@@ -1,6 +1,7 @@
 #include "orn/os/Locale.h"
 
 #include "orn/os/Fault.h"
+#include "orn/os/windows/LocaleFormat.h"
 
 #include <windows.h>
 
@@ -144,14 +145,19 @@ private:
 
 constinit ThreadSlot threadSlot;
 
-/// What the runtime calls the user's default locale.
+/// What the runtime calls the user's default locale. It knows none with the code page UTF-8 or with no code page, which
+/// some users have; with any other it maps and compares wide texts as well.
 std::string userName() {
     auto const part = [](LCTYPE type) {
         char text[128] = "";
         GetLocaleInfoA(LOCALE_USER_DEFAULT, type, text, sizeof text);
         return std::string{text};
     };
-    return part(LOCALE_SENGLANGUAGE) + '_' + part(LOCALE_SENGCOUNTRY) + '.' + part(LOCALE_IDEFAULTANSICODEPAGE);
+    std::string const place = part(LOCALE_SENGLANGUAGE) + '_' + part(LOCALE_SENGCOUNTRY) + '.';
+    std::string const own = place + part(LOCALE_IDEFAULTANSICODEPAGE);
+    for (std::string const& name : {own, place + std::to_string(GetACP()), place + "1252"})
+        if (LocaleObjects::find(name) != nullptr) return name;
+    return own;
 }
 
 bool isPerThread() noexcept { return threadSlot.get() != nullptr; }
@@ -211,6 +217,17 @@ void lowerCase(wchar_t* text) noexcept {
     own != nullptr ? _wcslwr_l(text, own->handle) : _wcslwr(text);
 }
 
+int formatUnits(wchar_t* buffer, std::size_t size, wchar_t const* format, std::va_list arguments) noexcept {
+    Locale const* const own = threadSlot.get();
+    return own != nullptr ? _vsnwprintf_l(buffer, size, format, own->handle, arguments)
+                          : _vsnwprintf(buffer, size, format, arguments);
+}
+
+int countUnits(wchar_t const* format, std::va_list arguments) noexcept {
+    Locale const* const own = threadSlot.get();
+    return own != nullptr ? _vscwprintf_l(format, own->handle, arguments) : _vscwprintf(format, arguments);
+}
+
 static int compare(wchar_t const* a, wchar_t const* b) noexcept {
     Locale const* const own = threadSlot.get();
     return own != nullptr ? _wcscoll_l(a, b, own->handle) : std::wcscoll(a, b);
@@ -233,6 +250,11 @@ bool setLocale(int category, char const* name) noexcept {
 
 void upperCase(wchar_t* text) noexcept { _wcsupr(text); }
 void lowerCase(wchar_t* text) noexcept { _wcslwr(text); }
+
+int formatUnits(wchar_t* buffer, std::size_t size, wchar_t const* format, std::va_list arguments) noexcept {
+    return _vsnwprintf(buffer, size, format, arguments);
+}
+int countUnits(wchar_t const* format, std::va_list arguments) noexcept { return _vscwprintf(format, arguments); }
 
 static int compare(wchar_t const* a, wchar_t const* b) noexcept { return std::wcscoll(a, b); }
 
