@@ -1,10 +1,11 @@
 // Comma-separated text cut anywhere gives the records that a parser of one character after the other finds in the whole;
-// the reader and the parsers with a header agree with it.
+// the reader and the parsers with a header agree with it, and what the writer makes of the records reads as the records.
 #include "fuzz/Input.h"
 #include "fuzz/Law.h"
 #include "orn/foundation/Error.h"
 #include "orn/text/CSVParser.h"
 #include "orn/text/CSVReader.h"
+#include "orn/text/CSVWriter.h"
 #include "orn/text/CharacterClass.h"
 #include "orn/text/CodePoint.h"
 
@@ -23,7 +24,7 @@ struct Parsed {
     bool inQuotes = false;
 };
 
-Parsed parse(std::wstring const& text) {
+Parsed parse(std::wstring const& text, ORN::CSVFormat format) {
     enum { start, afterComma, unquoted, quoted, quoteInQuoted, closed } state = start;
     Parsed result;
     Record record;
@@ -36,7 +37,8 @@ Parsed parse(std::wstring const& text) {
     bool behindReturn = false;
     for (CodePointEnumerator e{text}; e; ++e) {
         std::wstring const c = *e;
-        bool const blank = isUspace(*e), comma = c == L",", quote = c == L"\"";
+        bool const comma = c[0] == format.delimiter, quote = c == L"\"";
+        bool const blank = isUspace(*e) && !comma && (!format.keepBlanks || state == closed || state == quoteInQuoted);
         bool const pairWithReturn = behindReturn && c == L"\n";
         behindReturn = false;
         if (pairWithReturn) continue;
@@ -143,23 +145,32 @@ Read readAll(ORN::CSVReader reader) {
 
 void fuzz::run(Input input) {
     std::size_t const sizes[] = {input.option(24) + 1, input.option(5) * 60 + 1};
-    std::wstring text = input.text();
-    Parsed const expected = parse(text);
+    ORN::CSVFormat const format{L",;\t "[input.option(4)], input.option(2) == 1};
+    std::wstring const text = input.text();
+    Parsed const expected = parse(text, format);
 
-    std::unique_ptr<ORN::CSVParser> const raw{ORN::CSVParser::create()};
+    std::unique_ptr<ORN::CSVParser> const raw{ORN::CSVParser::create(format)};
     same("records from pieces", parsePieces(*raw, cut(text, sizes)), expected.records);
 
-    std::wstring const columns = L"b,\"a\",z, a ";
     Record const names{L"b", L"a", L"z", L"a"};
+    std::wstring columns;
+    ORN::CSVWriter{columns, format}.write(names);
+    columns.resize(columns.size() - 2);
     Records const wanted = columnsOf(expected.records, names);
-    std::unique_ptr<ORN::CSVParser> const headed{ORN::CSVParser::create(columns)};
+    std::unique_ptr<ORN::CSVParser> const headed{ORN::CSVParser::create(columns, format)};
     same("wanted columns from pieces", parsePieces(*headed, cut(text, sizes)), wanted);
 
     // A reader ends the last line itself.
-    Parsed const all = parse(text.empty() || isLineEnd(text.back()) ? text : text + L'\n');
-    Read const read = readAll(ORN::CSVReader{text}), readColumns = readAll(ORN::CSVReader{text, columns});
+    Parsed const all = parse(text.empty() || isLineEnd(text.back()) ? text : text + L'\n', format);
+    Read const read = readAll(ORN::CSVReader{text, format});
+    Read const readColumns = readAll(ORN::CSVReader{text, columns, format});
     same("records read", read.records, all.records);
     same("columns read", readColumns.records, columnsOf(all.records, names));
     same("reading fails inside quotes", read.failed, all.inQuotes);
     same("reading columns fails inside quotes", readColumns.failed, all.inQuotes);
+
+    std::wstring written;
+    ORN::CSVWriter rows{written, format, sizes[0] % 2 == 0 ? L"\r" : L"\n"};
+    for (Record const& record : all.records) rows.write(record);
+    same("records written and read", readAll(ORN::CSVReader{written, format}).records, all.records);
 }

@@ -34,6 +34,7 @@
 #include "orn/text/AutoLocale.h"
 #include "orn/text/CSVParser.h"
 #include "orn/text/CSVReader.h"
+#include "orn/text/CSVWriter.h"
 #include "orn/text/CharacterClass.h"
 #include "orn/text/CharacterTable.h"
 #include "orn/text/CodePoint.h"

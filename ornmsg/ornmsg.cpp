@@ -14,6 +14,7 @@ std::wstring ornMsg(unsigned int number) {
     case 278: return L"The address \"%ls\" cannot be understood: %ls";
     case 280: return L"The address \"%ls\" cannot be downloaded: %ls";
     case 282: return L"Manufacturer: %ls\nModel: %ls\nDescription: %ls";
+    case 283: return L"A quoted field is not closed.";
     default: return L"Message " + std::to_wstring(number);
     }
 }

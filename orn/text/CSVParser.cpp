@@ -1,36 +1,33 @@
 #include "orn/text/CSVParserImp.h"
 
-#include "orn/text/CharacterClass.h"
-#include "orn/text/CodePoint.h"
-#include "orn/text/LineEndImp.h"
-
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 namespace ORN {
 
-namespace {
+using csv::isBlank, csv::isLineEnd, csv::quote;
 
-constexpr wchar_t comma = 0x2C, quote = 0x22, feed = 0x0A, carriageReturn = 0x0D;
-
-constexpr bool isLineEnd(wchar_t unit) noexcept { return ORN::isLineEnd(static_cast<unsigned int>(unit)); }
-
-// Units will do: no character beyond U+FFFF is a blank.
-bool isBlank(wchar_t unit) noexcept {
-    unsigned int const value = static_cast<unsigned int>(unit);
-    if (value < 0x80) return value == 0x20 || (value >= 0x09 && value <= 0x0D);
-    return isUspace(CodePoint::codePoint(value));
+CSVFormat csv::checked(CSVFormat format) {
+    wchar_t const delimiter = format.delimiter;
+    if (delimiter == quote || isLineEnd(delimiter) || isSurrogate(static_cast<unsigned int>(delimiter)))
+        throw std::logic_error{"illegal delimiter of CSV"};
+    return format;
 }
 
-wchar_t const* findUnquotedEnd(wchar_t const* p, wchar_t const* e) noexcept {
-    while (p != e && *p != comma && !isLineEnd(*p)) ++p;
-    return p;
-}
+CSVParser::CSVParser() = default;
+CSVParser::CSVParser(CSVParser const&) = default;
+CSVParser::~CSVParser() = default;
 
-wchar_t const* findQuote(wchar_t const* p, wchar_t const* e) noexcept { return std::find(p, e, quote); }
+CSVParser* CSVParser::create() { return new RawCSVParser; }
+CSVParser* CSVParser::create(std::wstring const& columns) { return new HeadedCSVParser{columns}; }
+CSVParser* CSVParser::create(CSVFormat format) { return new RawCSVParser{format}; }
+CSVParser* CSVParser::create(std::wstring_view columns, CSVFormat format) {
+    return new HeadedCSVParser{columns, format};
+}
 
 /// The record being built in a vector whose strings are used again.
-class Record {
+class RawCSVParser::Record {
 public:
     Record(std::vector<std::wstring>& fields, std::size_t count) noexcept : fields_{fields}, count_{count} {}
 
@@ -49,14 +46,112 @@ private:
     std::size_t count_;
 };
 
-}
+/// Splits a text up to the end of a record: a step for each state, which takes what belongs to it and sets the next one.
+class RawCSVParser::Split {
+public:
+    /// True at the line end that ends the record, false when the text is used up.
+    bool run() {
+        while (position != end)
+            if (step()) return true;
+        return false;
+    }
 
-CSVParser::CSVParser() = default;
-CSVParser::CSVParser(CSVParser const&) = default;
-CSVParser::~CSVParser() = default;
+    wchar_t const* position;
+    wchar_t const* end;
+    CSVFormat format;
+    Record record;
+    FieldState state;
+    std::size_t keep;  ///< the length to which the current field will be cut
 
-CSVParser* CSVParser::create() { return new RawCSVParser; }
-CSVParser* CSVParser::create(std::wstring const& columns) { return new HeadedCSVParser{columns}; }
+private:
+    // The steps stand before something, and return true at the line end that ends the record.
+
+    bool step() {
+        switch (state) {
+            case FieldState::unquoted: return takeUnquoted();
+            case FieldState::quoted: return takeQuoted();
+            case FieldState::quoteInQuoted: return takeBehindQuote();
+            case FieldState::closed: return takeClosed();
+            default: return beginField();
+        }
+    }
+
+    bool beginField() {
+        while (isBlank(*position) && isLeftAway(*position))
+            if (++position == end) return false;
+        if (isLineEnd(*position)) {
+            if (state == FieldState::afterComma) record.addField();
+            return true;
+        }
+        record.addField();
+        keep = 0;
+        if (*position == format.delimiter) return endField();
+        if (*position != quote) return takeUnquoted();
+        state = FieldState::quoted;
+        ++position;
+        return false;
+    }
+
+    bool isLeftAway(wchar_t blank) const noexcept {
+        return !format.keepBlanks && blank != format.delimiter && !isLineEnd(blank);
+    }
+
+    bool takeUnquoted() {
+        state = FieldState::unquoted;
+        std::wstring& field = record.last();
+        wchar_t const* stop = position;
+        while (stop != end && *stop != format.delimiter && !isLineEnd(*stop)) ++stop;
+        wchar_t const* solid = stop;
+        while (!format.keepBlanks && solid != position && isBlank(solid[-1])) --solid;
+        if (solid != position) keep = field.size() + static_cast<std::size_t>(solid - position);
+        field.append(position, stop);
+        position = stop;
+        return position != end && endField();
+    }
+
+    bool takeQuoted() {
+        std::wstring& field = record.last();
+        wchar_t const* const stop = std::find(position, end, quote);
+        if (stop != position) {
+            field.append(position, stop);
+            keep = field.size();
+            position = stop;
+        }
+        if (position == end) return false;
+        field += quote;  // it goes when the field ends here
+        state = FieldState::quoteInQuoted;
+        ++position;
+        return false;
+    }
+
+    bool takeBehindQuote() {
+        if (*position != quote) return takeClosed();
+        keep = record.last().size();
+        state = FieldState::quoted;
+        ++position;
+        return false;
+    }
+
+    bool takeClosed() {
+        wchar_t const unit = *position;
+        if (unit == format.delimiter || isLineEnd(unit)) return endField();
+        std::wstring& field = record.last();
+        field += unit;
+        ++position;
+        state = unit == quote ? FieldState::quoteInQuoted : isBlank(unit) ? FieldState::closed : FieldState::quoted;
+        if (state == FieldState::quoted) keep = field.size();
+        return false;
+    }
+
+    /// At a delimiter or a line end.
+    bool endField() {
+        record.last().resize(keep);
+        if (*position != format.delimiter) return true;
+        state = FieldState::afterComma;
+        ++position;
+        return false;
+    }
+};
 
 void RawCSVParser::missingColumns(std::vector<bool>& missing) const { missing.clear(); }
 
@@ -65,154 +160,64 @@ bool RawCSVParser::goOnBehindReturn() noexcept {
     return lineEnd_ == LineEnd::newline;
 }
 
+bool RawCSVParser::parse(std::vector<std::wstring>& fields, std::wstring const& text) {
+    // Until the call has gone well, the parser is as new.
+    LineEnd const before = std::exchange(lineEnd_, LineEnd::none);
+    FieldState const state = std::exchange(fieldState_, FieldState::recordStart);
+    if (!fields_.empty()) {
+        fields.swap(fields_);
+        fields_.clear();
+    }
+    if (before == LineEnd::loneReturn && text.empty()) {
+        pause(fields, {nullptr, nullptr, format_, {fields, 0}, FieldState::recordStart, 0});
+        lineEnd_ = LineEnd::loneReturn;
+        return false;
+    }
+
+    bool const goesOn = before == LineEnd::newline;
+    Split split{goesOn ? position_ : text.data(),
+                goesOn ? end_ : text.data() + text.size(),
+                format_,
+                {fields, state == FieldState::recordStart ? 0 : fieldCount_},
+                state,
+                keepLength_};
+    if (before == LineEnd::loneReturn && *split.position == csv::feed) ++split.position;
+    if (!split.run()) return pause(fields, split);
+
+    split.record.finish();
+    endRecord(split.position, split.end);
+    return true;
+}
+
 // At the end of the text: keeps the record begun.
-bool RawCSVParser::pause(std::vector<std::wstring>& fields, FieldState state, std::size_t count,
-                         std::size_t keep) noexcept {
+bool RawCSVParser::pause(std::vector<std::wstring>& fields, Split const& split) noexcept {
     lineEnd_ = LineEnd::none;
-    fieldState_ = state;
-    keepLength_ = keep;
-    fieldCount_ = count;
+    fieldState_ = split.state;
+    keepLength_ = split.keep;
+    fieldCount_ = split.record.count();
     fields_.swap(fields);
     fields.clear();
     return false;
 }
 
-bool RawCSVParser::parse(std::vector<std::wstring>& fields, std::wstring const& text) {
-    // Until the call has gone well, the parser is as new.
-    LineEnd const before = std::exchange(lineEnd_, LineEnd::none);
-    FieldState state = std::exchange(fieldState_, FieldState::recordStart);
-    std::size_t keep = keepLength_;
-    wchar_t const* p = text.data();
-    wchar_t const* e = p + text.size();
-    if (!fields_.empty()) {
-        fields.swap(fields_);
-        fields_.clear();
-    }
-
-    if (before == LineEnd::newline) {
-        p = position_;
-        e = end_;
-    } else if (before == LineEnd::loneReturn) {
-        if (p == e) {
-            pause(fields, FieldState::recordStart, 0, 0);
+// Goes on behind the line end at the position.
+void RawCSVParser::endRecord(wchar_t const* position, wchar_t const* end) noexcept {
+    lineEnd_ = LineEnd::newline;
+    if (*position++ == csv::carriageReturn) {
+        if (position != end && *position == csv::feed)
+            ++position;
+        else
             lineEnd_ = LineEnd::loneReturn;
-            return false;
-        }
-        if (*p == feed) ++p;
     }
-    Record record{fields, state == FieldState::recordStart ? 0 : fieldCount_};
-
-    for (;;) {
-        switch (state) {
-            case FieldState::recordStart:
-            case FieldState::afterComma:
-                while (p != e && isBlank(*p) && !isLineEnd(*p)) ++p;
-                if (p == e) return pause(fields, state, record.count(), keep);
-                if (isLineEnd(*p)) {
-                    if (state == FieldState::afterComma) record.addField();
-                    break;
-                }
-                if (*p == comma) {
-                    record.addField();
-                    state = FieldState::afterComma;
-                    ++p;
-                    continue;
-                }
-                record.addField();
-                keep = 0;
-                if (*p == quote) {
-                    state = FieldState::quoted;
-                    ++p;
-                    continue;
-                }
-                state = FieldState::unquoted;
-                [[fallthrough]];
-
-            case FieldState::unquoted: {
-                std::wstring& field = record.last();
-                wchar_t const* const stop = findUnquotedEnd(p, e);
-                wchar_t const* solid = stop;
-                while (solid != p && isBlank(solid[-1])) --solid;
-                if (solid != p) keep = field.size() + static_cast<std::size_t>(solid - p);
-                field.append(p, stop);
-                p = stop;
-                if (p == e) return pause(fields, state, record.count(), keep);
-                field.resize(keep);
-                if (*p != comma) break;
-                state = FieldState::afterComma;
-                ++p;
-                continue;
-            }
-
-            case FieldState::quoted: {
-                std::wstring& field = record.last();
-                wchar_t const* const stop = findQuote(p, e);
-                if (stop != p) {
-                    field.append(p, stop);
-                    keep = field.size();
-                    p = stop;
-                }
-                if (p == e) return pause(fields, state, record.count(), keep);
-                field += quote;  // it goes when the field ends here
-                state = FieldState::quoteInQuoted;
-                ++p;
-                continue;
-            }
-
-            case FieldState::quoteInQuoted:
-                if (p != e && *p == quote) {
-                    keep = record.last().size();
-                    state = FieldState::quoted;
-                    ++p;
-                    continue;
-                }
-                if (p == e) return pause(fields, state, record.count(), keep);
-                [[fallthrough]];
-
-            case FieldState::closed: {
-                if (p == e) return pause(fields, state, record.count(), keep);
-                std::wstring& field = record.last();
-                if (isLineEnd(*p)) {
-                    field.resize(keep);
-                    break;
-                }
-                if (*p == comma) {
-                    field.resize(keep);
-                    state = FieldState::afterComma;
-                } else {
-                    field += *p;
-                    if (*p == quote) {
-                        state = FieldState::quoteInQuoted;
-                    } else if (isBlank(*p)) {
-                        state = FieldState::closed;
-                    } else {
-                        keep = field.size();
-                        state = FieldState::quoted;
-                    }
-                }
-                ++p;
-                continue;
-            }
-        }
-
-        // The record ends at the line end that p stands on.
-        record.finish();
-        LineEnd lineEnd = *p++ == carriageReturn ? LineEnd::loneReturn : LineEnd::newline;
-        if (lineEnd == LineEnd::loneReturn && p != e && *p == feed) {
-            ++p;
-            lineEnd = LineEnd::newline;
-        }
-        lineEnd_ = lineEnd;
-        position_ = p;
-        end_ = e;
-        return true;
-    }
+    position_ = position;
+    end_ = end;
 }
 
-HeadedCSVParser::HeadedCSVParser(std::wstring const& columns) {
-    RawCSVParser parser;
+HeadedCSVParser::HeadedCSVParser(std::wstring_view columns, CSVFormat format) : parser_{format} {
+    RawCSVParser parser{format};
+    std::wstring const text = std::wstring{columns} + csv::feed;
     // A quote left open takes the rest as it stands.
-    if (std::wstring const text = columns + feed; !parser.parse(names_, text)) parser.parse(names_, {quote, feed});
+    if (!parser.parse(names_, text)) parser.parse(names_, {quote, csv::feed});
     columns_.assign(names_.size(), missing_);
 }
 

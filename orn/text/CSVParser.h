@@ -4,12 +4,19 @@
 #include "orn/Export.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ORN {
 
+/// What stands between fields, and what blanks around them mean.
+struct CSVFormat {
+    wchar_t delimiter = L',';  ///< any unit but a quote, a line end or a surrogate
+    bool keepBlanks = false;   ///< blanks around fields without quotes belong to them
+};
+
 /// A record ends at CR, LF, CR LF, FF, NEL, LS or PS. A field may stand in quotes: then it may hold commas and line ends,
-/// and "" is a quote. Blanks (isUspace) around fields are dropped. Nothing in the text is an error: an unbalanced quote
+/// and "" is a quote. Blanks (isUspace) around fields are dropped, unless the format keeps them. Nothing in the text is an error: an unbalanced quote
 /// keeps the record open, and what follows a closing quote belongs to the field, together with that quote. One thread
 /// at a time; after an exception (memory has run out) the record begun is forgotten, and the next text starts a new one.
 ///
@@ -18,11 +25,19 @@ namespace ORN {
 /// beginning of the text it is given, so give it the text behind that CR (an LF there belongs to the CR).
 class ORN_API CSVParser {
 public:
-    static CSVParser* create();  ///< yields every field; the caller deletes it
+    /// Yields every field; the caller deletes the parser. Throws std::logic_error for an illegal delimiter.
+    /// @{
+    [[nodiscard]] static CSVParser* create();
+    [[nodiscard]] static CSVParser* create(CSVFormat format);
+    /// @}
 
     /// Takes the first record as the header and yields of the others the columns named here, in this order. columns is
-    /// itself a record. The caller deletes the parser.
-    static CSVParser* create(std::wstring const& columns);
+    /// itself a record of the same format. The caller deletes the parser. Throws std::logic_error for an illegal
+    /// delimiter.
+    /// @{
+    [[nodiscard]] static CSVParser* create(std::wstring const& columns);
+    [[nodiscard]] static CSVParser* create(std::wstring_view columns, CSVFormat format);
+    /// @}
 
     CSVParser();                  ///< for the implementation
     CSVParser(CSVParser const&);  ///< for the implementation

@@ -1,6 +1,7 @@
 // needs: csv
-// 20 MB of rows in memory, 8 columns, a tenth of the fields in quotes, into vectors of strings.
-#include "orn/text/CSVParser.h"
+// 20 MB of rows in memory, 8 columns, a tenth of the fields in quotes, into vectors of strings and back.
+#include "orn/text/CSVReader.h"
+#include "orn/text/CSVWriter.h"
 
 #include <benchmark/benchmark.h>
 
@@ -58,6 +59,27 @@ void parse(benchmark::State& state) {
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * narrowText().size()));
 }
 
+// As many rows as parse reads, from strings to a text that is handed on piece by piece.
+void write(benchmark::State& state) {
+    std::wstring const text{narrowText().begin(), narrowText().end()};
+    std::vector<std::vector<std::wstring>> rows(1000);
+    ORN::CSVReader reader{text};
+    for (auto& row : rows) reader.read(row);
+    std::size_t units = 0;
+    for (auto _ : state) {
+        std::wstring written;
+        ORN::CSVWriter writer{written, {}, L"\n"};
+        units = 0;
+        for (std::size_t n = 0; units < text.size(); ++n) {
+            writer.write(rows[n % rows.size()]);
+            if (written.size() < 65536) continue;
+            units += written.size();
+            written.clear();
+        }
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * units));
+}
+
 // Rows of strings from libcsv's callbacks, which keep their strings, too.
 void libcsv(benchmark::State& state) {
     struct Rows {
@@ -87,6 +109,7 @@ void libcsv(benchmark::State& state) {
 }
 
 BENCHMARK(parse)->Unit(benchmark::kMillisecond);
+BENCHMARK(write)->Unit(benchmark::kMillisecond);
 BENCHMARK(libcsv)->Unit(benchmark::kMillisecond);
 
 }

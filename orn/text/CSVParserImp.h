@@ -2,14 +2,38 @@
 #pragma once
 
 #include "orn/text/CSVParser.h"
+#include "orn/text/CharacterClass.h"
+#include "orn/text/CodePoint.h"
+#include "orn/text/LineEndImp.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace ORN {
 
+namespace csv {
+
+inline constexpr wchar_t quote = 0x22, feed = 0x0A, carriageReturn = 0x0D;
+
+constexpr bool isLineEnd(wchar_t unit) noexcept { return ORN::isLineEnd(static_cast<unsigned int>(unit)); }
+
+/// Units will do: no character beyond U+FFFF is a blank.
+inline bool isBlank(wchar_t unit) noexcept {
+    unsigned int const value = static_cast<unsigned int>(unit);
+    if (value < 0x80) return value == 0x20 || (value >= 0x09 && value <= 0x0D);
+    return isUspace(CodePoint::codePoint(value));
+}
+
+/// Throws std::logic_error for a delimiter that would be taken for something else.
+CSVFormat checked(CSVFormat format);
+
+}
+
 class RawCSVParser final : public CSVParser {
 public:
+    explicit RawCSVParser(CSVFormat format = {}) : format_{csv::checked(format)} {}
+
     void missingColumns(std::vector<bool>& missing) const override;
     bool parse(std::vector<std::wstring>& fields, std::wstring const& text) override;
 
@@ -23,7 +47,11 @@ private:
     enum class LineEnd : std::int32_t { none, newline, loneReturn };
     enum class FieldState : std::int32_t { recordStart, afterComma, unquoted, quoted, quoteInQuoted, closed };
 
-    bool pause(std::vector<std::wstring>& fields, FieldState state, std::size_t count, std::size_t keep) noexcept;
+    class Record;
+    class Split;
+
+    bool pause(std::vector<std::wstring>& fields, Split const& split) noexcept;
+    void endRecord(wchar_t const* position, wchar_t const* end) noexcept;
 
     LineEnd lineEnd_ = LineEnd::none;
     wchar_t const* position_ = nullptr;
@@ -34,11 +62,12 @@ private:
     // Between calls: the record begun, and strings whose memory is used again.
     std::vector<std::wstring> fields_;
     std::size_t fieldCount_ = 0;
+    CSVFormat format_;
 };
 
 class HeadedCSVParser final : public CSVParser {
 public:
-    explicit HeadedCSVParser(std::wstring const& columns);
+    explicit HeadedCSVParser(std::wstring_view columns, CSVFormat format = {});
 
     void missingColumns(std::vector<bool>& missing) const override;
     bool parse(std::vector<std::wstring>& fields, std::wstring const& text) override;

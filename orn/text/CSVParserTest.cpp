@@ -27,15 +27,16 @@ std::wstring parsePieces(CSVParser& parser, std::vector<std::wstring> const& pie
     return records;
 }
 
-std::wstring parseCut(std::wstring const& text, std::size_t size) {
+std::wstring parseCut(std::wstring const& text, std::size_t size, CSVFormat format = {}) {
     std::vector<std::wstring> pieces;
     for (std::size_t i = 0; i < text.size(); i += size) pieces.push_back(text.substr(i, size));
-    return parsePieces(*std::unique_ptr<CSVParser>{CSVParser::create()}, pieces);
+    return parsePieces(*std::unique_ptr<CSVParser>{CSVParser::create(format)}, pieces);
 }
 
 // Without lone CRs, which have their own rule.
 struct {
     wchar_t const *text, *records;
+    CSVFormat format = {};
 } const cases[] = {
     {L"", L""},
     {L"a,b,c\n", L"a|b|c|/"},
@@ -71,14 +72,19 @@ struct {
     {L"a\r\n\r\nb,\r\n", L"a|//b||/"},
     {L"\xD83D\xDE00,\xD800\n", L"\xD83D\xDE00|\xD800|/"},
     {L"a,b\n\"open\n", L"a|b|/"},
+    {L"a;b,c;\"d;\" ; e\n", L"a|b,c|d;|e|/", {L';'}},
+    {L"\ta\t \t\"b\"\t\n", L"|a||b||/", {L'\t'}},
+    {L" a  \"b\" \n", L"|a||b||/", {L' '}},
+    {L" a , b\t,\" c \" ,\n", L" a | b\t| c ||/", {L',', true}},
+    {L" \n\n\xFEFFx, \"y\",\v\n", L" |//\xFEFFx| \"y\"|\v|/", {L',', true}},
     {L"long field beyond a block of units,second one as long as that\n",
      L"long field beyond a block of units|second one as long as that|/"},
 };
 
 TEST(CSVParser, TheRulesHoldWholeAndInPiecesOfAnySize) {
-    for (auto const& [text, records] : cases)
+    for (auto const& [text, records, format] : cases)
         for (std::size_t size = std::max<std::size_t>(1, std::wcslen(text)); size != 0; --size)
-            EXPECT_EQ(parseCut(text, size), records) << testing::PrintToString(text) << " by " << size;
+            EXPECT_EQ(parseCut(text, size, format), records) << testing::PrintToString(text) << " by " << size;
 
     std::mt19937 random{20};
     wchar_t const units[] = L"aab,,\"\" \n\u3000\u2029\u0410z";
@@ -129,6 +135,7 @@ TEST(CSVParser, ColumnsByNameAndTheHeaderIsNeverData) {
         std::vector<std::wstring> pieces;
         std::vector<bool> missing;
         wchar_t const* records;
+        CSVFormat format = {};
     } const headed[] = {
         {L"b,z", {L"a,b,c\n1,2,3\n"}, {false, true}, L"2||/"},
         {L"c,a", {L"a,b,c\n1,2,3\n4,5\n\n6,7,8,9\n"}, {false, false}, L"3|1|/|4|/||/8|6|/"},
@@ -143,9 +150,10 @@ TEST(CSVParser, ColumnsByNameAndTheHeaderIsNeverData) {
         {L"b,a", {L"a,b\r", L"1,2\r", L"3,4\r"}, {false, false}, L"2|1|/4|3|/"},
         {L"b,a", {L"a,b\r", L"\n1,2\r", L"\n3,4\n"}, {false, false}, L"2|1|/4|3|/"},
         {L"b,a", {L"a,b\r", L"", L"1,2\r\n3,4\n"}, {false, false}, L"2|1|/4|3|/"},
+        {L"b;\"a;\"", {L"\"a;\";b\n1,5;2\n"}, {false, false}, L"2|1,5|/", {L';'}},
     };
-    for (auto const& [columns, pieces, missing, records] : headed) {
-        std::unique_ptr<CSVParser> const parser{CSVParser::create(columns)};
+    for (auto const& [columns, pieces, missing, records, format] : headed) {
+        std::unique_ptr<CSVParser> const parser{CSVParser::create(columns, format)};
         EXPECT_EQ(parsePieces(*parser, pieces), records) << testing::PrintToString(pieces);
         std::vector<bool> found(7, true);
         parser->missingColumns(found);

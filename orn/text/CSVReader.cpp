@@ -4,6 +4,7 @@
 #include "orn/text/CSVParserImp.h"
 #include "orn/text/LineEndImp.h"
 #include "orn/text/TextReader.h"
+#include "ornmsg/ornmsg.h"
 
 #include <algorithm>
 
@@ -13,9 +14,10 @@ namespace ORN {
 // behind a lone CR is always the next piece.
 class CSVReader::Imp {
 public:
-    Imp(TextReader* lines, std::wstring const* text) : Imp{lines, text, std::make_unique<RawCSVParser>()} {}
-    Imp(TextReader* lines, std::wstring const* text, std::wstring const& columns)
-        : Imp{lines, text, std::make_unique<HeadedCSVParser>(columns)} {}
+    Imp(TextReader* lines, std::wstring const* text, CSVFormat format)
+        : Imp{lines, text, std::make_unique<RawCSVParser>(format)} {}
+    Imp(TextReader* lines, std::wstring const* text, std::wstring_view columns, CSVFormat format)
+        : Imp{lines, text, std::make_unique<HeadedCSVParser>(columns, format)} {}
 
     bool read(std::vector<std::wstring>& fields) {
         if (pending_) {
@@ -31,7 +33,7 @@ public:
             }
             if (raw_.betweenRecords()) first_ = line_ + 1;
         }
-        if (!raw_.betweenRecords()) throw OrnError{L"A quoted field is not closed."};
+        if (!raw_.betweenRecords()) throw OrnError{ornMsg(283)};
         fields.clear();
         return false;
     }
@@ -81,12 +83,17 @@ private:
     std::uint64_t line_ = 0, first_ = 0;
 };
 
-CSVReader::CSVReader(TextReader& lines) : imp_{std::make_unique<Imp>(&lines, nullptr)} {}
-CSVReader::CSVReader(std::wstring const& text) : imp_{std::make_unique<Imp>(nullptr, &text)} {}
-CSVReader::CSVReader(TextReader& lines, std::wstring const& columns)
-    : imp_{std::make_unique<Imp>(&lines, nullptr, columns)} {}
-CSVReader::CSVReader(std::wstring const& text, std::wstring const& columns)
-    : imp_{std::make_unique<Imp>(nullptr, &text, columns)} {}
+CSVReader::CSVReader(TextReader& lines) : CSVReader{lines, CSVFormat{}} {}
+CSVReader::CSVReader(std::wstring const& text) : CSVReader{text, CSVFormat{}} {}
+CSVReader::CSVReader(TextReader& lines, CSVFormat format) : imp_{std::make_unique<Imp>(&lines, nullptr, format)} {}
+CSVReader::CSVReader(std::wstring const& text, CSVFormat format)
+    : imp_{std::make_unique<Imp>(nullptr, &text, format)} {}
+CSVReader::CSVReader(TextReader& lines, std::wstring const& columns) : CSVReader{lines, columns, CSVFormat{}} {}
+CSVReader::CSVReader(std::wstring const& text, std::wstring const& columns) : CSVReader{text, columns, CSVFormat{}} {}
+CSVReader::CSVReader(TextReader& lines, std::wstring_view columns, CSVFormat format)
+    : imp_{std::make_unique<Imp>(&lines, nullptr, columns, format)} {}
+CSVReader::CSVReader(std::wstring const& text, std::wstring_view columns, CSVFormat format)
+    : imp_{std::make_unique<Imp>(nullptr, &text, columns, format)} {}
 CSVReader::CSVReader(CSVReader&&) noexcept = default;
 CSVReader& CSVReader::operator=(CSVReader&&) noexcept = default;
 CSVReader::~CSVReader() = default;

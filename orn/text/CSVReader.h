@@ -2,6 +2,7 @@
 #pragma once
 
 #include "orn/Export.h"
+#include "orn/text/CSVParser.h"
 
 #include <cstdint>
 #include <memory>
@@ -20,21 +21,30 @@ class TextReader;
 ///     for (std::vector<std::wstring> row; rows.read(row);) use(row[0], row[1]);
 class ORN_API CSVReader {
 public:
-    /// Yields every field of every record.
+    /// Yields every field of every record. Throws std::logic_error for an illegal delimiter.
     /// @{
     explicit CSVReader(TextReader& lines);
     explicit CSVReader(std::wstring const& text);
+    CSVReader(TextReader& lines, CSVFormat format);
+    CSVReader(std::wstring const& text, CSVFormat format);
     /// @}
 
-    /// Takes the first record as the header and yields of the others the columns named here (themselves a record), in
-    /// this order.
+    /// Takes the first record as the header and yields of the others the columns named here (themselves a record of the
+    /// same format), in this order. Throws std::logic_error for an illegal delimiter.
     /// @{
     CSVReader(TextReader& lines, std::wstring const& columns);
     CSVReader(std::wstring const& text, std::wstring const& columns);
+    CSVReader(TextReader& lines, std::wstring_view columns, CSVFormat format);
+    CSVReader(std::wstring const& text, std::wstring_view columns, CSVFormat format);
     /// @}
 
-    explicit CSVReader(std::wstring&& text) = delete;  // it would be gone at once
-    CSVReader(std::wstring&& text, std::wstring const& columns) = delete;
+    /// The text would be gone at once.
+    /// @{
+    explicit CSVReader(std::wstring const&& text) = delete;
+    CSVReader(std::wstring const&& text, CSVFormat format) = delete;
+    CSVReader(std::wstring const&& text, std::wstring const& columns) = delete;
+    CSVReader(std::wstring const&& text, std::wstring_view columns, CSVFormat format) = delete;
+    /// @}
 
     CSVReader(CSVReader&&) noexcept;             ///< the other can only be assigned to and destroyed
     CSVReader& operator=(CSVReader&&) noexcept;  ///< the other can only be assigned to and destroyed

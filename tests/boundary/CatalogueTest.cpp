@@ -25,6 +25,7 @@ TEST(Catalogue, EveryNumberInUseTakesItsSendersArguments) {
     EXPECT_EQ(stringPrintf(ornMsg(271).c_str(), L"sRGB"), L"sRGB");
     for (unsigned int const number : {278u, 280u})
         expectTold(number, {L"http://x/", L"the reason"}, L"http://x/", L"the reason");
+    expectTold(283, {L"not closed"});
     expectTold(282, {L"maker", L"model", L"description"}, L"maker", L"model", L"description");
 }
 

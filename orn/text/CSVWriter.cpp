@@ -1,0 +1,108 @@
+#include "orn/text/CSVWriter.h"
+
+#include "orn/text/CSVParserImp.h"
+#include "orn/text/Numbers.h"
+#include "orn/text/TextWriter.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace ORN {
+
+namespace {
+
+bool isSpecial(wchar_t unit, wchar_t delimiter) noexcept {
+    return unit == delimiter || unit == csv::quote || csv::isLineEnd(unit);
+}
+
+bool needsQuotes(std::wstring_view text, CSVFormat const& format) noexcept {
+    if (text.empty()) return false;
+    if (!format.keepBlanks && (csv::isBlank(text.front()) || csv::isBlank(text.back()))) return true;
+    for (wchar_t const unit : text) {
+        // Nearly every unit lies between the quote and NEL, where only the delimiter is special.
+        bool const plain = static_cast<unsigned int>(unit) - 0x23u < 0x85u - 0x23u && unit != format.delimiter;
+        if (!plain && isSpecial(unit, format.delimiter)) return true;
+    }
+    return false;
+}
+
+void grow(std::wstring& text, std::size_t more) { text.reserve(std::max(text.size() + more, 2 * text.capacity())); }
+
+void makeRoom(std::wstring& text, std::size_t more) {
+    if (text.capacity() - text.size() < more) grow(text, more);
+}
+
+void appendQuoted(std::wstring& record, std::wstring_view text) {
+    record += csv::quote;
+    for (std::size_t from = 0;;) {
+        std::size_t const found = text.find(csv::quote, from);
+        record.append(text.substr(from, found - from));
+        if (found == std::wstring_view::npos) break;
+        record.append(2, csv::quote);
+        from = found + 1;
+    }
+    record += csv::quote;
+}
+
+}
+
+CSVWriter::CSVWriter(TextWriter* lines, std::wstring* text, CSVFormat format, std::wstring_view lineEnd)
+    : lines_{lines}, text_{text}, format_{csv::checked(format)}, lineEnd_{lineEnd} {
+    if (lineEnd != L"\r\n" && lineEnd != L"\n" && lineEnd != L"\r") throw std::logic_error{"illegal line end of CSV"};
+}
+
+CSVWriter::CSVWriter(TextWriter& lines, CSVFormat format) : CSVWriter{&lines, nullptr, format, L"\n"} {}
+CSVWriter::CSVWriter(std::wstring& text, CSVFormat format, std::wstring_view lineEnd)
+    : CSVWriter{nullptr, &text, format, lineEnd} {}
+
+CSVWriter& CSVWriter::field(std::wstring_view text) {
+    std::wstring& out = text_ != nullptr ? *text_ : record_;
+    bool const quoted = needsQuotes(text, format_);
+    makeRoom(out, 3 + (quoted ? 2 * text.size() : text.size()));  // nothing throws behind this
+    if (hasFields_)
+        out += format_.delimiter;
+    else
+        start_ = out.size();
+    hasFields_ = true;
+    if (quoted)
+        appendQuoted(out, text);
+    else
+        out += text;
+    return *this;
+}
+
+CSVWriter& CSVWriter::field(double value) {
+    wchar_t room[doubleRoom];
+    return field(writeDouble(room, value));
+}
+
+CSVWriter& CSVWriter::field(double value, int digits) {
+    wchar_t room[512];
+    std::wstring_view const text = writeDouble(room, value, digits);
+    if (!text.empty()) return field(text);
+    std::wstring longer(static_cast<std::size_t>(digits) + 312, L'\0');
+    return field(writeDouble(longer, value, digits));
+}
+
+void CSVWriter::endRecord() {
+    std::wstring& out = text_ != nullptr ? *text_ : record_;
+    bool const onlyEmpty = hasFields_ && out.size() == start_;
+    makeRoom(out, 4);
+    if (onlyEmpty) out.append(2, csv::quote);  // an empty line has no field
+    out += lineEnd_;
+    hasFields_ = false;
+    if (lines_ == nullptr) return;
+
+    struct Forget {
+        std::wstring& record;
+        ~Forget() { record.clear(); }
+    } const forget{record_};
+    lines_->write(record_);
+}
+
+void CSVWriter::write(std::span<std::wstring const> fields) {
+    for (std::wstring const& text : fields) field(text);
+    endRecord();
+}
+
+}

@@ -1,0 +1,64 @@
+/// Records as comma-separated text, which CSVReader reads back as they were.
+#pragma once
+
+#include "orn/Export.h"
+#include "orn/text/CSVParser.h"
+
+#include <concepts>
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace ORN {
+
+class TextWriter;
+
+/// Writes records field by field, to the end of a text or to a text writer. A field stands in quotes when it has to: when
+/// it holds the delimiter, a quote or a line end, when it begins or ends with a blank that the format drops, or when it
+/// is empty and the record's only one. Numbers are written by writeDouble. What a CSVReader with the same format reads
+/// from the text is what was written, whatever the fields hold.
+///
+/// A text writer gets what it makes of line ends: it ends records as it ends lines, and line ends in quotes come back
+/// from a text reader as LF. The text or the text writer must outlive this object. One thread at a time.
+///
+///     CSVWriter rows{lines};
+///     rows.field(L"name").field(1.5).endRecord();
+class ORN_API CSVWriter {
+public:
+    explicit CSVWriter(TextWriter& lines, CSVFormat format = {});  ///< throws std::logic_error for an illegal delimiter
+
+    /// Each record ends with lineEnd, which is CR LF, LF or CR. Throws std::logic_error for any other, and for an illegal
+    /// delimiter.
+    explicit CSVWriter(std::wstring& text, CSVFormat format = {}, std::wstring_view lineEnd = L"\r\n");
+
+    /// One field more: at the end of the text at once; for a text writer kept here until the record ends.
+    /// @{
+    CSVWriter& field(std::wstring_view text);
+    CSVWriter& field(double value);              ///< the shortest text
+    CSVWriter& field(double value, int digits);  ///< with so many digits behind the point
+    /// @}
+
+    /// What a double cannot hold, and what is no number.
+    template <std::integral Value>
+    requires(sizeof(Value) > 4 || sizeof(Value) == 1 || std::same_as<Value, wchar_t>) CSVWriter& field(Value) = delete;
+
+    /// The end of the record, which without any field is an empty line. Throws what the text writer throws; the record is
+    /// then forgotten all the same.
+    void endRecord();
+
+    void write(std::span<std::wstring const> fields);  ///< all the fields, and the end of the record
+
+private:
+    CSVWriter(TextWriter* lines, std::wstring* text, CSVFormat format, std::wstring_view lineEnd);
+
+    TextWriter* lines_;
+    std::wstring* text_;
+    CSVFormat format_;
+    std::wstring lineEnd_;
+    std::wstring record_;    // for a text writer, as far as it is written
+    std::size_t start_ = 0;  // where the record begins
+    bool hasFields_ = false;
+};
+
+}
