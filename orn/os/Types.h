@@ -1,6 +1,13 @@
 /// The Windows names that signatures use, with one meaning on every system: on Windows they repeat the system's own
 /// declarations (so that windows.h may come before or after), elsewhere they have the same widths.
 ///
+/// Where other declarations have these names for other types, as a library that has a DWORD of its own or a windows.h under
+/// NO_STRICT, ours get other names while they are included; they are no part of any exported name but for BITMAPINFO:
+///
+///     #define DWORD ORN_DWORD    // under NO_STRICT: HWND, HKEY and HINSTANCE
+///     #include "orn/orn.h"
+///     #undef DWORD
+///
 /// A wide string is a sequence of UTF-16 code units on both systems: where wchar_t has 32 bits, each element still holds
 /// one code unit.
 #pragma once
@@ -8,6 +15,11 @@
 #include <cstdint>
 
 #if defined(_WIN32)
+
+#if defined(NO_STRICT) && !defined(STRICT) && defined(_WINDEF_) && !defined(HWND)
+#error \
+    "windows.h has no types for handles under NO_STRICT: rename HWND, HKEY and HINSTANCE while orn's headers are included"
+#endif
 
 typedef unsigned char BYTE;
 typedef unsigned short WORD;

@@ -6,6 +6,7 @@
 
 #include <shlwapi.h>
 
+#include <climits>
 #include <new>
 
 namespace ORN::os {
@@ -45,7 +46,12 @@ DWORD createKey(HKEY parent, wchar_t const* subKey, DWORD rights, HKEY& key) noe
         ::RegCreateKeyExW(parent, subKey, 0, noClass, REG_OPTION_NON_VOLATILE, rights, nullptr, &key, nullptr));
 }
 
-DWORD closeKey(HKEY key) noexcept { return status(::RegCloseKey(key)); }
+DWORD closeKey(HKEY key) noexcept {
+    // An empty path opens a root as itself. Closed, it would come to be another user's in a thread that impersonates one.
+    LONGLONG const number = static_cast<LONGLONG>(reinterpret_cast<LONG_PTR>(key));
+    if (number >= LONG_MIN && number <= LONG_MIN + 0xFF) return 0;
+    return status(::RegCloseKey(key));
+}
 
 DWORD queryValue(HKEY key, wchar_t const* name, DWORD& type, void* data, DWORD& size) noexcept {
     if (ORN_OS_REFUSED("RegQueryValueExW")) return ERROR_ACCESS_DENIED;
