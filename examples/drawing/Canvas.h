@@ -4,6 +4,7 @@
 #include "orn/colour/Colour.h"
 #include "orn/colour/DIBitmap.h"
 #include "orn/geometry/Point.h"
+#include "orn/text/RawFile.h"
 
 #include <memory>
 #include <span>
@@ -23,7 +24,7 @@ struct Band {
 /// ContextGdiplus must be alive. One thread at a time; canvases over different rows do not share anything.
 class Canvas {
 public:
-    static std::unique_ptr<Canvas> create(Band const& band);  ///< clears the band to white
+    static std::unique_ptr<Canvas> create(Band const& band, Colour const& paper);  ///< fills the band with the paper
 
     Canvas() = default;
     Canvas(Canvas const&) = delete;
@@ -36,6 +37,10 @@ public:
     /// Brings everything into the band's memory. To be called once, at the end.
     virtual void finish() = 0;
 };
+
+/// The same for a page of a PDF file, with a point for a pixel; the writer must outlive it. Throws ORN::OrnError on a
+/// system that makes none.
+std::unique_ptr<Canvas> pdfCanvas(ORN::RawWriter& file, int width, int height, Colour const& paper);
 
 /// A top-down 32-bit bitmap as a PNG file. A ContextGdiplus must be alive.
 std::vector<unsigned char> pngFile(DIBitmap const& bitmap);

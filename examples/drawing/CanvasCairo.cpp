@@ -3,9 +3,11 @@
 #include "orn/foundation/Error.h"
 #include "orn/text/Encoding.h"
 
+#include <cairo-pdf.h>
 #include <cairo.h>
 
 #include <new>
+#include <utility>
 
 #if defined(__SANITIZE_THREAD__)
 // Cairo passes memory from thread to thread by atomic exchanges, which the sanitizer sees only in code built with it.
@@ -39,12 +41,10 @@ Surface surfaceOver(unsigned char* pixels, int width, int height) {
 
 class CairoCanvas final : public Canvas {
 public:
-    explicit CairoCanvas(Band const& band)
-        : top_{static_cast<double>(band.top)},
-          surface_{surfaceOver(band.pixels, band.width, band.height)},
-          context_{cairo_create(surface_.get())} {
+    CairoCanvas(Surface surface, int top, Colour const& paper)
+        : top_{static_cast<double>(top)}, surface_{std::move(surface)}, context_{cairo_create(surface_.get())} {
         check(cairo_status(context_.get()));
-        cairo_set_source_rgb(context_.get(), 1, 1, 1);
+        cairo_set_source_rgb(context_.get(), paper.r(), paper.g(), paper.b());
         cairo_paint(context_.get());
         cairo_set_line_join(context_.get(), CAIRO_LINE_JOIN_ROUND);
         cairo_set_line_cap(context_.get(), CAIRO_LINE_CAP_ROUND);
@@ -61,6 +61,9 @@ public:
     void finish() override {
         check(cairo_status(context_.get()));
         cairo_surface_flush(surface_.get());
+        if (cairo_surface_get_type(surface_.get()) == CAIRO_SURFACE_TYPE_IMAGE) return;
+        cairo_surface_finish(surface_.get());
+        check(cairo_surface_status(surface_.get()));
     }
 
 private:
@@ -69,19 +72,37 @@ private:
     Context context_;
 };
 
+/// Cairo is C: nothing may fly through it.
+cairo_status_t writeTo(void* closure, unsigned char const* bytes, unsigned int count) {
+    try {
+        static_cast<ORN::RawWriter*>(closure)->write(bytes, count);
+        return CAIRO_STATUS_SUCCESS;
+    } catch (...) {
+        return CAIRO_STATUS_WRITE_ERROR;
+    }
+}
+
 cairo_status_t append(void* closure, unsigned char const* bytes, unsigned int count) {
     auto* const file = static_cast<std::vector<unsigned char>*>(closure);
     try {
         file->insert(file->end(), bytes, bytes + count);
         return CAIRO_STATUS_SUCCESS;
-    } catch (std::bad_alloc const&) {  // Cairo is C: nothing may fly through it
+    } catch (std::bad_alloc const&) {
         return CAIRO_STATUS_NO_MEMORY;
     }
 }
 
 }
 
-std::unique_ptr<Canvas> Canvas::create(Band const& band) { return std::make_unique<CairoCanvas>(band); }
+std::unique_ptr<Canvas> Canvas::create(Band const& band, Colour const& paper) {
+    return std::make_unique<CairoCanvas>(surfaceOver(band.pixels, band.width, band.height), band.top, paper);
+}
+
+std::unique_ptr<Canvas> pdfCanvas(ORN::RawWriter& file, int width, int height, Colour const& paper) {
+    Surface surface{cairo_pdf_surface_create_for_stream(writeTo, &file, width, height)};
+    check(cairo_surface_status(surface.get()));
+    return std::make_unique<CairoCanvas>(std::move(surface), 0, paper);
+}
 
 std::vector<unsigned char> pngFile(DIBitmap const& bitmap) {
     BITMAPINFOHEADER const& header = bitmap.header()->bmiHeader;

@@ -22,10 +22,15 @@ void check(Gdiplus::Status status, wchar_t const* call) {
     throw WinError{call, status == Gdiplus::Win32Error ? GetLastError() : DWORD{ERROR_GEN_FAILURE}};
 }
 
+Gdiplus::Color colourOf(Colour const& colour) {
+    COLORREF const ref = colour.colorref();
+    return {GetRValue(ref), GetGValue(ref), GetBValue(ref)};
+}
+
 /// Lines drawn at `scale` times their size into memory of that size.
 class Strokes {
 public:
-    Strokes(unsigned char* pixels, int width, int height, int top, int scale)
+    Strokes(unsigned char* pixels, int width, int height, int top, int scale, Colour const& paper)
         : top_{top},
           scale_{scale},
           bitmap_{width, height, width * 4, PixelFormat32bppRGB, pixels},
@@ -35,7 +40,7 @@ public:
         check(graphics_.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias), L"SetSmoothingMode");
         // Coordinates are those of pixels' corners, not of their centres.
         check(graphics_.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf), L"SetPixelOffsetMode");
-        check(graphics_.Clear(Gdiplus::Color::White), L"Clear");
+        check(graphics_.Clear(colourOf(paper)), L"Clear");
     }
 
     void stroke(std::span<Point<2> const> points, Colour const& colour, double width) {
@@ -43,9 +48,7 @@ public:
         for (Point<2> const& p : points) {
             points_.emplace_back(static_cast<float>(p.x() * scale_), static_cast<float>((p.y() - top_) * scale_));
         }
-        COLORREF const ref = colour.colorref();
-        Gdiplus::Pen pen{Gdiplus::Color{GetRValue(ref), GetGValue(ref), GetBValue(ref)},
-                         static_cast<float>(width * scale_)};
+        Gdiplus::Pen pen{colourOf(colour), static_cast<float>(width * scale_)};
         pen.SetLineJoin(Gdiplus::LineJoinRound);
         pen.SetStartCap(Gdiplus::LineCapRound);
         pen.SetEndCap(Gdiplus::LineCapRound);
@@ -65,7 +68,8 @@ private:
 /// Over a GDI+ that smooths lines.
 class SmoothCanvas final : public Canvas {
 public:
-    explicit SmoothCanvas(Band const& band) : strokes_{band.pixels, band.width, band.height, band.top, 1} {}
+    SmoothCanvas(Band const& band, Colour const& paper)
+        : strokes_{band.pixels, band.width, band.height, band.top, 1, paper} {}
 
     void stroke(std::span<Point<2> const> points, Colour const& colour, double width) override {
         strokes_.stroke(points, colour, width);
@@ -81,11 +85,11 @@ private:
 /// they join without a trace.
 class OversizedCanvas final : public Canvas {
 public:
-    explicit OversizedCanvas(Band const& band)
+    OversizedCanvas(Band const& band, Colour const& paper)
         : band_{band},
           pixels_(std::size_t{4} * scale * scale * static_cast<std::size_t>(band.width) *
                   static_cast<std::size_t>(band.height)),
-          strokes_{pixels_.data(), band.width * scale, band.height * scale, band.top, scale} {}
+          strokes_{pixels_.data(), band.width * scale, band.height * scale, band.top, scale, paper} {}
 
     void stroke(std::span<Point<2> const> points, Colour const& colour, double width) override {
         for (std::size_t i = 1; i < points.size(); ++i) {
@@ -137,7 +141,7 @@ private:
 /// Tries a line: smoothed, it leaves pixels that are neither paper nor ink.
 bool smooths() {
     unsigned char pixels[16 * 16 * 4];
-    SmoothCanvas canvas{{pixels, 16, 0, 16}};
+    SmoothCanvas canvas{{pixels, 16, 0, 16}, Colour::rgb(1, 1, 1)};
     Point<2> const line[] = {{2, 3}, {14, 10}};
     canvas.stroke(line, Colour::rgb(0, 0, 0), 2);
     canvas.finish();
@@ -160,10 +164,14 @@ constexpr CLSID pngEncoder{0x557CF406, 0x1A04, 0x11D3, {0x9A, 0x73, 0x00, 0x00, 
 
 }
 
-std::unique_ptr<Canvas> Canvas::create(Band const& band) {
+std::unique_ptr<Canvas> Canvas::create(Band const& band, Colour const& paper) {
     static bool const smooth = smooths();
-    if (smooth) return std::make_unique<SmoothCanvas>(band);
-    return std::make_unique<OversizedCanvas>(band);
+    if (smooth) return std::make_unique<SmoothCanvas>(band, paper);
+    return std::make_unique<OversizedCanvas>(band, paper);
+}
+
+std::unique_ptr<Canvas> pdfCanvas(ORN::RawWriter&, int, int, Colour const&) {
+    throw ORN::OrnError{L"PDF is not written on this system (SVG is)"};
 }
 
 std::vector<unsigned char> pngFile(DIBitmap const& bitmap) {

@@ -1,5 +1,7 @@
 #include "drawing/Csv.h"
 
+#include "drawing/CommandLine.h"
+
 #include "orn/foundation/Error.h"
 #include "orn/text/CSVReader.h"
 #include "orn/text/Numbers.h"
@@ -122,17 +124,7 @@ std::uint32_t rgbOf(Row const& row, std::uint32_t ink, Place const& place) {
     std::wstring const& text = row[colour];
     if (text.empty()) return ink;
     std::uint32_t rgb = 0;
-    bool good = text.size() == 7 && text[0] == L'#';
-    for (std::size_t i = 1; good && i < text.size(); ++i) {
-        wchar_t const c = text[i];
-        std::uint32_t const digit = c >= L'0' && c <= L'9'   ? static_cast<std::uint32_t>(c - L'0')
-                                    : c >= L'a' && c <= L'f' ? static_cast<std::uint32_t>(c - L'a') + 10
-                                    : c >= L'A' && c <= L'F' ? static_cast<std::uint32_t>(c - L'A') + 10
-                                                             : 16;
-        good = digit < 16;
-        rgb = rgb << 4 | digit;
-    }
-    if (!good) place.fail(colour, quoted(text) + L" is not a colour like #C04000");
+    if (!parseColour(text, rgb)) place.fail(colour, quoted(text) + L" is not a colour like #C04000");
     return rgb;
 }
 

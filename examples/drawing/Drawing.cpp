@@ -1,9 +1,7 @@
 #include "drawing/Drawing.h"
 
-#include "drawing/Flatten.h"
-
 #include "orn/geometry/ArcFunctions.h"
-#include "orn/transforms/UniformTransform.h"
+#include "orn/geometry/ArcMaking.h"
 
 #include <cmath>
 
@@ -18,20 +16,12 @@ Measurements& Measurements::operator+=(Measurements const& other) {
     return *this;
 }
 
-namespace {
-
-/// The library's box is too small for some arcs of more than 270 degrees.
-Extent<2> boxOf(ORN::Arc<2> const& arc) {
-    return std::fabs(arc.bulge()) <= 2 ? arc.extent() : mappedExtent(arc, UniformTransform<2>{});
-}
-
-}
-
 Measurements measure(ORN::Arc<2> const& arc) {
     Vector<2> const chord = arc.end() - arc.start();
     double const squared = chord.x() * chord.x() + chord.y() * chord.y();
     bool const bulged = arc.bulge() != 0;
-    return {1, bulged ? 1u : 0u, arc.length(), bulged ? ORNArcSegmentArea(arc.bulge()) * squared : 0.0, boxOf(arc)};
+    return {1, bulged ? 1u : 0u, arc.length(), bulged ? ORNArcSegmentArea(arc.bulge()) * squared : 0.0,
+            ORN::trueExtent(arc)};
 }
 
 bool isMeasurable(Measurements const& sums) {

@@ -1,6 +1,7 @@
 #include "drawing/Flatten.h"
 
 #include "orn/geometry/ArcFunctions.h"
+#include "orn/geometry/ArcMaking.h"
 #include "orn/transforms/PointMapping.h"
 
 #include <algorithm>
@@ -35,15 +36,6 @@ private:
     Point<2> middle_;
 };
 
-/// The number of equal parts. A part of the angle w on a circle of radius r departs from its chord by
-/// r (1 - cos(w / 2)) <= r w² / 8, and on the page by no more than `stretch` times as much.
-int partsOf(ORN::Arc<2> const& arc, double stretch, double tolerance) {
-    double const most = 65536;  // beyond every page
-    double const angle = 4 * std::atan(std::fabs(arc.bulge()));
-    double const parts = std::ceil(std::sqrt(arc.length() * angle * stretch / (8 * tolerance)));
-    return static_cast<int>(parts < most ? std::max(parts, 1.0) : most);
-}
-
 }
 
 double largestStretch(AffineTransform<2> const& transform) {
@@ -56,14 +48,7 @@ double largestStretch(AffineTransform<2> const& transform) {
 
 void flatten(ORN::Arc<2> const& arc, AffineTransform<2> const& transform, double stretch, double tolerance,
              std::vector<Point<2>>& points) {
-    points.clear();
-    points.push_back(arc.start());
-    if (arc.bulge() != 0) {
-        ArcPoints const arcPoints{arc};
-        int const parts = partsOf(arc, stretch, tolerance);
-        for (int i = 1; i < parts; ++i) points.push_back(arcPoints.at(2.0 * i / parts - 1));
-    }
-    points.push_back(arc.end());
+    ORN::flatten(arc, tolerance / stretch, points);
     mapPoints(transform, points, points);
 }
 

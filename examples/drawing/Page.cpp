@@ -34,7 +34,7 @@ std::unique_ptr<Affine> turned(View const& view) {
 
 }
 
-Page::Page(Drawing const& drawing, PageSize size, View const& view) : size_{size} {
+Page::Page(Drawing const& drawing, PageSize size, View const& view) : size_{size}, paper_{view.paper} {
     std::unique_ptr<Affine> const turn = turned(view);
     Extent<2> extent;
     for (Entity const& entity : drawing.entities()) extent |= mappedExtent(entity.arc, *turn);

@@ -5,6 +5,7 @@
 
 #include "orn/transforms/AffineTransform.h"
 
+#include <cstdint>
 #include <memory>
 
 namespace drawing {
@@ -15,7 +16,14 @@ struct View {
     double scaleX = 1, scaleY = 1;
     bool mirrored = false;
     double degrees = 0;
+    std::uint32_t paper = 0xFFFFFF;  ///< what it is drawn on
 };
+
+/// Black, or white where the paper is dark.
+constexpr std::uint32_t inkOn(std::uint32_t paper) noexcept {
+    std::uint32_t const red = paper >> 16, green = paper >> 8 & 0xFF, blue = paper & 0xFF;
+    return 3 * red + 6 * green + blue < 10 * 128 ? 0xFFFFFF : 0;
+}
 
 struct PageSize {
     int width = 1200, height = 900;  ///< in pixels
@@ -29,11 +37,13 @@ public:
     Page(Drawing const& drawing, PageSize size, View const& view);
 
     PageSize size() const noexcept { return size_; }
+    std::uint32_t paper() const noexcept { return paper_; }                       ///< 0xRRGGBB
     AffineTransform<2> const& transform() const noexcept { return *transform_; }  ///< from the drawing to pixels
     double lineWidth() const noexcept;                                            ///< in pixels
 
 private:
     PageSize size_;
+    std::uint32_t paper_;
     std::unique_ptr<AffineTransform<2>> transform_;
 };
 

@@ -1,5 +1,6 @@
 #include "drawing/Program.h"
 
+#include "drawing/CommandLine.h"
 #include "drawing/System.h"
 
 #include "orn/foundation/Error.h"
@@ -13,11 +14,15 @@ namespace drawing {
 
 namespace {
 
-int fail(std::string text) {
+void tell(std::string text) {
     for (char& c : text) {
         if (static_cast<unsigned char>(c) < ' ') c = ' ';  // one line, whatever a file name or a field holds
     }
     std::fprintf(stderr, "%s\n", text.c_str());
+}
+
+int fail(std::string const& text) {
+    tell(text);
     return 1;
 }
 
@@ -29,6 +34,9 @@ int runProgram(std::string const& name, int argc, char* const argv[],
         prepareOutput();
         body(arguments(argc, argv));
         return 0;
+    } catch (CommandLineError const& error) {
+        fail(utf8(error.wWhat()));
+        return 2;
     } catch (ORN::OrnError const& error) {
         return fail(utf8(error.wWhat()));
     } catch (std::bad_alloc const&) {
@@ -36,6 +44,10 @@ int runProgram(std::string const& name, int argc, char* const argv[],
     } catch (std::exception const& error) {
         return fail(name + ": " + error.what());
     }
+}
+
+void remark(std::string const& program, std::wstring const& file, std::wstring const& what) {
+    tell(program + ": " + utf8(file == L"-" ? L"standard input" : file) + ": " + utf8(what));
 }
 
 void print(std::string const& text) {

@@ -25,6 +25,8 @@ Point<2> snapped(Point<2> const& p) {
     return {std::floor(p.x() * gridSteps + 0.5) / gridSteps, std::floor(p.y() * gridSteps + 0.5) / gridSteps};
 }
 
+Colour colourOf(std::uint32_t rgb) { return Colour::argb(0xFF000000 | rgb); }
+
 /// Whether an arc can touch the rows at all: it keeps within a disc around the middle of its chord.
 bool touches(ORN::Arc<2> const& arc, AffineTransform<2> const& transform, double stretch, double from, double to) {
     Vector<2> const chord = arc.end() - arc.start();
@@ -40,7 +42,7 @@ void renderBand(Drawing const& drawing, Page const& page, Band const& band) {
     double const stretch = largestStretch(page.transform());
     double const from = band.top - width - 1, to = band.top + band.height + width + 1;
 
-    std::unique_ptr<Canvas> const canvas = Canvas::create(band);
+    std::unique_ptr<Canvas> const canvas = Canvas::create(band, colourOf(page.paper()));
     std::vector<Point<2>> points;
     for (Entity const& entity : drawing.entities()) {
         if (!touches(entity.arc, page.transform(), stretch, from, to)) continue;
@@ -48,12 +50,25 @@ void renderBand(Drawing const& drawing, Page const& page, Band const& band) {
         for (Point<2>& p : points) p = snapped(p);
         bool const dot = std::all_of(points.begin(), points.end(), [&](Point<2> const& p) { return p == points[0]; });
         if (dot) points.back() += Vector<2>{1 / gridSteps, 0};  // not every library draws a line without length
-        canvas->stroke(points, Colour::argb(0xFF000000 | entity.rgb), width);
+        canvas->stroke(points, colourOf(entity.rgb), width);
     }
     canvas->finish();
     for (std::ptrdiff_t i = 0, count = std::ptrdiff_t{band.width} * band.height; i < count; ++i) {
         band.pixels[i * 4 + 3] = 0xFF;
     }
+}
+
+void writePdf(Drawing const& drawing, Page const& page, ORN::RawWriter& file) {
+    auto const [width, height] = page.size();
+    std::unique_ptr<Canvas> const canvas = pdfCanvas(file, width, height, colourOf(page.paper()));
+    double const fine = flatness / 10;  // who looks at it may enlarge it
+    double const stretch = largestStretch(page.transform());
+    std::vector<Point<2>> points;
+    for (Entity const& entity : drawing.entities()) {
+        flatten(entity.arc, page.transform(), stretch, fine, points);
+        canvas->stroke(points, colourOf(entity.rgb), page.lineWidth());
+    }
+    canvas->finish();
 }
 
 DIBitmap renderPage(Drawing const& drawing, Page const& page) {

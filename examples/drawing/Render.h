@@ -11,6 +11,9 @@ namespace drawing {
 /// so a caller may stop between bands, or draw them in any order and on several threads.
 void renderBand(Drawing const& drawing, Page const& page, Band const& band);
 
+/// The page as a PDF file, as pdfCanvas makes it.
+void writePdf(Drawing const& drawing, Page const& page, ORN::RawWriter& file);
+
 /// The whole page, as a top-down 32-bit bitmap. The byte beside each pixel's colours is 255.
 DIBitmap renderPage(Drawing const& drawing, Page const& page);
 

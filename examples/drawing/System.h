@@ -13,6 +13,9 @@ std::vector<std::wstring> arguments(int argc, char* const argv[]);
 /// A file name of the library's kind for the standard library.
 std::filesystem::path pathOf(std::wstring const& name);
 
+/// The same the other way.
+std::wstring nameOf(std::filesystem::path const& path);
+
 /// Makes the standard streams take bytes as they are, and a console read them as UTF-8.
 void prepareOutput();
 

@@ -15,6 +15,8 @@ std::vector<std::wstring> arguments(int argc, char* const argv[]) {
 
 std::filesystem::path pathOf(std::wstring const& name) { return getMBS(name); }
 
+std::wstring nameOf(std::filesystem::path const& path) { return getWCS(path.string()); }
+
 void prepareOutput() {}
 
 std::wstring fromCodePage(std::string const& bytes, unsigned int codePage) {

@@ -25,6 +25,8 @@ std::vector<std::wstring> arguments(int, char* const[]) {
 
 std::filesystem::path pathOf(std::wstring const& name) { return name; }
 
+std::wstring nameOf(std::filesystem::path const& path) { return path.wstring(); }
+
 void prepareOutput() {
     SetConsoleOutputCP(CP_UTF8);
     for (std::FILE* const stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);

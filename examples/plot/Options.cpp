@@ -1,100 +1,108 @@
 #include "plot/Options.h"
 
-#include "drawing/Picture.h"
-
-#include "orn/foundation/Error.h"
-#include "orn/text/Numbers.h"
-
-#include <cmath>
+#include "drawing/CommandLine.h"
 
 namespace plot {
 
 namespace {
 
-constexpr LONG longestSide = 30000;
-constexpr std::int64_t mostPixels = 50'000'000;
+constexpr char const* above =
+    "The drawing is a DXF file (ASCII, R12 or later) or a CSV file; the picture's name ends in .png, .bmp, .svg or "
+    ".pdf.\n"
+    "A drawing - is standard input. A picture - is standard output; then no table is printed.\n";
 
-[[noreturn]] void fail(std::wstring const& what) { throw ORN::OrnError{L"orn-plot: " + what + L" (see --help)"}; }
+constexpr char const* below =
+    "Columns of a CSV file: x1, y1, x2, y2; optional: bulge (tangent of a quarter of the arc's angle, positive\n"
+    "anticlockwise), layer, colour (#RRGGBB).\n"
+    "\n"
+    "Columns of the table, which is a CSV file itself, with a row for each layer and a last one, *, for the whole:\n"
+    "  layer                   its name\n"
+    "  entities, arcs          number of lines and arcs, and how many of them are arcs; a circle counts as two arcs\n"
+    "  length                  sum of their lengths\n"
+    "  area                    sum of the areas between arcs and their chords, those of clockwise arcs negative;\n"
+    "                          not the area that an outline encloses\n"
+    "  xmin, ymin, xmax, ymax  the smallest box around what is drawn\n"
+    "\n"
+    "Of DXF files the model is drawn, seen from above. What is not drawn (texts, hatches ...) is counted on standard\n"
+    "error. The status is 0, 1 when something fails, and 2 when the command line is wrong.\n";
 
-double number(std::wstring const& text, std::wstring const& option) {
-    double value = 0;
-    if (!isDouble(&value, text.data(), text.size()) || !std::isfinite(value)) {
-        fail(option + L": '" + text + L"' is not a number");
-    }
-    return value;
-}
-
-drawing::PageSize pageSize(std::wstring const& text) {
-    std::size_t const x = text.find(L'x');
-    LONG width = 0, height = 0;
-    if (x == std::wstring::npos || !isLong(&width, text.data(), x) ||
-        !isLong(&height, text.data() + x + 1, text.size() - x - 1)) {
-        fail(L"--size: '" + text + L"' is not a size like 1200x900");
-    }
-    if (width < 1 || height < 1 || width > longestSide || height > longestSide ||
-        std::int64_t{width} * height > mostPixels) {
-        fail(L"--size: a page of " + text + L" pixels cannot be drawn: at most " + std::to_wstring(longestSide) +
-             L" a side and " + std::to_wstring(mostPixels) + L" in all");
-    }
-    return {static_cast<int>(width), static_cast<int>(height)};
-}
-
-void setScale(drawing::View& view, std::wstring const& text) {
+void setScale(drawing::CommandLine const& line, drawing::View& view, std::wstring const& text) {
     std::size_t const comma = text.find(L',');
-    if (comma == std::wstring::npos) fail(L"--scale: '" + text + L"' is not a pair of factors like 1,0.5");
-    view.scaleX = number(text.substr(0, comma), L"--scale");
-    view.scaleY = number(text.substr(comma + 1), L"--scale");
-    if (view.scaleX == 0 || view.scaleY == 0) fail(L"--scale: a factor of 0 leaves nothing to draw");
+    if (comma == std::wstring::npos) line.fail(L"--scale: '" + text + L"' is not a pair of factors like 1,0.5");
+    view.scaleX = line.number(L"--scale", text.substr(0, comma));
+    view.scaleY = line.number(L"--scale", text.substr(comma + 1));
+    if (view.scaleX == 0 || view.scaleY == 0) line.fail(L"--scale: a factor of 0 leaves nothing to draw");
+}
+
+std::set<std::wstring> names(std::wstring const& text) {
+    std::set<std::wstring> names;
+    for (std::size_t at = 0; at <= text.size();) {
+        std::size_t const end = std::min(text.find(L',', at), text.size());
+        names.insert(text.substr(at, end - at));
+        at = end + 1;
+    }
+    return names;
+}
+
+drawing::Format format(drawing::CommandLine const& line, std::wstring const& ending) {
+    std::optional<drawing::Format> const format = drawing::formatOf(L"picture." + ending);
+    if (!format) line.fail(L"--format: '" + ending + L"' is not png, bmp, svg or pdf");
+    return *format;
 }
 
 }
-
-char const* const usage =
-    "Usage: orn-plot [options] DRAWING PICTURE\n"
-    "\n"
-    "Draws the lines and arcs of a DXF or CSV file into a picture (.png or .bmp) and prints a table of their measurements.\n"
-    "Columns of CSV files: x1, y1, x2, y2; optional: bulge (tangent of a quarter of the arc's angle), layer, colour (#RRGGBB).\n"
-    "\n"
-    "  --size WxH        size of the picture in pixels (1200x900)\n"
-    "  --scale SX,SY     scale the drawing along its axes\n"
-    "  --mirror          mirror it left to right\n"
-    "  --rotate DEGREES  rotate it anticlockwise\n"
-    "  --help            show this text\n";
 
 Options parseOptions(std::vector<std::wstring> const& arguments) {
     Options options;
-    std::vector<std::wstring> names;
-    bool onlyNames = false;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        std::wstring const& argument = arguments[i];
-        auto const value = [&]() -> std::wstring const& {
-            if (i + 1 == arguments.size()) fail(argument + L": the value is missing");
-            return arguments[++i];
-        };
-        if (onlyNames || argument.size() < 2 || argument[0] != L'-') {
-            names.push_back(argument);
-        } else if (argument == L"--") {
-            onlyNames = true;
-        } else if (argument == L"--help") {
-            options.help = true;
-            return options;
-        } else if (argument == L"--size") {
-            options.size = pageSize(value());
-        } else if (argument == L"--scale") {
-            setScale(options.view, value());
-        } else if (argument == L"--mirror") {
-            options.view.mirrored = true;
-        } else if (argument == L"--rotate") {
-            options.view.degrees = number(value(), argument);
-        } else {
-            fail(L"unknown option " + argument);
-        }
+    std::optional<drawing::Format> asked;
+    std::optional<std::wstring> table;
+    drawing::View& view = options.view;
+    std::optional<drawing::CommandLine> line;
+    line.emplace(
+        "orn-plot",
+        drawing::CommandLine::Texts{"DRAWING PICTURE",
+                                    "draws lines and arcs into a picture and prints a table of their measurements",
+                                    above, below},
+        std::vector<drawing::Option>{
+            {"size", "WxH", "size of the picture in pixels (1200x900)", [&](auto& v) { options.size = line->size(v); }},
+            {"scale", "SX,SY", "scale the drawing along its axes", [&](auto& v) { setScale(*line, view, v); }},
+            {"mirror", nullptr, "mirror it left to right", [&](auto&) { view.mirrored = true; }},
+            {"rotate", "DEGREES", "rotate it anticlockwise",
+             [&](auto& v) { view.degrees = line->number(L"--rotate", v); }},
+            {"background", "COLOUR",
+             "of the picture: #RRGGBB, black or white (white); on a dark one black ink is white",
+             [&](auto& v) { view.paper = line->colour(v); }},
+            {"layers", "A,B,...", "draw and measure only these layers (all that the drawing itself does not hide)",
+             [&](auto& v) { options.layers = names(v); }},
+            {"table", "FILE", "write the table into a file", [&](auto& v) { table = v; }},
+            {"quiet", nullptr, "no table on standard output, no remarks on standard error",
+             [&](auto&) { options.quiet = true; }},
+            {"format", "FORMAT", "of the picture, whatever its name: png, bmp, svg or pdf (for -: png)",
+             [&](auto& v) { asked = format(*line, v); }},
+            {"tolerance", "T",
+             "splines, ellipses and unequally scaled arcs become arcs that keep within T of them, in\n"
+             "the drawing's units (a millionth of the size of each)",
+             [&](auto& v) {
+                 options.tolerance = line->number(L"--tolerance", v);
+                 if (!(options.tolerance > 0)) line->fail(L"--tolerance: a tolerance is greater than 0");
+             }},
+        });
+    std::vector<std::wstring> const given = line->parse(arguments);
+    options.answer = line->answer();
+    if (!options.answer.empty()) return options;
+
+    if (given.size() < 2)
+        line->fail(given.empty() ? L"a drawing and a picture must be named" : L"a picture must be named");
+    if (given.size() > 2) line->fail(L"'" + given[2] + L"' is one name too many");
+    options.drawing = given[0];
+    options.picture = given[1];
+    if (!asked && options.picture != L"-") asked = drawing::formatOf(options.picture);
+    if (!asked && options.picture != L"-") {
+        line->fail(options.picture + L": the name of a picture ends in .png, .bmp, .svg or .pdf");
     }
-    if (names.size() < 2) fail(names.empty() ? L"a drawing and a picture must be named" : L"a picture must be named");
-    if (names.size() > 2) fail(L"'" + names[2] + L"' is one name too many");
-    if (!drawing::isPictureName(names[1])) fail(names[1] + L": the name of a picture ends in .png or .bmp");
-    options.drawing = names[0];
-    options.picture = names[1];
+    options.format = asked.value_or(drawing::Format::png);
+    options.table = table.value_or(options.quiet || options.picture == L"-" ? L"" : L"-");
+    if (options.table == L"-" && options.picture == L"-") line->fail(L"the picture and the table cannot both go to -");
     return options;
 }
 

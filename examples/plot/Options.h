@@ -2,23 +2,29 @@
 #pragma once
 
 #include "drawing/Page.h"
+#include "drawing/Picture.h"
 
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace plot {
 
 struct Options {
-    bool help = false;
+    std::string answer;  ///< to be printed instead of anything else, if there is something
     drawing::PageSize size;
     drawing::View view;
     std::wstring drawing;
     std::wstring picture;
+    drawing::Format format = drawing::Format::png;
+    std::set<std::wstring> layers;  ///< those that are drawn; empty: all that the drawing shows
+    std::wstring table;             ///< a file, - for standard output; empty: none
+    bool quiet = false;
+    double tolerance = 0;
 };
 
-/// Throws ORN::OrnError with one line of text for what it does not understand.
+/// Throws drawing::CommandLineError for what it does not understand.
 Options parseOptions(std::vector<std::wstring> const& arguments);
-
-extern char const* const usage;
 
 }

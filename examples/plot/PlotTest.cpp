@@ -124,13 +124,31 @@ TEST(Plot, PicturesAgreeAndShowTheDrawingWhereItBelongs) {
     EXPECT_EQ(folder.names(), (std::vector<std::string>{"corner.csv", "p.BMP", "p.png"}));
 }
 
-TEST(Plot, HelpGoesToStandardOutput) {
-    Outcome const outcome = runPlot({L"--mirror", L"--help", L"--nonsense"});
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.error, "");
-    for (char const* word : {"orn-plot", "--size", "--rotate", "--mirror", "--scale", "--help"}) {
-        EXPECT_NE(outcome.out.find(word), std::string::npos) << word;
+TEST(Plot, HelpAndVersionGoToStandardOutput) {
+    for (wchar_t const* option : {L"--help", L"-h", L"--version", L"-V"}) {
+        Outcome const outcome = runPlot({L"--mirror", option, L"--nonsense"});
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.error, "");
+        EXPECT_NE(outcome.out.find("orn-plot"), std::string::npos);
     }
+}
+
+TEST(Plot, DrawsAndMeasuresTheLayersThatAreAskedFor) {
+    Folder const folder;
+    writeFile("d.dxf",
+              "0\nSECTION\n2\nTABLES\n0\nLAYER\n2\nb\n62\n-1\n70\n0\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n"
+              "0\nLINE\n8\na\n10\n0\n20\n0\n11\n3\n21\n4\n0\nLINE\n8\nb\n10\n0\n20\n0\n11\n0\n21\n2\n"
+              "0\nTEXT\n8\na\n0\nENDSEC\n0\nEOF\n");
+    std::string const header = "layer,entities,arcs,length,area,xmin,ymin,xmax,ymax\n";
+    std::string const a = "1,0,5,0,0,0,3,4\n", b = "1,0,2,0,0,0,0,2\n";
+    Outcome const shown = runPlot({L"--size=50x50", L"d.dxf", L"p.svg"});
+    EXPECT_EQ(shown.out, header + "a," + a + "*," + a);
+    EXPECT_EQ(shown.error, "orn-plot: d.dxf: not drawn: 1 TEXT\n");
+    Outcome const named =
+        runPlot({L"--quiet", L"--layers=b", L"--table=t.csv", L"--background=black", L"d.dxf", L"p.bmp"});
+    EXPECT_EQ(named.out + named.error, "");
+    EXPECT_EQ(readFile("t.csv"), header + "b," + b + "*," + b);
+    EXPECT_EQ(readBmp("p.bmp").at(0, 0), 0u);
 }
 
 }

@@ -2,18 +2,17 @@
 #include "drawing/Picture.h"
 #include "drawing/Program.h"
 #include "drawing/Reading.h"
-#include "drawing/Render.h"
 #include "drawing/System.h"
 #include "plot/Options.h"
 #include "plot/Table.h"
 
 #include "orn/colour/ContextGdiplus.h"
 #include "orn/foundation/Error.h"
-#include "orn/text/Encoding.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 
 namespace {
 
@@ -43,34 +42,67 @@ private:
     bool shown_ = false;
 };
 
-drawing::Drawing read(std::wstring const& file) {
+drawing::Drawing read(plot::Options const& options) {
     Progress progress;
-    drawing::ReadingOptions options;
-    options.progress = [&](std::uint64_t entities) { progress.show(entities); };
-    options.remark = [&](std::wstring const& what) {
+    drawing::ReadingOptions reading;
+    reading.ink = drawing::inkOn(options.view.paper);
+    reading.tolerance = options.tolerance;
+    reading.progress = [&](std::uint64_t entities) { progress.show(entities); };
+    reading.remark = [&](std::wstring const& what) {
         progress.clear();
-        std::fprintf(stderr, "orn-plot: %s: %s\n", utf8(file).c_str(), utf8(what).c_str());
+        if (!options.quiet) drawing::remark("orn-plot", options.drawing, what);
     };
-    drawing::Drawing drawing = drawing::readDrawing(file, options);
-    auto const shown = [](drawing::Layer const& layer) { return !layer.hidden; };
-    if (std::ranges::all_of(drawing.layers(), shown)) return drawing;
-    return drawing.part(shown);
+    return drawing::readDrawing(options.drawing, reading);
+}
+
+std::wstring shownName(plot::Options const& options) {
+    return options.drawing == L"-" ? L"standard input" : options.drawing;
+}
+
+/// Without layers that are not to be drawn.
+drawing::Drawing chosen(drawing::Drawing drawing, plot::Options const& options) {
+    auto const isChosen = [&](drawing::Layer const& layer) {
+        return options.layers.empty() ? !layer.hidden : options.layers.contains(layer.name);
+    };
+    for (std::wstring const& name : options.layers) {
+        auto const isNamed = [&](drawing::Layer const& layer) { return layer.name == name; };
+        if (std::ranges::any_of(drawing.layers(), isNamed)) continue;
+        throw ORN::OrnError{shownName(options) + L": there is no layer '" + name + L"'"};
+    }
+    if (std::ranges::all_of(drawing.layers(), isChosen)) return drawing;
+    drawing::Drawing part = drawing.part(isChosen);
+    if (part.entities().empty()) throw ORN::OrnError{shownName(options) + L": all layers are hidden (see --layers)"};
+    return part;
 }
 
 drawing::Page placed(drawing::Drawing const& drawing, plot::Options const& options) {
     try {
         return {drawing, options.size, options.view};
     } catch (ORN::OrnError const& error) {
-        throw ORN::OrnError{options.drawing + L": " + error.wWhat()};
+        throw ORN::OrnError{shownName(options) + L": " + error.wWhat()};
+    }
+}
+
+/// No file may replace another one that the same command names.
+void checkFiles(plot::Options const& options) {
+    std::wstring const* const files[] = {&options.drawing, &options.picture, &options.table};
+    for (int a = 0; a < 3; ++a) {
+        for (int b = a + 1; b < 3; ++b) {
+            std::error_code none;
+            bool const same = *files[a] == *files[b] ||
+                              std::filesystem::equivalent(drawing::pathOf(*files[a]), drawing::pathOf(*files[b]), none);
+            if (same && *files[a] != L"-") throw ORN::OrnError{*files[b] + L": this is the same file as " + *files[a]};
+        }
     }
 }
 
 void run(plot::Options const& options) {
+    checkFiles(options);
     ContextGdiplus const graphics;
-    drawing::Drawing const drawing = read(options.drawing);
+    drawing::Drawing const drawing = chosen(read(options), options);
     drawing::Page const page = placed(drawing, options);
-    drawing::savePicture(drawing::renderPage(drawing, page), options.picture);
-    drawing::print(plot::table(drawing));
+    drawing::savePicture(drawing, page, options.format, options.picture);
+    if (!options.table.empty()) drawing::saveText(plot::table(drawing), options.table);
 }
 
 }
@@ -78,6 +110,6 @@ void run(plot::Options const& options) {
 int main(int argc, char* argv[]) {
     return drawing::runProgram("orn-plot", argc, argv, [](std::vector<std::wstring> const& arguments) {
         plot::Options const options = plot::parseOptions(arguments);
-        options.help ? drawing::print(plot::usage) : run(options);
+        options.answer.empty() ? run(options) : drawing::print(options.answer);
     });
 }

@@ -9,19 +9,15 @@
 namespace view {
 
 struct Options {
-    bool help = false;
+    std::string answer;  ///< to be printed instead of anything else, if there is something
     drawing::PageSize size{480, 360};
     std::wstring script;  ///< empty: none
     std::wstring log;     ///< empty: none
+    bool quiet = false;
     std::vector<std::wstring> drawings;
 };
 
-/// Throws ORN::OrnError with one line of text for what it does not understand.
+/// Throws drawing::CommandLineError for what it does not understand.
 Options parseOptions(std::vector<std::wstring> const& arguments);
-
-extern char const* const usage;
-
-/// Two whole numbers with a separator between them, as in 480x360; false for any other text.
-bool parsePair(std::wstring const& text, wchar_t separator, int& first, int& second);
 
 }

@@ -1,7 +1,6 @@
 #include "view/Script.h"
 
-#include "view/Options.h"
-
+#include "drawing/CommandLine.h"
 #include "drawing/Picture.h"
 
 #include "orn/foundation/Error.h"
@@ -79,15 +78,17 @@ void parse(Command& command, std::size_t windows) {
         case Rest::window:
             if (!rest.empty()) fail(command, L"'" + rest + L"' is too much");
             break;
-        case Rest::size: good = parsePair(rest, L'x', command.a, command.b) && command.a > 0 && command.b > 0; break;
-        case Rest::place: good = parsePair(rest, L',', command.a, command.b); break;
+        case Rest::size:
+            good = drawing::parsePair(rest, L'x', command.a, command.b) && command.a > 0 && command.b > 0;
+            break;
+        case Rest::place: good = drawing::parsePair(rest, L',', command.a, command.b); break;
         case Rest::rows: {
             LONG rows = -1;
             good = isLong(&rows, rest.data(), rest.size()) && rows >= 0;
             command.a = static_cast<int>(rows);
             break;
         }
-        case Rest::picture: good = drawing::isPictureName(rest); break;
+        case Rest::picture: good = drawing::isBitmapName(rest); break;
         case Rest::text: break;
     }
     if (good) {

@@ -6,13 +6,22 @@
 
 namespace view {
 
-Sheet::Sheet(std::wstring const& file)
-    : name_{file.substr(file.find_last_of(L"\\/:") + 1)}, drawing_{drawing::readDrawing(file)} {
+Sheet::Sheet(std::wstring const& file, std::function<void(std::wstring const&)> const& remark)
+    : name_{file == L"-" ? L"standard input" : file.substr(file.find_last_of(L"\\/:") + 1)},
+      drawing_{drawing::readDrawing(file, {.remark = remark})} {
     for (drawing::Layer const& layer : drawing_.layers()) layers_.push_back(Quark::create(layer.name.c_str()));
 }
 
 bool Sheet::has(Quark layer) const noexcept {
     return std::find(layers_.begin(), layers_.end(), layer) != layers_.end();
+}
+
+LayerSet Sheet::hiddenByItself() const {
+    LayerSet hidden;
+    for (std::size_t i = 0; i < layers_.size(); ++i) {
+        if (drawing_.layers()[i].hidden) hidden.insert(layers_[i]);
+    }
+    return hidden;
 }
 
 drawing::Drawing Sheet::without(LayerSet const& hidden) const {

@@ -5,6 +5,7 @@
 
 #include "orn/text/Quark.h"
 
+#include <functional>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -16,13 +17,15 @@ using LayerSet = std::unordered_set<Quark>;
 /// A drawing read from a file. Its layers are quarks: layers of one name are one layer in all drawings.
 class Sheet {
 public:
-    explicit Sheet(std::wstring const& file);  ///< throws what readDrawing does
+    /// Throws what readDrawing does, and has it tell remarks.
+    Sheet(std::wstring const& file, std::function<void(std::wstring const&)> const& remark);
 
     std::wstring const& name() const noexcept { return name_; }  ///< the file's, without folders
     drawing::Drawing const& drawing() const noexcept { return drawing_; }
     std::vector<Quark> const& layers() const noexcept { return layers_; }
 
     bool has(Quark layer) const noexcept;
+    LayerSet hiddenByItself() const;                         ///< layers that the drawing says are not to be seen
     drawing::Drawing without(LayerSet const& hidden) const;  ///< the entities on other layers, in their order
 
 private:

@@ -41,7 +41,11 @@ void run(view::Options const& options) {
     std::vector<view::Command> commands;
     if (!options.script.empty()) commands = view::readScript(options.script, options.drawings.size());
     std::deque<view::Sheet> sheets;
-    for (std::wstring const& drawing : options.drawings) sheets.emplace_back(drawing);
+    for (std::wstring const& drawing : options.drawings) {
+        sheets.emplace_back(drawing, [&](std::wstring const& what) {
+            if (!options.quiet) drawing::remark("orn-view", drawing, what);
+        });
+    }
 
     view::Log log{options.log};
     {
@@ -70,6 +74,6 @@ void run(view::Options const& options) {
 int main(int argc, char* argv[]) {
     return drawing::runProgram("orn-view", argc, argv, [](std::vector<std::wstring> const& arguments) {
         view::Options const options = view::parseOptions(arguments);
-        options.help ? drawing::print(view::usage) : run(options);
+        options.answer.empty() ? run(options) : drawing::print(options.answer);
     });
 }

@@ -1,6 +1,7 @@
 #include "drawing/dxf/Curves.h"
 
 #include "orn/geometry/Angle.h"
+#include "orn/geometry/ArcMaking.h"
 
 #include <algorithm>
 #include <cmath>
@@ -29,7 +30,7 @@ public:
     void piece(double from, Point<2> const& a, double to, Point<2> const& b, int depth = 0) const {
         double const half = from + (to - from) / 2;
         Point<2> const p = curve_(half), q = curve_(from + (to - from) / 4), r = curve_(from + (to - from) * 0.75);
-        double const bulge = std::tan(turning(a, p, b) / 2);
+        double const bulge = ORN::arcThrough(a, p, b).bulge();
         if (depth == deepest || isPoint(a, {b, p, q, r})) {
             take_({a, b});
         } else if (std::fabs(bulge) <= 1 && keepsTo(a, p, b, q) && keepsTo(a, p, b, r)) {
@@ -64,7 +65,7 @@ private:
 void exactArcs(Conic const& conic, TakeArc const& take) {
     double const sense = cross(conic.u, conic.v) < 0 ? -1 : 1;
     int const parts = std::max(1, static_cast<int>(std::ceil(std::fabs(conic.sweep) / Angle::pi - 1e-9)));
-    double const bulge = sense * std::tan(conic.sweep / parts / 4);
+    double const bulge = ORN::bulgeOf(sense * conic.sweep / parts);
     bool const closed = std::fabs(std::fabs(conic.sweep) - turn) < 1e-12;
     Point<2> const first = conic.at(conic.start);
     Point<2> from = first;

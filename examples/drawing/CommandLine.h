@@ -1,0 +1,69 @@
+/// Command lines, the same way for every program.
+#pragma once
+
+#include "drawing/Page.h"
+
+#include "orn/foundation/Error.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace drawing {
+
+/// What is wrong with a command line; a program that ends for it has the status 2.
+class CommandLineError : public ORN::OrnError {
+public:
+    CommandLineError(std::string const& program, std::wstring const& what);
+};
+
+struct Option {
+    char const* name;   ///< without the two dashes
+    char const* value;  ///< what its value is called in the help; null: it takes none
+    char const* help;   ///< one line, or several
+    std::function<void(std::wstring const&)> set;
+};
+
+/// Options stand anywhere, as --name, --name value or --name=value; behind -- there are only names, and - is a name.
+/// Every program has --help (-h) and --version (-V) besides its own.
+class CommandLine {
+public:
+    /// The texts: what stands behind the program's name in the usage, what the program is (the first sentence, without a
+    /// full stop, stands for it alone), and what the help says above and below the options.
+    struct Texts {
+        char const *names, *summary, *above, *below;
+    };
+
+    CommandLine(char const* program, Texts const& texts, std::vector<Option> options);
+
+    /// The names. Throws CommandLineError for what it does not understand, and what the options' functions throw.
+    std::vector<std::wstring> parse(std::vector<std::wstring> const& arguments);
+
+    /// What is to be printed instead of anything else, as --help asks for; empty: nothing.
+    std::string const& answer() const noexcept { return answer_; }
+
+    [[noreturn]] void fail(std::wstring const& what) const { throw CommandLineError{program_, what}; }
+
+    // What options mean; they throw CommandLineError.
+    double number(std::wstring const& option, std::wstring const& text) const;
+    PageSize size(std::wstring const& text) const;         ///< like 480x360, of at most `longest` pixels a side
+    std::uint32_t colour(std::wstring const& text) const;  ///< like #C04000, or black or white
+
+private:
+    std::string help() const;
+    std::string manual() const;
+    std::string completion() const;
+
+    char const* program_;
+    Texts texts_;
+    std::vector<Option> options_;
+    std::string answer_;
+};
+
+/// 0xRRGGBB of a text like #C04000; false for any other text.
+bool parseColour(std::wstring const& text, std::uint32_t& rgb);
+
+/// Two whole numbers with a separator between them, as in 480x360; false for any other text.
+bool parsePair(std::wstring const& text, wchar_t separator, int& first, int& second);
+
+}

@@ -1,0 +1,79 @@
+#include "drawing/Output.h"
+
+#include "drawing/System.h"
+
+#include "orn/foundation/Error.h"
+#include "orn/text/Encoding.h"
+#include "orn/text/Printf.h"
+
+#include <cstdio>
+#include <random>
+#include <system_error>
+
+namespace drawing {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What a chain of links ends at; a file that is not there yet, too.
+fs::path followed(fs::path path) {
+    std::error_code none;
+    for (int links = 0; links < 40 && fs::is_symlink(path, none); ++links) {
+        fs::path const target = fs::read_symlink(path, none);
+        path = target.is_absolute() ? target : path.parent_path() / target;
+    }
+    return path;
+}
+
+}
+
+Output::Output(std::wstring const& name) : name_{name} {
+    if (name == L"-") return;
+    std::error_code none;
+    fs::file_status const status = fs::status(pathOf(name), none);
+    if (fs::is_directory(status)) throw ORN::OrnError{L"this is a folder"};
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        file_.reset(ORN::rawCreate(name));
+        return;
+    }
+    target_ = followed(pathOf(name));
+    fs::path const folder = target_.parent_path();
+    if (!folder.empty() && !fs::is_directory(folder, none)) {
+        throw ORN::OrnError{L"the folder '" + nameOf(folder) + L"' is not there"};
+    }
+    part_ = nameOf(target_) + stringPrintf(L".%08x.part", static_cast<unsigned int>(std::random_device{}()));
+    file_.reset(ORN::rawCreate(part_));
+}
+
+Output::~Output() {
+    file_.reset();
+    std::error_code ignored;
+    if (!part_.empty()) fs::remove(pathOf(part_), ignored);
+}
+
+void Output::write(void const* bytes, std::uint64_t count) {
+    if (file_ != nullptr) {
+        file_->write(bytes, count);
+    } else if (std::fwrite(bytes, 1, static_cast<std::size_t>(count), stdout) != count) {
+        throw ORN::OrnError{L"standard output cannot be written"};
+    }
+}
+
+void Output::finish() {
+    if (file_ == nullptr) {
+        if (std::fflush(stdout) != 0) throw ORN::OrnError{L"standard output cannot be written"};
+        return;
+    }
+    file_->flush();
+    file_->close();
+    if (part_.empty()) return;
+    std::error_code error;
+    fs::file_status const old = fs::status(target_, error);
+    if (fs::exists(old)) fs::permissions(pathOf(part_), old.permissions(), error);
+    fs::rename(pathOf(part_), target_, error);
+    if (error) throw ORN::OrnError{L"the file cannot be replaced: " + getWCS(error.message())};
+    part_.clear();
+}
+
+}
