@@ -22,18 +22,19 @@ namespace {
 
 constexpr unsigned int cannotOpen = 249, cannotCreate = 250, cannotRead = 251, cannotWrite = 252, cannotClose = 253;
 
-constexpr std::size_t collectedRoom = 4096;  // bytes of small pieces that a writer collects
-constexpr std::uint64_t smallPiece = 512;    // bytes; larger ones go to the system at once
+// How many bytes of small pieces a writer collects; a piece is small that takes less than a quarter of them. A log is
+// appended to, and the less of it waits for a crash the better.
+constexpr std::size_t noRoom = 0, logRoom = 2048, fileRoom = 16384;
 
 class RawFileImp final : public RawFileWriter {
 public:
-    RawFileImp(std::wstring const& name, wchar_t const* mode, unsigned int failure) : name_{name} {
-        bool const writes = *mode != L'r';
-        if (writes) collected_.reserve(collectedRoom);
+    RawFileImp(std::wstring const& name, wchar_t const* mode, unsigned int failure, std::size_t room)
+        : name_{name}, room_{room} {
+        collected_.reserve(room);
         file_ = os::openFile(name, mode);
         if (file_ == nullptr) fail(failure);
         // A runtime that fails to empty its own buffer does not tell what the file took of it.
-        if (writes) std::setvbuf(file_, nullptr, _IONBF, 0);
+        if (room != 0) std::setvbuf(file_, nullptr, _IONBF, 0);
     }
 
     RawFileImp(std::wstring const& name, std::FILE* borrowed) : name_{name}, file_{borrowed}, owned_{false} {}
@@ -85,8 +86,8 @@ public:
 
     void write(void const* buffer, std::uint64_t count) override {
         turnTo(Way::writing, cannotWrite);
-        bool const small = count < smallPiece;
-        if ((!small || collected_.size() + count > collectedRoom) && !writeCollected()) fail(cannotWrite);
+        bool const small = count < room_ / 4;
+        if ((!small || collected_.size() + count > room_) && !writeCollected()) fail(cannotWrite);
         if (small) {
             collected_.append(static_cast<char const*>(buffer), static_cast<std::size_t>(count));
             return;
@@ -147,22 +148,23 @@ private:
     std::wstring name_;
     std::FILE* file_ = nullptr;
     Way way_ = Way::either;
-    bool ended_ = false;     // the last read met the end
+    bool ended_ = false;  // the last read met the end
+    std::size_t room_ = noRoom;
     std::string collected_;  // small pieces that have been written, and not yet to the file
     bool owned_ = true;
 };
 
 }
 
-RawFileReader* rawOpen(std::wstring const& name) { return new RawFileImp{name, L"rb", cannotOpen}; }
-RawFileWriter* rawCreate(std::wstring const& name) { return new RawFileImp{name, L"w+b", cannotCreate}; }
-RawFileWriter* rawAppend(std::wstring const& name) { return new RawFileImp{name, L"a+b", cannotCreate}; }
+RawFileReader* rawOpen(std::wstring const& name) { return new RawFileImp{name, L"rb", cannotOpen, noRoom}; }
+RawFileWriter* rawCreate(std::wstring const& name) { return new RawFileImp{name, L"w+b", cannotCreate, fileRoom}; }
+RawFileWriter* rawAppend(std::wstring const& name) { return new RawFileImp{name, L"a+b", cannotCreate, logRoom}; }
 
 RawFileReader* rawStandardInput() { return new RawFileImp{L"standard input", os::standardInput()}; }
 
 RawFileWriter* rawCreateNew(std::wstring const& name) {
     try {
-        return new RawFileImp{name, L"w+bx", cannotCreate};
+        return new RawFileImp{name, L"w+bx", cannotCreate, logRoom};
     } catch (RawFileError const&) {
         if (os::fileExists(name)) return nullptr;
         throw;

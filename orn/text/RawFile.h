@@ -46,7 +46,7 @@ public:
 
 /// A file open for writing, which can also be read and sought; reading and writing may alternate freely. Small pieces are
 /// collected before they go to the system: their failure is told by a later call, which keeps what the file has not taken and
-/// tries again when it is called again. A write of 512 bytes or more that throws may have written the head of them; seek(0, 1)
+/// tries again when it is called again. A write of thousands of bytes that throws may have written the head of them; seek(0, 1)
 /// tells how far it came, and a TextWriter knows.
 class ORN_API RawFileWriter : public RawFileReader, public RawWriter {
 public:

@@ -177,22 +177,28 @@ void takeASCII(wchar_t const*& from, wchar_t const* end, unsigned char*& to, uns
 // All of the basic plane but line ends and surrogates.
 unsigned char* takeUTF8(wchar_t const*& from, wchar_t const* end, unsigned char* to, unsigned char* stop) noexcept {
     wchar_t const* p = from;
+    auto const continuation = [](unsigned int bits) { return static_cast<unsigned char>(0x80 | (bits & 0x3F)); };
+    auto const putThree = [&](unsigned int unit) {
+        to[0] = static_cast<unsigned char>(0xE0 | unit >> 12);
+        to[1] = continuation(unit >> 6);
+        to[2] = continuation(unit);
+        to += 3;
+    };
     for (;;) {
         takeASCII(p, end, to, stop);
         wchar_t const* const begin = p;
         for (; p != end && stop - to >= 3; ++p) {
             auto const unit = static_cast<unsigned int>(*p);
-            if (unit - 0x80 < 0x800 - 0x80) {
-                if (endsLine(unit)) break;
+            if (unit - 0x3000 < 0xD800 - 0x3000) {  // nothing to look at more closely
+                putThree(unit);
+            } else if (unit < 0x80 || unit > 0xFFFF || isSurrogate(unit) || endsLine(unit)) {
+                break;
+            } else if (unit < 0x800) {
                 to[0] = static_cast<unsigned char>(0xC0 | unit >> 6);
-                to[1] = static_cast<unsigned char>(0x80 | (unit & 0x3F));
+                to[1] = continuation(unit);
                 to += 2;
             } else {
-                if (unit < 0x800 || unit > 0xFFFF || isSurrogate(unit) || endsLine(unit)) break;
-                to[0] = static_cast<unsigned char>(0xE0 | unit >> 12);
-                to[1] = static_cast<unsigned char>(0x80 | (unit >> 6 & 0x3F));
-                to[2] = static_cast<unsigned char>(0x80 | (unit & 0x3F));
-                to += 3;
+                putThree(unit);
             }
         }
         if (p == begin) break;

@@ -27,7 +27,7 @@ enum TextLineEnd : int {
 /// When the raw writer refuses bytes, write and writeLine throw and have taken nothing of their text: nothing is lost, and
 /// the call may be made again. flush and close throw and keep what they could not hand over. The writer goes on behind the
 /// last byte that the file took, and writes nothing twice. Only when the head of a text longer than the buffer has gone out
-/// and its tail is refused does the writer stay as it is: every later call throws the same, and deleting it writes nothing.
+/// and its tail is refused does the writer stay failed: every later call throws the same, and no more is written.
 class ORN_API TextWriter {
 public:
     /// A new file (for textAppend also an empty one) begins with the encoding's byte order mark. A file that is appended

@@ -62,23 +62,25 @@ TEST_F(TextWriterFailures, NothingIsLostWrittenTwiceOrBehindAHole) {
 }
 
 TEST_F(TextWriterFailures, BehindTheHeadOfALongTextNothingFollows) {
-    for (int spared = 1; spared < 4; ++spared) {
+    for (int spared = 0; spared < 3; ++spared) {
         auto writer = open();
         writer->writeLine(L"before");
-        std::wstring const text(5000, L'x'), told = [&] {
+        std::wstring const told = [&] {
             faults::Refuse const refuse{"fwrite", spared};
-            return thrown([&] { writer->write(text); });
+            return thrown([&] { writer->write(std::wstring(60000, L'x')); });
         }();
         EXPECT_NE(told, L"nothing");
-        std::string const taken = folder_.get("file");
         EXPECT_EQ(thrown([&] { writer->write(L"behind"); }), told);
         EXPECT_EQ(thrown([&] { writer->flush(); }), told);
         EXPECT_EQ(thrown([&] { writer->close(); }), told);
         writer.reset();
-        EXPECT_EQ(folder_.get("file"), taken);
-        EXPECT_EQ(taken.substr(0, 20),
-                  "\xEF\xBB\xBF"
-                  "before\r\nxxxxxxxxx");
+        std::string const bytes = folder_.get("file");
+        EXPECT_GT(bytes.size(), 10000u);
+        EXPECT_TRUE(("\xEF\xBB\xBF"
+                     "before\r\n" +
+                     std::string(60000, 'x'))
+                        .starts_with(bytes))
+            << spared;
     }
 }
 
