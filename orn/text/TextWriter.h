@@ -17,8 +17,8 @@ enum TextOpenMode : int {
 
 /// How lines end.
 enum TextLineEnd : int {
-    lineEndCRLF,
-    lineEndLF  ///< also any value that is none of these
+    lineEndCRLF,  ///< CR LF
+    lineEndLF     ///< LF alone; also any value that is none of these
 };
 
 /// Writes text through a buffer of its own; deleting the writer writes out what is left in it and ignores any failure,
@@ -44,6 +44,8 @@ public:
     /// Writes to the raw writer, which stays the caller's and must outlive the text writer (or its close); the caller
     /// deletes the text writer. Null for a value that is no encoding.
     [[nodiscard]] static TextWriter* create(RawWriter& raw, TextEncoding encoding, bool writeBOM);
+
+    /// The same, with a choice of how lines end.
     [[nodiscard]] static TextWriter* create(RawWriter& raw, TextEncoding encoding, bool writeBOM, TextLineEnd lineEnd);
 
     virtual ~TextWriter();
