@@ -34,13 +34,13 @@ public:
 
     /// The UTF-16 form, one or two units, without terminator. Returns the number of units written: 0 when size is too
     /// small for them, or the value is 0x110000 or more.
-    std::size_t wchars(wchar_t* buffer, std::size_t size) const noexcept;
+    [[nodiscard]] std::size_t wchars(wchar_t* buffer, std::size_t size) const noexcept;
     operator std::wstring() const;  ///< the same units; empty from 0x110000 on
 
     /// The UTF-8 form in the scheme of RFC 2279, one to six bytes, without terminator; surrogates are encoded like any
     /// other value. Returns the number of bytes written: 0 when size is too small for them, or the value is 0x80000000
     /// or more.
-    std::size_t utf8(char* buffer, std::size_t size) const noexcept;
+    [[nodiscard]] std::size_t utf8(char* buffer, std::size_t size) const noexcept;
 
     EOLCode eolCode() const noexcept;  ///< CR LF is the caller's to join
 

@@ -83,17 +83,20 @@ int codePointBetween(std::wstring_view text, int first, int last) noexcept {
 
 }
 
-std::string utf8(std::wstring const& text) {
+std::string utf8(std::wstring const& text) { return utf8(text.data(), text.size()); }
+std::wstring utf8(std::string const& text) { return utf8(text.data(), text.size()); }
+
+std::string utf8(wchar_t const* text, std::size_t length) {
     using namespace ORN::utf8encode;
-    return converted<char, most, spill>(text.data(), text.size(), encode);
+    return converted<char, most, spill>(text, length, encode);
 }
 
 // An ASCII text is widened by the string itself, into memory that is written once.
-std::wstring utf8(std::string const& text) {
+std::wstring utf8(char const* text, std::size_t length) {
     using namespace ORN::utf8decode;
-    auto const* const bytes = reinterpret_cast<Byte const*>(text.data());
-    if (isASCII(bytes, text.size())) return {bytes, bytes + text.size()};
-    return converted<wchar_t, most, spill>(bytes, text.size(), decode);
+    auto const* const bytes = reinterpret_cast<Byte const*>(text);
+    if (isASCII(bytes, length)) return {bytes, bytes + length};
+    return converted<wchar_t, most, spill>(bytes, length, decode);
 }
 
 std::wstring getWCS(char const* text) { return getWCS(text, std::strlen(text)); }
@@ -119,15 +122,19 @@ std::string getMBS(wchar_t const* text, std::size_t length) {
 }
 
 unsigned int packTo(std::wstring const& text, char* buffer, int size) {
+    return packTo(text.data(), text.size(), buffer, size);
+}
+
+unsigned int packTo(wchar_t const* text, std::size_t length, char* buffer, int size) {
     if (size <= 0) throw std::logic_error{"illegal buffer to pack wstring"};
     buffer[0] = '\0';
     int const available = size - 1;
-    if (text.empty() || available == 0) return 0;
+    if (length == 0 || available == 0) return 0;
 
     // True when the prefix is in the buffer, false when it has no room there.
     unsigned int written = 0;
-    auto const fits = [&](int length) {
-        int const bytes = ORN::os::wideToMultibyte(text.data(), length, buffer, available);
+    auto const fits = [&](int units) {
+        int const bytes = ORN::os::wideToMultibyte(text, units, buffer, available);
         DWORD const error = bytes > 0 ? 0 : ORN::os::lastError();
         buffer[bytes] = '\0';
         written = static_cast<unsigned int>(bytes);
@@ -135,12 +142,12 @@ unsigned int packTo(std::wstring const& text, char* buffer, int size) {
         if (bytes == 0 && error != insufficientBuffer) throw WinError{L"WideCharToMultiByte in packTo", error};
         return bytes > 0;
     };
-    int unfit = platformLength(text.size());
+    int unfit = platformLength(length);
     if (fits(unfit)) return written;
 
     // A longer prefix never takes fewer bytes, so the longest that fits is found by halving.
     int fit = 0;
-    while (int const middle = codePointBetween(text, fit, unfit)) (fits(middle) ? fit : unfit) = middle;
+    while (int const middle = codePointBetween({text, length}, fit, unfit)) (fits(middle) ? fit : unfit) = middle;
     fits(fit);
     return written;
 }

@@ -1,6 +1,7 @@
 #include "orn/text/Encoding.h"
 
 #include "orn/text/CodePoint.h"
+#include "orn/text/Strings.h"
 #include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
@@ -167,6 +168,22 @@ std::string packed(std::wstring const& text, int size) {
     EXPECT_EQ(buffer[length], '\0');
     EXPECT_EQ(buffer.find_first_not_of('#', static_cast<std::size_t>(size)), std::string::npos);
     return buffer.substr(0, length);
+}
+
+TEST(Encoding, ViewsAreTakenAsTheyAre) {
+    std::wstring_view const wide = std::wstring_view{L"x\u00E9y"}.substr(1, 1);
+    std::string_view const narrow = std::string_view{"-abc-"}.substr(1, 3);
+    EXPECT_EQ(utf8(wide), "\xC3\xA9");
+    EXPECT_EQ(utf8(narrow) + getWCS(narrow), L"abcabc");
+    EXPECT_EQ(getMBS(wide), getMBS(L"\u00E9"));
+    EXPECT_EQ(utf8(L"ab") + getMBS(L"c"), "abc");  // literals mean what they did
+    char bytes[4];
+    wchar_t units[4];
+    EXPECT_EQ(packTo(std::wstring_view{L"abcde"}.substr(1, 2), bytes, 4), 2u);
+    EXPECT_EQ(packTo(std::wstring_view{L"abcde"}.substr(1, 2), units, 4), 2u);
+    EXPECT_TRUE(std::string{bytes} == "bc" && std::wstring{units} == L"bc");
+    EXPECT_EQ(trimwhitespace(std::wstring_view{L"x  a b x"}.substr(1, 6)), L"a b");
+    EXPECT_EQ(simpleLowercase(std::wstring_view{L"ABC"}.substr(1)), L"bc");
 }
 
 TEST(Encoding, PackToCutsWhereACodePointEnds) {

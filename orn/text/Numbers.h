@@ -38,6 +38,7 @@ namespace ORN {
 
 /// The number that readDouble found.
 struct DoubleRead {
+    /// How it fared.
     enum State {
         none,      ///< there is no number
         good,      ///< the nearest double, ties to even
@@ -47,9 +48,9 @@ struct DoubleRead {
 
     double value = 0;        ///< with the text's sign, zeros and infinities included
     std::size_t length = 0;  ///< the units that the number takes, blanks before it included; 0 where there is none
-    State state = none;
+    State state = none;      ///< what the value is
 
-    explicit constexpr operator bool() const noexcept { return state == good; }
+    explicit constexpr operator bool() const noexcept { return state == good; }  ///< neither absent nor out of range
 };
 
 /// Reads the number at the head of the text, as far as it goes: whatever isDouble accepts, with all its digits and an

@@ -4,12 +4,22 @@
 #include "orn/os/Locale.h"
 #include "orn/text/QuarkTableImp.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <ostream>
+#include <string>
 
 constinit Quark const nullQuark;
 
 Quark Quark::create(wchar_t const* text) { return Quark{QuarkTable::quarkTable().intern(text)}; }
+
+Quark Quark::create(std::wstring_view text) {
+    wchar_t scratch[64];
+    if (text.size() >= std::size(scratch)) return create(std::wstring{text}.c_str());
+    *std::copy(text.begin(), text.end(), scratch) = 0;
+    return create(scratch);
+}
 
 wchar_t const* Quark::value() const { return QuarkTable::quarkTable().value(text_); }
 

@@ -6,14 +6,19 @@
 #include <cstddef>
 #include <functional>
 #include <iosfwd>
+#include <string_view>
 
 /// Stands for one text for the life of the process, and compares by identity: quarks of equal texts hold one pointer.
 /// A default quark, nullQuark, stands for no text at all, which is not the empty text.
 struct ORN_API Quark {
     constexpr Quark() noexcept = default;
 
-    /// The quark of a terminated text, which must not be null; from any thread. Throws std::bad_alloc.
-    static Quark create(wchar_t const* text);
+    /// The quark of a terminated text, which must not be null, or of a view up to its first zero; from any thread. Throws
+    /// std::bad_alloc.
+    /// @{
+    [[nodiscard]] static Quark create(wchar_t const* text);
+    [[nodiscard]] static Quark create(std::wstring_view text);
+    /// @}
 
     wchar_t const* value() const;  ///< the text, valid until the library is unloaded; null for nullQuark
 

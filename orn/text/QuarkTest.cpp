@@ -26,6 +26,9 @@ TEST(Quark, EqualTextsAreOneQuark) {
     for (wchar_t const* other : {L"abd", L"ab", L"abcd", L""}) EXPECT_NE(Quark::create(other), abc) << other;
     std::wstring const elsewhere = L"abc";
     EXPECT_EQ(Quark::create(elsewhere.c_str()), abc);
+    EXPECT_EQ(Quark::create(std::wstring_view{L"xabcx"}.substr(1, 3)), abc);
+    std::wstring const longer(100, L'l');
+    EXPECT_TRUE(Quark::create(longer) == Quark::create(longer.c_str()) && Quark::create(std::wstring_view{}) == empty);
     EXPECT_EQ(Quark::create(abc.value()), abc);
     EXPECT_STREQ(abc.value(), L"abc");
     EXPECT_NE(abc.value(), elsewhere.c_str());

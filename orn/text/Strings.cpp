@@ -48,20 +48,27 @@ int collateStrings(wchar_t const* a, wchar_t const* b) noexcept {
     return errno != 0 ? 0 : order;
 }
 
-std::wstring trimwhitespace(std::wstring const& text) {
+std::wstring trimwhitespace(std::wstring const& text) { return trimwhitespace(text.data(), text.size()); }
+
+std::wstring trimwhitespace(wchar_t const* text, std::size_t length) {
     // Every space is a single unit and no surrogate is one, so that units can stand for code points here.
     auto const isSpace = [](wchar_t unit) { return isUspace(CodePoint::codePoint(static_cast<unsigned int>(unit))); };
-    auto const first = std::find_if_not(text.begin(), text.end(), isSpace);
-    auto const last = std::find_if_not(text.rbegin(), std::make_reverse_iterator(first), isSpace).base();
+    wchar_t const* const first = std::find_if_not(text, text + length, isSpace);
+    wchar_t const* last = text + length;
+    while (last != first && isSpace(last[-1])) --last;
     return {first, last};
 }
 
 std::size_t packTo(std::wstring const& text, wchar_t* buffer, std::size_t size) {
+    return packTo(text.data(), text.size(), buffer, size);
+}
+
+std::size_t packTo(wchar_t const* text, std::size_t length, wchar_t* buffer, std::size_t size) {
     if (size == 0) throw std::logic_error{"illegal buffer to pack wstring"};
     std::size_t room = size;
-    if (size > 1 && size - 1 < text.size() && isSurrogateA(static_cast<unsigned int>(text[size - 1]))) --room;
-    std::size_t const count = std::min(room - 1, text.size());
-    std::wmemcpy(buffer, text.data(), count);
+    if (size > 1 && size - 1 < length && isSurrogateA(static_cast<unsigned int>(text[size - 1]))) --room;
+    std::size_t const count = std::min(room - 1, length);
+    std::wmemcpy(buffer, text, count);
     buffer[count] = 0;
     return count;
 }
