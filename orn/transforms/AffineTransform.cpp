@@ -8,6 +8,10 @@
 #include <memory>
 #include <ostream>
 
+constinit std::type_info const* const ORN::TransformApplication::m_affineKinds[2][2] = {
+    {&typeid(UniformTransform<2>), &typeid(NonUniformTransform<2>)},
+    {&typeid(UniformTransform<3>), &typeid(NonUniformTransform<3>)}};
+
 template <int N>
 AffineTransform<N>::AffineTransform(double const (*rows)[N]) : matrix_{rows} {}
 

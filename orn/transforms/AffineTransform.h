@@ -5,6 +5,9 @@
 #include "orn/geometry/Vector.h"
 #include "orn/transforms/Transform.h"
 
+#include <iosfwd>
+#include <typeinfo>
+
 /// Row i of the matrix is the image of the i-th unit vector, the translation that of the origin. Nothing tests for a
 /// singular matrix. The two kinds that exist are UniformTransform and NonUniformTransform.
 template <int N>
@@ -30,9 +33,13 @@ public:
 
     /// Vectors are not translated; / is the way back.
     /// @{
-    friend Vector<N> operator*(Vector<N> const& v, AffineTransform const& t) { return t.preMultiply(v); }
+    friend Vector<N> operator*(Vector<N> const& v, AffineTransform const& t) {
+        return ORN::TransformApplication::map(v, t);
+    }
     friend Vector<N> operator/(Vector<N> const& v, AffineTransform const& t) { return t.preDivide(v); }
-    friend Vector<N>& operator*=(Vector<N>& v, AffineTransform const& t) { return v = t.preMultiply(v); }
+    friend Vector<N>& operator*=(Vector<N>& v, AffineTransform const& t) {
+        return v = ORN::TransformApplication::map(v, t);
+    }
     friend Vector<N>& operator/=(Vector<N>& v, AffineTransform const& t) { return v = t.preDivide(v); }
     /// @}
 
@@ -68,9 +75,43 @@ protected:
     virtual AffineTransform& divide(AffineTransform const& other);    ///< this, then the inverse of the other
 
 private:
+    friend struct ORN::TransformApplication;
+
     Matrix<N> matrix_;
     Vector<N> vector_;
 };
 
 extern template class ORN_API_INSTANCE AffineTransform<2>;
 extern template class ORN_API_INSTANCE AffineTransform<3>;
+
+namespace ORN {
+
+// The addresses tell. Where they do not, the transform's own function is called, and gives the same.
+template <int N>
+bool TransformApplication::mapsByMatrix(Transform<N> const& t) noexcept {
+    std::type_info const* const kind = &typeid(t);
+    auto const& kinds = m_affineKinds[N - 2];
+    return (kind == kinds[0]) | (kind == kinds[1]);  // one branch, which a loop can be freed of
+}
+
+template <int N>
+Point<N> TransformApplication::map(Point<N> const& p, Transform<N> const& t) {
+    if (!mapsByMatrix(t)) [[unlikely]]
+        return call(p, t);
+    auto const& affine = static_cast<AffineTransform<N> const&>(t);
+    Matrix<N> const& m = affine.matrix_;
+    Vector<N> const& v = affine.vector_;
+    if constexpr (N == 2) {
+        return {product(p.x(), p.y(), m, 0) + v.x(), product(p.x(), p.y(), m, 1) + v.y()};
+    } else {
+        return {product(p.x(), p.y(), p.z(), m, 0) + v.x(), product(p.x(), p.y(), p.z(), m, 1) + v.y(),
+                product(p.x(), p.y(), p.z(), m, 2) + v.z()};
+    }
+}
+
+template <int N>
+Vector<N> TransformApplication::map(Vector<N> const& v, AffineTransform<N> const& t) {
+    return mapsByMatrix<N>(t) ? Vector<N>{v, t.matrix_} : t.preMultiply(v);
+}
+
+}

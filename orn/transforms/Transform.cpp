@@ -19,6 +19,9 @@ Extent<N> boxOfCorners(Extent<N> const& e, Map map) {
 
 }
 
+Point<2> ORN::TransformApplication::call(Point<2> const& p, Transform<2> const& t) { return t.preMultiply(p); }
+Point<3> ORN::TransformApplication::call(Point<3> const& p, Transform<3> const& t) { return t.preMultiply(p); }
+
 Transform<1>::~Transform() = default;
 
 template <int N>

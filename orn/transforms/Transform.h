@@ -7,9 +7,12 @@
 
 #include <atomic>
 #include <iosfwd>
+#include <typeinfo>
 
 template <int N>
 class Transform;
+template <int N>
+class AffineTransform;
 
 namespace ORN {
 
@@ -24,6 +27,28 @@ inline Point<2> byHalves(Point<2> const& returned) noexcept {
 }
 inline Point<3> const& byHalves(Point<3> const& returned) noexcept { return returned; }
 /// @}
+
+/// How points and vectors go forwards. The library's affine kinds map by their matrix in place; a call through the table
+/// costs several times the product. All others, and what an application derives from these, are called.
+struct TransformApplication {
+    /// p * t and v * t.
+    /// @{
+    template <int N>
+    static Point<N> map(Point<N> const& p, Transform<N> const& t);
+    template <int N>
+    static Vector<N> map(Vector<N> const& v, AffineTransform<N> const& t);
+    /// @}
+
+private:
+    template <int N>
+    static bool mapsByMatrix(Transform<N> const& t) noexcept;
+
+    // Of the plane, then of space: where the type information of UniformTransform and of NonUniformTransform lies.
+    ORN_API static std::type_info const* const m_affineKinds[2][2];
+
+    ORN_API static Point<2> call(Point<2> const& p, Transform<2> const& t);
+    ORN_API static Point<3> call(Point<3> const& p, Transform<3> const& t);
+};
 
 }
 
@@ -60,9 +85,9 @@ public:
 
     /// Forwards. An extent becomes the box of its mapped corners (a perspective looks at the eye too).
     /// @{
-    friend Point<N> operator*(Point<N> const& p, Transform const& t) { return ORN::byHalves(t.preMultiply(p)); }
+    friend Point<N> operator*(Point<N> const& p, Transform const& t) { return ORN::TransformApplication::map(p, t); }
     friend Extent<N> operator*(Extent<N> const& e, Transform const& t) { return t.preMultiply(e); }
-    friend Point<N>& operator*=(Point<N>& p, Transform const& t) { return p = t.preMultiply(p); }
+    friend Point<N>& operator*=(Point<N>& p, Transform const& t) { return p = ORN::TransformApplication::map(p, t); }
     friend Extent<N>& operator*=(Extent<N>& e, Transform const& t) { return e = t.preMultiply(e); }
     /// @}
 
@@ -89,7 +114,13 @@ protected:
     virtual Extent<N> preMultiply(Extent<N> const& e) const;    ///< forwards: the box of the mapped corners
     virtual Point<N> preDivide(Point<N> const& p) const = 0;    ///< backwards
     virtual Extent<N> preDivide(Extent<N> const& e) const;      ///< backwards: the box of the mapped corners
+
+private:
+    friend struct ORN::TransformApplication;
 };
 
 extern template class ORN_API_INSTANCE Transform<2>;
 extern template class ORN_API_INSTANCE Transform<3>;
+
+// Here, and not above: it needs the class. It holds the definition of TransformApplication::map.
+#include "orn/transforms/AffineTransform.h"
