@@ -831,7 +831,8 @@ constexpr DirectionRow directions[4 * 65] = {
 };
 
 // Near the cube root from 1 to 2, from the lowest power on, and the cube roots of 1, 2 and 4.
-constexpr double cubeRootPolynomial[5] = {0x1.04bc2bde493b9p-1, 0x1.6c697f83452edp-1, -0x1.2d024eeecb9cbp-2, 0x1.544aaec5e4624p-4, -0x1.4b077fcd0882bp-7};
+constexpr double cubeRootPolynomial[5] = {0x1.04bc2bde493b9p-1, 0x1.6c697f83452edp-1, -0x1.2d024eeecb9cbp-2,
+                                          0x1.544aaec5e4624p-4, -0x1.4b077fcd0882bp-7};
 constexpr double cubeRoots[3] = {0x1p+0, 0x1.428a2f98d728bp+0, 0x1.965fea53d6e3dp+0};
 
 }

@@ -38,6 +38,7 @@ public:
     constexpr IVector operator+(IVector const& b) const noexcept { return {x_ + b.x_, y_ + b.y_}; }
     constexpr IVector operator-(IVector const& b) const noexcept { return {x_ - b.x_, y_ - b.y_}; }
     constexpr IVector operator*(int s) const noexcept { return {x_ * s, y_ * s}; }
+    friend constexpr IVector operator*(int s, IVector const& v) noexcept { return v * s; }
     constexpr IVector const& operator+=(IVector const& b) noexcept { return *this = *this + b; }
     constexpr IVector const& operator-=(IVector const& b) noexcept { return *this = *this - b; }
     constexpr IVector const& operator*=(int s) noexcept { return *this = *this * s; }
@@ -48,8 +49,12 @@ public:
     template <std::floating_point Fraction>
     IVector operator*(Fraction) const = delete;
     template <std::floating_point Fraction>
+    friend IVector operator*(Fraction, IVector const&) = delete;
+    template <std::floating_point Fraction>
     IVector const& operator*=(Fraction) = delete;
     /// @}
+
+    friend constexpr bool operator==(IVector const&, IVector const&) noexcept = default;  ///< in every component
 
 private:
     int x_ = 0;
@@ -82,6 +87,7 @@ public:
     constexpr IVector operator+(IVector const& b) const noexcept { return {x_ + b.x_, y_ + b.y_, z_ + b.z_}; }
     constexpr IVector operator-(IVector const& b) const noexcept { return {x_ - b.x_, y_ - b.y_, z_ - b.z_}; }
     constexpr IVector operator*(int s) const noexcept { return {x_ * s, y_ * s, z_ * s}; }
+    friend constexpr IVector operator*(int s, IVector const& v) noexcept { return v * s; }
     constexpr IVector const& operator+=(IVector const& b) noexcept { return *this = *this + b; }
     constexpr IVector const& operator-=(IVector const& b) noexcept { return *this = *this - b; }
     constexpr IVector const& operator*=(int s) noexcept { return *this = *this * s; }
@@ -92,8 +98,12 @@ public:
     template <std::floating_point Fraction>
     IVector operator*(Fraction) const = delete;
     template <std::floating_point Fraction>
+    friend IVector operator*(Fraction, IVector const&) = delete;
+    template <std::floating_point Fraction>
     IVector const& operator*=(Fraction) = delete;
     /// @}
+
+    friend constexpr bool operator==(IVector const&, IVector const&) noexcept = default;  ///< in every component
 
 private:
     int x_ = 0;
@@ -128,6 +138,8 @@ public:
     constexpr IPoint& operator-=(IVector<2> const& v) noexcept { return *this = {x_ - v.x(), y_ - v.y()}; }
     /// @}
 
+    friend constexpr bool operator==(IPoint const&, IPoint const&) noexcept = default;  ///< in every component
+
 private:
     int x_ = 0;
     int y_ = 0;
@@ -160,6 +172,8 @@ public:
     constexpr IPoint& operator+=(IVector<3> const& v) noexcept { return *this = {x_ + v.x(), y_ + v.y(), z_ + v.z()}; }
     constexpr IPoint& operator-=(IVector<3> const& v) noexcept { return *this = {x_ - v.x(), y_ - v.y(), z_ - v.z()}; }
     /// @}
+
+    friend constexpr bool operator==(IPoint const&, IPoint const&) noexcept = default;  ///< in every component
 
 private:
     int x_ = 0;

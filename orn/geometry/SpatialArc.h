@@ -52,6 +52,8 @@ public:
     /// are written in every case: beyond the ends the circle or line goes on. True when 0 ≤ distance / length() ≤ 1.
     bool measureOff(double distance, Point<3>& point, Vector<3>& tangent) const noexcept;
 
+    friend constexpr bool operator==(Arc const&, Arc const&) noexcept = default;  ///< as kept, exactly; not by shape
+
 private:
     Point<3> start_;
     double bulge_ = 0;

@@ -45,6 +45,7 @@ public:
     constexpr Vector operator+(Vector const& b) const noexcept { return Vector{x_ + b.x_}; }
     constexpr Vector operator-(Vector const& b) const noexcept { return Vector{x_ - b.x_}; }
     constexpr Vector operator*(double s) const noexcept { return Vector{x_ * s}; }
+    friend constexpr Vector operator*(double s, Vector const& v) noexcept { return v * s; }
     constexpr Vector operator/(double s) const noexcept { return Vector{x_ / s}; }
     constexpr Vector& operator+=(Vector const& b) noexcept { return *this = *this + b; }
     constexpr Vector& operator-=(Vector const& b) noexcept { return *this = *this - b; }
@@ -52,6 +53,8 @@ public:
     constexpr Vector& operator/=(double s) noexcept { return *this = *this / s; }
     /// @}
 
+    /// Exact; NaN equals nothing.
+    friend constexpr bool operator==(Vector const& a, Vector const& b) noexcept { return a.isEql(b); }
     /// The scalar product.
     friend constexpr double dot(Vector const& a, Vector const& b) noexcept { return a.doDot(b); }
     friend std::wostream& operator<<(std::wostream& os, Vector const& v) { return v.putOn(os); }  ///< (x)
@@ -96,6 +99,7 @@ public:
     constexpr Vector operator+(Vector const& b) const noexcept { return {x_ + b.x_, y_ + b.y_}; }
     constexpr Vector operator-(Vector const& b) const noexcept { return {x_ - b.x_, y_ - b.y_}; }
     constexpr Vector operator*(double s) const noexcept { return {x_ * s, y_ * s}; }
+    friend constexpr Vector operator*(double s, Vector const& v) noexcept { return v * s; }
     constexpr Vector operator/(double s) const noexcept { return {x_ / s, y_ / s}; }
     constexpr Vector const& operator+=(Vector const& b) noexcept { return *this = *this + b; }
     constexpr Vector const& operator-=(Vector const& b) noexcept { return *this = *this - b; }
@@ -103,6 +107,8 @@ public:
     constexpr Vector const& operator/=(double s) noexcept { return *this = *this / s; }
     /// @}
 
+    /// Exact; NaN equals nothing.
+    friend constexpr bool operator==(Vector const& a, Vector const& b) noexcept { return a.x_ == b.x_ && a.y_ == b.y_; }
     /// The scalar product.
     friend constexpr double dot(Vector const& a, Vector const& b) noexcept { return a.x_ * b.x_ + a.y_ * b.y_; }
 
@@ -155,6 +161,7 @@ public:
     constexpr Vector operator+(Vector const& b) const noexcept { return {x_ + b.x_, y_ + b.y_, z_ + b.z_}; }
     constexpr Vector operator-(Vector const& b) const noexcept { return {x_ - b.x_, y_ - b.y_, z_ - b.z_}; }
     constexpr Vector operator*(double s) const noexcept { return {x_ * s, y_ * s, z_ * s}; }
+    friend constexpr Vector operator*(double s, Vector const& v) noexcept { return v * s; }
     constexpr Vector operator/(double s) const noexcept { return {x_ / s, y_ / s, z_ / s}; }
     constexpr Vector& operator+=(Vector const& b) noexcept { return *this = *this + b; }
     constexpr Vector& operator-=(Vector const& b) noexcept { return *this = *this - b; }
@@ -162,6 +169,10 @@ public:
     constexpr Vector& operator/=(double s) noexcept { return *this = *this / s; }
     /// @}
 
+    /// Exact; NaN equals nothing.
+    friend constexpr bool operator==(Vector const& a, Vector const& b) noexcept {
+        return a.x_ == b.x_ && a.y_ == b.y_ && a.z_ == b.z_;
+    }
     /// The scalar product.
     friend constexpr double dot(Vector const& a, Vector const& b) noexcept {
         return a.x_ * b.x_ + a.y_ * b.y_ + a.z_ * b.z_;
@@ -211,6 +222,7 @@ public:
         return Vector{c_[0] - b.c_[0], c_[1] - b.c_[1], c_[2] - b.c_[2], c_[3] - b.c_[3]};
     }
     constexpr Vector operator*(double s) const noexcept { return Vector{c_[0] * s, c_[1] * s, c_[2] * s, c_[3] * s}; }
+    friend constexpr Vector operator*(double s, Vector const& v) noexcept { return v * s; }
     constexpr Vector operator/(double s) const noexcept { return Vector{c_[0] / s, c_[1] / s, c_[2] / s, c_[3] / s}; }
     constexpr Vector& operator+=(Vector const& b) noexcept { return *this = *this + b; }
     constexpr Vector& operator-=(Vector const& b) noexcept { return *this = *this - b; }
@@ -218,6 +230,8 @@ public:
     constexpr Vector& operator/=(double s) noexcept { return *this = *this / s; }
     /// @}
 
+    /// Exact; NaN equals nothing.
+    friend constexpr bool operator==(Vector const& a, Vector const& b) noexcept { return a.isEql(b); }
     /// The scalar product.
     friend constexpr double dot(Vector const& a, Vector const& b) noexcept { return a.doDot(b); }
     friend std::wostream& operator<<(std::wostream& os, Vector const& v) { return v.putOn(os); }  ///< (a,b,c,d)

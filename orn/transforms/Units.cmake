@@ -1,4 +1,6 @@
 orn_unit(transforms/AffineTransform)
+orn_unit(transforms/ArcMapping)
+orn_unit(transforms/Composition)
 orn_unit(transforms/NonUniformTransform)
 orn_unit(transforms/PerspectiveTransform)
 orn_unit(transforms/PointMapping)

@@ -21,15 +21,6 @@ std::wstring written(T const&... values) {
     return os.str();
 }
 
-/// Exact equality of vectors, which the library leaves to their components: on every bit but the sign of zero.
-template <int N>
-bool operator==(Vector<N> const& a, Vector<N> const& b) {
-    double as[N], bs[N];
-    a.packToPod(as);
-    b.packToPod(bs);
-    return std::equal(as, as + N, bs);
-}
-
 template <int N>
 void expectNear(Point<N> const& actual, Point<N> const& expected, double tolerance) {
     for (int i = 0; i < N; ++i) EXPECT_NEAR(actual[i], expected[i], tolerance) << "coordinate " << i;
