@@ -14,19 +14,19 @@ namespace ORN {
 /// The points centre + major·cos t + minor·sin t, with t in radians from `from` to from + sweep; a negative sweep runs
 /// backwards. The two are the half axes, at a right angle and major the longer one, in what conjugate() makes.
 struct EllipticArc {
-    Point<2> centre;
-    Vector<2> major;
-    Vector<2> minor;
-    double from = 0;
-    double sweep = 0;
+    Point<2> centre;   ///< of the ellipse
+    Vector<2> major;   ///< to its point at t = 0
+    Vector<2> minor;   ///< to its point at a quarter turn
+    double from = 0;   ///< in radians of t, of any size
+    double sweep = 0;  ///< in radians; from −2π to 2π
 
     /// From two conjugate half diameters: of the points centre + u·cos s + v·sin s those from s = first on.
     ORN_API static EllipticArc conjugate(Point<2> const& centre, Vector<2> const& u, Vector<2> const& v, double first,
                                          double sweep) noexcept;
 
-    ORN_API Point<2> at(double t) const noexcept;  ///< the ellipse's point at t
-    Point<2> start() const noexcept { return at(from); }
-    Point<2> end() const noexcept { return at(from + sweep); }
+    ORN_API Point<2> at(double t) const noexcept;               ///< the ellipse's point at t
+    Point<2> start() const noexcept { return at(from); }        ///< at `from`
+    Point<2> end() const noexcept { return at(from + sweep); }  ///< at from + sweep
 
     /// The smallest box.
     ORN_API Extent<2> extent() const noexcept;

@@ -35,8 +35,8 @@ std::size_t hashOfTuple(Tuple const& tuple) noexcept {
 
 }
 
-/// As == compares.
-/// @{
+// As == compares.
+/// @cond
 template <int N>
 struct std::hash<Point<N>> {
     std::size_t operator()(Point<N> const& p) const noexcept { return ORN::hashOfTuple<double, N>(p); }
@@ -61,4 +61,4 @@ struct std::hash<ORN::Arc<N>> {
         return ORN::hashOf(all, std::hash<double>{}(arc.bulge()));
     }
 };
-/// @}
+/// @endcond

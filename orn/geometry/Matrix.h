@@ -7,6 +7,7 @@
 #include "orn/geometry/Vector.h"
 
 #include <iosfwd>
+#include <span>
 
 template <int N>
 class Matrix;
@@ -142,6 +143,10 @@ inline Matrix<N> Matrix<N>::inverse() const noexcept {
         return Matrix{rows};
     }
 }
+
+/// out[i] = in[i].inverse(), bit for bit and faster. The two may be the same array; otherwise they must not overlap. Throws
+/// std::logic_error, and writes nothing, when their lengths differ.
+ORN_API void invert(std::span<Matrix<3> const> in, std::span<Matrix<3>> out);
 
 /// Order 4: throws ORN::NotImplemented.
 template <>

@@ -71,6 +71,18 @@ void inverse3(benchmark::State& state) {
 }
 BENCHMARK(inverse3);
 
+void invert3(benchmark::State& state) {
+    std::vector<Matrix<3>> const in = matrices<3>();
+    std::vector<Matrix<3>> out(in.size());
+    for (auto _ : state) {
+        invert(in, out);
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * in.size()));
+}
+BENCHMARK(invert3);
+
 void inverse3Glm(benchmark::State& state) {
     invertAll(state, converted<glm::dmat3, 3>(), [](glm::dmat3 const& m) { return glm::inverse(m); });
 }

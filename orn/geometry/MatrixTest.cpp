@@ -2,7 +2,9 @@
 
 #include "tests/support/Geometry.h"
 
+#include <bit>
 #include <cstring>
+#include <stdexcept>
 
 namespace {
 
@@ -106,6 +108,35 @@ TEST(Matrix, InverseByHand) {
     double const singular[2][2] = {{1, 2}, {2, 4}}, zeros[4][4] = {};
     for (int i = 0; i < 4; ++i) EXPECT_FALSE(std::isfinite(Matrix<2>{singular}.inverse()[i / 2][i % 2]));
     EXPECT_TRUE(std::isnan(Matrix<4>{zeros}.inverse()[2][2]));
+}
+
+TEST(Matrix, InvertsManyAsOne) {
+    RandomGeometry random{2};
+    double const infinity = std::numeric_limits<double>::infinity();
+    double const some[] = {0, -0.0, 1e300, 1e-300, 5e-324, infinity, -infinity};
+    std::vector<Matrix<3>> in, out;
+    for (int i = 0; i < 1001; ++i) {
+        double rows[3][3];
+        for (auto& row : rows)
+            for (double& element : row) {
+                int const k = random.whole(0, 6 + i);
+                element = k < 7 ? some[k] : random.number(-9, 9);
+            }
+        in.emplace_back(rows);
+    }
+    out.resize(in.size());
+    invert(in, out);
+    std::vector<Matrix<3>> same = in;
+    invert(same, same);
+    for (std::size_t i = 0; i < in.size(); ++i)
+        for (int k = 0; k < 9; ++k) {
+            double const expected = in[i].inverse()[k / 3][k % 3], found = out[i][k / 3][k % 3];
+            EXPECT_TRUE(std::bit_cast<std::uint64_t>(found) == std::bit_cast<std::uint64_t>(expected) ||
+                        (std::isnan(found) && std::isnan(expected)))
+                << found << ' ' << expected;
+            EXPECT_TRUE(same[i][k / 3][k % 3] == found || std::isnan(found));
+        }
+    EXPECT_THROW(invert(in, std::span{out}.first(7)), std::logic_error);
 }
 
 TEST(Matrix, VectorProductsAddTheTranslationOnceOrTwice) {

@@ -10,10 +10,10 @@
 #include <concepts>
 #include <memory>
 
+/// @cond
 namespace ORN {
 
-/// The class that composing two of the library's classes gives, as Type; nothing for all others.
-/// @{
+// The class that composing two of the library's classes gives, as Type; nothing for all others.
 template <typename A, typename B>
 struct Composed {};
 template <int N>
@@ -37,9 +37,9 @@ requires std::derived_from<Affine<N>, AffineTransform<N>>
 struct Composed<PerspectiveTransform<N>, Affine<N>> {
     using Type = PerspectiveTransform<N>;
 };
-/// @}
 
 }
+/// @endcond
 
 /// a, then b, as the most specific kind that composeWith finds when the program runs.
 template <int N>
