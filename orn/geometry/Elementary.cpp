@@ -58,34 +58,51 @@ struct Reduced {
     uint64_t rightAngles;  // modulo 4
 };
 
+// A number of 128 bits.
+struct Wide {
+    uint64_t high, low;
+};
+
+// By halves: not every compiler has a type for it, and nothing here is urgent.
+Wide wideProduct(uint64_t a, uint64_t b) noexcept {
+    uint64_t const a1 = a >> 32, a2 = a & 0xffffffff, b1 = b >> 32, b2 = b & 0xffffffff;
+    uint64_t const low = a2 * b2;
+    uint64_t const middle = a1 * b2 + (low >> 32);
+    uint64_t const other = a2 * b1 + (middle & 0xffffffff);
+    return {a1 * b1 + (middle >> 32) + (other >> 32), other << 32 | (low & 0xffffffff)};
+}
+
 // M. H. Payne and R. N. Hanek, "Radian reduction for trigonometric functions", 1983: of the binary digits of 2 / π, only
 // those matter that make no multiple of 4 with the argument and that the result can hold. No double is nearer to a multiple
 // of π / 2 than 2^-62 right angles, and 126 digits behind the point are kept.
 [[gnu::noinline]] Reduced reducedGreat(double x) noexcept {
-    __extension__ typedef unsigned __int128 Wide;
     uint64_t const mantissa = (bitsOf(x) & 0xfffffffffffff) | 0x10000000000000;
     unsigned const first = static_cast<unsigned>(exponentOf(x) - 1075 + 62);
     uint64_t const* const word = twoOverPi + first / 64;
     unsigned const shift = first % 64;
     auto const digits = [word, shift](int i) {
-        return static_cast<uint64_t>((Wide{word[i]} << 64 | word[i + 1]) << shift >> 64);
+        return shift == 0 ? word[i] : word[i] << shift | word[i + 1] >> (64 - shift);
     };
-    Wide const low = Wide{digits(2)} * mantissa;
-    Wide const middle = Wide{digits(1)} * mantissa + (low >> 64);
-    Wide const whole = (Wide{digits(0)} * mantissa << 64) + middle;
+    Wide const low = wideProduct(digits(2), mantissa);
+    Wide whole = wideProduct(digits(1), mantissa);
+    whole.low += low.high;
+    whole.high += digits(0) * mantissa + (whole.low < low.high);
 
     // Two digits before the point; the fraction, taken as a signed number, is that from the nearest whole one.
-    Wide fraction = whole << 2 | (static_cast<uint64_t>(low) >> 62);
-    uint64_t const negative = static_cast<uint64_t>(fraction >> 127);
-    uint64_t const count = static_cast<uint64_t>(whole >> 126) + negative;
-    if (negative) fraction = -fraction;
-    int const zeros = fraction >> 64 ? std::countl_zero(static_cast<uint64_t>(fraction >> 64))
-                                     : 64 + std::countl_zero(static_cast<uint64_t>(fraction));
-    fraction <<= zeros;
-    auto const next53 = [fraction](int from) {
-        return static_cast<double>(static_cast<std::int64_t>(fraction >> from & 0x1fffffffffffff));
+    Wide fraction{whole.high << 2 | whole.low >> 62, whole.low << 2 | low.low >> 62};
+    uint64_t const negative = fraction.high >> 63;
+    uint64_t const count = (whole.high >> 62) + negative;
+    if (negative) fraction = {~fraction.high + (fraction.low == 0), -fraction.low};
+    int const zeros = fraction.high ? std::countl_zero(fraction.high) : 64 + std::countl_zero(fraction.low);
+    if (zeros >= 64) fraction = {fraction.low, 0};
+    if (int const left = zeros % 64) {
+        fraction = {fraction.high << left | fraction.low >> (64 - left), fraction.low << left};
+    }
+    auto const next53 = [](uint64_t bits) {
+        return static_cast<double>(static_cast<std::int64_t>(bits & 0x1fffffffffffff));
     };
-    double const high = next53(75) * power(-53 - zeros), rest = next53(22) * power(-106 - zeros);
+    double const high = next53(fraction.high >> 11) * power(-53 - zeros);
+    double const rest = next53(fraction.high << 42 | fraction.low >> 22) * power(-106 - zeros);
 
     Pair const turned = product(high, rightAngle[0]);
     Pair const result = sum(turned.high, turned.low + (high * rightAngle[1] + rest * rightAngle[0]));
