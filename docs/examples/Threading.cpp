@@ -1,5 +1,9 @@
 #include "orn/orn.h"
 
+#include <atomic>
+#include <deque>
+#include <functional>
+#include <future>
 #include <iostream>
 #include <thread>
 #include <vector>
@@ -23,6 +27,64 @@ private:
     int count_ = 0;
 };
 
+// A job that is known by a number. When it is aborted its next look at the flag ends it.
+struct Job : ORN::Threading::Task<int> {
+    Job(int number, std::function<void(Job&)> what) : number_{number}, run{std::move(what)} {}
+    int key() const override { return number_; }
+    void abort() override { aborted_ = true; }
+    bool obeys() { return aborted_.exchange(false); }
+
+    int const number_;
+    std::atomic<bool> aborted_ = false;
+    std::function<void(Job&)> const run;
+};
+
+// A scheduler of one's own: jobs run one after the other, in the background.
+class Background : public ORN::Threading::Scheduler<int> {
+public:
+    Background() : Scheduler{-1} {}
+    ~Background() override { finish(ORN::Threading::BoringWaiter{}); }
+
+    void insert(Job& job) {
+        ExclusiveLock guard{lockWord()};
+        startThread(guard);
+        queue_.push_back(&job);
+        wakeWorker(guard);
+    }
+
+private:
+    void processTasks() override {
+        ExclusiveLock guard{lockWord()};
+        while (!queue_.empty()) {
+            setCancelled(false);
+            current_ = queue_.front();
+            queue_.pop_front();
+            struct Stopped {  // also when the job throws
+                Background& background;
+                ExclusiveLock& guard;
+                ~Stopped() {
+                    guard.lock();
+                    background.current_ = nullptr;
+                    background.tellStopped();
+                }
+            } const stopped{*this, guard};
+            guard.unlock();
+            current_->run(*current_);
+        }
+    }
+    void eraseWholeQueue() override { queue_.clear(); }
+    void eraseFromQueue(int const& number) override {
+        std::erase_if(queue_, [&](Job const* job) { return job->key() == number; });
+    }
+    ORN::Threading::TaskBase* taskInProgress() const override { return current_; }
+    char const* threadName() const override { return "background"; }
+    void onThreadStart() override {}
+    void onThreadExit() override {}
+
+    std::deque<Job*> queue_;
+    Job* current_ = nullptr;
+};
+
 int main() {
     Measured lengths;
     std::vector<std::thread> threads;
@@ -44,4 +106,19 @@ int main() {
     // With a time limit the attempt may fail; the word is then as it was.
     bool const taken = readWriteLockLock(word, readWriteLockShared, readWriteLockWriter, 10);
     std::wcout << L"shared beside exclusive: " << taken << L'\n';
+
+    // Jobs live until the scheduler has let go of them, so they are made before it.
+    std::promise<int> answer;
+    Job quick{1, [&](Job&) { answer.set_value(42); }};
+    int rounds = 0;
+    Job endless{2, [&](Job& job) {
+                    while (!job.obeys()) ++rounds;
+                }};
+    Background background;
+    background.insert(quick);
+    std::wcout << L"answer " << answer.get_future().get() << L'\n';
+    background.insert(endless);
+    background.cancel(2, ORN::Threading::BoringWaiter{});
+    int const stoppedAt = rounds;
+    std::wcout << L"stopped for good: " << (rounds == stoppedAt) << L'\n';
 }

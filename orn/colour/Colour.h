@@ -5,7 +5,9 @@
 #include "orn/geometry/Angle.h"
 #include "orn/os/Types.h"
 
+#include <cstddef>
 #include <iosfwd>
+#include <string_view>  // std::hash
 
 /// Keeps the model it was made in exactly and computes the others when they are first asked for; the results stay in
 /// the object. Components run from 0 to 1, hue is an angle, and nothing is clamped. Since a query may fill the cache,
@@ -103,6 +105,22 @@ private:
     mutable HSV hsv_;
     double alpha_;
 };
+
+/// The same red, green, blue and opacity, whatever model either was made in; computed, and cached, where need be.
+/// @{
+inline bool operator==(Colour const& left, Colour const& right) {
+    return left.r() == right.r() && left.g() == right.g() && left.b() == right.b() && left.a() == right.a();
+}
+template <>
+struct std::hash<Colour> {
+    std::size_t operator()(Colour const& colour) const {
+        std::size_t result = 0;
+        for (double const component : {colour.r(), colour.g(), colour.b(), colour.a()})
+            result = result * 31 + std::hash<double>{}(component);  // which is that of 0 for -0, as they are equal
+        return result;
+    }
+};
+/// @}
 
 /// Colour::rgba(R,G,B,A)
 ORN_API std::wostream& operator<<(std::wostream& os, Colour const& colour);

@@ -34,14 +34,15 @@ public:
     ~ColourProfile() override;
 
     /// A standard profile; std::logic_error for fromData.
-    static Handle<ColourProfile> create(ColourProfileId id);
+    [[nodiscard]] static Handle<ColourProfile> create(ColourProfileId id);
 
     /// A profile in memory, which is copied; std::logic_error for any id but fromData. A size above 32 bits throws
     /// OrnError "integer value right out of range".
-    static Handle<ColourProfile> create(ColourProfileId id, unsigned char const* data, std::uint64_t size);
+    [[nodiscard]] static Handle<ColourProfile> create(ColourProfileId id, unsigned char const* data,
+                                                      std::uint64_t size);
 
     /// A profile file; its id is fromData.
-    static Handle<ColourProfile> createFromFile(std::wstring const& fileName);
+    [[nodiscard]] static Handle<ColourProfile> createFromFile(std::wstring const& fileName);
 
     virtual ColourProfileId id() const = 0;                    ///< as it was created with
     virtual std::wstring colourSpace() const = 0;              ///< the signature of its colours, as in "RGB "

@@ -112,11 +112,11 @@ protected:
     TemporaryFolder folder_;
     icc::Bytes bytes_;
     std::wstring name_;
-    std::function<void()> const fromFile_ = [this] { ColourProfile::createFromFile(name_); };
+    std::function<void()> const fromFile_ = [this] { return ColourProfile::createFromFile(name_); };
     std::function<void()> const fromBytes_ = [this] {
-        ColourProfile::create(ColourProfileId::fromData, icc::data(bytes_), bytes_.size());
+        return ColourProfile::create(ColourProfileId::fromData, icc::data(bytes_), bytes_.size());
     };
-    std::function<void()> const standard_ = [] { ColourProfile::create(ColourProfileId::sRGB); };
+    std::function<void()> const standard_ = [] { return ColourProfile::create(ColourProfileId::sRGB); };
 };
 
 TEST_F(ColourProfileFailures, EveryRefusedStepIsNamedAndReleasesWhatCameBefore) {

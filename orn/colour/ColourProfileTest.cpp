@@ -25,14 +25,14 @@ TEST(ColourProfile, EachWayOfCreationTakesOnlyItsOwnIdAndASizeOf32Bits) {
     icc::Bytes const bytes = withTexts({});
     wchar_t const* const illegal = L"logic_error: Illegal value of ORN::ColourProfileId";
     for (int id : {-1, 1, -2, 0x7FFFFFFF})
-        EXPECT_EQ(thrown([=] { ColourProfile::create(static_cast<ColourProfileId>(id)); }), illegal) << id;
+        EXPECT_EQ(thrown([=] { return ColourProfile::create(static_cast<ColourProfileId>(id)); }), illegal) << id;
     for (int id : {0, 1, -2}) {
         auto const given = static_cast<ColourProfileId>(id);
-        EXPECT_EQ(thrown([&] { ColourProfile::create(given, icc::data(bytes), bytes.size()); }), illegal) << id;
-        EXPECT_EQ(thrown([&] { ColourProfile::create(given, nullptr, 0x1'0000'0000); }), illegal) << id;
+        EXPECT_EQ(thrown([&] { return ColourProfile::create(given, icc::data(bytes), bytes.size()); }), illegal) << id;
+        EXPECT_EQ(thrown([&] { return ColourProfile::create(given, nullptr, 0x1'0000'0000); }), illegal) << id;
     }
     for (std::uint64_t size : {0x1'0000'0000ull, ~0ull})
-        EXPECT_EQ(thrown([=] { ColourProfile::create(ColourProfileId::fromData, nullptr, size); }),
+        EXPECT_EQ(thrown([=] { return ColourProfile::create(ColourProfileId::fromData, nullptr, size); }),
                   L"OrnError: integer value right out of range");
 }
 
@@ -101,7 +101,7 @@ TEST(ColourProfile, WhatTheSystemCannotOpenIsAnErrorThatNamesTheCall) {
         EXPECT_TRUE(failure.starts_with(L"WinError: Error \"") && failure.ends_with(L"\" calling OpenColorProfile"));
     };
     for (auto const& name : {folder / L"missing.icc", folder.put("short.icc", "not a profile"), folder.name()})
-        expectRefused([&] { ColourProfile::createFromFile(name); });
+        expectRefused([&] { return ColourProfile::createFromFile(name); });
     for (icc::Bytes const& bytes : {icc::Bytes{}, withTexts({}).substr(0, 100), unsigned_, icc::Bytes(300, 'x')})
         expectRefused([&] { opened(bytes); });
     EXPECT_EQ(folder.count(), 1);

@@ -202,6 +202,16 @@ TEST(Colour, CopiesTakeTheCacheAlong) {
     EXPECT_EQ(conversions, 1);
 }
 
+TEST(Colour, EqualColoursAreTheSameRGBAndOpacityInAnyModel) {
+    Colour const red = Colour::rgb(1, 0, 0);
+    Colour const same[] = {Colour::rgb(1, -0.0, 0), Colour::hsv(Angle{}, 1, 1), Colour::argb(0xFFFF0000)};
+    for (Colour const& colour : same) {
+        EXPECT_EQ(colour, red);
+        EXPECT_EQ(std::hash<Colour>{}(colour), std::hash<Colour>{}(red));
+    }
+    for (Colour const& other : {Colour::rgba(1, 0, 0, 0.5), Colour::rgb(1, 1e-9, 0), Colour{}}) EXPECT_NE(other, red);
+}
+
 TEST(Colour, Output) {
     std::wostringstream os;
     os << Colour::rgba(1, 0, 0, 0.5) << Colour::hsv(Angle{}, 1, 0.75);

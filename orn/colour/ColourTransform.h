@@ -34,11 +34,13 @@ public:
     /// A transform through the profiles in this order, in the best quality that the system has; it does not need them
     /// afterwards. Throws WinError when the system cannot make it.
     /// @{
-    static Handle<ColourTransform> create(RenderingIntent intent, ColourProfile const& p1, ColourProfile const& p2);
-    static Handle<ColourTransform> create(RenderingIntent intent, ColourProfile const& p1, ColourProfile const& p2,
-                                          ColourProfile const& p3);
-    static Handle<ColourTransform> create(RenderingIntent intent, ColourProfile const& p1, ColourProfile const& p2,
-                                          ColourProfile const& p3, ColourProfile const& p4);
+    [[nodiscard]] static Handle<ColourTransform> create(RenderingIntent intent, ColourProfile const& p1,
+                                                        ColourProfile const& p2);
+    [[nodiscard]] static Handle<ColourTransform> create(RenderingIntent intent, ColourProfile const& p1,
+                                                        ColourProfile const& p2, ColourProfile const& p3);
+    [[nodiscard]] static Handle<ColourTransform> create(RenderingIntent intent, ColourProfile const& p1,
+                                                        ColourProfile const& p2, ColourProfile const& p3,
+                                                        ColourProfile const& p4);
     /// @}
 
     virtual HTRANSFORM handle() const = 0;  ///< the colour management's; stays the object's

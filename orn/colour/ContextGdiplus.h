@@ -8,7 +8,7 @@
 /// GDI+ is usable from construction to destruction, by any thread. Where the system has no GDI+ it is an empty scope.
 class ORN_API ContextGdiplus {
 public:
-    ContextGdiplus();  ///< WinError when GDI+ does not start; then nothing is held
+    [[nodiscard]] ContextGdiplus();  ///< WinError when GDI+ does not start; then nothing is held
     ~ContextGdiplus();
     ContextGdiplus(ContextGdiplus const&) = delete;
 

@@ -10,7 +10,7 @@ TEST(ContextGdiplus, ARefusalIsTheSystemsErrorAndNamesTheCall) {
     for (char const* call : {"GdiplusStartup", "NotificationHook"}) {
         faults::Refuse const refuse{call};
         std::wstring const reason = formatMessage(31, static_cast<wchar_t const*>(nullptr));
-        EXPECT_EQ(thrown([] { ContextGdiplus{}; }),
+        EXPECT_EQ(thrown([] { ContextGdiplus const refused; }),
                   L"WinError: Error \"" + reason + L"\" calling " + utf8(std::string{call}));
         EXPECT_EQ(refuse.refusals(), 1);
     }

@@ -100,16 +100,12 @@ DIBitmap::DIBitmap(unsigned int width, int height, unsigned short bitCount, unsi
     put<std::uint32_t>(file, atColoursUsed, colours);
 }
 
-DIBitmap::DIBitmap(DIBitmap const& other) : allocatedSize_{other.allocatedSize_}, buffer_{allocate(allocatedSize_)} {
-    std::memcpy(buffer_, other.buffer_, std::max(allocatedSize_, leastSize));
+DIBitmap::DIBitmap(DIBitmap const& other)
+    : allocatedSize_{other.allocatedSize_}, buffer_{other.buffer_ != nullptr ? allocate(allocatedSize_) : nullptr} {
+    if (buffer_ != nullptr) std::memcpy(buffer_, other.buffer_, std::max(allocatedSize_, leastSize));
 }
 
-DIBitmap& DIBitmap::operator=(DIBitmap const& other) {
-    DIBitmap copy{other};
-    std::swap(allocatedSize_, copy.allocatedSize_);
-    std::swap(buffer_, copy.buffer_);
-    return *this;
-}
+DIBitmap& DIBitmap::operator=(DIBitmap const& other) { return *this = DIBitmap{other}; }
 
 DIBitmap::~DIBitmap() { release(buffer_, allocatedSize_); }
 

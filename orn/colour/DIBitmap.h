@@ -4,6 +4,8 @@
 #include "orn/Export.h"
 #include "orn/os/Types.h"
 
+#include <utility>
+
 /// Owns two bytes of alignment and behind them a whole bitmap file: file header (14 bytes), info header (40 bytes, at
 /// a 4-byte boundary), colour table, pixel rows (each a multiple of 4 bytes; from the bottom up, or from the top down
 /// when the height is negative). It can be written to a file as it stands, or given to drawing calls by header and
@@ -22,6 +24,20 @@ public:
 
     DIBitmap(DIBitmap const&);             ///< a bitmap of its own, byte for byte
     DIBitmap& operator=(DIBitmap const&);  ///< when it throws, this bitmap is as it was
+
+    /// Takes the buffer, which stays where it is. The other has none then: it may be copied, given another bitmap, and
+    /// destroyed, and nothing else.
+    /// @{
+    DIBitmap(DIBitmap&& other) noexcept
+        : allocatedSize_{std::exchange(other.allocatedSize_, 0)}, buffer_{std::exchange(other.buffer_, nullptr)} {}
+    DIBitmap& operator=(DIBitmap&& other) noexcept {
+        DIBitmap taken{std::move(other)};
+        std::swap(allocatedSize_, taken.allocatedSize_);
+        std::swap(buffer_, taken.buffer_);
+        return *this;
+    }
+    /// @}
+
     ~DIBitmap();
 
     /// From the first byte of the file header, fileSize() bytes.

@@ -104,6 +104,24 @@ TEST(DIBitmap, CopiesStandAlone) {
     }
 }
 
+TEST(DIBitmap, AMoveKeepsTheBufferAndLeavesNone) {
+    static_assert(std::is_nothrow_move_constructible_v<DIBitmap> && std::is_nothrow_move_assignable_v<DIBitmap>);
+    for (unsigned int size : {100u, 3'000'000u}) {
+        DIBitmap first = filled(size, 0x33);
+        unsigned char const* const buffer = first.fileData();
+        DIBitmap second{std::move(first)}, third = filled(200, 0x44);
+        third = std::move(second);
+        EXPECT_EQ(third.fileData(), buffer);
+        EXPECT_EQ(third.fileSize(), size);
+        DIBitmap empty{second};
+        first = empty;
+        first = DIBitmap{third};
+        EXPECT_EQ(first.fileData()[size - 1], 0x33);
+        third = std::move(*&third);
+        EXPECT_EQ(third.fileData(), buffer);
+    }
+}
+
 TEST(DIBitmap, SizesThatDoNotFitAreRefused) {
     EXPECT_THROW(DIBitmap{0xFFFFFFFFu}, std::bad_alloc);
     EXPECT_THROW(DIBitmap{0xFFFFFFFEu}, std::bad_alloc);  // with two more bytes: 0

@@ -30,6 +30,7 @@ void EVSubscription<T>::attach() {
 
 template <typename T>
 void EVSubscription<T>::destroy() {
+    ExclusiveLock const alone{this->detaching_};
     if (list_.null()) return;
     list_->erase(this);
     list_.reset(nullptr);

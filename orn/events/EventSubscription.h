@@ -9,10 +9,16 @@
 
 #include <atomic>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 template <typename T>
 class EVSubscription;
+
+/// What events may carry: the types of which the library has lists.
+template <typename T>
+inline constexpr bool isEventValue =
+    std::is_same_v<T, void> || std::is_same_v<T, int> || std::is_same_v<T, Quark> || std::is_same_v<T, std::wstring>;
 
 /// Names the event's value type, and how notify takes it.
 template <typename T>
@@ -70,6 +76,8 @@ protected:
 template <typename T>
 class EVSubscriptionList : public EVNotified<ORN::Handlable, typename EVSubscriptionParameter<T>::Callback>,
                            public EVSubscriptionParameter<T> {
+    static_assert(isEventValue<T>, "there are event lists of void, int, Quark and std::wstring, and no others");
+
 public:
     EVSubscriptionList() = default;
 
@@ -79,7 +87,7 @@ public:
     EVSubscriptionList& operator=(EVSubscriptionList const&) = default;
     /// @}
 
-    static ORN::Handle<EVSubscriptionList> create();  ///< a new list without subscriptions
+    [[nodiscard]] static ORN::Handle<EVSubscriptionList> create();  ///< a new list without subscriptions
 
 protected:
     ~EVSubscriptionList() override;
@@ -107,14 +115,18 @@ protected:
     EVSubscriptionBase& operator=(EVSubscriptionBase const&) = delete;
 
 private:
+    template <typename T>
+    friend class EVSubscription;
+
     std::atomic<LONG> suppressions_{0};
+    LONG volatile detaching_ = 0;  // a lock word: who detaches is alone with the list's handle
 };
 
 /// Suppresses a subscription for a scope. A notify() that has begun on another thread may still call it.
-class EVSuppression {
+class [[nodiscard]] EVSuppression {
 public:
     /// The subscription outlives the scope.
-    explicit EVSuppression(EVSubscriptionBase& subscription) noexcept : subscription_{&subscription} {
+    [[nodiscard]] explicit EVSuppression(EVSubscriptionBase& subscription) noexcept : subscription_{&subscription} {
         subscription_->suppress();
     }
     ~EVSuppression() { subscription_->unsuppress(); }
@@ -128,7 +140,9 @@ private:
 /// Asks for a subscription that is not attached yet.
 struct EVSubscriptionDetached {};
 
-/// A subscription, attached to its list until destroy() or the destructor; it keeps the list alive so long.
+/// A subscription, attached to its list until destroy() or the destructor; it keeps the list alive so long. Any number of
+/// threads may call destroy(), also while one of them goes on to the destructor: when it returns the subscription is
+/// detached, by whomever, and has let go of the list, once.
 ///
 /// notify() must not be called while the class that overrides it is not there: the destructor of the most derived class
 /// calls destroy(), before any part of it goes. Where another thread may announce while a subscription is constructed,
@@ -136,6 +150,8 @@ struct EVSubscriptionDetached {};
 template <typename T>
 class EVSubscription : public EVNotified<EVSubscriptionBase, typename EVSubscriptionParameter<T>::Callback>,
                        public EVSubscriptionParameter<T> {
+    static_assert(isEventValue<T>, "there are event lists of void, int, Quark and std::wstring, and no others");
+
 protected:
     explicit EVSubscription(EVSubscriptionList<T>& list);                 ///< attached to the list
     EVSubscription(EVSubscriptionList<T>& list, EVSubscriptionDetached);  ///< not before attach()
@@ -165,10 +181,10 @@ class EVCallableSubscription;
 
 /// EVCallableSubscription, with the parameters taken out of the callback's type.
 template <typename T, typename Callable, typename... Arguments>
-class EVCallableSubscription<T, Callable, void(Arguments...)> final : public EVSubscription<T> {
+class [[nodiscard]] EVCallableSubscription<T, Callable, void(Arguments...)> final : public EVSubscription<T> {
 public:
     /// Attached when it returns; the callable is moved in.
-    EVCallableSubscription(EVSubscriptionList<T>& list, Callable callable)
+    [[nodiscard]] EVCallableSubscription(EVSubscriptionList<T>& list, Callable callable)
         : EVSubscription<T>{list, EVSubscriptionDetached{}}, callable_{std::move(callable)} {
         this->attach();
     }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <latch>
 #include <thread>
 
 namespace {
@@ -182,6 +184,42 @@ TEST(EventSubscription, CallbacksMayAnnounceAndSubscribe) {
                                               }};
     list->notify(2);
     EXPECT_EQ(log, "2o1oo0ooo");
+}
+
+TEST(EventSubscription, ThreadsThatDetachItDetachItOnceAndWaitForThat) {
+    struct Counts {
+        std::atomic<int> erased = 0, lists = 0;
+    };
+    struct SlowList : EVSubscriptionList<int> {
+        explicit SlowList(Counts& counted) : counts{counted} { ++counts.lists; }
+        ~SlowList() override { --counts.lists; }
+        void notify(int) override {}
+        void insert(EVSubscription<int>*) override {}
+        void erase(EVSubscription<int>*) override {
+            std::this_thread::sleep_for(std::chrono::milliseconds{2});
+            ++counts.erased;
+        }
+        Counts& counts;
+    };
+    for (int round = 0; round < 10; ++round) {
+        Counts counts;
+        IntList list{new SlowList{counts}};
+        std::string log;
+        auto subscription = std::make_unique<Named>(*list, log, 'x');
+        std::latch ready{3};
+        auto const detach = [&] {
+            ready.arrive_and_wait();
+            subscription->destroy();
+            EXPECT_EQ(counts.erased, 1);
+        };
+        {
+            std::jthread const one{detach}, other{detach};
+            list = nullptr;
+            detach();
+        }
+        subscription.reset();
+        EXPECT_TRUE(counts.erased == 1 && counts.lists == 0);
+    }
 }
 
 TEST(EventSubscription, ThreadsSubscribeAndDetachAgainstAnnouncements) {

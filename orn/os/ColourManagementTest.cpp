@@ -1,10 +1,14 @@
 #include "orn/os/ColourManagement.h"
 
 #include "orn/os/ErrorText.h"
+#include "tests/support/CacheFolder.h"
 #include "tests/support/IccProfile.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
 
 namespace {
 
@@ -46,10 +50,46 @@ TEST(ColourManagement, AnOpenProfileGivesItsElementsAndHeaderAsTheyAreStored) {
     EXPECT_EQ(one, L'x');
 }
 
+TEST(ColourManagement, TheStandardProfileIsThereWhateverLiesInItsPlace) {
+    CacheFolder const cache;
+    namespace fs = std::filesystem;
+    fs::path const folder = fs::path{cache.name()} / "orn", file = folder / "sRGB.icc";
+    auto const put = [](fs::path const& place, std::string const& text) { std::ofstream{place} << text; };
+    auto const standard = [] {
+        DWORD size = 0;
+        EXPECT_TRUE(os::standardProfile(nullptr, size));
+        std::wstring name(size / 2, L'\0');
+        EXPECT_TRUE(os::standardProfile(name.data(), size));
+        HPROFILE const profile = os::openProfile(inFile(name.c_str()));
+        os::ProfileHeader header{};
+        EXPECT_TRUE(profile != nullptr && os::profileHeader(profile, header));
+        if (profile != nullptr) os::closeProfile(profile);
+        return header.colourSpace;
+    };
+    std::function<void()> const states[] = {
+        [] {},
+        [] {},
+        [&] { put(file, "junk"); },
+        [&] {
+            std::ofstream{file, std::ios::app} << "more";
+        },
+        [&] { fs::resize_file(file, fs::file_size(file) / 2); },
+        [&] { fs::remove(file), fs::create_directories(file / "in the way"); },
+        [&] { fs::remove_all(folder), put(folder, "a file"); },
+    };
+    for (auto const& prepare : states) {
+        fs::create_directories(folder);
+        prepare();
+        EXPECT_EQ(standard(), 0x52474220u) << &prepare - states;
+    }
+}
+
 TEST(ColourManagement, ATransformOutlivesItsProfiles) {
     icc::Bytes const square = icc::profile(icc::tags(icc::power(0x200)));
     icc::Bytes const linear = icc::profile(icc::tags(icc::power(0x100)));
     HPROFILE const profiles[] = {os::openProfile(inMemory(square)), os::openProfile(inMemory(linear))};
+    HPROFILE const incomplete[] = {profiles[0], nullptr};
+    EXPECT_EQ(os::createTransform(incomplete, 2, 1), nullptr);
     HTRANSFORM const transform = os::createTransform(profiles, 2, 1);
     for (HPROFILE const profile : profiles) os::closeProfile(profile);
     ASSERT_NE(transform, nullptr);

@@ -36,10 +36,26 @@ private:
     std::atomic<HANDLE> handle_{nullptr};
 };
 
+/// A lock and a condition of the system's, with no kernel object of their own.
+class Room {
+public:
+    constexpr Room() noexcept = default;
+
+    void lock() noexcept;
+    void unlock() noexcept;
+    DWORD sleep(DWORD timeout) noexcept;  ///< outside the lock, until wakeAll(): waitObject, waitTimeout or waitFailed
+    void wakeAll() noexcept;
+
+private:
+    void* lock_ = nullptr;
+    void* condition_ = nullptr;
+};
+
 struct SemaphoreKernel {
     template <typename T>
     using Atomic = std::atomic<T>;
     using Semaphore = os::Semaphore;
+    using Room = os::Room;
 };
 
 using Parking = SemaphoreParking<SemaphoreKernel>;

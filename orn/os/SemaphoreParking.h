@@ -17,13 +17,16 @@
 ///   | ticket | owed | the count was                | the thread                                       |
 ///   |--------|------|------------------------------|--------------------------------------------------|
 ///   | old    | any  | its own                      | is owed no more and takes a new ticket           |
-///   | new    | > 0  | that of another thread       | puts the count back                              |
+///   | new    | > 0  | that of another thread       | puts the count back and steps aside              |
 ///   | new    | 0    | left by one that went away   | keeps it                                         |
 ///
 /// At every moment the counts in the semaphore, in the hands of threads that have not yet looked at the ledger and in the
-/// hands of releasers on their way are no fewer than the threads owed one, so none of those sleeps for good. Putting back
-/// does not go round for ever: the semaphore serves threads that wait before threads that come, so a count that is put
-/// back goes to the thread it is owed to, once that thread waits; and while nobody is owed one, none is put back.
+/// hands of releasers on their way are no fewer than the threads owed one, so none of those sleeps for good.
+///
+/// Who has put a count back must not go for it again: the thread to which it is owed may be standing still on its way to
+/// the semaphore, and the two steps would go round as long as that lasts. Such a thread waits aside, on a condition of
+/// the ledger, until its ticket is an old one or nobody is owed a count. While a ticket is new the number of those owed
+/// only falls, so a thread puts back one count for each ticket that it holds, at most, however the system schedules.
 #pragma once
 
 #include "orn/os/Types.h"
@@ -32,7 +35,7 @@
 
 namespace ORN::os {
 
-/// Kernel names the atomic types and the semaphore, so that a test can drive every step. Fewer than 2^20 threads may hold
+/// Kernel names the atomic types, the semaphore and the room aside, so that a test can drive every step. Fewer than 2^20 threads may hold
 /// a ticket at one time; a ticket is mistaken for a new one only if its holder stands still for a multiple of 2^24 epochs.
 template <typename Kernel>
 class SemaphoreParking {
@@ -47,33 +50,32 @@ public:
 
     Ticket takeTicket() { return epochOf(ledger_.fetch_add(onePresent)); }
 
-    /// Waits for the semaphore, at most `timeout` milliseconds (0xFFFFFFFF: no limit). 0 after a wake-up, which need not
-    /// have been this thread's, 258 when the time is over, anything else is a failure, told by lastError().
+    /// Waits for the semaphore, at most `timeout` milliseconds (0xFFFFFFFF: no limit) at a time. 0 after a wake-up, which
+    /// need not have been this thread's, 258 when the time is over, anything else is a failure, told by lastError().
     DWORD sleep(Ticket& ticket, DWORD timeout) {
-        DWORD const result = semaphore_.wait(timeout);
-        if (result != 0) return result;
-
-        std::uint64_t ledger = ledger_.load();
-        while (epochOf(ledger) != ticket) {
-            if (ledger_.compare_exchange_strong(ledger, ledger - oneOwed)) {
-                ticket = epochOf(ledger);
-                return 0;
-            }
+        for (;;) {
+            if (DWORD const result = semaphore_.wait(timeout); result != 0) return result;
+            std::uint64_t ledger = ledger_.load();
+            if (settle(ticket, ledger) || owedOf(ledger) == 0) return 0;
+            if (!release(1)) return failed;
+            if (DWORD const result = stepAside(ticket, timeout); result != 0) return result;
+            if (ledger = ledger_.load(); epochOf(ledger) == ticket) continue;
+            semaphore_.wait(0);  // takes its count along where it is there already
+            settle(ticket, ledger);
+            return 0;
         }
-        if (owedOf(ledger) == 0 || release(1)) return 0;
-        return failed;
     }
 
     /// The thread goes away. A count that it is owed is taken along where it is there already; otherwise it stays in the
     /// semaphore and wakes somebody once for nothing.
     void giveBack(Ticket ticket) {
         std::uint64_t ledger = ledger_.load();
-        bool taken = false;
-        for (;;) {
-            bool const owed = epochOf(ledger) != ticket;
+        bool taken = false, owed = false;
+        do {
+            owed = epochOf(ledger) != ticket;
             if (owed && !taken) taken = semaphore_.wait(0) == 0;
-            if (ledger_.compare_exchange_strong(ledger, ledger - onePresent - (owed ? oneOwed : 0))) return;
-        }
+        } while (!ledger_.compare_exchange_strong(ledger, ledger - onePresent - (owed ? oneOwed : 0)));
+        if (owed && owedOf(ledger) == 1) tellAside();
     }
 
     /// Wakes every ticket that is out. False, told by lastError(), when the system refuses; the next call tries again.
@@ -86,7 +88,9 @@ public:
 
         std::uint32_t counts = static_cast<std::uint32_t>(fresh);
         if (withheld_.load() != 0) counts += withheld_.exchange(0);
-        return counts == 0 || release(counts);
+        bool const released = counts == 0 || release(counts);
+        if (fresh != 0) tellAside();
+        return released;
     }
 
     /// Nobody holds a ticket, and nobody is owed a count.
@@ -106,6 +110,39 @@ private:
     static constexpr std::uint64_t owedOf(std::uint64_t ledger) noexcept { return ledger % oneEpoch / oneOwed; }
     static constexpr std::uint64_t epochOf(std::uint64_t ledger) noexcept { return ledger / oneEpoch; }
 
+    /// A count has come to a thread. Where its ticket is an old one it was owed it, is owed no more, and has a new ticket.
+    bool settle(Ticket& ticket, std::uint64_t& ledger) {
+        do {
+            if (epochOf(ledger) == ticket) return false;
+        } while (!ledger_.compare_exchange_strong(ledger, ledger - oneOwed));
+        ticket = epochOf(ledger);
+        if (owedOf(ledger) == 1) tellAside();
+        return true;
+    }
+
+    /// Waits until the ticket is an old one, or nobody is owed a count.
+    DWORD stepAside(Ticket ticket, DWORD timeout) {
+        aside_.fetch_add(1);
+        room_.lock();
+        DWORD result = 0;
+        while (result == 0) {
+            std::uint64_t const ledger = ledger_.load();
+            if (epochOf(ledger) != ticket || owedOf(ledger) == 0) break;
+            result = room_.sleep(timeout);
+        }
+        room_.unlock();
+        aside_.fetch_sub(1);
+        return result;
+    }
+
+    // Whoever is aside has counted itself before it looked at the ledger, and looks inside the room's lock.
+    void tellAside() {
+        if (aside_.load() == 0) return;
+        room_.lock();
+        room_.unlock();
+        room_.wakeAll();
+    }
+
     // What the system refuses to release stays owed, and goes out with the next release.
     bool release(std::uint32_t counts) {
         if (semaphore_.release(counts)) return true;
@@ -116,6 +153,8 @@ private:
     typename Kernel::template Atomic<std::uint64_t> ledger_{0};
     Counter withheld_{0};
     typename Kernel::Semaphore semaphore_{};
+    Counter aside_{0};
+    typename Kernel::Room room_{};
 };
 
 }

@@ -26,8 +26,8 @@ private:
 /// Holds a section for a scope. `where` names the place for whoever debugs and is not used. A guard belongs to one thread.
 class ORN_API OrnSimpleLock {
 public:
-    OrnSimpleLock(OrnCriticalSection& section, wchar_t const* where);  ///< enters the section
-    ~OrnSimpleLock();                                                  ///< leaves it, if held
+    [[nodiscard]] OrnSimpleLock(OrnCriticalSection& section, wchar_t const* where);  ///< enters the section
+    ~OrnSimpleLock();                                                                ///< leaves it, if held
     OrnSimpleLock(OrnSimpleLock const&) = delete;
     OrnSimpleLock& operator=(OrnSimpleLock const&) = delete;
 

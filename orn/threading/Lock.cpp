@@ -8,13 +8,10 @@ namespace ORN::Threading {
 
 constinit TableSlot parkingTable[parkingSlots];
 
-void createParking() {
-    for (TableSlot& slot : parkingTable) {
-        if (slot.parking().create()) continue;
-        WinError const error;
-        closeParking();
-        throw error;
-    }
+bool createParking() noexcept {
+    for (TableSlot& slot : parkingTable)
+        if (!slot.parking().create()) return false;
+    return true;
 }
 
 void closeParking() noexcept {
@@ -38,7 +35,7 @@ private:
 };
 
 struct Load {
-    Load() { createParking(); }
+    Load() { static_cast<void>(createParking()); }
     ~Load() { closeParking(); }
 };
 

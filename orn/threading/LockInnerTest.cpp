@@ -79,8 +79,7 @@ TEST(LockFailures, ParkingThatCannotBeMadeIsToldAndMadeWhenFirstNeeded) {
     closeParking();
     {
         faults::Refuse const refuse{"parkingCreate", 5};
-        bool const told = thrown([] { createParking(); }).starts_with(L"WinError");
-        EXPECT_EQ(told, refuse.refusals() != 0);  // there is nothing to make, and to refuse, on Linux
+        EXPECT_EQ(createParking(), refuse.refusals() == 0);  // there is nothing to make, and to refuse, on Linux
     }
     LONG volatile word = exclusive;
     std::thread waiter{[&] { SharedLock const lock{word}; }};
@@ -88,7 +87,7 @@ TEST(LockFailures, ParkingThatCannotBeMadeIsToldAndMadeWhenFirstNeeded) {
     readWriteLockUnlock(word, exclusive);
     waiter.join();
     EXPECT_EQ(word, 0);
-    EXPECT_NO_THROW(createParking());
+    EXPECT_TRUE(createParking());
 }
 
 }

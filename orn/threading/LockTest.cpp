@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <mutex>
+#include <shared_mutex>
 #include <thread>
 
 namespace {
@@ -69,6 +71,23 @@ TEST(Lock, GuardsStepOutAndBackIn) {
         EXPECT_EQ(word, 1);
     }
     EXPECT_EQ(word, 0);
+}
+
+TEST(Lock, TheStandardGuardsTakeItsWords) {
+    LONG volatile a = 0, b = 0;
+    LockableWord first{a}, second{b}, again{a};
+    {
+        std::scoped_lock const both{first, second};
+        EXPECT_TRUE(a == exclusive && b == exclusive);
+        EXPECT_FALSE(again.try_lock() || again.try_lock_shared());
+    }
+    {
+        std::shared_lock const one{first}, other{again, std::try_to_lock};
+        EXPECT_TRUE(other.owns_lock() && a == 2);
+        EXPECT_FALSE((std::unique_lock{again, std::try_to_lock}.owns_lock()));
+        EXPECT_TRUE((std::unique_lock{second}.owns_lock()));
+    }
+    EXPECT_TRUE(a == 0 && b == 0);
 }
 
 /// What a lock protects: a writer leaves the two equal, and a reader must find them so.

@@ -24,7 +24,10 @@ public:
 
     enum class End { done, stuck, endless };
 
-    void add(std::function<void()> body) { threads_.push_back({std::move(body), {}, false, nullptr, false}); }
+    void add(std::function<void()> body) { threads_.push_back({std::move(body), {}, false, nullptr, false, -1}); }
+
+    /// The thread stands still for good after so many steps. Nobody waits for its end.
+    void halt(std::size_t thread, int steps) { threads_[thread].left = steps; }
 
     /// `stuck`: somebody has not ended and nobody can go on. `endless`: more than `limit` steps were done.
     End run(Chooser const& choose, int limit = 2000) {
@@ -60,6 +63,7 @@ private:
         bool done;
         std::function<bool()> ready;
         bool timed;
+        int left;  // steps until it stands still; negative: never
     };
     struct Way {
         std::size_t thread;
@@ -72,7 +76,7 @@ private:
             bool ended = true;
             for (std::size_t thread = 0; thread < threads_.size(); ++thread) {
                 Thread const& one = threads_[thread];
-                if (one.done) continue;
+                if (one.done || one.left == 0) continue;
                 ended = false;
                 if (!one.ready || one.ready()) ways.push_back({thread, false});
                 if (one.timed) ways.push_back({thread, true});
@@ -81,6 +85,7 @@ private:
             if (ways.empty()) return End::stuck;
             Way const way = ways[ways.size() == 1 ? 0 : choose(ways.size())];
             givesUp_ = way.givesUp;
+            if (threads_[way.thread].left > 0) --threads_[way.thread].left;
             advance(way.thread, 1);
         }
         return End::endless;

@@ -8,21 +8,26 @@
 
 #include <lcms2.h>
 #include <lcms2_plugin.h>
-#include <sys/stat.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
+#include <iterator>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace ORN::os {
 
 namespace {
 
-DWORD const cannotOpen = 4, accessDenied = 5, writeFault = 29;
+DWORD const cannotOpen = 4, accessDenied = 5, writeFault = 29, invalidParameter = 87;
 DWORD const insufficientBuffer = 122, invalidProfile = 2011, tagNotFound = 2012, invalidColourSpace = 2017,
             invalidTransform = 2020;
 
@@ -46,6 +51,13 @@ bool fits(void const* buffer, DWORD& size, std::size_t needed) noexcept {
     return enough || fail(insufficientBuffer);
 }
 
+// The header of every profile, and in it the time at which it was made.
+std::size_t const iccHeaderSize = 128, iccDateAt = 24, iccDateSize = 12;
+
+struct FileClose {
+    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+};
+
 struct ProfileClose {
     void operator()(void* profile) const noexcept { cmsCloseProfile(profile); }
 };
@@ -55,25 +67,69 @@ std::vector<unsigned char> standardBytes() {
     cmsUInt32Number size = 0;
     if (profile == nullptr || !cmsSaveProfileToMem(profile.get(), nullptr, &size)) return {};
     std::vector<unsigned char> bytes(size);
-    if (!cmsSaveProfileToMem(profile.get(), bytes.data(), &size)) return {};
+    if (!cmsSaveProfileToMem(profile.get(), bytes.data(), &size) || size < iccHeaderSize) return {};
     bytes.resize(size);
+    // The time of making becomes that of the format's version, so that the bytes are the same every time.
+    unsigned char const made[iccDateSize] = {0x07, 0xDA, 0, 1, 0, 1};  // 2010, January 1st
+    std::copy(std::begin(made), std::end(made), bytes.begin() + iccDateAt);
     return bytes;
 }
 
-// Whoever comes at the same time writes the same bytes beside, and the last one's file stays.
-bool standardFile(std::string& place) {
-    std::string const folder = cacheFolder() + "/orn";
-    place = folder + "/sRGB.icc";
-    struct stat status;
-    if (::stat(place.c_str(), &status) == 0) return S_ISREG(status.st_mode) || fail(accessDenied);
+/// Whether the file is there and holds just these bytes.
+bool holds(std::string const& place, std::vector<unsigned char> const& bytes) {
+    std::unique_ptr<std::FILE, FileClose> const file{std::fopen(place.c_str(), "rbe")};
+    std::vector<unsigned char> found(bytes.size() + 1);
+    return file != nullptr && std::fread(found.data(), 1, found.size(), file.get()) == bytes.size() &&
+           std::equal(bytes.begin(), bytes.end(), found.begin());
+}
 
+/// A file of this process's own, which has no place in any folder, kept while the library is loaded.
+class MemoryFile {
+public:
+    ~MemoryFile() {
+        std::lock_guard const lock{mutex_};
+        if (descriptor_ >= 0) ::close(std::exchange(descriptor_, -1));
+    }
+
+    bool hold(std::vector<unsigned char> const& bytes, std::string& place) {
+        std::lock_guard const lock{mutex_};
+        if (descriptor_ < 0) {
+            int const made = ORN_OS_REFUSED("memfd_create") ? -1 : memfd_create("sRGB.icc", MFD_CLOEXEC);
+            if (made < 0) return false;
+            if (::write(made, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
+                ::close(made);
+                return false;
+            }
+            descriptor_ = made;
+        }
+        place = "/proc/self/fd/" + std::to_string(descriptor_);
+        return true;
+    }
+
+private:
+    std::mutex mutex_;
+    int descriptor_ = -1;
+};
+
+constinit MemoryFile memoryFile;
+
+// In the user's cache, where whoever comes at the same time writes the same bytes beside and the last one's file stays; a
+// damaged one is replaced. Where there is no place for it, in memory.
+bool standardFile(std::string& place) {
     std::vector<unsigned char> const bytes = standardBytes();
     if (bytes.empty()) return fail(invalidProfile);
+    std::string const folder = cacheFolder() + "/orn";
+    place = folder + "/sRGB.icc";
+    if (holds(place, bytes)) return true;
     std::error_code error;
     std::filesystem::create_directories(folder, error);
-    if (error) return failByErrno(error.value(), writeFault);
-    NewFile file{folder};
-    return (file.write(bytes.data(), bytes.size()) && file.place(place)) || failByErrno(errno, writeFault);
+    int refusal = error.value();
+    if (!error) {
+        NewFile file{folder};
+        if (file.write(bytes.data(), bytes.size()) && file.place(place)) return true;
+        refusal = errno;
+    }
+    return memoryFile.hold(bytes, place) || failByErrno(refusal, writeFault);
 }
 
 std::wstring nameIn(ProfileSource const& source) {
@@ -163,6 +219,10 @@ bool profileElement(HPROFILE profile, DWORD tag, void* buffer, DWORD& size) {
 
 HTRANSFORM createTransform(HPROFILE const* profiles, DWORD count, DWORD intent) {
     if (isRefused("CreateMultiProfileTransform")) return nullptr;
+    if (intent > INTENT_ABSOLUTE_COLORIMETRIC || std::count(profiles, profiles + count, nullptr) != 0) {
+        fail(invalidParameter);
+        return nullptr;
+    }
 
     // A device in the middle is where the colours go to and where they come from.
     std::vector<cmsHPROFILE> chain;

@@ -44,4 +44,22 @@ bool Semaphore::release(std::uint32_t counts) noexcept {
     return ReleaseSemaphore(handle_.load(), static_cast<LONG>(counts), nullptr) != FALSE;
 }
 
+namespace {
+
+static_assert(sizeof(SRWLOCK) == sizeof(void*) && sizeof(CONDITION_VARIABLE) == sizeof(void*));  // null: as initialised
+
+SRWLOCK* asLock(void*& word) noexcept { return reinterpret_cast<SRWLOCK*>(&word); }
+CONDITION_VARIABLE* asCondition(void*& word) noexcept { return reinterpret_cast<CONDITION_VARIABLE*>(&word); }
+
+}
+
+void Room::lock() noexcept { AcquireSRWLockExclusive(asLock(lock_)); }
+void Room::unlock() noexcept { ReleaseSRWLockExclusive(asLock(lock_)); }
+void Room::wakeAll() noexcept { WakeAllConditionVariable(asCondition(condition_)); }
+
+DWORD Room::sleep(DWORD timeout) noexcept {
+    if (SleepConditionVariableSRW(asCondition(condition_), asLock(lock_), timeout, 0)) return waitObject;
+    return GetLastError() == ERROR_TIMEOUT ? waitTimeout : waitFailed;
+}
+
 }

@@ -4,9 +4,10 @@
    mutual exclusion     the assertions at swap
    no lost wake-up      no invalid end state: every thread comes to its end
    the count returns    the assertions at the end
-   no going round       no infinite execution (with -DHANDED_OVER, where the semaphore serves who waits before who comes)
+   no going round       no infinite execution, and no fairness is asked for it: a thread may stand still for ever
 
    -DUNCURED takes the cure out: the ticket is the epoch at the time of going to sleep, or the semaphore has no ledger.
+   -DGOING_ROUND takes the other one out: who has put a count back goes for the semaphore again.
    -DSCENE=1 to 8 says who comes. */
 
 #define FREE 0
@@ -30,13 +31,11 @@ byte ended;
 
 #ifdef EPOCH
 
-#define TICKET_OUT 1
-
 byte epoch;
 bool asleep[3];
 
 inline takeTicket() {
-    atomic { epoch = epoch | TICKET_OUT; ticket = epoch }
+    ticket = epoch
 }
 
 /* The kernel compares the word and puts the thread to sleep in one step; a thread asleep wakes by wakeAll only. */
@@ -62,23 +61,8 @@ inline sleep() {
 inline giveBack() { skip }
 
 inline wake() {
-    ledger = epoch;
-    do
-    :: (ledger & TICKET_OUT) == 0 -> break
-    :: else ->
-       atomic {
-           if
-           :: epoch == ledger -> epoch = ledger + 1; swapped = true
-           :: else -> ledger = epoch; swapped = false
-           fi
-       };
-       if
-       :: swapped ->
-          d_step { asleep[0] = false; asleep[1] = false; asleep[2] = false };
-          break
-       :: else
-       fi
-    od
+    epoch++;
+    d_step { asleep[0] = false; asleep[1] = false; asleep[2] = false }
 }
 
 #define idle true
@@ -86,36 +70,6 @@ inline wake() {
 #else
 
 byte counts;
-bool queued[3];
-
-#ifdef HANDED_OVER
-
-inline semaphoreWait() {
-    atomic {
-        if
-        :: counts > 0 -> counts--
-        :: else -> queued[self] = true
-        fi
-    };
-    if
-    :: !queued[self] -> result = WOKEN
-    :: atomic { timed && queued[self] -> queued[self] = false; result = TIMED_OUT }
-    fi
-}
-
-inline semaphoreRelease(more) {
-    atomic {
-        counts = counts + more;
-        do
-        :: counts > 0 && queued[0] -> counts--; queued[0] = false
-        :: counts > 0 && queued[1] -> counts--; queued[1] = false
-        :: counts > 0 && queued[2] -> counts--; queued[2] = false
-        :: else -> break
-        od
-    }
-}
-
-#else
 
 inline semaphoreWait() {
     if
@@ -127,8 +81,6 @@ inline semaphoreWait() {
 inline semaphoreRelease(more) {
     counts = counts + more
 }
-
-#endif
 
 #ifdef UNCURED
 
@@ -150,27 +102,98 @@ byte present;               /* the three numbers of the ledger, which change tog
 byte owed;
 byte epoch;
 
+byte aside;                 /* who is in the room, its lock, and who of them sleeps */
+bool locked;
+bool asleep[3];
+
+inline lockRoom() {
+    atomic { !locked -> locked = true }
+}
+
+inline tellAside() {
+    if
+    :: aside != 0 ->
+       lockRoom();
+       locked = false;
+       d_step { asleep[0] = false; asleep[1] = false; asleep[2] = false }
+    :: else
+    fi
+}
+
+inline stepAside() {
+    aside++;
+    lockRoom();
+    do
+    :: atomic { epoch != ticket || owed == 0 -> break }
+    :: atomic { epoch == ticket && owed != 0 -> skip };
+       atomic { asleep[self] = true; locked = false };
+       if
+       :: atomic { !asleep[self] && !locked -> locked = true }
+       :: atomic { timed && asleep[self] && !locked -> asleep[self] = false; locked = true; result = TIMED_OUT; break }
+       fi
+    od;
+    locked = false;
+    aside--
+}
+
 inline takeTicket() {
     atomic { present++; ticket = epoch }
 }
 
-inline sleep() {
-    semaphoreWait();
+#define SETTLED 0
+#define SURPLUS 1
+#define ANOTHERS 2
+
+/* One look at the ledger and one change of it. */
+inline settle() {
+    atomic {
+        last = false;
+        if
+        :: epoch != ticket -> owed--; last = (owed == 0); ticket = epoch; back = SETTLED
+        :: epoch == ticket && owed == 0 -> back = SURPLUS
+        :: else -> back = ANOTHERS
+        fi
+    };
     if
-    :: result == WOKEN ->
-       atomic {
-           if
-           :: epoch != ticket -> owed--; ticket = epoch; back = 0
-           :: epoch == ticket && owed == 0 -> back = 0
-           :: else -> back = 1
-           fi
-       };
-       if
-       :: back == 1 -> semaphoreRelease(1)
-       :: else
-       fi
+    :: last -> tellAside()
     :: else
     fi
+}
+
+inline sleep() {
+    do
+    :: semaphoreWait();
+       if
+       :: result == TIMED_OUT -> break
+       :: else
+       fi;
+       settle();
+       if
+       :: back != ANOTHERS -> break
+       :: else
+       fi;
+       semaphoreRelease(1);
+#ifndef GOING_ROUND
+       stepAside();
+       if
+       :: result == TIMED_OUT -> break
+       :: else
+       fi;
+       if
+       :: epoch != ticket ->
+          atomic {
+              if
+              :: counts > 0 -> counts--
+              :: else
+              fi
+          };
+          settle();
+          break
+       :: epoch == ticket
+       fi
+#endif
+    od;
+    back = 0
 }
 
 inline giveBack() {
@@ -196,7 +219,12 @@ inline giveBack() {
            :: else
            fi
        }
-    od
+    od;
+    if
+    :: ledger != ticket && ledgerOwed == 1 -> tellAside()
+    :: else
+    fi;
+    d_step { ledger = 0; ledgerPresent = 0; ledgerOwed = 0 }
 }
 
 inline wake() {
@@ -208,9 +236,10 @@ inline wake() {
         fi
     };
     if
-    :: back != 0 -> semaphoreRelease(back)
+    :: back != 0 -> semaphoreRelease(back); tellAside()
     :: else
-    fi
+    fi;
+    back = 0
 }
 
 #define idle (present == 0 && owed == 0)
@@ -314,7 +343,7 @@ inline release() {
 
 #define LOCALS \
     byte seen, ticket, ledger, ledgerPresent, ledgerOwed, back, seenWaiters, result; \
-    bool swapped, taken, held
+    bool swapped, taken, held, last
 
 proctype Visitor(byte self; byte at; byte add; bool timed; byte rounds) {
     LOCALS;
