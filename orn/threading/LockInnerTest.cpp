@@ -79,7 +79,8 @@ TEST(LockFailures, ParkingThatCannotBeMadeIsToldAndMadeWhenFirstNeeded) {
     closeParking();
     {
         faults::Refuse const refuse{"parkingCreate", 5};
-        EXPECT_EQ(createParking(), refuse.refusals() == 0);  // there is nothing to make, and to refuse, on Linux
+        bool const made = createParking();
+        EXPECT_EQ(made, refuse.refusals() == 0);  // there is nothing to make, and to refuse, on Linux
     }
     LONG volatile word = exclusive;
     std::thread waiter{[&] { SharedLock const lock{word}; }};
