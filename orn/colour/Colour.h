@@ -7,7 +7,7 @@
 
 #include <cstddef>
 #include <iosfwd>
-#include <string_view>  // std::hash
+#include <string_view>
 
 /// Keeps the model it was made in exactly and computes the others when they are first asked for; the results stay in
 /// the object. Components run from 0 to 1, hue is an angle, and nothing is clamped. Since a query may fill the cache,
