@@ -107,20 +107,21 @@ private:
 };
 
 /// The same red, green, blue and opacity, whatever model either was made in; computed, and cached, where need be.
-/// @{
 inline bool operator==(Colour const& left, Colour const& right) {
     return left.r() == right.r() && left.g() == right.g() && left.b() == right.b() && left.a() == right.a();
 }
+
+/// The hash of red, green, blue and opacity.
 template <>
 struct std::hash<Colour> {
+    /// The same for equal colours.
     std::size_t operator()(Colour const& colour) const {
         std::size_t result = 0;
         for (double const component : {colour.r(), colour.g(), colour.b(), colour.a()})
-            result = result * 31 + std::hash<double>{}(component);  // which is that of 0 for -0, as they are equal
+            result = result * 31 + std::hash<double>{}(component);
         return result;
     }
 };
-/// @}
 
 /// Colour::rgba(R,G,B,A)
 ORN_API std::wostream& operator<<(std::wostream& os, Colour const& colour);

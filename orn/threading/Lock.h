@@ -109,7 +109,7 @@ using SharedLock = ReadWriteLock<readWriteLockShared, readWriteLockWriter>;
 ///     std::scoped_lock const both{from, to};
 class LockableWord {
 public:
-    explicit LockableWord(LONG volatile& word) noexcept : word_{&word} {}
+    explicit LockableWord(LONG volatile& word) noexcept : word_{&word} {}  ///< acquires nothing
 
     /// Alone, and together with other readers. Each try gives up at once where it would have to wait.
     /// @{
