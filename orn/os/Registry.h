@@ -10,7 +10,7 @@
 ///
 /// Of the file: a call is done wholly or not at all, also when the process is killed in its midst; after a power failure
 /// the last calls may not have been. Another's file gives 1017 and a damaged one 1009, and neither is written to. A call
-/// that waits longer than ten seconds for other processes gives 170. A handle's number does not come again once it is
+/// that has waited for other processes for ten seconds gives 170; threads of one process wait for each other besides. A handle's number does not come again once it is
 /// closed, so a stale one gives 6. What extra rights ask of Windows' two views means nothing. A process that was forked
 /// has its parent's handles as its own.
 #pragma once

@@ -25,6 +25,6 @@ orn_unit(os/Window)
 # What keeps the registry where the system has none.
 if(NOT WIN32)
   foreach(part NameCase RegistryStore)
-    set_property(GLOBAL APPEND PROPERTY ORN_OS_SOURCES "${CMAKE_CURRENT_SOURCE_DIR}/os/posix/${part}.cpp")
+    set_property(GLOBAL APPEND PROPERTY ORN_OS_SOURCES "${CMAKE_CURRENT_SOURCE_DIR}/os/posix/registry/${part}.cpp")
   endforeach()
 endif()

@@ -211,6 +211,24 @@ TEST_F(RegistryFile, IsSharedByProcessesAndThreadsFromItsFirstMomentOn) {
     EXPECT_EQ(ask("SELECT count(*) FROM data"), "800");
 }
 
+TEST_F(RegistryFile, ThatAnotherProcessKeepsIsWaitedForTenSecondsAltogether) {
+    ASSERT_TRUE((RegWriteKey{HKEY_CURRENT_USER, L"key", 0}.valid()));
+    ::setenv("ORN_REGISTRY", (path_ / "another").c_str(), 1);
+    ASSERT_TRUE((RegWriteKey{HKEY_CURRENT_USER, L"key", 0}.valid()));  // which lets the first file go
+    ::setenv("ORN_REGISTRY", file_.c_str(), 1);
+    ASSERT_EQ(ask("PRAGMA journal_mode = DELETE"), "delete");
+    // One who reads is in the way of those who would turn the log on.
+    sqlite3* reader = nullptr;
+    ASSERT_EQ(sqlite3_open(file_.c_str(), &reader), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(reader, "BEGIN; SELECT * FROM keys", nullptr, nullptr, nullptr), SQLITE_OK);
+    auto const begin = std::chrono::steady_clock::now();
+    ChildProcess process = probe({"write", "one"});
+    EXPECT_EQ(process.wait(40s), 1);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, 9s);
+    sqlite3_close(reader);
+    EXPECT_EQ(probe({"write", "one"}).wait(40s), 0);
+}
+
 TEST_F(RegistryFile, ServesBothSidesOfAFork) {
     ChildProcess process = probe({"fork"});
     EXPECT_EQ(process.wait(120s), 0);

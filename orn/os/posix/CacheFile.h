@@ -1,10 +1,10 @@
 /// Files in the user's cache folder.
 #pragma once
 
-#include "orn/os/Types.h"
+#include "orn/os/posix/ErrnoCode.h"
+#include "orn/os/posix/UserFolder.h"
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <unistd.h>
 #include <uuid/uuid.h>
 
@@ -15,21 +15,7 @@
 
 namespace ORN::os {
 
-/// By $XDG_CACHE_HOME, of which a relative one does not count, else in the home folder. A program with more rights than
-/// its caller does not ask the caller's environment.
-inline std::string cacheFolder() {
-    char const* const named = ::secure_getenv("XDG_CACHE_HOME");
-    if (named != nullptr && *named == '/') return named;
-    char const* home = ::secure_getenv("HOME");
-    passwd user;
-    char strings[4096];
-    if (home == nullptr || *home == '\0') {
-        passwd* found = nullptr;
-        ::getpwuid_r(::getuid(), &user, strings, sizeof strings, &found);
-        home = found != nullptr ? user.pw_dir : "";
-    }
-    return std::string{home} + "/.cache";
-}
+inline std::string cacheFolder() { return userFolder("XDG_CACHE_HOME", ".cache"); }
 
 /// A file in the making: without a name where the system has such files, so that not even a program that is killed leaves
 /// it behind, else with one that it loses again unless it gets its place. What goes wrong is in errno.
@@ -87,20 +73,5 @@ private:
     std::string name_;  ///< empty when there is nothing to remove
     int descriptor_;
 };
-
-/// The Windows code for an errno, or the other one when there is none.
-inline DWORD windowsError(int error, DWORD otherwise) noexcept {
-    switch (error) {
-        case ENOENT: return 2;
-        case ENOTDIR: return 3;
-        case EACCES:
-        case EPERM:
-        case EISDIR:
-        case EROFS: return 5;
-        case EDQUOT:
-        case ENOSPC: return 112;
-        default: return otherwise;
-    }
-}
 
 }

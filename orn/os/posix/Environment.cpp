@@ -51,6 +51,7 @@ DWORD expandEnvironment(wchar_t const* text, wchar_t* buffer, DWORD size) noexce
             result += value != nullptr ? wide(value) : std::wstring{text, end + 1};
             text = end + 1;
         }
+        if (result.size() >= 0xFFFFFFFF) return 0;
         auto const needed = static_cast<DWORD>(result.size() + 1);
         if (needed <= size) std::wmemcpy(buffer, result.c_str(), needed);
         return needed;

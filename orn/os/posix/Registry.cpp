@@ -1,7 +1,9 @@
 #include "orn/os/Registry.h"
 
 #include "orn/os/Fault.h"
-#include "orn/os/posix/RegistryStore.h"
+#include "orn/os/posix/ErrnoCode.h"
+#include "orn/os/posix/UserFolder.h"
+#include "orn/os/posix/registry/RegistryStore.h"
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -88,36 +90,21 @@ bool watchFork() noexcept {
     return forkIsWatched;
 }
 
-/// Where the registry is; empty when the environment does not tell. A program that has another user's rights is told
-/// nothing: whoever started it could name any file.
+/// Where the registry is; empty when the environment does not tell.
 std::string storePath() {
-    auto const variable = [](char const* name) {
-        char const* const value = ::secure_getenv(name);
-        return std::string{value != nullptr ? value : ""};
-    };
-    if (std::string own = variable("ORN_REGISTRY"); !own.empty()) {
+    if (std::string own = trustedVariable("ORN_REGISTRY"); !own.empty()) {
         if (own[0] == '/') return own;
         std::unique_ptr<char, void (*)(void*)> const here{::getcwd(nullptr, 0), std::free};
         return here != nullptr ? here.get() + ("/" + own) : std::string{};
     }
-    std::string folder = variable("XDG_CONFIG_HOME");
-    if (folder.empty() || folder[0] != '/') {
-        folder = variable("HOME");
-        if (folder.empty()) return {};
-        folder += "/.config";
-    }
-    return folder + "/orn/registry.db";
+    std::string const folder = userFolder("XDG_CONFIG_HOME", ".config");
+    return folder.empty() ? folder : folder + "/orn/registry.db";
 }
 
+/// A missing folder is no missing file, which would count as an empty registry.
 DWORD statusOfErrno() noexcept {
-    switch (errno) {
-        case ENOENT:
-        case ENOTDIR: return RegistryStore::pathNotFound;
-        case ENOSPC:
-        case EDQUOT: return RegistryStore::diskFull;
-        case EIO: return RegistryStore::failed;
-        default: return RegistryStore::accessDenied;
-    }
+    if (errno == ENOENT) return RegistryStore::pathNotFound;
+    return errno == EIO ? RegistryStore::failed : windowsError(errno, RegistryStore::accessDenied);
 }
 
 /// Makes an empty file, and the folders above it; all of it is the user's own.

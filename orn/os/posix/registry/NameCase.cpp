@@ -1,4 +1,4 @@
-#include "orn/os/posix/NameCase.h"
+#include "orn/os/posix/registry/NameCase.h"
 
 #include <algorithm>
 #include <iterator>

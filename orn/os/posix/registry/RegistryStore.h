@@ -8,6 +8,7 @@
 
 #include <sys/stat.h>
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -32,7 +33,8 @@ public:
 
     bool isAt(std::string const& path, struct stat const& file) const noexcept;
 
-    /// Opens the file unless it is open; all calls below need it open. An empty file becomes a registry when it is opened
+    /// Begins a call: opens the file unless it is open, which all functions below need. From here on the call waits for
+    /// other processes for ten seconds altogether. An empty file becomes a registry when it is opened
     /// for writing, and otherwise stays as it is: statusNotFound.
     DWORD connect(bool forWriting);
     void disconnect() noexcept;
@@ -54,6 +56,7 @@ public:
     /// @}
 
 private:
+    bool wait() const noexcept;  ///< a moment for other processes; false once the call has waited long enough
     DWORD open(bool forWriting);
     DWORD recognise(bool& empty);
     DWORD check();
@@ -69,6 +72,7 @@ private:
     dev_t device_;
     ino_t inode_;
     sqlite3* database_ = nullptr;
+    std::chrono::steady_clock::time_point deadline_;
 };
 
 }
