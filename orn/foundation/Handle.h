@@ -66,8 +66,10 @@ protected:
 };
 
 /// A pointer that owns one reference to its object, or null, which is written nullptr. A raw pointer becomes a handle only
-/// where that is said, since the object may be deleted with it: `return Handle<T>{p};`. Handles to one object may be used on several threads; a
-/// single handle may not be changed by one thread while another uses it.
+/// where that is said, since the object may be deleted with it: `return Handle<T>{p};`.
+///
+/// Handles to one object may be used on several threads; a single handle may not be changed by one thread while another
+/// uses it.
 template <typename T>
 class Handle : public HandleBase {
 public:

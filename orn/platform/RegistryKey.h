@@ -5,7 +5,7 @@
 ///
 /// Nothing here throws for what the system refuses: a key that could not be opened stays usable, and all that is asked
 /// of it fails. When memory runs out, constructors and errorMessage throw std::bad_alloc and leave no key open;
-/// everything else fails with status 8.
+/// everything else fails with status 8. Off Windows a call waits for other processes for at most ten seconds (status 170).
 #pragma once
 
 #include "orn/Export.h"
@@ -51,18 +51,18 @@ public:
     bool getMultiString(std::wstring const& name, std::vector<std::wstring>& values) const;
 
     /// A 32-bit number; `value` is set only on success.
-    bool getDword(std::wstring const& name, DWORD& value) const;
+    [[nodiscard]] bool getDword(std::wstring const& name, DWORD& value) const;
 
     /// Reads a binary value of at most `size` bytes into `data`; returns how many there were. A longer one gives 0; what
     /// `data` holds after a failure is not said.
-    DWORD getBinary(std::wstring const& name, void* data, DWORD size) const;
+    [[nodiscard]] DWORD getBinary(std::wstring const& name, void* data, DWORD size) const;
 
     /// More of the kind. A value of another type fails with status 0, and what failed leaves nothing in its last argument,
     /// but a number as it was. A 64-bit number may have fewer than its eight bytes, and then ends with zeros.
     /// @{
-    bool getUnexpandedString(std::wstring const& name, std::wstring& value) const;  ///< a string as it was written
-    bool getQword(std::wstring const& name, std::uint64_t& value) const;            ///< a 64-bit number
-    bool getBinary(std::wstring const& name, std::vector<BYTE>& bytes) const;       ///< a binary value of any length
+    bool getUnexpandedString(std::wstring const& name, std::wstring& value) const;      ///< a string as it was written
+    [[nodiscard]] bool getQword(std::wstring const& name, std::uint64_t& value) const;  ///< a 64-bit number
+    bool getBinary(std::wstring const& name, std::vector<BYTE>& bytes) const;  ///< a binary value of any length
     /// @}
 
     /// The bytes of a value of any type, and the type as the system numbers it: 1 for a string, 2 for an expandable one, 3
