@@ -29,13 +29,14 @@ fuzz::Iconv const& converter(ORN::TextEncoding encoding) {
 
 void fuzz::run(Input input) {
     auto const encoding = static_cast<ORN::TextEncoding>(input.option(5));
-    bool const marked = input.option(2) != 0;
+    unsigned int const form = input.option(4);
+    bool const marked = (form & 1) != 0, feedsAlone = (form & 2) != 0;
     std::size_t const pieces = input.option(8) + 1;
     std::wstring const text = input.text();
 
     // Pieces that cut neither pairs nor CR LF, which are what they are only within one write.
     std::vector<std::wstring> written{{}};
-    std::wstring const returnAndFeed = L"\r\n";
+    std::wstring const lineEnd = feedsAlone ? L"\n" : L"\r\n";
     std::string expected;
     auto const convert = [&](std::wstring const& some) {
         auto const bytes = converter(encoding)(littleEndian(some));
@@ -57,7 +58,7 @@ void fuzz::run(Input input) {
             case 0x85:
             case 0x2028:
             case 0x2029:
-                convert(returnAndFeed);
+                convert(lineEnd);
                 lines.emplace_back();
                 break;
             default:
@@ -72,7 +73,8 @@ void fuzz::run(Input input) {
 
     MemoryWriter raw;
     bool failed = false;
-    std::unique_ptr<ORN::TextWriter> writer{ORN::TextWriter::create(raw, encoding, marked)};
+    std::unique_ptr<ORN::TextWriter> writer{
+        ORN::TextWriter::create(raw, encoding, marked, feedsAlone ? ORN::lineEndLF : ORN::lineEndCRLF)};
     try {
         for (auto const& piece : written) writer->write(piece);
         writer->flush();

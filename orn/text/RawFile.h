@@ -16,8 +16,10 @@ class ORN_API RawReader {
 public:
     virtual ~RawReader();
 
-    virtual std::wstring name() const = 0;                             ///< for messages
-    virtual std::int64_t read(void* buffer, std::uint64_t count) = 0;  ///< how many of count came; 0 at the end
+    virtual std::wstring name() const = 0;  ///< for messages
+
+    /// How many of count came; 0 at the end.
+    [[nodiscard]] virtual std::int64_t read(void* buffer, std::uint64_t count) = 0;
 };
 
 /// A sink for bytes. A write that throws counts as having written nothing.

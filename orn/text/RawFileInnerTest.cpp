@@ -86,7 +86,7 @@ TEST(RawFileFailures, ATurnFromReadingToWritingThatFailsIsAWriteFailure) {
     Writer const file{rawAppend(folder.put("file", "content"))};
     char byte;
     file->seek(0, 0);
-    file->read(&byte, 1);
+    EXPECT_EQ(file->read(&byte, 1), 1);
     {
         faults::Refuse const refuse{"fseek"};
         EXPECT_THROW(file->write("x", 1), OrnError);

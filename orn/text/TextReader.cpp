@@ -140,7 +140,8 @@ wchar_t* append(wchar_t* out, unsigned int value) noexcept {
 
 // Widens a block of bytes; the bits returned tell which of them are no ASCII, or line ends.
 inline unsigned int widenBlock(wchar_t* out, unsigned char const* bytes) noexcept {
-    return ascii::widen(bytes, out) | ascii::find(bytes, 0x0A, 0x0C, 0x0D);
+    unsigned int const ends = ascii::find(bytes, 0x0A, 0x0C, 0x0D);  // before what is written could be one of the bytes
+    return ends | ascii::widen(bytes, out);
 }
 
 /// The two virtual steps of a reader, from the inline ones of the derived class: step, which decodes a character, and

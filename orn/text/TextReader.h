@@ -36,7 +36,7 @@ public:
     ///
     /// After an exception line is empty, and the reader stands where it met the fault. The next call tries again from
     /// there: when the raw reader has recovered it gives the whole line; bytes that are no text throw at each call.
-    virtual bool readLine(std::wstring& line) = 0;
+    [[nodiscard]] virtual bool readLine(std::wstring& line) = 0;
 
     /// Closes the file that create opened, and is nothing over the caller's raw reader. Not to be read afterwards.
     virtual void close() = 0;

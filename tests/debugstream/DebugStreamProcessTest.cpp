@@ -142,7 +142,8 @@ TEST_F(DebugStreamProcess, AFullDiskIsToldOnceAndHarmsNobody) {
 
 TEST_F(DebugStreamProcess, ProgramsThatAreStartedDoNotInheritFiles) {
     auto const shown = [&](ChildProcess&) {
-        while (printed().empty()) std::this_thread::sleep_for(1ms);
+        auto const end = std::chrono::steady_clock::now() + 60s;
+        while (!printed().ends_with('\n') && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(1ms);
         return printed();
     };
     std::string before;
