@@ -90,9 +90,11 @@ std::wostream& make() {
     return *madeStream;
 }
 
-void tellFailure(std::wostream& out) {
+// Once the stream has been made.
+void tellFailure() {
     if (std::uncaught_exceptions() != 0) return;
-    if (auto const failure = static_cast<TextWriterBuf*>(out.rdbuf())->takeFailure()) std::rethrow_exception(failure);
+    auto* const buffer = std::launder(reinterpret_cast<TextWriterBuf*>(bufferRoom.bytes));
+    if (auto const failure = buffer->takeFailure()) std::rethrow_exception(failure);
 }
 
 }
@@ -101,7 +103,7 @@ std::wostream& stream() {
     std::wostream* const made = madeStream.load();
     std::wostream& out = made != nullptr ? *made : make();
     if (!out.good()) out.clear();  // what an insertion of somebody's left behind is nobody else's affair
-    tellFailure(out);
+    tellFailure();
     return out;
 }
 
@@ -124,7 +126,7 @@ void flush() {
     if (made == nullptr || textWriter.load() == nullptr) return;
     made->clear();
     made->flush();
-    tellFailure(*made);
+    tellFailure();
 }
 
 LONG volatile& lock() noexcept { return lockWord; }

@@ -88,6 +88,21 @@ TEST(RawFile, AppendReadsAnywhereAndWritesAtTheEnd) {
     EXPECT_EQ(folder.get("new"), "n");
 }
 
+TEST(RawFile, StandardInputIsBytesAndStaysOpen) {
+    TemporaryFolder const folder;
+    std::wstring const file = folder.put("input", "one\r\n\x1A two");
+    std::string const name{file.begin(), file.end()};
+    ASSERT_NE(std::freopen(name.c_str(), "r", stdin), nullptr);
+    {
+        std::unique_ptr<RawFileReader> const input{rawStandardInput()};
+        EXPECT_EQ(readSome(*input, 5), "one\r\n");
+        input->close();
+        EXPECT_THROW(readSome(*input), std::logic_error);
+    }
+    EXPECT_EQ(readSome(*std::unique_ptr<RawFileReader>{rawStandardInput()}), "\x1A two");
+    std::fclose(stdin);
+}
+
 TEST(RawFile, FailuresNameTheFileAndTheReason) {
     TemporaryFolder const folder;
     std::wstring const missing = folder / L"missing", within = folder / L"no/folder/here";
