@@ -49,6 +49,10 @@ inline constexpr Range ranges[] = {
      [](Random& r) -> Arguments {
          return {r.between(-8, 8), r.between(-8, 8)};
      }},
+    {"2^±6",
+     [](Random& r) -> Arguments {
+         return {r.magnitude(-6, 6), r.magnitude(-6, 6)};
+     }},
     {"2^±60",
      [](Random& r) -> Arguments {
          return {r.magnitude(-60, 60), r.magnitude(-60, 60)};
@@ -91,6 +95,7 @@ struct Function {
     char const* name;
     double (*here)(Arguments);
     bool even;  // in x; the others are odd, those of two arguments in y
+    bool two;   // arguments
 #ifdef ORN_TEST_MPFR
     int (*exact)(mpfr_t result, mpfr_t x, mpfr_t y);
 #define ORN_EXACT(call) , [](mpfr_t r, mpfr_t x, [[maybe_unused]] mpfr_t y) { return call; }
@@ -100,14 +105,17 @@ struct Function {
 };
 
 inline constexpr Function functions[] = {
-    {"sine", [](Arguments a) { return ORN::sineAndCosine(a.x).sine; }, false ORN_EXACT(mpfr_sin(r, x, MPFR_RNDN))},
-    {"cosine", [](Arguments a) { return ORN::sineAndCosine(a.x).cosine; }, true ORN_EXACT(mpfr_cos(r, x, MPFR_RNDN))},
-    {"tangent", [](Arguments a) { return ORN::tangent(a.x); }, false ORN_EXACT(mpfr_tan(r, x, MPFR_RNDN))},
-    {"arc tangent", [](Arguments a) { return ORN::arcTangent(a.x); }, false ORN_EXACT(mpfr_atan(r, x, MPFR_RNDN))},
-    {"arc tangent of two", [](Arguments a) { return ORN::arcTangent(a.x, a.y); },
-     false ORN_EXACT(mpfr_atan2(r, x, y, MPFR_RNDN))},
-    {"cube root", [](Arguments a) { return ORN::cubeRoot(a.x); }, false ORN_EXACT(mpfr_cbrt(r, x, MPFR_RNDN))},
-    {"hypotenuse", [](Arguments a) { return ORN::hypotenuse(a.x, a.y); },
+    {"sine", [](Arguments a) { return ORN::sineAndCosine(a.x).sine; }, false,
+     false ORN_EXACT(mpfr_sin(r, x, MPFR_RNDN))},
+    {"cosine", [](Arguments a) { return ORN::sineAndCosine(a.x).cosine; }, true,
+     false ORN_EXACT(mpfr_cos(r, x, MPFR_RNDN))},
+    {"tangent", [](Arguments a) { return ORN::tangent(a.x); }, false, false ORN_EXACT(mpfr_tan(r, x, MPFR_RNDN))},
+    {"arc tangent", [](Arguments a) { return ORN::arcTangent(a.x); }, false,
+     false ORN_EXACT(mpfr_atan(r, x, MPFR_RNDN))},
+    {"arc tangent of two", [](Arguments a) { return ORN::arcTangent(a.x, a.y); }, false,
+     true ORN_EXACT(mpfr_atan2(r, x, y, MPFR_RNDN))},
+    {"cube root", [](Arguments a) { return ORN::cubeRoot(a.x); }, false, false ORN_EXACT(mpfr_cbrt(r, x, MPFR_RNDN))},
+    {"hypotenuse", [](Arguments a) { return ORN::hypotenuse(a.x, a.y); }, true,
      true ORN_EXACT(mpfr_hypot(r, x, y, MPFR_RNDN))},
 };
 #undef ORN_EXACT

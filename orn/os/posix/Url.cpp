@@ -89,7 +89,7 @@ std::size_t rootSize(std::wstring_view text, bool isFile) {
 
 // A URL is its scheme, a root, a path, and what follows the path, as it is.
 std::wstring canonical(std::wstring url) {
-    auto const isBlank = [](wchar_t c) { return c >= 0 && c <= L' '; };
+    auto const isBlank = [](wchar_t c) { return static_cast<char32_t>(c) <= U' '; };
     std::erase(url, L'\t');
     while (!url.empty() && isBlank(url.back())) url.pop_back();
     url.erase(url.begin(), std::find_if_not(url.begin(), url.end(), isBlank));
