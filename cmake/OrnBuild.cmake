@@ -35,7 +35,8 @@ add_library(orn::arithmetic ALIAS orn-arithmetic)
 target_compile_features(orn-arithmetic INTERFACE cxx_std_20)
 target_compile_options(orn-arithmetic INTERFACE
   $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-ffp-contract=off>
-  $<$<CXX_COMPILER_ID:MSVC>:/fp:precise>)
+  $<$<CXX_COMPILER_ID:MSVC>:/fp:precise>
+  $<$<CXX_COMPILER_ID:MSVC>:/utf-8>)
 
 # How this project's own code is compiled, beyond what its users need.
 add_library(orn-strict INTERFACE)
@@ -55,6 +56,17 @@ if(PROJECT_VERSION_MAJOR EQUAL 0)
 else()
   set(ORN_SOVERSION "${PROJECT_VERSION_MAJOR}")
   set(ORN_COMPATIBILITY SameMajorVersion)
+endif()
+
+# What Windows shows of a DLL.
+function(orn_describe target description)
+  if(WIN32)
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/version.rc.in" "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc" @ONLY)
+    target_sources(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc")
+  endif()
+endfunction()
+if(WIN32)
+  enable_language(RC)
 endif()
 
 # The DLLs of the compiler's runtime are shared by the library and its callers, so that exceptions are caught by type

@@ -27,7 +27,7 @@ function(orn_public_headers result)
         continue()
       endif()
       string(REGEX REPLACE "^orn/" "" unit "${included}")
-      if(NOT unit IN_LIST units AND NOT included STREQUAL "orn/Export.h" AND NOT included IN_LIST ORN_OPEN_SEAM)
+      if(NOT unit IN_LIST units AND NOT included MATCHES "^orn/(Export|Version)[.]h$" AND NOT included IN_LIST ORN_OPEN_SEAM)
         message(FATAL_ERROR "${header} is public and includes ${included}, which is not. If it has to be, it belongs to "
                             "ORN_OPEN_SEAM in cmake/OrnInstall.cmake")
       endif()

@@ -1,6 +1,7 @@
 /// Every public header of the library.
 #pragma once
 
+#include "orn/Version.h"
 #include "orn/colour/Colour.h"
 #include "orn/colour/ColourProfile.h"
 #include "orn/colour/ColourTransform.h"

@@ -79,6 +79,11 @@ TEST(Layout, RegistryKeysAreValidStatusKeyAndPath) {
     EXPECT_EQ(image.key, nullptr);
 }
 
+TEST(Layout, TheLoadedLibraryIsOfTheHeadersVersion) {
+    static_assert(ORN_VERSION_MINOR < 100 && ORN_VERSION_PATCH < 100);
+    EXPECT_EQ(ORN::version(), ORN_VERSION_MAJOR * 10000 + ORN_VERSION_MINOR * 100 + ORN_VERSION_PATCH);
+}
+
 constexpr std::size_t pointer = sizeof(void*);
 static_assert(sizeof(Matrix<1>) == 8 && sizeof(Matrix<3>) == 72 && sizeof(Matrix<4>) == 128);
 static_assert(sizeof(MatrixRow<4>) == pointer);

@@ -1,0 +1,7 @@
+#include "orn/Version.h"
+
+namespace ORN {
+
+int version() noexcept { return ORN_VERSION; }
+
+}
