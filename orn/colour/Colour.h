@@ -125,3 +125,10 @@ struct std::hash<Colour> {
 
 /// Colour::rgba(R,G,B,A)
 ORN_API std::wostream& operator<<(std::wostream& os, Colour const& colour);
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::Colour;
+
+}

@@ -70,3 +70,10 @@ private:
     DWORD allocatedSize_;  ///< with the two bytes of alignment
     unsigned char* buffer_;
 };
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::DIBitmap;
+
+}

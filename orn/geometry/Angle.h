@@ -80,3 +80,10 @@ ORN_API bool closerThanRadians(Angle const& a, Angle const& b, double tolerance)
 
 /// Writes the number of degrees.
 ORN_API std::wostream& operator<<(std::wostream& os, Angle const& angle);
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::Angle;
+
+}

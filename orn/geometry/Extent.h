@@ -253,3 +253,10 @@ template <> ORN_API std::wostream& Extent<2>::putOn(std::wostream& os) const;
 template <> ORN_API std::wostream& Extent<3>::putOn(std::wostream& os) const;
 // clang-format on
 /// @endcond
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::Extent;
+
+}

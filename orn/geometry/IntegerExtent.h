@@ -83,3 +83,10 @@ template <> ORN_API std::wostream& IExtent<2>::putOn(std::wostream& os) const;
 template <> ORN_API std::wostream& IExtent<3>::putOn(std::wostream& os) const;
 // clang-format on
 /// @endcond
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::IExtent;
+
+}

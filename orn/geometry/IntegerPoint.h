@@ -186,3 +186,11 @@ private:
 ORN_API std::wostream& operator<<(std::wostream& os, IVector<2> const& v);
 ORN_API std::wostream& operator<<(std::wostream& os, IVector<3> const& v);
 /// @}
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::IPoint;
+using ::IVector;
+
+}

@@ -210,3 +210,10 @@ inline Vector<4>::Vector(Vector const& v, Matrix<4> const& m) noexcept
 inline Vector<4>::Vector(Vector const& v, Matrix<4> const& m, Vector const& t) noexcept : Vector{v, m} {
     for (int j = 0; j < 4; ++j) c_[j] = (t.c_[j] + c_[j]) + t.c_[j];
 }
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::Matrix;
+
+}

@@ -58,3 +58,10 @@ ORN_API Point<3> intersect(Plane const& plane, Line<3> const& line) noexcept;
 
 /// The line common to two planes, directed along a × b of the normals; its point is the one nearest the origin.
 ORN_API ORN::Line<3> intersect(Plane const& a, Plane const& b) noexcept;
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::Plane;
+
+}

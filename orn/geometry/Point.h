@@ -227,3 +227,10 @@ ORN_API std::wostream& operator<<(std::wostream& os, Point<1> const& p);
 ORN_API std::wostream& operator<<(std::wostream& os, Point<2> const& p);
 ORN_API std::wostream& operator<<(std::wostream& os, Point<3> const& p);
 /// @}
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::Point;
+
+}

@@ -261,3 +261,10 @@ constexpr Vector<3> cross(Vector<3> const& a, Vector<3> const& b) noexcept {
 ORN_API std::wostream& operator<<(std::wostream& os, Vector<2> const& v);
 ORN_API std::wostream& operator<<(std::wostream& os, Vector<3> const& v);
 /// @}
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::Vector;
+
+}

@@ -115,3 +115,10 @@ Vector<N> TransformApplication::map(Vector<N> const& v, AffineTransform<N> const
 }
 
 }
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::AffineTransform;
+
+}

@@ -56,3 +56,10 @@ NonUniformTransform<2> NonUniformTransform<2>::axes(Vector<3> const& x, Vector<3
 
 extern template class ORN_API_INSTANCE NonUniformTransform<2>;
 extern template class ORN_API_INSTANCE NonUniformTransform<3>;
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::NonUniformTransform;
+
+}

@@ -79,3 +79,10 @@ private:
 
 extern template class ORN_API_INSTANCE PerspectiveTransform<2>;
 extern template class ORN_API_INSTANCE PerspectiveTransform<3>;
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::PerspectiveTransform;
+
+}

@@ -124,3 +124,10 @@ extern template class ORN_API_INSTANCE Transform<3>;
 
 // Here, and not above: it needs the class. It holds the definition of TransformApplication::map.
 #include "orn/transforms/AffineTransform.h"
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::Transform;
+
+}

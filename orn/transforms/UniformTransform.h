@@ -82,3 +82,10 @@ Angle UniformTransform<2>::rotation(Vector<3>& axis) const = delete;
 
 extern template class ORN_API_INSTANCE UniformTransform<2>;
 extern template class ORN_API_INSTANCE UniformTransform<3>;
+
+namespace ORN {
+
+// For programs in which another library has such a name, too.
+using ::UniformTransform;
+
+}

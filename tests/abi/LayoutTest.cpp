@@ -84,6 +84,7 @@ TEST(Layout, TheLoadedLibraryIsOfTheHeadersVersion) {
     EXPECT_EQ(ORN::version(), ORN_VERSION_MAJOR * 10000 + ORN_VERSION_MINOR * 100 + ORN_VERSION_PATCH);
 }
 
+static_assert(std::is_same_v<ORN::Point<2>, Point<2>> && std::is_same_v<ORN::Colour, Colour>);
 constexpr std::size_t pointer = sizeof(void*);
 static_assert(sizeof(Matrix<1>) == 8 && sizeof(Matrix<3>) == 72 && sizeof(Matrix<4>) == 128);
 static_assert(sizeof(MatrixRow<4>) == pointer);
