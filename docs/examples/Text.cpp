@@ -19,6 +19,11 @@ int main() {
                                    row[2].c_str());
     }
 
+    // Records that are written read back as they were, and so do numbers.
+    std::wstring written;
+    ORN::CSVWriter{written, {L';'}, L"\n"}.field(L"doors; hung").field(0.1).field(1e-9 / 3).endRecord();
+    std::wcout << written;
+
     // Equal texts have one quark: comparing them is comparing two pointers.
     std::wcout << (Quark::create(L"walls") == Quark::create(table.substr(11, 5).c_str())) << L'\n';
 

@@ -100,7 +100,9 @@ private:
         state = FieldState::unquoted;
         std::wstring& field = record.last();
         wchar_t const* stop = position;
-        while (stop != end && *stop != format.delimiter && !isLineEnd(*stop)) ++stop;
+        wchar_t const* const last = end;
+        wchar_t const delimiter = format.delimiter;
+        while (stop != last && *stop != delimiter && !isLineEnd(*stop)) ++stop;
         wchar_t const* solid = stop;
         while (!format.keepBlanks && solid != position && isBlank(solid[-1])) --solid;
         if (solid != position) keep = field.size() + static_cast<std::size_t>(solid - position);

@@ -11,18 +11,11 @@ namespace ORN {
 
 namespace {
 
-bool isSpecial(wchar_t unit, wchar_t delimiter) noexcept {
-    return unit == delimiter || unit == csv::quote || csv::isLineEnd(unit);
-}
-
 bool needsQuotes(std::wstring_view text, CSVFormat const& format) noexcept {
     if (text.empty()) return false;
     if (!format.keepBlanks && (csv::isBlank(text.front()) || csv::isBlank(text.back()))) return true;
-    for (wchar_t const unit : text) {
-        // Nearly every unit lies between the quote and NEL, where only the delimiter is special.
-        bool const plain = static_cast<unsigned int>(unit) - 0x23u < 0x85u - 0x23u && unit != format.delimiter;
-        if (!plain && isSpecial(unit, format.delimiter)) return true;
-    }
+    for (wchar_t const unit : text)
+        if (unit == format.delimiter || unit == csv::quote || csv::isLineEnd(unit)) return true;
     return false;
 }
 

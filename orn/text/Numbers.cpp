@@ -77,6 +77,31 @@ inline double scaled(double value, int power) noexcept {
     return value;
 }
 
+/// The kept digits as a fraction of 10^exponent; false, with out untouched, beyond the largest double.
+inline bool toDouble(double& out, std::uint64_t digits, std::ptrdiff_t kept, std::int64_t exponent,
+                     bool negative) noexcept {
+    for (; kept != 0 && digits % 10 == 0; --kept) digits /= 10;
+    int const count = static_cast<int>(kept);
+
+    if (exponent >= largestExponent) {
+        if (exponent > largestExponent) return false;
+        if (digits * integerPowers[mostDigits - count] > largestDigits) return false;
+    }
+    if (exponent < smallestExponent) {
+        out = 0.0;
+        return true;
+    }
+    double value = mantissaOf(digits, count);
+    value = scaled(negative ? -value : value, static_cast<int>(exponent) - count);
+
+    // Near the top the roundings of the scaling can step over the end.
+    constexpr double largest = std::numeric_limits<double>::max();
+    if (value > largest) value = largest;
+    if (value < -largest) value = -largest;
+    out = value;
+    return true;
+}
+
 }
 
 bool isLong(LONG* out, wchar_t const* text, std::size_t length) noexcept {
@@ -143,26 +168,7 @@ bool isDouble(double* out, wchar_t const* text, std::size_t length) noexcept {
         exponent += written;
     }
 
-    for (; kept != 0 && digits % 10 == 0; --kept) digits /= 10;
-    int const count = static_cast<int>(kept);
-
-    if (exponent >= largestExponent) {
-        if (exponent > largestExponent) return false;
-        if (digits * integerPowers[mostDigits - count] > largestDigits) return false;
-    }
-    if (exponent < smallestExponent) {
-        *out = 0.0;
-        return true;
-    }
-    double value = mantissaOf(digits, count);
-    value = scaled(negative ? -value : value, static_cast<int>(exponent) - count);
-
-    // Near the top the roundings of the scaling can step over the end.
-    constexpr double largest = std::numeric_limits<double>::max();
-    if (value > largest) value = largest;
-    if (value < -largest) value = -largest;
-    *out = value;
-    return true;
+    return toDouble(*out, digits, kept, exponent, negative);
 }
 
 namespace ORN {

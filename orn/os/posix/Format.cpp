@@ -16,6 +16,7 @@
 #include <memory>
 #include <new>
 #include <string_view>
+#include <type_traits>
 
 // The C library's own wide formatter reads %s as narrow text, cannot say whether room or something else was missing,
 // and writes whole code points; so this is one by the Windows rules, and only the digits of doubles are a library's.
@@ -257,83 +258,90 @@ bool putNumber(Sink& sink, FormatConversion const& conversion, double value) noe
     return true;
 }
 
+/// The arguments, which every conversion takes its own from.
+struct Arguments {
+    std::va_list list;
+};
+
+/// Takes width and precision from the arguments where the format says so; false for a width that has no size.
+bool takeSizes(FormatConversion& conversion, Arguments& arguments) noexcept {
+    if (conversion.width == FormatConversion::fromArguments) {
+        conversion.width = va_arg(arguments.list, int);
+        if (conversion.width < 0) {
+            if (conversion.width == INT_MIN) return false;
+            conversion.left = true;
+            conversion.width = -conversion.width;
+        }
+    }
+    if (conversion.precision == FormatConversion::fromArguments) {
+        int const precision = va_arg(arguments.list, int);
+        conversion.precision = precision < 0 ? FormatConversion::absent : precision;
+    }
+    return true;
+}
+
+/// An integer in the width of its type.
+template <typename Signed>
+void putInteger(Sink& sink, FormatConversion const& conversion, Signed value) noexcept {
+    bool const negative = (conversion.type == L'd' || conversion.type == L'i') && value < 0;
+    std::uint64_t const magnitude = negative ? 0 - static_cast<std::uint64_t>(static_cast<std::int64_t>(value))
+                                             : static_cast<std::make_unsigned_t<Signed>>(value);
+    putInteger(sink, conversion, magnitude, negative);
+}
+
+/// False when it cannot be formed.
+bool putConversion(Sink& sink, FormatConversion const& conversion, Arguments& arguments) noexcept {
+    auto const integer = [&] { return va_arg(arguments.list, int); };
+    switch (conversion.argument) {
+        case FormatArgument::bad: return false;
+        case FormatArgument::none: sink.put(L'%'); break;
+        case FormatArgument::int8: putInteger(sink, conversion, static_cast<std::int8_t>(integer())); break;
+        case FormatArgument::int16: putInteger(sink, conversion, static_cast<std::int16_t>(integer())); break;
+        case FormatArgument::int32: putInteger(sink, conversion, integer()); break;
+        case FormatArgument::int64: putInteger(sink, conversion, va_arg(arguments.list, std::int64_t)); break;
+        case FormatArgument::pointer:
+            putInteger(sink, conversion, reinterpret_cast<std::uintptr_t>(va_arg(arguments.list, void*)), false);
+            break;
+        case FormatArgument::number: return putNumber(sink, conversion, va_arg(arguments.list, double));
+        case FormatArgument::wideCharacter:
+            putCharacter(sink, conversion, static_cast<wchar_t>(integer() & 0xFFFF));
+            break;
+        case FormatArgument::narrowCharacter: {
+            char const text[] = {static_cast<char>(integer()), 0};
+            wchar_t unit = 0;
+            eachUnit(text, 1, [&](wchar_t only) { unit = only; });
+            putCharacter(sink, conversion, unit);
+            break;
+        }
+        case FormatArgument::wideText: putText(sink, conversion, va_arg(arguments.list, wchar_t const*)); break;
+        case FormatArgument::narrowText: putNarrow(sink, conversion, va_arg(arguments.list, char const*)); break;
+    }
+    return true;
+}
+
 }
 
 int formatWide(wchar_t* buffer, std::size_t size, wchar_t const* format, std::va_list arguments) noexcept {
     if (ORN_OS_REFUSED("_vsnwprintf")) return formatFailed;
     Sink sink{buffer, size};
-    for (;;) {
+    Arguments own;
+    va_copy(own.list, arguments);
+    int result = 0;
+    while (result == 0) {
         wchar_t const* const literal = format;
         while (*format != 0 && *format != L'%') ++format;
         sink.put(literal, static_cast<std::size_t>(format - literal));
         if (*format == 0) break;
-        if (sink.full()) return formatTooLong;
-
+        if (sink.full()) {
+            result = formatTooLong;
+            break;
+        }
         FormatConversion conversion = formatConversion(format);
         format = conversion.end;
-        if (conversion.width == FormatConversion::fromArguments) {
-            conversion.width = va_arg(arguments, int);
-            if (conversion.width < 0) {
-                if (conversion.width == INT_MIN) return formatFailed;
-                conversion.left = true;
-                conversion.width = -conversion.width;
-            }
-        }
-        if (conversion.precision == FormatConversion::fromArguments) {
-            int const precision = va_arg(arguments, int);
-            conversion.precision = precision < 0 ? FormatConversion::absent : precision;
-        }
-
-        auto const integer = [&](auto value, auto unsignedValue) {
-            bool const isSigned = conversion.type == L'd' || conversion.type == L'i';
-            bool const negative = isSigned && value < 0;
-            std::uint64_t const magnitude =
-                negative ? 0 - static_cast<std::uint64_t>(static_cast<std::int64_t>(value)) : unsignedValue;
-            putInteger(sink, conversion, magnitude, negative);
-        };
-        switch (conversion.argument) {
-            case FormatArgument::bad: return formatFailed;
-            case FormatArgument::none: sink.put(L'%'); break;
-            case FormatArgument::int8: {
-                int const value = va_arg(arguments, int);
-                integer(static_cast<std::int8_t>(value), static_cast<std::uint8_t>(value));
-                break;
-            }
-            case FormatArgument::int16: {
-                int const value = va_arg(arguments, int);
-                integer(static_cast<std::int16_t>(value), static_cast<std::uint16_t>(value));
-                break;
-            }
-            case FormatArgument::int32: {
-                int const value = va_arg(arguments, int);
-                integer(value, static_cast<std::uint32_t>(value));
-                break;
-            }
-            case FormatArgument::int64: {
-                std::int64_t const value = va_arg(arguments, std::int64_t);
-                integer(value, static_cast<std::uint64_t>(value));
-                break;
-            }
-            case FormatArgument::pointer:
-                putInteger(sink, conversion, reinterpret_cast<std::uintptr_t>(va_arg(arguments, void*)), false);
-                break;
-            case FormatArgument::number:
-                if (!putNumber(sink, conversion, va_arg(arguments, double))) return formatFailed;
-                break;
-            case FormatArgument::wideCharacter:
-                putCharacter(sink, conversion, static_cast<wchar_t>(va_arg(arguments, int) & 0xFFFF));
-                break;
-            case FormatArgument::narrowCharacter: {
-                char const text[] = {static_cast<char>(va_arg(arguments, int)), 0};
-                wchar_t unit = 0;
-                eachUnit(text, 1, [&](wchar_t only) { unit = only; });
-                putCharacter(sink, conversion, unit);
-                break;
-            }
-            case FormatArgument::wideText: putText(sink, conversion, va_arg(arguments, wchar_t const*)); break;
-            case FormatArgument::narrowText: putNarrow(sink, conversion, va_arg(arguments, char const*)); break;
-        }
+        if (!takeSizes(conversion, own) || !putConversion(sink, conversion, own)) result = formatFailed;
     }
+    va_end(own.list);
+    if (result != 0) return result;
     sink.terminate();
     return sink.length();
 }
