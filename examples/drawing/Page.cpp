@@ -48,7 +48,8 @@ Page::Page(Drawing const& drawing, PageSize size, View const& view) : size_{size
     Uniform place = Uniform::translation(toOrigin);
     place *= Uniform::scale(scale);
     place *= Uniform::mirror(axis(1, 0));
-    place *= Uniform::translation(Vector<2>{size.width * 0.5, size.height * 0.5});
+    place *= Uniform::scale(view.closeup.zoom);
+    place *= Uniform::translation(Vector<2>{size.width * 0.5, size.height * 0.5} + view.closeup.shift);
     transform_ = then(*turn, place);
 
     bool const finite = (extent.lo() * place).isFinite() && (extent.hi() * place).isFinite();

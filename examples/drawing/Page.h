@@ -10,6 +10,12 @@
 
 namespace drawing {
 
+/// How a fitted picture is enlarged about the middle of the page, and then moved.
+struct Closeup {
+    double zoom = 1;
+    Vector<2> shift{};  ///< in pixels
+};
+
 /// How the drawing is turned before it is fitted into the page: scaled along its axes, then mirrored left to right,
 /// then rotated anticlockwise.
 struct View {
@@ -17,6 +23,7 @@ struct View {
     bool mirrored = false;
     double degrees = 0;
     std::uint32_t paper = 0xFFFFFF;  ///< what it is drawn on
+    Closeup closeup{};               ///< where it lies beside the place that fits
 };
 
 /// Black, or white where the paper is dark.

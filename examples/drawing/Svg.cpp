@@ -112,7 +112,7 @@ private:
 }
 
 void writeSvg(Drawing const& drawing, Page const& page, ORN::RawWriter& raw) {
-    std::unique_ptr<ORN::TextWriter> const file{ORN::TextWriter::create(raw, ORN::encUTF8, false)};
+    std::unique_ptr<ORN::TextWriter> const file{ORN::TextWriter::create(raw, ORN::encUTF8, false, ORN::lineEndLF)};
     auto const [width, height] = page.size();
     file->writeLine(L"<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
     file->writeLine(

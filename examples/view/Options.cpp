@@ -28,6 +28,8 @@ constexpr char const* below =
     "  move N X,Y            so that its picture has this corner on the screen\n"
     "  minimise N, restore N, close N\n"
     "  redraw N              from the first row\n"
+    "  zoom N FACTOR X,Y     larger by a factor, about a place on the picture\n"
+    "  pan N X,Y, fit N      by pixels; into the window again\n"
     "  hold N ROWS           its drawing is to stand still where it has so many rows\n"
     "  held N                until it stands still\n"
     "  release N             it goes on\n"

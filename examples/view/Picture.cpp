@@ -9,7 +9,7 @@ namespace view {
 
 Picture::Picture(Sheet const& sheet, Request const& request)
     : sheet_{&sheet},
-      page_{sheet.drawing(), request.size, {}},
+      page_{sheet.drawing(), request.size, {.closeup = request.closeup}},
       bitmap_{static_cast<unsigned int>(request.size.width), -request.size.height, 32, 0} {
     auto const hidden = [&](Quark layer) { return request.hidden.contains(layer); };
     if (std::any_of(sheet.layers().begin(), sheet.layers().end(), hidden)) rest_ = sheet.without(request.hidden);

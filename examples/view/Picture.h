@@ -14,6 +14,7 @@ namespace view {
 /// What a picture is to show.
 struct Request {
     drawing::PageSize size;
+    drawing::Closeup closeup;
     LayerSet hidden;
 };
 

@@ -1,9 +1,12 @@
 #include "view/Player.h"
 
 #include "drawing/Picture.h"
+#include "drawing/System.h"
 
 #include "orn/foundation/Error.h"
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace view {
@@ -20,10 +23,6 @@ std::wstring nameOf(Command const& command) { return L"window " + std::to_wstrin
 
 Player::Player(Desk& desk, std::vector<std::unique_ptr<View>> const& views, std::vector<Command> commands)
     : desk_{desk}, views_{views}, commands_{std::move(commands)} {}
-
-Player::~Player() {
-    if (timer_ != 0) KillTimer(nullptr, timer_);
-}
 
 void Player::play() {
     while (!atEnd() && !quits_) {
@@ -62,6 +61,9 @@ bool Player::perform(Command const& command) {
         case Action::restore: view.restore(); break;
         case Action::close: view.close(); break;
         case Action::redraw: view.redraw(); break;
+        case Action::zoom: view.zoom(command.number, {command.a, command.b}); break;
+        case Action::pan: view.pan(command.a, command.b); break;
+        case Action::fit: view.fit(); break;
         case Action::hold: view.hold(command.a); break;
         case Action::held: return waitForHold(command, view);
         case Action::release: view.release(); break;
@@ -90,9 +92,9 @@ bool Player::waitForHold(Command const& command, View& view) const {
 }
 
 bool Player::waitForFile(Command const& command) {
-    if (GetFileAttributesW(command.text.c_str()) != INVALID_FILE_ATTRIBUTES) return true;
-    if (timer_ == 0) timer_ = SetTimer(nullptr, 0, 50, nullptr);  // a message now and then, to look again
-    return false;
+    std::error_code none;
+    waitsForFile_ = !std::filesystem::exists(drawing::pathOf(command.text), none);
+    return !waitsForFile_;
 }
 
 void Player::save(Command const& command, View const& view) const {

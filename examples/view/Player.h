@@ -12,15 +12,13 @@ namespace view {
 class Player {
 public:
     Player(Desk& desk, std::vector<std::unique_ptr<View>> const& views, std::vector<Command> commands);
-    ~Player();
-    Player(Player const&) = delete;
-    Player& operator=(Player const&) = delete;
 
     /// Does what comes next, up to a command that has to wait; to be called again whenever a message has been handled.
     /// Throws ORN::OrnError, with the place in the script, when something cannot be done.
     void play();
 
-    bool quits() const noexcept { return quits_; }  ///< the command quit was reached
+    bool quits() const noexcept { return quits_; }                ///< the command quit was reached
+    bool waitsForFile() const noexcept { return waitsForFile_; }  ///< and is to be called again after a moment
     bool atEnd() const noexcept { return next_ == commands_.size(); }
 
 private:
@@ -37,7 +35,7 @@ private:
     std::size_t next_ = 0;
     bool begun_ = false;  ///< the next one has been recorded, and waits
     bool quits_ = false;
-    UINT_PTR timer_ = 0;
+    bool waitsForFile_ = false;
 };
 
 }

@@ -16,7 +16,7 @@ namespace view {
 namespace {
 
 /// What stands behind the name of a command.
-enum class Rest { nothing, window, size, place, rows, picture, text };
+enum class Rest { nothing, window, size, place, rows, factor, picture, text };
 
 struct Form {
     wchar_t const* name;
@@ -29,11 +29,12 @@ constexpr Form forms[] = {
     {L"resize", Action::resize, Rest::size},       {L"move", Action::move, Rest::place},
     {L"minimise", Action::minimise, Rest::window}, {L"restore", Action::restore, Rest::window},
     {L"close", Action::close, Rest::window},       {L"redraw", Action::redraw, Rest::window},
-    {L"hold", Action::hold, Rest::rows},           {L"held", Action::held, Rest::window},
-    {L"release", Action::release, Rest::window},   {L"hide", Action::hide, Rest::text},
-    {L"show", Action::show, Rest::text},           {L"save", Action::save, Rest::picture},
-    {L"await", Action::await, Rest::text},         {L"note", Action::note, Rest::text},
-    {L"quit", Action::quit, Rest::nothing},
+    {L"zoom", Action::zoom, Rest::factor},         {L"pan", Action::pan, Rest::place},
+    {L"fit", Action::fit, Rest::window},           {L"hold", Action::hold, Rest::rows},
+    {L"held", Action::held, Rest::window},         {L"release", Action::release, Rest::window},
+    {L"hide", Action::hide, Rest::text},           {L"show", Action::show, Rest::text},
+    {L"save", Action::save, Rest::picture},        {L"await", Action::await, Rest::text},
+    {L"note", Action::note, Rest::text},           {L"quit", Action::quit, Rest::nothing},
 };
 
 constexpr wchar_t const* blanks = L" \t";
@@ -88,6 +89,13 @@ void parse(Command& command, std::size_t windows) {
             command.a = static_cast<int>(rows);
             break;
         }
+        case Rest::factor: {
+            std::wstring const factor = takeWord(rest);
+            good = isDouble(&command.number, factor.data(), factor.size()) && command.number > 0 &&
+                   drawing::parsePair(rest, L',', command.a, command.b);
+            rest = factor;
+            break;
+        }
         case Rest::picture: good = drawing::isBitmapName(rest); break;
         case Rest::text: break;
     }
@@ -100,6 +108,7 @@ void parse(Command& command, std::size_t windows) {
                                          L"a size like 480x360",
                                          L"a place like 20,40",
                                          L"a number of rows",
+                                         L"a factor and a place like 1.5 20,40",
                                          L"the name of a picture, which ends in .png or .bmp",
                                          L""};
     fail(command, L"'" + rest + L"' is not " + wanted[static_cast<int>(form->rest)]);

@@ -15,6 +15,9 @@ enum class Action {
     restore,
     close,
     redraw,
+    zoom,
+    pan,
+    fit,
     hold,
     held,
     release,
@@ -33,6 +36,7 @@ struct Command {
     Action action;
     std::size_t window = 0;  ///< index of the drawing
     int a = 0, b = 0;        ///< a size, a place on the screen, or in a the number of rows
+    double number = 1;       ///< a factor
     std::wstring text{};     ///< a layer, a file or a note
 };
 

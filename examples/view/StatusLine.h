@@ -1,12 +1,12 @@
 /// The line at the bottom of a window.
 #pragma once
 
+#include "view/Window.h"
+
 #include "orn/events/EventSubscription.h"
 
 #include <functional>
 #include <string>
-
-#include <windows.h>
 
 namespace view {
 
@@ -23,18 +23,12 @@ struct PictureEvents {
 template <typename T>
 using Subscription = EVCallableSubscription<T, std::function<typename EVSubscriptionParameter<T>::Callback>>;
 
-/// A status bar that says how far the picture is. It is destroyed before its parent window, or with it.
+/// Says at the bottom of a window how far the picture is. The window must outlive it.
 class StatusLine {
 public:
-    StatusLine(HWND parent, PictureEvents const& events, std::wstring const& finishedText);
-
-    int height() const;
-    void fitParent();  ///< after the parent's size has changed
+    StatusLine(Window& window, PictureEvents const& events, std::wstring const& finishedText);
 
 private:
-    void show(std::wstring const& text);
-
-    HWND bar_;
     Subscription<int> bandsDone_;
     Subscription<void> finished_;
     Subscription<std::wstring> failed_;

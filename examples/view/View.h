@@ -5,13 +5,11 @@
 #include "view/StatusLine.h"
 #include "view/ViewTask.h"
 #include "view/ViewThread.h"
+#include "view/Window.h"
 
-#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
-
-#include <windows.h>
 
 namespace view {
 
@@ -20,18 +18,15 @@ struct Desk {
     Log& log;
     Layers layers{};
     ViewThread thread{log};
-    std::exception_ptr failure{};  ///< what a window procedure could not let pass through the system
 };
 
-/// A top-level window: the picture, a menu of the layers, and a status line below. The user or the program may close the
-/// window before the object goes. To be used by the thread that made it.
-class View {
+/// The picture of a drawing in a window, with a status line below. The user or the program may close the window before
+/// the object goes. To be used by the thread that made it.
+class View final : private WindowOwner {
 public:
-    static void registerClass();  ///< once, before the first window
-
-    /// Throws WinError when the system refuses the window. The picture is asked for by start().
-    View(Desk& desk, Sheet const& sheet, int number, drawing::PageSize size, POINT corner);
-    ~View();
+    /// Throws ORN::OrnError when the system refuses the window. The picture is asked for by start().
+    View(Desk& desk, Sheet const& sheet, int number, drawing::PageSize size, Corner corner);
+    ~View() override;
     View(View const&) = delete;
     View& operator=(View const&) = delete;
 
@@ -39,45 +34,53 @@ public:
 
     Sheet const& sheet() const noexcept { return sheet_; }
     bool isOpen() const noexcept { return window_ != nullptr; }
-    bool isMinimised() const noexcept { return IsIconic(window_) != FALSE; }
+    bool isMinimised() const { return window_->isMinimised(); }
     Progress const& progress() const noexcept { return progress_; }  ///< as far as the window has heard
 
     // For an open window. The size and the corner are those of the picture on the screen; resize and move return whether
     // the system has followed.
-    void activate();
+    void activate() { window_->activate(); }
     bool resize(drawing::PageSize size);
-    bool move(POINT corner);
-    void minimise();
-    void restore();
+    bool move(Corner corner) { return window_->move(corner); }
+    void minimise() { window_->minimise(); }
+    void restore() { window_->restore(); }
     void redraw();  ///< anew, from the first band
+    void zoom(double factor, Corner about);
+    void pan(int x, int y);
+    void fit();
     void hold(int rows);
     void release() { task_->release(); }
-    void close();    ///< returns when nothing draws for the window any more; nothing when it is closed
-    void showNow();  ///< what is drawn comes to the screen before this returns
+    void close();                           ///< returns when nothing draws for the window any more; nothing when closed
+    void showNow() { window_->showNow(); }  ///< what is drawn comes to the screen before this returns
 
 private:
-    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-    LRESULT handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    void sized() override;
+    void cameToFront() override;
+    void messageCame() override;
+    void closing() override { close(); }
+    void pressed(Key key) override;
+    void typed(wchar_t character) override;
+    void layerChosen(std::size_t layer) override;
+    void scaled(double factor, Corner about) override { zoom(factor, about); }
+    void dragged(int x, int y) override { pan(x, y); }
+    Shown shown() const override { return {bitmap(), progress_.rows}; }
 
-    drawing::PageSize pictureSize() const;
-    SIZE outerSize(drawing::PageSize size) const;
-    HMENU layerMenu() const;
+    DIBitmap const* bitmap() const noexcept {
+        return progress_.picture != nullptr ? &progress_.picture->bitmap() : nullptr;
+    }
     void request();
-    void sizeChanged(WPARAM how);
-    void cameToFront();
-    void progressed();
-    void chosen(unsigned int command);
     void layerChanged(Quark layer);
-    void paint();
     void endDrawing();
 
     Desk& desk_;
     Sheet const& sheet_;
     int number_;
-    HWND window_ = nullptr;
+    std::unique_ptr<Window> window_;
     bool started_ = false;
     bool closing_ = false;
+    bool wasMinimised_ = false;
     drawing::PageSize requested_{0, 0};
+    drawing::Closeup closeup_;
     Progress progress_;
     PictureEvents events_;
     std::unique_ptr<ViewTask> task_;

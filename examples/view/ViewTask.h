@@ -29,7 +29,7 @@ struct Progress {
 /// when there is something new in progress(), and never has more than one such message waiting.
 class ViewTask final : public DrawTask {
 public:
-    static constexpr unsigned int messageProgress = 0x8000;  // WM_APP
+    static constexpr unsigned int messageProgress = 0x8000;  // the first of the numbers that are the application's
 
     /// The sheet and the log must outlive the task. The number names the window in the log.
     ViewTask(HWND window, int number, Sheet const& sheet, Log& log);

@@ -8,15 +8,13 @@
 #include <algorithm>
 #include <deque>
 
-#include <commctrl.h>
-
 namespace {
 
 using Views = std::vector<std::unique_ptr<view::View>>;
 
 /// One lies over the other like a fan; the last is in front.
-POINT cornerOf(std::size_t index) {
-    LONG const step = static_cast<LONG>(index % 8);
+view::Corner cornerOf(std::size_t index) {
+    int const step = static_cast<int>(index % 8);
     return {40 + 150 * step, 30 + 110 * step};
 }
 
@@ -25,15 +23,11 @@ bool anyOpen(Views const& views) {
 }
 
 /// Until the script says quit, or all windows are closed and the script is played.
-void serve(view::Desk& desk, Views const& views, view::Player& player) {
+void serve(Views const& views, view::Player& player) {
     for (;;) {
         player.play();
-        if (desk.failure) std::rethrow_exception(desk.failure);
         if (player.quits() || (player.atEnd() && !anyOpen(views))) return;
-        MSG message;
-        if (GetMessageW(&message, nullptr, 0, 0) <= 0) return;
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
+        if (!view::Window::handleEvent(player.waitsForFile() ? 50 : -1)) return;
     }
 }
 
@@ -50,9 +44,10 @@ void run(view::Options const& options) {
     view::Log log{options.log};
     {
         ContextGdiplus const graphics;
-        InitCommonControls();
-        view::View::registerClass();
         view::Desk desk{log};
+        for (view::Sheet const& sheet : sheets) {
+            for (Quark const layer : sheet.hiddenByItself()) desk.layers.show(layer, false);
+        }
         Views views;
         for (std::size_t i = 0; i < sheets.size(); ++i) {
             int const number = static_cast<int>(i) + 1;
@@ -61,9 +56,8 @@ void run(view::Options const& options) {
         std::for_each(views.rbegin(), views.rend(), [](auto const& view) { view->start(); });
 
         view::Player player{desk, views, std::move(commands)};
-        serve(desk, views, player);
+        serve(views, player);
         for (auto const& view : views) view->close();
-        if (desk.failure) std::rethrow_exception(desk.failure);
     }
     log.write(L"end");
     log.close();

@@ -1,0 +1,77 @@
+/// Windows of the system behind one interface: user32 on Windows, X11 elsewhere.
+#pragma once
+
+#include "drawing/Page.h"
+
+#include "orn/colour/DIBitmap.h"
+#include "orn/os/Types.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace view {
+
+struct Corner {
+    int x, y;
+};
+
+/// A key without a character.
+enum class Key { left, right, up, down, home, f5, escape };
+
+/// What a window tells its owner. Everything happens on the thread that waits for events.
+class WindowOwner {
+public:
+    virtual ~WindowOwner() = default;
+
+    virtual void sized() = 0;        ///< also when it is minimised or restored
+    virtual void cameToFront() = 0;  ///< perhaps
+    virtual void messageCame() = 0;  ///< ViewTask::messageProgress
+    virtual void closing() = 0;      ///< the user wants it to be closed; the owner may destroy it here, as in pressed()
+    virtual void pressed(Key key) = 0;
+    virtual void typed(wchar_t character) = 0;
+    virtual void layerChosen(std::size_t layer) = 0;
+    virtual void scaled(double factor, Corner about) = 0;  ///< by the wheel, about a place on the picture
+    virtual void dragged(int x, int y) = 0;                ///< by so many pixels
+
+    /// What the window shows: the first rows of a bitmap, if there is one.
+    struct Shown {
+        DIBitmap const* bitmap = nullptr;
+        int rows = 0;
+    };
+    virtual Shown shown() const = 0;
+};
+
+/// A top-level window: a picture above a line of text. To be used by the thread that made it.
+class Window {
+public:
+    /// Invisible at first. The layers' names are for the menu, where the system has one. Throws ORN::OrnError.
+    static std::unique_ptr<Window> create(std::wstring const& title, Corner corner,
+                                          std::vector<std::wstring> const& layers, WindowOwner& owner);
+
+    Window() = default;
+    Window(Window const&) = delete;
+    Window& operator=(Window const&) = delete;
+    virtual ~Window() = default;  ///< destroys it without telling the owner
+
+    virtual HWND handle() const = 0;
+    virtual drawing::PageSize pictureSize() const = 0;
+    virtual bool isMinimised() const = 0;
+
+    virtual void show() = 0;
+    virtual void activate() = 0;
+    virtual bool resize(drawing::PageSize size) = 0;  ///< of the picture; whether the system has followed
+    virtual bool move(Corner corner) = 0;             ///< of the picture on the screen; the same
+    virtual void minimise() = 0;
+    virtual void restore() = 0;
+    virtual void invalidate(int top, int bottom) = 0;  ///< rows that are to be shown anew soon
+    virtual void showNow() = 0;                        ///< they come to the screen before this returns
+    virtual void setStatus(std::wstring const& text) = 0;
+    virtual void checkLayer(std::size_t layer, bool shown) = 0;
+
+    /// Waits for the next event of any window and handles it; at most so many milliseconds, where the number is not
+    /// negative. False when there will be none any more. Throws what the owner threw.
+    static bool handleEvent(int milliseconds);
+};
+
+}
