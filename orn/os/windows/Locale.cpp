@@ -155,9 +155,9 @@ std::string userName() {
     };
     std::string const place = part(LOCALE_SENGLANGUAGE) + '_' + part(LOCALE_SENGCOUNTRY) + '.';
     std::string const own = place + part(LOCALE_IDEFAULTANSICODEPAGE);
-    for (std::string const& name : {own, place + std::to_string(GetACP()), place + "1252"})
-        if (LocaleObjects::find(name) != nullptr) return name;
-    return own;
+    bool const known =
+        part(LOCALE_IDEFAULTANSICODEPAGE) != std::to_string(CP_UTF8) && LocaleObjects::find(own) != nullptr;
+    return known ? own : place + "1252";
 }
 
 bool isPerThread() noexcept { return threadSlot.get() != nullptr; }
