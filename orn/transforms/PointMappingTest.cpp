@@ -61,6 +61,30 @@ TYPED_TEST(MappingOfDimension, MapsAsOneByOne) {
         }
 }
 
+/// The library's own in all but its class, which is called where that is computed in place.
+template <int N>
+class Called final : public NonUniformTransform<N> {
+public:
+    explicit Called(AffineTransform<N> const& t) : NonUniformTransform<N>{t} {}
+};
+
+TYPED_TEST(MappingOfDimension, MapsInPlaceAsByCall) {
+    constexpr int N = TypeParam::value;
+    Random<N> random{64};
+    for (Point<N> const& p : points(random, 1000)) {
+        UniformTransform<N> const uniform = random.uniform();
+        NonUniformTransform<N> const other = random.nonUniform();
+        for (AffineTransform<N> const* const t :
+             {static_cast<AffineTransform<N> const*>(&uniform), static_cast<AffineTransform<N> const*>(&other)}) {
+            Called<N> const called{*t};
+            Point<N> moved = p;
+            EXPECT_TRUE(sameBits(p * *t, p * called) && sameBits(moved *= *t, p * called));
+            Vector<N> const v = p - Point<N>{};
+            EXPECT_TRUE(sameBits(Point<N>{} + v * *t, Point<N>{} + v * called));
+        }
+    }
+}
+
 TYPED_TEST(MappingOfDimension, RefusesUnequalLengthsAndOverlapsAndWritesNothing) {
     constexpr int N = TypeParam::value;
     std::vector<Point<N>> all(9);
