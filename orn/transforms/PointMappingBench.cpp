@@ -128,7 +128,7 @@ void walkInlined(benchmark::State& state) { walk(state, *someInlined()); }
 struct Table {
     virtual ~Table() = default;
     virtual Point<2> get(Point<2> const& p) const = 0;
-    friend Point<2> operator*(Point<2> const& p, Table const& t) { return ORN::byHalves(t.get(p)); }
+    friend Point<2> operator*(Point<2> const& p, Table const& t) { return t.get(p); }
 };
 struct Constant : Table {
     Point<2> get(Point<2> const&) const override { return {1.5, 2.5}; }

@@ -5,7 +5,6 @@
 #include "orn/geometry/Extent.h"
 #include "orn/geometry/Point.h"
 
-#include <atomic>
 #include <iosfwd>
 #include <typeinfo>
 
@@ -14,30 +13,18 @@ class Transform;
 template <int N>
 class AffineTransform;
 
+/// @cond
 namespace ORN {
 
-/// The point itself, for the operators of transforms.
-/// @{
-// A point of the plane is returned in two registers. Copied whole it would be stored by halves and loaded in one piece,
-// which waits until both stores are done. The fence is no instruction: it keeps the compiler from joining the halves.
-inline Point<2> byHalves(Point<2> const& returned) noexcept {
-    double const x = returned.x();
-    std::atomic_signal_fence(std::memory_order_acq_rel);
-    return {x, returned.y()};
-}
-inline Point<3> const& byHalves(Point<3> const& returned) noexcept { return returned; }
-/// @}
-
-/// How points and vectors go forwards. The library's affine kinds map by their matrix in place; a call through the table
-/// costs several times the product. All others, and what an application derives from these, are called.
+// How the operators apply transforms. Points and vectors go forwards through the library's affine kinds in place: a call
+// through the table costs several times the product. All others, and what an application derives from these, are called.
 struct TransformApplication {
-    /// p * t and v * t.
-    /// @{
     template <int N>
     static Point<N> map(Point<N> const& p, Transform<N> const& t);
     template <int N>
     static Vector<N> map(Vector<N> const& v, AffineTransform<N> const& t);
-    /// @}
+    template <int N>
+    static Point<N> unmap(Point<N> const& p, Transform<N> const& t);
 
 private:
     template <int N>
@@ -51,6 +38,7 @@ private:
 };
 
 }
+/// @endcond
 
 /// What slicing a planar transform gives: an object to own and to delete.
 template <>
@@ -93,7 +81,7 @@ public:
 
     /// Backwards. A singular transform yields infinities and NaNs, never an exception.
     /// @{
-    friend Point<N> operator/(Point<N> const& p, Transform const& t) { return ORN::byHalves(t.preDivide(p)); }
+    friend Point<N> operator/(Point<N> const& p, Transform const& t) { return ORN::TransformApplication::unmap(p, t); }
     friend Extent<N> operator/(Extent<N> const& e, Transform const& t) { return t.preDivide(e); }
     friend Point<N>& operator/=(Point<N>& p, Transform const& t) { return p = t.preDivide(p); }
     friend Extent<N>& operator/=(Extent<N>& e, Transform const& t) { return e = t.preDivide(e); }
@@ -122,7 +110,7 @@ private:
 extern template class ORN_API_INSTANCE Transform<2>;
 extern template class ORN_API_INSTANCE Transform<3>;
 
-// Here, and not above: it needs the class. It holds the definition of TransformApplication::map.
+// Here, and not above: it needs the class. It holds the definitions of TransformApplication.
 #include "orn/transforms/AffineTransform.h"
 
 namespace ORN {
