@@ -1,6 +1,7 @@
 #include "orn/orn.h"
 
 #include <iostream>
+#include <vector>
 
 int main() {
     // Points and vectors are different things: a difference of points is a vector, and only vectors scale.
@@ -16,6 +17,12 @@ int main() {
     Vector<2> heading;
     bool const within = arc.measureOff(arc.length() / 4, place, heading);
     std::wcout << L"a quarter along: " << within << L", " << heading.theta() << L" degrees\n";
+
+    // Arcs as drawings have them, and as a polyline that keeps within a tenth.
+    ORN::Arc<2> const corner = ORN::arcAbout({10, 0}, 5, Angle::degrees(0), Angle::degrees(90));
+    std::vector<Point<2>> points;
+    ORN::flatten(corner, 0.1, points);
+    std::wcout << corner << L" in " << points.size() - 1 << L" pieces, " << ORN::arcThrough(a, {2, 1}, b) << L'\n';
 
     // An empty box is one value, which any point or box replaces.
     Extent<2> box;

@@ -26,7 +26,7 @@ constexpr std::size_t hashOf(std::size_t first, std::size_t second) noexcept {
 /// Of what packs itself into N components of type T.
 template <typename T, int N, typename Tuple>
 std::size_t hashOfTuple(Tuple const& tuple) noexcept {
-    T components[N];
+    T components[static_cast<std::size_t>(N)];
     tuple.packToPod(components);
     std::size_t hash = N;
     for (T const component : components) hash = hashOf(hash, std::hash<T>{}(component));
