@@ -132,6 +132,11 @@ TEST_F(FloatingPoint, MatricesLinesAndPlanesAreQuiet) {
         QUIETLY(m1.inverse());
         QUIETLY(m2.inverse());
         QUIETLY(m3.inverse());
+        QUIETLY([&] {
+            Matrix<3> all[3] = {m3, m3, m3};
+            invert(all, all);
+            return all[2];
+        }());
         QUIETLY(m4.inverse());
         Point<2> const a = grid.point<2>(), b = grid.point<2>();
         Point<3> const p = grid.point<3>(), q = grid.point<3>(), r = grid.point<3>(), s = grid.point<3>();
