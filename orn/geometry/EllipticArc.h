@@ -18,7 +18,7 @@ struct EllipticArc {
     Vector<2> major;   ///< to its point at t = 0
     Vector<2> minor;   ///< to its point at a quarter turn
     double from = 0;   ///< in radians of t, of any size
-    double sweep = 0;  ///< in radians; from −2π to 2π
+    double sweep = 0;  ///< in radians, at most a whole turn either way
 
     /// From two conjugate half diameters: of the points centre + u·cos s + v·sin s those from s = first on.
     ORN_API static EllipticArc conjugate(Point<2> const& centre, Vector<2> const& u, Vector<2> const& v, double first,
