@@ -98,7 +98,7 @@ install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DATAD
 if(TARGET orn-plot)
   if(NOT WIN32)
     file(RELATIVE_PATH to_libraries "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
-    set_target_properties(orn-plot PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+    set_target_properties(orn-plot orn-view PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
   endif()
   install(TARGETS orn-plot DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT examples)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/drawings" DESTINATION "${CMAKE_INSTALL_DATADIR}/orn"
@@ -106,6 +106,14 @@ if(TARGET orn-plot)
 endif()
 if(TARGET orn-view)
   install(TARGETS orn-view DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT examples)
+endif()
+if(TARGET orn-manuals)
+  foreach(program orn-plot orn-view)
+    install(FILES "${PROJECT_BINARY_DIR}/manuals/${program}.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
+            COMPONENT examples)
+    install(FILES "${PROJECT_BINARY_DIR}/manuals/${program}"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT examples)
+  endforeach()
 endif()
 
 # What debuggers need beside the stripped DLLs and programs, which name these files.
