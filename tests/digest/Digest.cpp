@@ -5,6 +5,7 @@
 #include "orn/geometry/ArcMaking.h"
 #include "orn/geometry/Line.h"
 #include "orn/geometry/SpatialArc.h"
+#include "orn/transforms/ArcMapping.h"
 #include "orn/transforms/NonUniformTransform.h"
 #include "orn/transforms/PerspectiveTransform.h"
 #include "orn/transforms/PointMapping.h"
@@ -279,6 +280,34 @@ void arcs(Numbers& n, Results& r) {
     r.all(spatial.plane(), first.bulge(), first.end(), second.start(), second.bulge());
 }
 
+void ellipse(Results& r, ORN::EllipticArc const& e, double t) {
+    Point<2> points[5];
+    ORN::flatten(e, points);
+    for (auto const& point : points) r.add(point);
+    r.all(e.centre, e.major, e.minor, e.from, e.sweep, e.at(t), e.start(), e.end(), e.extent());
+    r.add(ORN::piecesWithin(e, 0.01));
+}
+
+template <int N>
+void arcThereAndBack(Numbers& n, Results& r, ORN::Arc<N> const& a) {
+    auto const [uniform, mirror, nonUniform] = someTransforms<N>(n);
+    for (auto const& b : {a * uniform, a / uniform, a * mirror, a / mirror}) r.all(b.start(), b.bulge(), b.end());
+}
+
+void ellipses(Numbers& n, Results& r) {
+    auto const [uniform, mirror, nonUniform] = someTransforms<2>(n);
+    Point<2> const p = n.point<2>(), q = n.point<2>();
+    Vector<2> const u = n.vector<2>(), v = n.vector<2>();
+    double const b = n.bulge(), first = n.number(), sweep = n.between(-6, 6), t = n.number();
+    auto const conjugate = ORN::EllipticArc::conjugate(p, u, v, first, sweep);
+    ellipse(r, conjugate, t);
+    ellipse(r, conjugate * nonUniform, t);
+    ellipse(r, ORN::ellipticArc({p, b, q}, nonUniform), t);
+    arcThereAndBack<2>(n, r, {p, b, q});
+    Point<3> const start = n.point<3>(), end = n.point<3>();
+    arcThereAndBack<3>(n, r, {start, b, n.vector<3>(), end});
+}
+
 }
 
 int main() {
@@ -291,6 +320,7 @@ int main() {
         {"angles", angles, 40000, 0x74a2948d85c049a7},
         {"vectors, points, boxes, matrices, lines and planes", vectors, 10000, 0x17d1e0aa6dd8f5f5},
         {"transforms", transforms, 1500, 0xb7f20f6d89e8efe8},
+        {"mapped and elliptic arcs", ellipses, 5000, 0x43e7ff88594af1a7},
         {"arcs", arcs, 20000, 0x90deb7fe70244ba0},
     };
     bool same = true;
