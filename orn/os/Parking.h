@@ -19,6 +19,10 @@ inline constexpr DWORD waitTimeout = 258;        ///< a wait ended because its t
 inline constexpr DWORD waitFailed = 0xFFFFFFFF;  ///< a wait failed; lastError() says why
 inline constexpr DWORD infinite = 0xFFFFFFFF;    ///< the time limit that is none
 
+/// Called while the library is being loaded: the load fails then, as that of a library whose initialisation fails does. A
+/// program that holds this code itself goes on.
+void refuseLoading() noexcept;
+
 #if defined(_WIN32)
 
 /// An unnamed semaphore with initial count 0 and maximum 0x7FFFFFFF. It needs no start-up order: a use before create()

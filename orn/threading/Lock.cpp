@@ -3,15 +3,19 @@
 #include "orn/threading/ParkingTable.h"
 
 #include <atomic>
+#include <exception>
 
 namespace ORN::Threading {
 
 constinit TableSlot parkingTable[parkingSlots];
 
-bool createParking() noexcept {
-    for (TableSlot& slot : parkingTable)
-        if (!slot.parking().create()) return false;
-    return true;
+void createParking() {
+    for (TableSlot& slot : parkingTable) {
+        if (slot.parking().create()) continue;
+        WinError const error;
+        closeParking();
+        throw error;
+    }
 }
 
 void closeParking() noexcept {
@@ -35,7 +39,14 @@ private:
 };
 
 struct Load {
-    Load() { static_cast<void>(createParking()); }
+    // An exception that leaves a static object's constructor would end the process without a word.
+    Load() noexcept {
+        try {
+            createParking();
+        } catch (std::exception const&) {
+            os::refuseLoading();
+        }
+    }
     ~Load() { closeParking(); }
 };
 

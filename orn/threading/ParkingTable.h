@@ -1,6 +1,6 @@
 /// The process-wide table on which the threads blocked at any lock word are parked. Constant-initialised, so a lock taken
 /// by whatever static object is built first works. What the system must make for it is made when the library loads; when it
-/// refuses, the library loads all the same, and each slot tries again when a thread first has to wait there.
+/// refuses, the library does not load.
 #pragma once
 
 #include "orn/os/Parking.h"
@@ -26,8 +26,8 @@ inline TableSlot& slotOf(LONG const volatile& word) noexcept {
     return parkingTable[slotNumber(reinterpret_cast<std::uintptr_t>(&word))];
 }
 
-/// Makes what each slot sleeps on, in order; false when the system refuses one.
-[[nodiscard]] bool createParking() noexcept;
+/// Makes what each slot sleeps on, in order. Throws WinError, and leaves nothing behind, when the system refuses one.
+void createParking();
 void closeParking() noexcept;
 
 }

@@ -58,6 +58,8 @@ DWORD FutexKernel::wait(std::atomic<std::uint32_t>& word, std::uint32_t expected
     return waitObject;
 }
 
+void refuseLoading() noexcept {}  // a futex needs nothing to be made
+
 bool FutexKernel::wakeAll(std::atomic<std::uint32_t>& word) noexcept {
     if (ORN_OS_REFUSED("parkingWake")) {
         setLastError(errorInvalidHandle);

@@ -9,6 +9,14 @@ namespace ORN::os {
 static_assert(waitObject == WAIT_OBJECT_0 && waitTimeout == WAIT_TIMEOUT && waitFailed == WAIT_FAILED);
 static_assert(infinite == INFINITE);
 
+namespace {
+
+constinit bool loads = true;
+
+}
+
+void refuseLoading() noexcept { loads = false; }
+
 bool Semaphore::create() noexcept {
     if (handle_.load() != nullptr) return true;
     if (ORN_OS_REFUSED("parkingCreate")) {
@@ -62,4 +70,9 @@ DWORD Room::sleep(DWORD timeout) noexcept {
     return GetLastError() == ERROR_TIMEOUT ? waitTimeout : waitFailed;
 }
 
+}
+
+// The runtime calls it when all static objects of the library have been built.
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void*) {
+    return reason != DLL_PROCESS_ATTACH || ORN::os::loads ? TRUE : FALSE;
 }
