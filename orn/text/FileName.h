@@ -8,8 +8,10 @@
 #include "orn/Export.h"
 #include "orn/text/CodePoint.h"
 
+#include <concepts>
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 ORN_API bool isURL(std::wstring const& text);  ///< contains "://"
 
@@ -54,3 +56,47 @@ ORN_API std::wstring abbreviateFilename(std::wstring const& path, std::size_t ma
 /// The long form of a name with short parts ("PROGRA~1") of something that exists; any other name, and every name on
 /// systems without short names, stays as it is.
 ORN_API std::wstring getLongFilename(std::wstring const& path);
+
+/// The same of views, which are copied.
+/// @{
+template <std::same_as<std::wstring_view> View>
+bool isURL(View text) {
+    return isURL(std::wstring{text});
+}
+template <std::same_as<std::wstring_view> View>
+std::wstring getDirectory(View path) {
+    return getDirectory(std::wstring{path});
+}
+template <std::same_as<std::wstring_view> View>
+std::wstring getDirectory(View path, std::wstring& name) {
+    return getDirectory(std::wstring{path}, name);
+}
+template <std::same_as<std::wstring_view> View>
+std::wstring getDirectory(View path, std::wstring& base, std::wstring& extension) {
+    return getDirectory(std::wstring{path}, base, extension);
+}
+template <std::same_as<std::wstring_view> View>
+std::wstring joinDirectory(View directory, View name) {
+    return joinDirectory(std::wstring{directory}, std::wstring{name});
+}
+template <std::same_as<std::wstring_view> View>
+std::wstring absoluteFilename(View path) {
+    return absoluteFilename(std::wstring{path});
+}
+template <std::same_as<std::wstring_view> View>
+bool okToAddToAbsolutePath(View path) {
+    return okToAddToAbsolutePath(std::wstring{path});
+}
+template <std::same_as<std::wstring_view> View>
+unsigned int analyzeFileType(View path, View extensions) {
+    return analyzeFileType(std::wstring{path}, std::wstring{extensions});
+}
+template <std::same_as<std::wstring_view> View>
+std::wstring abbreviateFilename(View path, std::size_t maxLength) {
+    return abbreviateFilename(std::wstring{path}, maxLength);
+}
+template <std::same_as<std::wstring_view> View>
+std::wstring getLongFilename(View path) {
+    return getLongFilename(std::wstring{path});
+}
+/// @}

@@ -1,6 +1,7 @@
 #include "orn/text/FileName.h"
 
 #include "orn/text/CharacterClass.h"
+#include "orn/text/Strings.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -162,6 +163,22 @@ TEST(FileName, Abbreviations) {
     std::wstring const pair{L'\xD83D', L'\xDE00'};
     EXPECT_EQ(abbreviateFilename(L"/" + pair + L"/abcdef/f", 7), L"/" + pair + L"...f");
     EXPECT_EQ(abbreviateFilename(L"/" + pair + L"/abcdef/f", 6), L"/...f");
+}
+
+TEST(FileName, TextsMayBeSlicesOfLongerOnes) {
+    std::wstring_view const path = std::wstring_view{L"C:\\a\\f.txt|"}.substr(0, 10);
+    std::wstring name, base, extension;
+    EXPECT_EQ(getDirectory(path), L"C:\\a");
+    EXPECT_EQ(getDirectory(path, name) + name, L"C:\\af.txt");
+    EXPECT_EQ(getDirectory(path, base, extension) + base + L' ' + extension, L"C:\\af .txt");
+    EXPECT_EQ(joinDirectory(path.substr(0, 4), path.substr(5)), path);
+    EXPECT_EQ(absoluteFilename(path), absoluteFilename(std::wstring{path}));
+    EXPECT_EQ(getLongFilename(path), path);
+    EXPECT_EQ(analyzeFileType(path, std::wstring_view{L".dwg/.txt|"}.substr(0, 9)), 2u);
+    EXPECT_EQ(abbreviateFilename(path, 9), abbreviateFilename(std::wstring{path}, 9));
+    EXPECT_FALSE(isURL(path) || okToAddToAbsolutePath(path));
+    EXPECT_EQ(uppercase(path.substr(5)) + lowercase(path.substr(0, 1)), L"F.TXTc");
+    EXPECT_EQ(collateStrings(path.substr(0, 1), path.substr(0, 1)), 0);
 }
 
 TEST(FileName, CharactersOfFileNames) {

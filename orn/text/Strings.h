@@ -12,6 +12,14 @@
 /// @{
 ORN_API std::wstring uppercase(std::wstring const& text);
 ORN_API std::wstring lowercase(std::wstring const& text);
+template <std::same_as<std::wstring_view> View>
+std::wstring uppercase(View text) {
+    return uppercase(std::wstring{text});
+}
+template <std::same_as<std::wstring_view> View>
+std::wstring lowercase(View text) {
+    return lowercase(std::wstring{text});
+}
 /// @}
 
 /// A to Z become a to z and everything else stays, in every locale; embedded zeros are kept.
@@ -31,6 +39,10 @@ std::wstring simpleLowercase(View text) {
 /// @{
 ORN_API int collateStrings(std::wstring const& a, std::wstring const& b) noexcept;
 ORN_API int collateStrings(wchar_t const* a, wchar_t const* b) noexcept;
+template <std::same_as<std::wstring_view> View>
+int collateStrings(View a, View b) {
+    return collateStrings(std::wstring{a}, std::wstring{b});
+}
 /// @}
 
 /// Without the spaces (isUspace) before the first and behind the last other code point.

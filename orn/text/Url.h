@@ -13,7 +13,9 @@
 
 #include "orn/Export.h"
 
+#include <concepts>
 #include <string>
+#include <string_view>
 
 /// Each `%` with two hexadecimal digits is the character of that number, up to U+00FF; any other `%` stays. The result
 /// may hold what was hidden in the URL: `%00` is a zero, at which a name ends for the system, and `%2F` a slash.
@@ -41,3 +43,23 @@ ORN_API std::wstring cleanupUrl(std::wstring const& url);
 /// a download breaks off that gets less than 1,000 bytes a second for a minute, or takes longer than an hour. On
 /// Windows it may take as long as data keeps coming.
 ORN_API std::wstring downloadUrlToCache(std::wstring const& url);
+
+/// The same of views, which are copied.
+/// @{
+template <std::same_as<std::wstring_view> View>
+std::wstring unescapeUrl(View url) {
+    return unescapeUrl(std::wstring{url});
+}
+template <std::same_as<std::wstring_view> View>
+std::wstring canonicalizeUrl(View url) {
+    return canonicalizeUrl(std::wstring{url});
+}
+template <std::same_as<std::wstring_view> View>
+std::wstring cleanupUrl(View url) {
+    return cleanupUrl(std::wstring{url});
+}
+template <std::same_as<std::wstring_view> View>
+std::wstring downloadUrlToCache(View url) {
+    return downloadUrlToCache(std::wstring{url});
+}
+/// @}
