@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <latch>
 #include <thread>
 
 namespace {
@@ -206,9 +205,9 @@ TEST(EventSubscription, ThreadsThatDetachItDetachItOnceAndWaitForThat) {
         IntList list{new SlowList{counts}};
         std::string log;
         auto subscription = std::make_unique<Named>(*list, log, 'x');
-        std::latch ready{3};
+        std::atomic<int> awaited = 3;  // std::latch of mingw-w64 sometimes never wakes
         auto const detach = [&] {
-            ready.arrive_and_wait();
+            for (--awaited; awaited != 0;) std::this_thread::yield();
             subscription->destroy();
             EXPECT_EQ(counts.erased, 1);
         };
