@@ -132,7 +132,7 @@ std::string CommandLine::completion() const {
 
 double CommandLine::number(std::wstring const& option, std::wstring const& text) const {
     double value = 0;
-    if (!isDouble(&value, text.data(), text.size()) || !std::isfinite(value)) {
+    if (!parseNumber(text, value)) {
         fail(option + L": '" + text + L"' is not a number");
     }
     return value;
@@ -156,6 +156,13 @@ std::uint32_t CommandLine::colour(std::wstring const& text) const {
         fail(L"--background: '" + text + L"' is not a colour like #C04000, black or white");
     }
     return rgb;
+}
+
+bool parseNumber(std::wstring_view text, double& value) {
+    ORN::DoubleRead const read = ORN::readDouble(text);
+    if (read.length == 0 || read.length != text.size() || !std::isfinite(read.value)) return false;
+    value = read.value;
+    return true;
 }
 
 bool parseColour(std::wstring const& text, std::uint32_t& rgb) {

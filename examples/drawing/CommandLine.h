@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace drawing {
@@ -62,6 +63,9 @@ private:
 
 /// 0xRRGGBB of a text like #C04000; false for any other text.
 bool parseColour(std::wstring const& text, std::uint32_t& rgb);
+
+/// The finite number that the whole text is, to the nearest double; false, and value left alone, when it is none.
+bool parseNumber(std::wstring_view text, double& value);
 
 /// Two whole numbers with a separator between them, as in 480x360; false for any other text.
 bool parsePair(std::wstring const& text, wchar_t separator, int& first, int& second);

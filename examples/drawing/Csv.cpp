@@ -4,11 +4,9 @@
 
 #include "orn/foundation/Error.h"
 #include "orn/text/CSVReader.h"
-#include "orn/text/Numbers.h"
 #include "orn/text/TextReader.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 #include <memory>
 
@@ -114,7 +112,7 @@ private:
 double number(Row const& row, Column column, Place const& place) {
     std::wstring const& text = row[column];
     double value = 0;
-    if (!isDouble(&value, text.data(), text.size()) || !std::isfinite(value)) {
+    if (!parseNumber(text, value)) {
         place.fail(column, quoted(text) + L" is not a number");
     }
     return value;

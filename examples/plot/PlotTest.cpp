@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <random>
 
 namespace {
 
@@ -79,6 +81,24 @@ TEST(Plot, MeasuresDrawingsInEveryEncoding) {
         EXPECT_EQ(outcome.error, "orn-plot: " + utf8(name) + ": columns that are ignored: 'note'\n");
         expectTable(outcome.out, table);
     }
+}
+
+TEST(Plot, NumbersOfTheTableAreTheNumbersOfTheFile) {
+    Folder const folder;
+    std::mt19937_64 random{3};
+    std::string drawing = "layer,x1,y1,x2,y2\n";
+    std::vector<double> values;
+    for (int i = 0; i < 200; ++i) {
+        values.push_back(std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 60) - 90));
+        char row[64];
+        std::snprintf(row, sizeof row, "l%d,%.17g,0,1e20,1\n", i, values.back());
+        drawing += row;
+    }
+    writeFile("numbers.csv", drawing);
+    auto const printed = rowsOf(runPlot({L"--size", L"20x20", L"numbers.csv", L"p.png"}).out);
+    ASSERT_EQ(printed.size(), 202u);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        EXPECT_EQ(std::strtod(printed[i + 1][5].c_str(), nullptr), values[i]);
 }
 
 TEST(Plot, PicturesAgreeAndShowTheDrawingWhereItBelongs) {

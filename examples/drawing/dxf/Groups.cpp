@@ -1,10 +1,11 @@
 #include "drawing/dxf/Groups.h"
 
+#include "drawing/CommandLine.h"
+
 #include "orn/foundation/Error.h"
 #include "orn/text/Numbers.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace drawing::dxf {
 
@@ -97,7 +98,7 @@ void Groups::next() {
 double Groups::number() const {
     double value = 0;
     std::wstring const digits = wide(text_);
-    if (!isDouble(&value, digits.data(), digits.size()) || !std::isfinite(value)) {
+    if (!parseNumber(digits, value)) {
         fail(L"group " + std::to_wstring(code_) + L": " + quoted(text_) + L" is not a number");
     }
     return value;
