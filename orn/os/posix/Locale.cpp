@@ -4,6 +4,7 @@
 
 #include <langinfo.h>
 #include <locale.h>
+#include <pthread.h>
 #include <wctype.h>
 
 #include <cerrno>
@@ -17,14 +18,42 @@ namespace ORN::os {
 
 namespace {
 
-// Locale objects of a thread. What a thread that ends has still of its own stays: a destructor for it would keep the
-// library from being unloaded, and a guard that ends leaves nothing.
+/// Frees the locale that a thread still has of its own when it ends. A destructor of a thread-local object would keep the
+/// library from being unloaded; a key's does not, and goes with the library.
+class ThreadEnd {
+public:
+    ThreadEnd() noexcept : made_{pthread_key_create(&key_, end) == 0} {}
+    ~ThreadEnd() {
+        if (std::exchange(made_, false)) pthread_key_delete(key_);
+    }
+    ThreadEnd(ThreadEnd const&) = delete;
+    ThreadEnd& operator=(ThreadEnd const&) = delete;
+
+    /// Null for nothing. Does nothing before this object is built, and when it is gone.
+    void frees(locale_t own) noexcept {
+        if (made_) pthread_setspecific(key_, own);
+    }
+
+private:
+    static void end(void* own) {
+        uselocale(LC_GLOBAL_LOCALE);
+        freelocale(static_cast<locale_t>(own));
+    }
+
+    pthread_key_t key_;
+    bool made_;
+};
+
+ThreadEnd threadEnd;
+
+// Locale objects of a thread.
 constinit thread_local locale_t ownLocale = nullptr;      // that this file made and that is in use
 constinit thread_local locale_t foreignLocale = nullptr;  // that the program had set when this file put its own there
 
 /// Puts a locale in the place of that of this file.
 void use(locale_t next) noexcept {
     uselocale(next);
+    threadEnd.frees(nullptr);
     if (ownLocale != locale_t{}) freelocale(ownLocale);
     ownLocale = nullptr;
 }
@@ -78,6 +107,7 @@ void adopt(locale_t next) noexcept {
     } else {
         use(next);
         ownLocale = next;
+        threadEnd.frees(next);
     }
 }
 
