@@ -76,7 +76,9 @@ void makeFile(TextWriterBuf& buffer, std::wostream& out) {
 
 namespace {
 
-std::wostream& make() {
+/// The stream, which the first call makes.
+std::wostream& made() {
+    if (std::wostream* const there = madeStream.load()) return *there;
     ExclusiveLock const guard{makingWord};
     if (madeStream.load() == nullptr) {
         auto* const buffer = new (bufferRoom.bytes) TextWriterBuf;
@@ -100,8 +102,7 @@ void tellFailure() {
 }
 
 std::wostream& stream() {
-    std::wostream* const made = madeStream.load();
-    std::wostream& out = made != nullptr ? *made : make();
+    std::wostream& out = made();
     if (!out.good()) out.clear();  // what an insertion of somebody's left behind is nobody else's affair
     tellFailure();
     return out;
@@ -109,7 +110,7 @@ std::wostream& stream() {
 
 bool testActive() {
     AutoLocale const locale{LC_CTYPE};
-    stream();
+    made();  // and looks at nothing else: other threads may hold the lock shared, too
     activity = textWriter.load() != nullptr ? 1 : -1;
     return activity > 0;
 }
@@ -122,10 +123,10 @@ bool isActive() {
 
 void flush() {
     ExclusiveLock const guard{lockWord};
-    std::wostream* const made = madeStream;
-    if (made == nullptr || textWriter.load() == nullptr) return;
-    made->clear();
-    made->flush();
+    std::wostream* const out = madeStream;
+    if (out == nullptr || textWriter.load() == nullptr) return;
+    out->clear();
+    out->flush();
     tellFailure();
 }
 
