@@ -17,8 +17,7 @@ namespace {
 
 std::size_t const longest = 2083;
 
-template <typename Function>
-std::optional<std::wstring> given(Function function, std::wstring const& url) {
+std::optional<std::wstring> given(std::wstring (*function)(std::wstring const&), std::wstring const& url) {
     try {
         return function(url);
     } catch (ORN::OrnError const&) {
