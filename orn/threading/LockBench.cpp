@@ -15,9 +15,14 @@ namespace {
 struct Word {
     LONG volatile word = 0;
 
-    void lock() { readWriteLockLock(word, readWriteLockExclusive, readWriteLockAnyHolder, readWriteLockInfinite); }
+    void lock() {
+        static_cast<void>(
+            readWriteLockLock(word, readWriteLockExclusive, readWriteLockAnyHolder, readWriteLockInfinite));
+    }
     void unlock() { readWriteLockUnlock(word, readWriteLockExclusive); }
-    void lock_shared() { readWriteLockLock(word, readWriteLockShared, readWriteLockWriter, readWriteLockInfinite); }
+    void lock_shared() {
+        static_cast<void>(readWriteLockLock(word, readWriteLockShared, readWriteLockWriter, readWriteLockInfinite));
+    }
     void unlock_shared() { readWriteLockUnlock(word, readWriteLockShared); }
 };
 
