@@ -17,8 +17,7 @@ double tangent(double radians) noexcept;
 double arcTangent(double x) noexcept;            ///< −π/2 to π/2
 double arcTangent(double y, double x) noexcept;  ///< the direction of (x, y), in [−π, π]
 double cubeRoot(double x) noexcept;
-double hypotenuse(double x,
-                  double y) noexcept;  ///< √(x² + y²); neither overflows nor underflows before its result does
+double hypotenuse(double x, double y) noexcept;  ///< √(x² + y²); no step overflows or underflows before the result does
 /// @}
 
 }

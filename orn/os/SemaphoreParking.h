@@ -35,8 +35,9 @@
 
 namespace ORN::os {
 
-/// Kernel names the atomic types, the semaphore and the room aside, so that a test can drive every step. Fewer than 2^20 threads may hold
-/// a ticket at one time; a ticket is mistaken for a new one only if its holder stands still for a multiple of 2^24 epochs.
+/// Kernel names the atomic types, the semaphore and the room aside, so that a test can drive every step. Fewer than 2^20
+/// threads may hold a ticket at one time. A ticket is mistaken for a new one only if its holder stands still for a
+/// multiple of 2^24 epochs.
 template <typename Kernel>
 class SemaphoreParking {
 public:

@@ -50,9 +50,9 @@ public:
 
     virtual ~TextWriter();
 
-    /// LF, CR, CR LF, NEL, LS and PS are all written as the writer's line end, FF as the character that it is. Throws OrnError at an
-    /// unpaired surrogate, a value above U+10FFFF or a character that the encoding lacks, after writing what stands
-    /// before it; nothing is put in its place.
+    /// LF, CR, CR LF, NEL, LS and PS are all written as the writer's line end, FF as the character that it is. Throws
+    /// OrnError at an unpaired surrogate, a value above U+10FFFF or a character that the encoding lacks, after writing
+    /// what stands before it; nothing is put in its place.
     virtual void write(std::wstring const& text) = 0;
     virtual void writeLine(std::wstring const& text) = 0;  ///< the text, then a line end
 

@@ -100,8 +100,10 @@ protected:
 
     LONG volatile& lockWord() const noexcept { return lockWord_; }  ///< the scheduler's (see ReadWriteLock)
     HANDLE wakeEvent() const noexcept;                              ///< under the lock; null without a worker
-    HANDLE stopEvent()
-        const noexcept;  ///< under the lock: of who came last to wait for the task; null when nobody does
+
+    /// Under the lock: the event of the thread that came last to wait for the task; null when no thread waits.
+    HANDLE stopEvent() const noexcept;
+
     bool cancelled() const noexcept { return cancelled_; }  ///< under the lock: the task is not to be resumed
     void setCancelled(bool cancelled) noexcept { cancelled_ = cancelled; }  ///< under the lock
 
