@@ -1,5 +1,4 @@
 orn_unit(foundation/Collection)
-orn_unit(foundation/DebugStream)
+orn_unit(foundation/DebuggingLevel)
 orn_unit(foundation/Error)
 orn_unit(foundation/Handle)
-orn_unit(foundation/TypedPointer)

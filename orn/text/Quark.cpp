@@ -1,6 +1,6 @@
 #include "orn/text/Quark.h"
 
-#include "orn/foundation/DebugStream.h"
+#include "orn/foundation/DebuggingLevel.h"
 #include "orn/os/Locale.h"
 #include "orn/text/QuarkTableImp.h"
 

@@ -1,4 +1,4 @@
-#include "orn/foundation/DebugStream.h"
+#include "orn/diagnosis/DebugStream.h"
 #include "orn/text/Quark.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // One use of the debug stream in a process of its own, where the environment decides once. What it finds goes to standard
 // output, a line each.
-#include "orn/foundation/DebugStream.h"
+#include "orn/diagnosis/DebugStream.h"
 #include "orn/foundation/Error.h"
 #include "orn/text/Encoding.h"
 #include "orn/threading/Lock.h"

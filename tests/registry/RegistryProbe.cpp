@@ -1,5 +1,5 @@
 // What another process does with the registry. Exit code 0, or a number that tells what failed.
-#include "orn/foundation/DebugStream.h"
+#include "orn/diagnosis/DebugStream.h"
 #include "orn/platform/RegistryKey.h"
 #include "orn/text/Encoding.h"
 

@@ -1,5 +1,5 @@
 // What a plugin of the suite does with the library while it is loaded.
-#include "orn/foundation/DebugStream.h"
+#include "orn/diagnosis/DebugStream.h"
 #include "orn/foundation/Error.h"
 #include "orn/platform/RegistryKey.h"
 #include "orn/text/AutoLocale.h"

@@ -1,4 +1,4 @@
-#include "orn/foundation/TypedPointer.h"
+#include "orn/diagnosis/TypedPointer.h"
 
 #include "orn/text/Encoding.h"
 #include "orn/text/Printf.h"

@@ -16,10 +16,10 @@
 #pragma once
 
 #include "orn/Export.h"
-#include "orn/foundation/TypedPointer.h"
+#include "orn/diagnosis/TypedPointer.h"
+#include "orn/foundation/DebuggingLevel.h"
 #include "orn/os/Types.h"
 
-#include <cstdint>
 #include <iosfwd>
 #include <string>
 
@@ -46,39 +46,8 @@ ORN_API void flush();
 ///     }
 [[nodiscard]] ORN_API LONG volatile& lock() noexcept;
 
-/// How much the process tells about itself.
-enum DebuggingLevel : std::int32_t {
-    debugNothing = 0,     ///< silent
-    debugFailures = 1,    ///< what went wrong
-    debugNormal = 2,      ///< the level at start
-    debugEverything = 3,  ///< also what only whoever debugs wants
-};
-
-ORN_API DebuggingLevel debuggingLevel() noexcept;  ///< the current one; any thread may ask
-
 ORN_API std::wstring decimal(int n);      ///< with a sign if negative
 ORN_API std::wstring hexadecimal(int n);  ///< lower-case digits of the 32-bit two's complement, without a prefix
-
-/// A level for a scope: becomes current when it is inserted into the debug stream (inserted into another stream it does
-/// nothing), and at its end the level is again what it was when the scope began. Scopes nest; the level is the process's.
-class ORN_API SetVerbose {
-public:
-    /// Saves the current one.
-    explicit SetVerbose(DebuggingLevel level) noexcept : saved_{debuggingLevel()}, requested_{level} {}
-    ~SetVerbose();
-    SetVerbose(SetVerbose const&) = delete;
-    SetVerbose& operator=(SetVerbose const&) = delete;
-
-    /// Makes the level current if the stream is the debug stream; writes nothing.
-    friend ORN_API std::wostream& operator<<(std::wostream& stream, SetVerbose const& verbose);
-
-private:
-    void doVerbose() const noexcept;
-
-    DebuggingLevel saved_, requested_;
-};
-
-static_assert(sizeof(SetVerbose) == 8);
 
 /// Inserted into a stream, the number by which the system knows the calling thread, in decimal.
 struct GCTID {};

@@ -1,4 +1,4 @@
-#include "orn/foundation/TypedPointer.h"
+#include "orn/diagnosis/TypedPointer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "orn/foundation/DebugStream.h"
+#include "orn/diagnosis/DebugStream.h"
 
-#include "orn/foundation/TextWriterBufImp.h"
+#include "orn/diagnosis/TextWriterBufImp.h"
 #include "orn/os/Environment.h"
 #include "orn/os/File.h"
 #include "orn/os/LocalTime.h"
@@ -36,7 +36,6 @@ constinit Undying<std::wostream> streamRoom{};
 constinit std::atomic<std::wostream*> madeStream{nullptr};  // null until the file has been made
 constinit std::atomic<ORN::TextWriter*> textWriter{nullptr};
 constinit std::atomic<std::int32_t> activity{0};  // 0 not yet known, positive active, negative inactive
-constinit std::atomic<DebuggingLevel> currentLevel{debugNormal};
 constinit LONG volatile lockWord = 0;
 constinit LONG volatile makingWord = 0;  // for the first callers, who may come at once and hold the lock shared
 
@@ -132,14 +131,8 @@ void flush() {
 
 LONG volatile& lock() noexcept { return lockWord; }
 
-DebuggingLevel debuggingLevel() noexcept { return currentLevel.load(std::memory_order_relaxed); }
-
 std::wstring decimal(int n) { return stringPrintf(L"%d", n); }
 std::wstring hexadecimal(int n) { return stringPrintf(L"%x", n); }
-
-SetVerbose::~SetVerbose() { currentLevel = saved_; }
-
-void SetVerbose::doVerbose() const noexcept { currentLevel = requested_; }
 
 std::wostream& operator<<(std::wostream& stream, SetVerbose const& verbose) {
     if (&stream == madeStream.load()) verbose.doVerbose();

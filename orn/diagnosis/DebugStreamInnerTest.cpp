@@ -1,4 +1,4 @@
-#include "orn/foundation/TextWriterBufImp.h"
+#include "orn/diagnosis/TextWriterBufImp.h"
 
 #include "orn/text/Encoding.h"
 #include "orn/text/RawFileImp.h"

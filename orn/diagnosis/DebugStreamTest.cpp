@@ -1,4 +1,4 @@
-#include "orn/foundation/DebugStream.h"
+#include "orn/diagnosis/DebugStream.h"
 
 #include "orn/os/Types.h"
 #include "orn/threading/Lock.h"
@@ -15,34 +15,6 @@ TEST(DebugStream, WritesIntegersInBothBases) {
     EXPECT_EQ(DebugStream::decimal(-1) + DebugStream::decimal(INT_MIN), L"-1-2147483648");
     EXPECT_EQ(DebugStream::hexadecimal(-1) + DebugStream::hexadecimal(0x1AF) + DebugStream::hexadecimal(0),
               L"ffffffff1af0");
-}
-
-TEST(DebugStream, ALevelHoldsFromItsInsertionToTheEndOfItsScope) {
-    using DebugStream::debuggingLevel;
-    EXPECT_EQ(debuggingLevel(), 2);
-    {
-        DebugStream::SetVerbose const outer{DebugStream::debugEverything};
-        EXPECT_EQ(debuggingLevel(), 2);
-        std::wostringstream other;
-        other << outer;
-        EXPECT_EQ(debuggingLevel(), 2);
-        EXPECT_EQ(other.str(), L"");
-        DebugStream::stream() << outer;
-        EXPECT_EQ(debuggingLevel(), 3);
-        {
-            DebugStream::SetVerbose const inner{DebugStream::debugNothing};
-            EXPECT_EQ(debuggingLevel(), 3);
-            DebugStream::stream() << inner;
-            EXPECT_EQ(debuggingLevel(), 0);
-        }
-        EXPECT_EQ(debuggingLevel(), 3);
-    }
-    EXPECT_EQ(debuggingLevel(), 2);
-
-    DebugStream::DebuggingLevel within{};
-    DebugStream::stream() << DebugStream::SetVerbose{DebugStream::debugFailures} << (within = debuggingLevel(), L"");
-    EXPECT_EQ(within, 1);
-    EXPECT_EQ(debuggingLevel(), 2);
 }
 
 TEST(DebugStream, FlushWaitsForThoseWhoWrite) {

@@ -1,0 +1,2 @@
+orn_unit(diagnosis/DebugStream)
+orn_unit(diagnosis/TypedPointer)

@@ -1,0 +1,19 @@
+#include "orn/foundation/DebuggingLevel.h"
+
+#include <atomic>
+
+namespace DebugStream {
+
+namespace {
+
+constinit std::atomic<DebuggingLevel> currentLevel{debugNormal};
+
+}
+
+DebuggingLevel debuggingLevel() noexcept { return currentLevel.load(std::memory_order_relaxed); }
+
+SetVerbose::~SetVerbose() { currentLevel = saved_; }
+
+void SetVerbose::doVerbose() const noexcept { currentLevel = requested_; }
+
+}
