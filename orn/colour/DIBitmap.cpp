@@ -1,13 +1,17 @@
 #include "orn/colour/DIBitmap.h"
 
+#include "orn/foundation/Error.h"
 #include "orn/os/Memory.h"
+#include "orn/text/RawFile.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <new>
-#include <utility>
+#include <stdexcept>
+#include <string>
 
 namespace {
 
@@ -27,6 +31,7 @@ enum Field : unsigned int {
     atHeight = 22,
     atPlanes = 26,
     atBitCount = 28,
+    atCompression = 30,
     atColoursUsed = 46,
 };
 
@@ -67,11 +72,55 @@ Value get(unsigned char const* file, Field field) noexcept {
     return value;
 }
 
-DWORD imageSize(std::uint32_t width, std::int32_t height, std::uint16_t bitCount) {
+DWORD rowSizeOf(std::uint32_t width, std::uint16_t bitCount) {
     std::uint64_t const bits = fits(std::uint64_t{bitCount} * width + 31);
-    std::uint64_t const rowSize = (bits >> 3) & 0x1FFFFFFC;
+    return static_cast<DWORD>((bits >> 3) & 0x1FFFFFFC);
+}
+
+// Also of the least int, whose size no int holds.
+std::uint32_t sizeOf(std::int32_t height) noexcept {
+    auto const bits = static_cast<std::uint32_t>(height);
+    return height < 0 ? 0 - bits : bits;
+}
+
+DWORD imageSize(std::uint32_t width, std::int32_t height, std::uint16_t bitCount) {
+    std::uint64_t const rowSize = rowSizeOf(width, bitCount);
     if (height == std::numeric_limits<std::int32_t>::min()) throw BadAllocation{};
-    return fits(rowSize * static_cast<std::uint32_t>(height < 0 ? -height : height));
+    return fits(rowSize * sizeOf(height));
+}
+
+// Says why the rows of a bitmap file of this length cannot be reached, or null. The headers come from anywhere, so each
+// number is held to the length before another is computed from it: with 31 bits for the width and the height and 6 for the
+// bits of a pixel no product exceeds 64 bits.
+char const* flawOf(unsigned char const* file, std::uint64_t length) noexcept {
+    if (length < headersSize || get<std::uint16_t>(file, atFileType) != fileType) return "it is no bitmap file";
+    std::uint64_t const header = get<std::uint32_t>(file, atInfoHeaderSize);
+    if (header < infoHeaderSize || get<std::uint16_t>(file, atPlanes) != 1) return "its header is of an unknown kind";
+
+    unsigned int const bitCount = get<std::uint16_t>(file, atBitCount);
+    static constexpr unsigned int bitCounts[] = {1, 4, 8, 16, 24, 32};
+    if (std::find(std::begin(bitCounts), std::end(bitCounts), bitCount) == std::end(bitCounts))
+        return "its pixels have an unknown number of bits";
+    constexpr std::uint32_t plain = 0, maskedBits = 3;
+    std::uint32_t const compression = get<std::uint32_t>(file, atCompression);
+    bool const masked = compression == maskedBits && (bitCount == 16 || bitCount == 32);
+    if (compression != plain && !masked) return "its pixels are compressed";
+
+    auto const width = get<std::int32_t>(file, atWidth), height = get<std::int32_t>(file, atHeight);
+    if (width < 0 || height == std::numeric_limits<std::int32_t>::min()) return "its width or height is out of range";
+    // The three masks stand behind a header that is too short to hold them.
+    std::uint64_t const masks = masked && header == infoHeaderSize ? 12 : 0;
+    std::uint64_t const listed = get<std::uint32_t>(file, atColoursUsed);
+    std::uint64_t const colours = listed == 0 && bitCount <= 8 ? 1U << bitCount : listed;
+    std::uint64_t const bitsAt = get<std::uint32_t>(file, atBitsOffset);
+    if (bitsAt < fileHeaderSize + header + masks + colours * 4) return "its colour table reaches into its pixels";
+    std::uint64_t const rowSize = (std::uint64_t{bitCount} * static_cast<std::uint32_t>(width) + 31) / 32 * 4;
+    if (bitsAt > length || rowSize * sizeOf(height) > length - bitsAt) return "it ends before its pixels do";
+    return nullptr;
+}
+
+[[noreturn]] void refuse(std::wstring const& fileName, std::string const& flaw) {
+    throw ORN::OrnError{fileName + L": " + std::wstring{flaw.begin(), flaw.end()}};
 }
 
 }
@@ -100,6 +149,36 @@ DIBitmap::DIBitmap(unsigned int width, int height, unsigned short bitCount, unsi
     put<std::uint32_t>(file, atColoursUsed, colours);
 }
 
+DIBitmap DIBitmap::createFromFile(std::wstring const& fileName) {
+    std::unique_ptr<ORN::RawFileReader> const file{ORN::rawOpen(fileName)};
+    unsigned char headers[headersSize];
+    bool const whole = file->read(headers, headersSize) == headersSize;
+    char const* const flaw = flawOf(headers, whole ? file->seek(0, 2) : 0);
+    if (flaw != nullptr) refuse(fileName, flaw);
+
+    DWORD const image = imageSize(get<std::uint32_t>(headers, atWidth), get<std::int32_t>(headers, atHeight),
+                                  get<std::uint16_t>(headers, atBitCount));
+    DWORD const size = fits(std::uint64_t{get<std::uint32_t>(headers, atBitsOffset)} + image);
+    DIBitmap bitmap{size};
+    // Not read a second time: the bytes behind the headers that were looked at, whoever writes to the file meanwhile.
+    std::memcpy(bitmap.fileData(), headers, headersSize);
+    put<std::uint32_t>(bitmap.fileData(), atFileSize, size);
+    file->seek(headersSize, 0);
+    std::int64_t const rest = size - headersSize;
+    if (file->read(bitmap.fileData() + headersSize, static_cast<std::uint64_t>(rest)) != rest)
+        refuse(fileName, "it ends before its pixels do");
+    return bitmap;
+}
+
+void DIBitmap::writeToFile(std::wstring const& fileName) const {
+    bool const held = fileSize() <= allocatedSize_ - 2;
+    char const* const flaw = held ? flawOf(fileData(), fileSize()) : "its file size is beyond its buffer";
+    if (flaw != nullptr) throw std::logic_error{std::string{"DIBitmap: "} + flaw};
+    std::unique_ptr<ORN::RawFileWriter> const file{ORN::rawCreate(fileName)};
+    file->write(fileData(), fileSize());
+    file->close();
+}
+
 DIBitmap::DIBitmap(DIBitmap const& other)
     : allocatedSize_{other.allocatedSize_}, buffer_{other.buffer_ != nullptr ? allocate(allocatedSize_) : nullptr} {
     if (buffer_ != nullptr) std::memcpy(buffer_, other.buffer_, std::max(allocatedSize_, leastSize));
@@ -117,4 +196,21 @@ unsigned int DIBitmap::bitsSize() const {
     unsigned char const* const file = fileData();
     return imageSize(get<std::uint32_t>(file, atWidth), get<std::int32_t>(file, atHeight),
                      get<std::uint16_t>(file, atBitCount));
+}
+
+unsigned int DIBitmap::width() const noexcept { return get<std::uint32_t>(fileData(), atWidth); }
+
+unsigned int DIBitmap::height() const noexcept { return sizeOf(get<std::int32_t>(fileData(), atHeight)); }
+
+unsigned int DIBitmap::rowSize() const {
+    return rowSizeOf(get<std::uint32_t>(fileData(), atWidth), get<std::uint16_t>(fileData(), atBitCount));
+}
+
+unsigned int DIBitmap::rowOffset(unsigned int y) const {
+    unsigned int const rows = height();
+    if (y >= rows) throw std::out_of_range{"DIBitmap: there is no such row"};
+    bool const topDown = get<std::int32_t>(fileData(), atHeight) < 0;
+    std::uint64_t const size = rowSize(), at = bitsOffset() + size * (topDown ? y : rows - 1 - y);
+    if (at + size > allocatedSize_ - 2) throw std::out_of_range{"DIBitmap: the row lies outside of the buffer"};
+    return static_cast<unsigned int>(at);
 }

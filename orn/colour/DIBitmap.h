@@ -4,6 +4,7 @@
 #include "orn/Export.h"
 #include "orn/os/Types.h"
 
+#include <string>
 #include <utility>
 
 /// Owns two bytes of alignment and behind them a whole bitmap file: file header (14 bytes), info header (40 bytes, at
@@ -21,6 +22,17 @@ public:
     /// A bitmap with its headers; its colour table and its pixels are undetermined. Colours: entries of the colour
     /// table.
     DIBitmap(unsigned int width, int height, unsigned short bitCount, unsigned int colours);
+
+    /// Reads an uncompressed bitmap file of 1, 4, 8, 16, 24 or 32 bits a pixel, as far as its last pixel. It takes no more
+    /// memory than the file has bytes. ORN::OrnError names the file and says what is wrong: the file cannot be opened or
+    /// read, is no bitmap file, is of a kind that is not read (compressed, or with a header of less than 40 bytes), or ends
+    /// before its pixels do.
+    [[nodiscard]] static DIBitmap createFromFile(std::wstring const& fileName);
+
+    /// Writes fileSize() bytes to a new file, or over an old one. std::logic_error, and no file, for a bitmap that
+    /// createFromFile would refuse to read. ORN::OrnError names the file and the system's reason when it cannot be
+    /// written; a part of it may be there then.
+    void writeToFile(std::wstring const& fileName) const;
 
     DIBitmap(DIBitmap const&);             ///< a bitmap of its own, byte for byte
     DIBitmap& operator=(DIBitmap const&);  ///< when it throws, this bitmap is as it was
@@ -64,10 +76,26 @@ public:
     /// |height| rows of the width and the bit count in the info header, in bytes.
     unsigned int bitsSize() const;
 
+    /// What the info header says: pixels in a row, and rows, whichever way they run.
+    /// @{
+    unsigned int width() const noexcept;
+    unsigned int height() const noexcept;
+    /// @}
+
+    unsigned int rowSize() const;  ///< the bytes from one row to the next, a multiple of 4
+
+    /// A row of pixels, rowSize() bytes. Row 0 is the top one, whether the rows are stored from the bottom up or from the
+    /// top down. std::out_of_range for a row that the bitmap does not have, or that lies outside of its buffer.
+    /// @{
+    unsigned char* row(unsigned int y) { return fileData() + rowOffset(y); }
+    unsigned char const* row(unsigned int y) const { return fileData() + rowOffset(y); }
+    /// @}
+
 private:
     unsigned int bitsOffset() const noexcept;
+    unsigned int rowOffset(unsigned int y) const;
 
-    DWORD allocatedSize_;  ///< with the two bytes of alignment
+    DWORD allocatedSize_;  // with the two bytes of alignment
     unsigned char* buffer_;
 };
 

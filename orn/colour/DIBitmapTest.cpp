@@ -1,10 +1,12 @@
 #include "orn/colour/DIBitmap.h"
 
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <cstring>
-#include <new>
 
 namespace {
 
@@ -120,6 +122,89 @@ TEST(DIBitmap, AMoveKeepsTheBufferAndLeavesNone) {
         third = std::move(*&third);
         EXPECT_EQ(third.fileData(), buffer);
     }
+}
+
+TEST(DIBitmap, IsReadFromAndWrittenToAFileAndReachedByItsRows) {
+    TemporaryFolder const folder;
+    for (int height : {3, -3})
+        for (unsigned short bitCount : {1, 4, 8, 16, 24, 32}) {
+            DIBitmap bitmap{5, height, bitCount, bitCount <= 8 ? 1U << bitCount : 0};
+            std::memset(bitmap.fileData() + 54, 0x77, bitmap.fileSize() - 54);
+            EXPECT_TRUE(bitmap.width() == 5 && bitmap.height() == 3 && bitmap.rowSize() * 3 == bitmap.bitsSize());
+            for (unsigned int y = 0; y < 3; ++y) {
+                std::memset(bitmap.row(y), static_cast<int>(y), bitmap.rowSize());
+                EXPECT_EQ(std::as_const(bitmap).row(y), bitmap.bits() + bitmap.rowSize() * (height < 0 ? y : 2 - y));
+            }
+            std::wstring const name = folder / L"a.bmp";
+            bitmap.writeToFile(name);
+            std::string const bytes{bitmap.fileData(), bitmap.fileData() + bitmap.fileSize()};
+            EXPECT_EQ(folder.get("a.bmp"), bytes);
+            // What stands behind the pixels does not count, nor does a size that says otherwise.
+            std::string longer = bytes + "more";
+            longer.replace(2, 4, "\xFF\xFF\xFF\xFF");
+            for (std::string const& stored : {bytes, longer}) {
+                DIBitmap const again = DIBitmap::createFromFile(folder.put("a.bmp", stored));
+                ASSERT_EQ(again.fileSize(), bytes.size());
+                EXPECT_EQ(std::memcmp(again.fileData(), bytes.data(), bytes.size()), 0);
+            }
+            EXPECT_THROW(bitmap.row(3), std::out_of_range);
+        }
+    DIBitmap outside{3, 2, 24, 0};
+    outside.fileData()[10] = 55;  // the pixels begin one byte later
+    EXPECT_EQ(outside.row(1), outside.bits());
+    EXPECT_THROW(outside.row(0), std::out_of_range);
+}
+
+std::wstring refusal(std::wstring const& name) {
+    return thrown([&] { static_cast<void>(DIBitmap::createFromFile(name)); });
+}
+
+TEST(DIBitmap, AFileWhoseRowsCannotBeReachedIsRefusedByNameAndNeverWritten) {
+    TemporaryFolder const folder;
+    std::wstring const none = L"it is no bitmap file", header = L"its header is of an unknown kind",
+                       bits = L"its pixels have an unknown number of bits", compressed = L"its pixels are compressed",
+                       range = L"its width or height is out of range", end = L"it ends before its pixels do",
+                       table = L"its colour table reaches into its pixels",
+                       size = L"its file size is beyond its buffer";
+    // One field of a file of 74 bytes, its two colours at 54 and its three rows from 62 on.
+    struct {
+        unsigned int at, size, value;
+        std::wstring const& flaw;
+    } const cases[] = {
+        {0, 2, 0x4D41, none},       {14, 4, 39, header},        {26, 2, 2, header},
+        {28, 2, 25, bits},          {30, 4, 1, compressed},     {30, 4, 3, compressed},
+        {18, 4, 0x80000000, range}, {22, 4, 0x80000000, range}, {10, 4, 61, table},
+        {14, 4, 41, table},         {46, 4, 3, table},          {46, 4, ~0U, table},
+        {10, 4, 63, end},           {10, 4, ~0U, end},          {22, 4, 4, end},
+        {18, 4, 33, end},           {18, 4, 0x7FFFFFFF, end},   {22, 4, 0x7FFFFFFF, end},
+        {22, 4, 0x80000001, end},
+    };
+    for (auto const& [at, length, value, flaw] : cases) {
+        DIBitmap bitmap{3, 3, 1, 2};
+        std::memset(bitmap.fileData() + 54, 0, bitmap.fileSize() - 54);
+        std::memcpy(bitmap.fileData() + at, &value, length);
+        std::wstring const name = folder.put("a.bmp", {bitmap.fileData(), bitmap.fileData() + bitmap.fileSize()});
+        EXPECT_EQ(refusal(name), L"OrnError: " + name + L": " + flaw) << at << ' ' << value;
+        EXPECT_EQ(thrown([&] { bitmap.writeToFile(folder / L"b.bmp"); }), L"logic_error: DIBitmap: " + flaw);
+    }
+    for (std::string const& head : {std::string{}, std::string(53, 'B')})
+        EXPECT_TRUE(refusal(folder.put("a.bmp", head)).ends_with(none));
+    DIBitmap bitmap{3, 2, 24, 0};
+    bitmap.fileData()[2] = 79;
+    EXPECT_EQ(thrown([&] { bitmap.writeToFile(folder / L"b.bmp"); }), L"logic_error: DIBitmap: " + size);
+    EXPECT_EQ(thrown([&] { DIBitmap{3, 2, 8, 0}.writeToFile(folder / L"b.bmp"); }), L"logic_error: DIBitmap: " + table);
+    DIBitmap masked{2, 2, 32, 3};  // the table is the masks, and no colours are listed
+    masked.fileData()[30] = 3, masked.fileData()[46] = 0;
+    masked.writeToFile(folder / L"a.bmp");
+    EXPECT_EQ(refusal(folder / L"a.bmp"), L"nothing");
+    masked.fileData()[10] = 65;
+    EXPECT_EQ(thrown([&] { masked.writeToFile(folder / L"b.bmp"); }), L"logic_error: DIBitmap: " + table);
+    EXPECT_EQ(folder.count(), 1);
+
+    bitmap.fileData()[2] = 78;
+    std::wstring const missing = folder / L"missing/a.bmp";
+    for (auto const& failure : {refusal(missing), thrown([&] { bitmap.writeToFile(missing); })})
+        EXPECT_TRUE(failure.starts_with(L"OrnError: ") && failure.find(missing) != failure.npos);
 }
 
 TEST(DIBitmap, SizesThatDoNotFitAreRefused) {
