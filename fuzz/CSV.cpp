@@ -143,7 +143,7 @@ Read readAll(ORN::CSVReader reader) {
 
 }
 
-void fuzz::run(Input input) {
+ORN_LAW(CSV) {
     std::size_t const sizes[] = {input.option(24) + 1, input.option(5) * 60 + 1};
     ORN::CSVFormat const format{L",;\t "[input.option(4)], input.option(2) == 1};
     std::wstring const text = input.text();

@@ -119,7 +119,7 @@ std::string normal(std::string name) {
 
 }
 
-void fuzz::run(Input input) {
+ORN_LAW(FileName) {
     std::size_t const most = input.option(80);
     std::wstring const path = input.text();
     bool const url = path.find(L"://") != std::wstring::npos;

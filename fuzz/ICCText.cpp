@@ -81,7 +81,7 @@ bool isOrdinary(std::string const& element) {
 
 }
 
-void fuzz::run(Input input) {
+ORN_LAW(ICCText) {
     Exact<char> const block{input.bytes()};
     Outcome actual;
     try {

@@ -71,7 +71,4 @@ private:
     std::size_t size_;
 };
 
-/// What a target does with an input.
-void run(Input input);
-
 }

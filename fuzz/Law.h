@@ -1,8 +1,15 @@
-/// What a target says when its law is broken: both sides, and the end of the program.
+/// A law is what holds for every input. It stands once, in a file named after it, and two run it: the test program over the
+/// seeds in corpus/NAME and inputs made from them, on every system, and the fuzzer.
+///
+///     ORN_LAW(CSV) {
+///         std::wstring const text = input.text();
+///         same("records read", read(text), expected(text));
+///     }
 #pragma once
 
+#include "fuzz/Input.h"
+
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -38,9 +45,13 @@ std::string shown(std::vector<T> const& values) {
     return result + "}";
 }
 
+/// Ends a run whose law is broken. It is no std::exception, so that no law takes it for an error of the library.
+struct Broken {
+    std::string text;
+};
+
 [[noreturn]] inline void broken(char const* law, std::string const& actual, std::string const& expected) {
-    std::fprintf(stderr, "Law broken: %s\n  actual:   %s\n  expected: %s\n", law, actual.c_str(), expected.c_str());
-    std::abort();
+    throw Broken{std::string{"Law broken: "} + law + "\n  actual:   " + actual + "\n  expected: " + expected};
 }
 
 inline void holds(char const* law, bool condition) {
@@ -52,4 +63,24 @@ void same(char const* law, T const& actual, std::type_identity_t<T> const& expec
     if (!(actual == expected)) broken(law, shown(actual), shown(expected));
 }
 
+/// A law in the list of those that the program was linked with.
+struct Law {
+    Law(char const* theName, void (*theRun)(Input)) : name{theName}, run{theRun} { all().push_back(*this); }
+    static std::vector<Law>& all() {
+        static std::vector<Law> laws;
+        return laws;
+    }
+
+    std::string name;
+    void (*run)(Input);
+};
+
 }
+
+/// Defines a law. Its body may call what is in fuzz by the short name, and reads the input named `input`.
+#define ORN_LAW(name)                             \
+    namespace fuzz {                              \
+    static void run##name(Input input);           \
+    static Law const law##name{#name, run##name}; \
+    }                                             \
+    void fuzz::run##name(Input input)

@@ -1,8 +1,7 @@
 // The code page both ways: every character is what iconv makes of it by itself, what it does not know is replaced and
 // nothing else is, and a buffer takes the longest whole head that fits, or is refused.
-#include "fuzz/Iconv.h"
-#include "fuzz/Input.h"
 #include "fuzz/Law.h"
+#include "fuzz/Oracles.h"
 #include "orn/foundation/Error.h"
 #include "orn/text/CodePoint.h"
 #include "orn/text/Encoding.h"
@@ -11,17 +10,16 @@
 
 namespace {
 
-bool const isUTF8 = std::strcmp(ORN_FUZZ_CODE_PAGE, "UTF-8") == 0;
+bool const isUTF8 = std::strcmp(fuzz::codePage(), "UTF-8") == 0;
 std::size_t const longest = isUTF8 ? 4 : 2;
 
-fuzz::Iconv const& toUTF16() {
-    static fuzz::Iconv const converter{"UTF-16LE", ORN_FUZZ_CODE_PAGE};
-    return converter;
+std::optional<std::string> toUTF16(std::string_view bytes) {
+    return fuzz::converted("UTF-16LE", fuzz::codePage(), bytes);
 }
 
 // Whether these bytes could be the head of a character; what may follow in UTF-8 changes at multiples of 16 only.
 bool beginsCharacter(std::string const& head) {
-    if (toUTF16()(head)) return true;
+    if (toUTF16(head)) return true;
     if (head.size() == longest) return false;
     for (int next = isUTF8 ? 0x80 : 0x30; next < (isUTF8 ? 0xC0 : 0x100); next += isUTF8 ? 0x10 : 1)
         if (beginsCharacter(head + static_cast<char>(next))) return true;
@@ -37,7 +35,7 @@ struct Head {
 // byte, or all that is left when only its end is missing.
 Head first(std::string_view bytes) {
     for (std::size_t size = 1; size <= std::min(longest, bytes.size()); ++size)
-        if (auto const units = toUTF16()(bytes.substr(0, size))) {
+        if (auto const units = toUTF16(bytes.substr(0, size))) {
             std::wstring text;
             for (std::size_t i = 0; i != units->size(); i += 2)
                 text += static_cast<wchar_t>(static_cast<unsigned char>((*units)[i]) |
@@ -65,13 +63,12 @@ std::wstring read(std::string_view bytes) {
 }
 
 std::string write(CodePoint c) {
-    static fuzz::Iconv const fromUTF16{ORN_FUZZ_CODE_PAGE, "UTF-16LE"};
-    return fromUTF16(fuzz::littleEndian(c)).value_or(isUTF8 ? "\xEF\xBF\xBD" : "?");
+    return fuzz::converted(fuzz::codePage(), "UTF-16LE", fuzz::littleEndian(c)).value_or(isUTF8 ? "\xEF\xBF\xBD" : "?");
 }
 
 }
 
-void fuzz::run(Input input) {
+ORN_LAW(Multibyte) {
     unsigned int const room = input.option(64) + 1;
     std::string const bytes = input.bytes();
     Exact<char> const block{bytes};

@@ -86,7 +86,7 @@ std::optional<double> readDouble(Text text) {
 
 }
 
-void fuzz::run(Input input) {
+ORN_LAW(Numbers) {
     std::wstring const text = input.text();
     Exact<wchar_t> const block{text};
 

@@ -229,7 +229,7 @@ std::wstring format(wchar_t const* text, std::span<Argument const> arguments, Gi
 
 }
 
-void fuzz::run(Input input) {
+ORN_LAW(Printf) {
     Input values = input.last(8);
     std::wstring text = input.text();
     text.resize(std::min(text.find(L'\0'), text.size()));

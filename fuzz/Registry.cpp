@@ -91,7 +91,7 @@ std::optional<DWORD> readNumber(DWORD type, std::string const& bytes) {
 
 }
 
-void fuzz::run(Input input) {
+ORN_LAW(Registry) {
     static Surroundings const surroundings;
     DWORD const types[] = {1, 2, 3, 4, 7, 0, 11, 0xFFFFFFFF};
     DWORD const type = types[input.option(8)];

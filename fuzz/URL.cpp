@@ -98,7 +98,7 @@ std::string ofCurl(std::string const& url) {
 
 }
 
-void fuzz::run(Input input) {
+ORN_LAW(URL) {
     Input choices = input.last(16);
     std::wstring url = input.text();
     url.resize(std::min(url.find(L'\0'), url.size()));

@@ -1,0 +1,27 @@
+/// What other libraries make of the same input. A system that lacks one gives nothing, and a law then rests on its other
+/// parts.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace fuzz {
+
+/// The multibyte code page as iconv names it: that of ORN_TEST_CODE_PAGE, or UTF-8. Null where there is no iconv.
+char const* codePage();
+
+/// The bytes in another encoding, by iconv. Nothing when some of them cannot be converted, or where there is no iconv.
+std::optional<std::string> converted(char const* to, char const* from, std::string_view bytes);
+
+/// UTF-16 as iconv takes and gives it.
+inline std::string littleEndian(std::wstring const& text) {
+    std::string result;
+    for (wchar_t const unit : text) {
+        result += static_cast<char>(unit & 0xFF);
+        result += static_cast<char>(unit >> 8);
+    }
+    return result;
+}
+
+}

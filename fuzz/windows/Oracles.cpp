@@ -1,0 +1,4 @@
+#include "fuzz/Oracles.h"
+
+char const* fuzz::codePage() { return nullptr; }
+std::optional<std::string> fuzz::converted(char const*, char const*, std::string_view) { return std::nullopt; }
