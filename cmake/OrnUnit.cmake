@@ -4,7 +4,8 @@
 #   orn_unit(geometry/Extent)
 #
 # collects them; a unit without a test does not configure. A unit of the seam, os/X, has its source in os/windows/X.cpp
-# and os/posix/X.cpp, and its test belongs to the inside. What there is on Windows alone, orn_unit(platform/X WINDOWS),
+# and os/posix/X.cpp. Its test belongs to the inside, and it has one only where it has logic of its own: a thin call is
+# held by the tests of the unit above it. What there is on Windows alone, orn_unit(platform/X WINDOWS),
 # leaves nothing but its header on other systems. What applications do not see, orn_unit(geometry/X INSIDE), is tested
 # with the inside, and its header is not public.
 function(orn_unit unit)
@@ -27,7 +28,9 @@ function(orn_unit unit)
   if(folder STREQUAL "os")
     set(source "${CMAKE_CURRENT_SOURCE_DIR}/os/${ORN_OS}/${name}.cpp")
     set_property(GLOBAL APPEND PROPERTY ORN_OS_SOURCES "${source}")
-    set(inner "${base}Test.cpp")
+    if(EXISTS "${base}Test.cpp")
+      set(inner "${base}Test.cpp")
+    endif()
   else()
     if(EXISTS "${base}.cpp")
       set_property(GLOBAL APPEND PROPERTY ORN_SOURCES "${base}.cpp")

@@ -1,6 +1,6 @@
 #include "orn/os/MemoryStatus.h"
 
-#include "orn/os/KernelMemory.h"
+#include "orn/os/posix/KernelMemory.h"
 
 #include <gtest/gtest.h>
 

@@ -1,26 +1,17 @@
-/// What a slot of the parking table makes threads sleep on: the system's semaphore on Windows, a futex on Linux.
+/// The kernel's part in putting threads to sleep: a futex on Linux, a semaphore with a room beside it on Windows. What is
+/// made of them for the locks stands in orn/threading/EpochParking.h and SemaphoreParking.h.
 #pragma once
 
+#include "orn/os/Status.h"
 #include "orn/os/Types.h"
 
 #include <atomic>
 #include <cstdint>
 
-#if defined(_WIN32)
-#include "orn/os/SemaphoreParking.h"
-#else
-#include "orn/os/EpochParking.h"
-#endif
-
 namespace ORN::os {
 
-inline constexpr DWORD waitObject = 0;           ///< a wait ended because it was woken
-inline constexpr DWORD waitTimeout = 258;        ///< a wait ended because its time was over
-inline constexpr DWORD waitFailed = 0xFFFFFFFF;  ///< a wait failed; lastError() says why
-inline constexpr DWORD infinite = 0xFFFFFFFF;    ///< the time limit that is none
-
-/// Called while the library is being loaded: the load fails then, as that of a library whose initialisation fails does. A
-/// program that holds this code itself goes on.
+/// Makes the load of the library fail, as it fails when a library's initialisation does. To be called while static objects
+/// are built. A program that contains this code itself goes on.
 void refuseLoading() noexcept;
 
 #if defined(_WIN32)
@@ -31,23 +22,26 @@ class Semaphore {
 public:
     constexpr Semaphore() noexcept = default;
 
-    bool create() noexcept;  ///< once; false, told by lastError(), when refused
+    /// Each returns false when the system refuses; lastError() says why. A second create() does nothing.
+    /// @{
+    bool create() noexcept;
+    bool release(std::uint32_t counts) noexcept;
+    /// @}
     void close() noexcept;
-    DWORD wait(DWORD timeout) noexcept;           ///< waitObject, waitTimeout or waitFailed
-    bool release(std::uint32_t counts) noexcept;  ///< false, told by lastError(), when refused
+    DWORD wait(DWORD timeout) noexcept;
 
 private:
     std::atomic<HANDLE> handle_{nullptr};
 };
 
-/// A lock and a condition of the system's, with no kernel object of their own.
+/// A mutex and a condition variable of the system, neither of which has a kernel object of its own.
 class Room {
 public:
     constexpr Room() noexcept = default;
 
     void lock() noexcept;
     void unlock() noexcept;
-    DWORD sleep(DWORD timeout) noexcept;  ///< outside the lock, until wakeAll(): waitObject, waitTimeout or waitFailed
+    DWORD sleep(DWORD timeout) noexcept;  ///< unlocks, waits for wakeAll() and locks again
     void wakeAll() noexcept;
 
 private:
@@ -55,28 +49,30 @@ private:
     void* condition_ = nullptr;
 };
 
-struct SemaphoreKernel {
+struct ParkingKernel {
+    static constexpr bool comparesWords = false;
+
     template <typename T>
     using Atomic = std::atomic<T>;
     using Semaphore = os::Semaphore;
     using Room = os::Room;
 };
 
-using Parking = SemaphoreParking<SemaphoreKernel>;
-
 #else
 
-struct FutexKernel {
+struct ParkingKernel {
+    static constexpr bool comparesWords = true;
+
     template <typename T>
     using Atomic = std::atomic<T>;
 
-    /// Sleeps while the word is `expected`, at most `timeout` milliseconds by the steady clock; a word that differs is
-    /// waitObject at once.
+    /// Sleeps while the word is `expected`, at most `timeout` milliseconds on the steady clock. When the word differs it
+    /// returns waitObject at once.
     static DWORD wait(std::atomic<std::uint32_t>& word, std::uint32_t expected, DWORD timeout) noexcept;
+
+    /// Wakes every thread that sleeps on the word. False when the system refuses; lastError() says why.
     static bool wakeAll(std::atomic<std::uint32_t>& word) noexcept;
 };
-
-using Parking = EpochParking<FutexKernel>;
 
 #endif
 

@@ -2,60 +2,61 @@
 /// elsewhere it is an object of the seam with the same rules.
 #pragma once
 
+#include "orn/os/Status.h"
 #include "orn/os/Types.h"
 
 namespace ORN::os {
 
-inline constexpr DWORD waitObject = 0;           ///< the wait ended because what was waited for is signalled
-inline constexpr DWORD waitTimedOut = 258;       ///< or because the time was over
-inline constexpr DWORD waitFailed = 0xFFFFFFFF;  ///< or because there is nothing to wait for; see lastError()
-inline constexpr DWORD waitForever = 0xFFFFFFFF;
+/// What threadExitCode() gives for a thread that still runs.
 inline constexpr DWORD threadStillActive = 259;
 
-/// An event, not signalled; a wait that it ends takes the signal back. Null when the system refuses.
+/// The number that stands for the calling thread in nameThread().
+inline constexpr DWORD callingThread = 0xFFFFFFFF;
+
+/// Creates an event that is not signalled. A wait that the event ends takes the signal back. Null when the system refuses.
 HANDLE createEvent() noexcept;
 bool signalEvent(HANDLE event) noexcept;
 
-/// Gives back one handle. Whoever waits on the object, or has a further handle to it, is not disturbed; a thread runs on.
+/// Gives back one handle. Threads that wait on the object, and other handles to it, are not disturbed; a thread runs on.
 void closeHandle(HANDLE handle) noexcept;
 
-/// Waits at most `timeout` milliseconds, by a clock that nobody sets.
+/// Waits at most `timeout` milliseconds, on a clock that nobody sets. The result is one of the three in Status.h.
 DWORD waitFor(HANDLE handle, DWORD timeout) noexcept;
 
-/// Waits without a time limit, and lets messages that other threads send to this one's windows be delivered meanwhile.
-/// What is posted stays where it is.
+/// Waits without a time limit. Meanwhile messages that other threads send to windows of this thread are delivered; posted
+/// messages stay in the queue.
 DWORD waitDeliveringSentMessages(HANDLE handle) noexcept;
 
-/// Starts a thread that runs main(argument) and ends with its result as exit code. The caller closes the handle; null
-/// when the system refuses.
+/// Starts a thread that runs main(argument) and takes its result as exit code. The caller closes the handle. Null when the
+/// system refuses.
 HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int stackBytes) noexcept;
 
-/// False when the handle names no thread. A thread that is still running has the code threadStillActive.
+/// False when the handle names no thread.
 bool threadExitCode(HANDLE thread, DWORD& code) noexcept;
 
-/// Whether the handle is of the thread that calls.
+/// Whether the handle is one of the calling thread.
 bool isCallingThread(HANDLE thread) noexcept;
 
 /// Ends the calling thread at once, with an exit code.
 [[noreturn]] void exitThread(DWORD code);
 
-/// A thread's priority in Windows' steps, -2 lowest and 2 highest, as near as the process may set it; no boosts.
+/// Sets a thread's priority in Windows' steps, -2 lowest and 2 highest, as near as the process may; no boosts.
 void setThreadPriority(HANDLE thread, int priority) noexcept;
 
 /// Gives a thread the calling thread's priority, as near as the process may set it.
 void lendPriority(HANDLE thread) noexcept;
 
-/// Names a thread for whoever debugs, cut to the length that the system takes; 0xFFFFFFFF is the calling thread.
+/// Names a thread for debuggers. The system may cut the name.
 void nameThread(char const* name, DWORD threadId) noexcept;
 
 /// The number by which the system knows the calling thread.
 DWORD currentThreadId() noexcept;
 
-/// COM for many threads, for the calling one; leaveApartment takes back an enterApartment that gave true.
+/// Joins the calling thread to COM's multithreaded apartment. leaveApartment undoes an enterApartment that returned true.
 bool enterApartment() noexcept;
 void leaveApartment() noexcept;
 
-/// Tells the user something, in a box to be confirmed or, where there is none, on standard error.
+/// Shows the user a text: in a message box where the system has one, otherwise on standard error.
 void showMessage(wchar_t const* text, wchar_t const* caption) noexcept;
 
 }

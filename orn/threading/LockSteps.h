@@ -8,6 +8,7 @@
 
 #include "orn/foundation/Error.h"
 #include "orn/os/ErrorText.h"
+#include "orn/os/Status.h"
 
 namespace ORN::Threading {
 
@@ -42,17 +43,14 @@ private:
 /// Waits until `seen`, what the word holds, has no bit of the mask. False when a wait timed out.
 template <typename Word, typename Slot>
 bool waitFor(Word& word, Slot& slot, LONG& seen, LONG waitMask, DWORD timeout) {
-    constexpr DWORD woken = 0;
-    constexpr DWORD timedOut = 258;
-
     auto ticket = slot.announce();
     seen = word.read();
     while ((seen & waitMask) != 0) {
         DWORD const result = slot.sleep(ticket, timeout);
-        if (result != woken) {
+        if (result != os::waitObject) {
             DWORD const error = os::lastError();
             slot.retire(ticket);
-            if (result == timedOut) return false;
+            if (result == os::waitTimedOut) return false;
             throw WinError{error};
         }
         seen = word.read();

@@ -1,7 +1,7 @@
 #include "orn/threading/LockSteps.h"
 
-#include "orn/os/EpochParking.h"
-#include "orn/os/SemaphoreParking.h"
+#include "orn/threading/EpochParking.h"
+#include "orn/threading/SemaphoreParking.h"
 #include "tests/support/Schedules.h"
 
 #include <gtest/gtest.h>
@@ -101,8 +101,8 @@ struct SemaphoreKernel {
     using Room = RoomAside;
 };
 
-using Epoch = ORN::os::EpochParking<Futex>;
-using Counted = ORN::os::SemaphoreParking<SemaphoreKernel<Room>>;
+using Epoch = EpochParking<Futex>;
+using Counted = SemaphoreParking<SemaphoreKernel<Room>>;
 
 /// A parking without the cure of lost wake-ups: its ticket is that of the time of going to sleep.
 template <typename Parking>
@@ -118,7 +118,7 @@ struct Late : Parking {
 struct OpenRoom : Room {
     DWORD sleep(DWORD) { return 0; }
 };
-using Restless = ORN::os::SemaphoreParking<SemaphoreKernel<OpenRoom>>;
+using Restless = SemaphoreParking<SemaphoreKernel<OpenRoom>>;
 
 /// A lock word that watches who is inside.
 class Word {

@@ -4,21 +4,28 @@
 #pragma once
 
 #include "orn/os/Parking.h"
+#include "orn/threading/EpochParking.h"
 #include "orn/threading/LockSteps.h"
+#include "orn/threading/SemaphoreParking.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 namespace ORN::Threading {
 
 inline constexpr std::size_t parkingSlots = 32;
+
+/// What the threads of a slot sleep on.
+using Parking = std::conditional_t<os::ParkingKernel::comparesWords, EpochParking<os::ParkingKernel>,
+                                   SemaphoreParking<os::ParkingKernel>>;
 
 /// The slot of the lock word at this address, 0 to 31. Unrelated words may share one.
 constexpr std::size_t slotNumber(std::uint64_t address) noexcept {
     return static_cast<std::size_t>((address * 0x9E3779B97F4A7C14u) >> 59);
 }
 
-struct alignas(64) TableSlot : ParkingSlot<os::Parking> {};
+struct alignas(64) TableSlot : ParkingSlot<Parking> {};
 
 extern TableSlot parkingTable[parkingSlots];
 

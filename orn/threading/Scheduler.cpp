@@ -145,7 +145,7 @@ unsigned int SchedulerBase::threadMain(void* start) {
         os::waitFor(own->predecessor, os::waitForever);
         os::closeHandle(own->predecessor);
     }
-    setThreadName(self.threadName(), 0xFFFFFFFF);
+    setThreadName(self.threadName(), os::callingThread);
     bool const apartment = os::enterApartment();
     os::threadLocaleMode(os::perThreadLocale);
     os::setLocale(LC_CTYPE, "");

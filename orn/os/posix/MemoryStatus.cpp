@@ -2,7 +2,7 @@
 
 #include "orn/os/ErrorText.h"
 #include "orn/os/Fault.h"
-#include "orn/os/KernelMemory.h"
+#include "orn/os/posix/KernelMemory.h"
 
 #include <algorithm>
 #include <bit>

@@ -3,9 +3,9 @@
 #include "orn/os/CodePage.h"
 #include "orn/os/ErrorText.h"
 #include "orn/os/Fault.h"
+#include "orn/os/posix/Futex.h"
 
 #include <fcntl.h>
-#include <linux/futex.h>
 #include <pthread.h>
 #include <sched.h>
 #include <sys/resource.h>
@@ -14,20 +14,16 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 #include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <cwchar>
 #include <new>
 
 namespace ORN::os {
 
 namespace {
-
-DWORD const invalidHandle = 6, notEnoughMemory = 8;
 
 /// What a HANDLE points to. An event's signal is taken by the wait that it ends; an ended thread stays signalled. Each
 /// handle counts, and so does a running thread.
@@ -46,9 +42,8 @@ struct Waitable {
     explicit Waitable(bool ofThread) noexcept : isThread{ofThread} {}
 
     void signal() noexcept {
-        if (signalled.exchange(1) != 0) return;  // whoever sleeps has been woken for that signal
-        if (waiting.load() == 0) return;
-        syscall(SYS_futex, &signalled, FUTEX_WAKE_PRIVATE, isThread ? INT_MAX : 1, nullptr, nullptr, 0);
+        if (signalled.exchange(1) != 0) return;  // the earlier signal has woken somebody already
+        if (waiting.load() != 0) futexWake(signalled, isThread ? INT_MAX : 1);
     }
 
     bool take() noexcept {
@@ -67,7 +62,7 @@ Waitable* waitable(HANDLE handle) noexcept { return static_cast<Waitable*>(handl
 Waitable* threadOf(HANDLE handle) noexcept {
     Waitable* const object = waitable(handle);
     if (object != nullptr && object->isThread) return object;
-    setLastError(invalidHandle);
+    setLastError(errorInvalidHandle);
     return nullptr;
 }
 
@@ -114,13 +109,13 @@ pid_t numberOf(Waitable const& thread) noexcept {
 HANDLE createEvent() noexcept {
     if (ORN_OS_REFUSED("CreateEvent")) return nullptr;
     auto* const event = new (std::nothrow) Waitable{false};
-    if (event == nullptr) setLastError(notEnoughMemory);
+    if (event == nullptr) setLastError(errorNotEnoughMemory);
     return event;
 }
 
 bool signalEvent(HANDLE event) noexcept {
     if (event == nullptr || waitable(event)->isThread) {
-        setLastError(invalidHandle);
+        setLastError(errorInvalidHandle);
         return false;
     }
     waitable(event)->signal();
@@ -143,26 +138,17 @@ void closeHandle(HANDLE handle) noexcept {
 DWORD waitFor(HANDLE handle, DWORD timeout) noexcept {
     Waitable* const object = waitable(handle);
     if (object == nullptr) {
-        setLastError(invalidHandle);
+        setLastError(errorInvalidHandle);
         return waitFailed;
     }
     if (object->take()) return waitObject;
 
-    timespec deadline{};
-    clock_gettime(CLOCK_MONOTONIC, &deadline);
-    deadline.tv_sec += timeout / 1000;
-    deadline.tv_nsec += timeout % 1000 * 1000000L;
-    if (deadline.tv_nsec >= 1000000000L) {
-        ++deadline.tv_sec;
-        deadline.tv_nsec -= 1000000000L;
-    }
-
+    // A signal that comes after the count sees that somebody waits; one that came before is taken by the next look.
+    Deadline const deadline{timeout};
     object->waiting.fetch_add(1);
     DWORD result = waitObject;
     while (!object->take()) {
-        long const slept = syscall(SYS_futex, &object->signalled, FUTEX_WAIT_BITSET_PRIVATE, 0,
-                                   timeout == waitForever ? nullptr : &deadline, nullptr, FUTEX_BITSET_MATCH_ANY);
-        if (slept == -1 && errno == ETIMEDOUT) {
+        if (futexWait(object->signalled, 0, deadline) == ETIMEDOUT) {
             result = object->take() ? waitObject : waitTimedOut;
             break;
         }
@@ -177,7 +163,7 @@ HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int sta
     if (ORN_OS_REFUSED("_beginthreadex")) return nullptr;
     auto* const thread = new (std::nothrow) Waitable{true};
     if (thread == nullptr) {
-        setLastError(notEnoughMemory);
+        setLastError(errorNotEnoughMemory);
         return nullptr;
     }
     thread->main = main;
@@ -191,7 +177,7 @@ HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int sta
     pthread_attr_destroy(&attributes);
     if (error == 0) return thread;
     delete thread;
-    setLastError(notEnoughMemory);
+    setLastError(errorNotEnoughMemory);
     return nullptr;
 }
 
@@ -222,7 +208,7 @@ void lendPriority(HANDLE handle) noexcept {
 void nameThread(char const* name, DWORD threadId) noexcept {
     std::size_t const longest = 15;
     char path[64];
-    long const number = threadId == 0xFFFFFFFF ? syscall(SYS_gettid) : static_cast<long>(threadId);
+    long const number = threadId == callingThread ? syscall(SYS_gettid) : static_cast<long>(threadId);
     std::snprintf(path, sizeof path, "/proc/self/task/%ld/comm", number);
     int const file = open(path, O_WRONLY | O_CLOEXEC);
     if (file < 0) return;

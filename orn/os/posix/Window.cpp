@@ -2,6 +2,7 @@
 
 #include "orn/os/ErrorText.h"
 #include "orn/os/Fault.h"
+#include "orn/os/Status.h"
 
 #include <xcb/xcb.h>
 
@@ -15,8 +16,6 @@
 namespace ORN::os {
 
 namespace {
-
-DWORD const invalidWindow = 1400, notEnoughQuota = 1816;
 
 struct Free {
     void operator()(void* block) const noexcept { std::free(block); }
@@ -128,12 +127,12 @@ void visitChildWindows(HWND window, std::function<bool(HWND)> const& visitor) { 
 
 bool postMessage(HWND window, unsigned int message, unsigned long long wParam, long long lParam) noexcept {
     if (ORN_OS_REFUSED("PostMessage")) {
-        setLastError(notEnoughQuota);
+        setLastError(errorNotEnoughQuota);
         return false;
     }
     Connection const display = Display::connection();
     if (display == nullptr || window == nullptr) {
-        setLastError(invalidWindow);
+        setLastError(errorInvalidWindow);
         return false;
     }
 
@@ -155,7 +154,7 @@ bool postMessage(HWND window, unsigned int message, unsigned long long wParam, l
                                                           reinterpret_cast<char const*>(&event));
     Reply<xcb_generic_error_t> const error{xcb_request_check(display.get(), sent)};
     if (error == nullptr && xcb_connection_has_error(display.get()) == 0) return true;
-    setLastError(invalidWindow);
+    setLastError(errorInvalidWindow);
     return false;
 }
 

@@ -6,9 +6,6 @@
 
 namespace ORN::os {
 
-static_assert(waitObject == WAIT_OBJECT_0 && waitTimeout == WAIT_TIMEOUT && waitFailed == WAIT_FAILED);
-static_assert(infinite == INFINITE);
-
 namespace {
 
 constinit bool loads = true;
@@ -67,7 +64,7 @@ void Room::wakeAll() noexcept { WakeAllConditionVariable(asCondition(condition_)
 
 DWORD Room::sleep(DWORD timeout) noexcept {
     if (SleepConditionVariableSRW(asCondition(condition_), asLock(lock_), timeout, 0)) return waitObject;
-    return GetLastError() == ERROR_TIMEOUT ? waitTimeout : waitFailed;
+    return GetLastError() == ERROR_TIMEOUT ? waitTimedOut : waitFailed;
 }
 
 }

@@ -10,11 +10,11 @@
 /// a multiple of 2^32 releases with waiting threads go by.
 #pragma once
 
-#include "orn/os/Types.h"
+#include "orn/os/Status.h"
 
 #include <cstdint>
 
-namespace ORN::os {
+namespace ORN::Threading {
 
 /// Kernel names the atomic types and the two calls of the system, so that a test can drive every step.
 template <typename Kernel>
@@ -30,11 +30,11 @@ public:
 
     Ticket takeTicket() { return epoch_.load(); }
 
-    /// Sleeps until a release younger than the ticket, at most `timeout` milliseconds (0xFFFFFFFF: no limit). 0 with a
-    /// new ticket, 258 when the time is over, anything else is a failure, told by lastError().
+    /// Sleeps until a release younger than the ticket, at most `timeout` milliseconds. After waitObject the ticket is a new
+    /// one; the other results are waitTimedOut and waitFailed.
     DWORD sleep(Ticket& ticket, DWORD timeout) {
         DWORD const result = Kernel::wait(epoch_, ticket, timeout);
-        if (result == 0) ticket = takeTicket();
+        if (result == os::waitObject) ticket = takeTicket();
         return result;
     }
 

@@ -29,11 +29,11 @@
 /// only falls, so a thread puts back one count for each ticket that it holds, at most, however the system schedules.
 #pragma once
 
-#include "orn/os/Types.h"
+#include "orn/os/Status.h"
 
 #include <cstdint>
 
-namespace ORN::os {
+namespace ORN::Threading {
 
 /// Kernel names the atomic types, the semaphore and the room aside, so that a test can drive every step. Fewer than 2^20
 /// threads may hold a ticket at one time. A ticket is mistaken for a new one only if its holder stands still for a
@@ -51,19 +51,19 @@ public:
 
     Ticket takeTicket() { return epochOf(ledger_.fetch_add(onePresent)); }
 
-    /// Waits for the semaphore, at most `timeout` milliseconds (0xFFFFFFFF: no limit) at a time. 0 after a wake-up, which
-    /// need not have been this thread's, 258 when the time is over, anything else is a failure, told by lastError().
+    /// Waits for the semaphore, at most `timeout` milliseconds at a time. waitObject after a wake-up, which need not have
+    /// been meant for this thread; the other results are waitTimedOut and waitFailed.
     DWORD sleep(Ticket& ticket, DWORD timeout) {
         for (;;) {
-            if (DWORD const result = semaphore_.wait(timeout); result != 0) return result;
+            if (DWORD const result = semaphore_.wait(timeout); result != os::waitObject) return result;
             std::uint64_t ledger = ledger_.load();
-            if (settle(ticket, ledger) || owedOf(ledger) == 0) return 0;
-            if (!release(1)) return failed;
-            if (DWORD const result = stepAside(ticket, timeout); result != 0) return result;
+            if (settle(ticket, ledger) || owedOf(ledger) == 0) return os::waitObject;
+            if (!release(1)) return os::waitFailed;
+            if (DWORD const result = stepAside(ticket, timeout); result != os::waitObject) return result;
             if (ledger = ledger_.load(); epochOf(ledger) == ticket) continue;
             semaphore_.wait(0);  // takes its count along where it is there already
             settle(ticket, ledger);
-            return 0;
+            return os::waitObject;
         }
     }
 
@@ -74,7 +74,7 @@ public:
         bool taken = false, owed = false;
         do {
             owed = epochOf(ledger) != ticket;
-            if (owed && !taken) taken = semaphore_.wait(0) == 0;
+            if (owed && !taken) taken = semaphore_.wait(0) == os::waitObject;
         } while (!ledger_.compare_exchange_strong(ledger, ledger - onePresent - (owed ? oneOwed : 0)));
         if (owed && owedOf(ledger) == 1) tellAside();
     }
@@ -105,7 +105,6 @@ private:
     static constexpr std::uint64_t onePresent = 1;
     static constexpr std::uint64_t oneOwed = onePresent << width;
     static constexpr std::uint64_t oneEpoch = oneOwed << width;
-    static constexpr DWORD failed = 0xFFFFFFFF;
 
     static constexpr std::uint64_t presentOf(std::uint64_t ledger) noexcept { return ledger % oneOwed; }
     static constexpr std::uint64_t owedOf(std::uint64_t ledger) noexcept { return ledger % oneEpoch / oneOwed; }
@@ -125,8 +124,8 @@ private:
     DWORD stepAside(Ticket ticket, DWORD timeout) {
         aside_.fetch_add(1);
         room_.lock();
-        DWORD result = 0;
-        while (result == 0) {
+        DWORD result = os::waitObject;
+        while (result == os::waitObject) {
             std::uint64_t const ledger = ledger_.load();
             if (epochOf(ledger) != ticket || owedOf(ledger) == 0) break;
             result = room_.sleep(timeout);
