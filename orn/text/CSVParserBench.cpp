@@ -59,8 +59,9 @@ void parse(benchmark::State& state) {
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * narrowText().size()));
 }
 
-// As many rows as parse reads, from strings to a text that is handed on piece by piece.
-void write(benchmark::State& state) {
+// As many rows as parse reads, from strings to a text. One that is handed on piece by piece stays small; one that is kept
+// grows to the end.
+void write(benchmark::State& state, std::size_t pieceSize) {
     std::wstring const text{narrowText().begin(), narrowText().end()};
     std::vector<std::vector<std::wstring>> rows(1000);
     ORN::CSVReader reader{text};
@@ -70,14 +71,26 @@ void write(benchmark::State& state) {
         std::wstring written;
         ORN::CSVWriter writer{written, {}, L"\n"};
         units = 0;
-        for (std::size_t n = 0; units < text.size(); ++n) {
+        for (std::size_t n = 0; units + written.size() < text.size(); ++n) {
             writer.write(rows[n % rows.size()]);
-            if (written.size() < 65536) continue;
+            if (written.size() < pieceSize) continue;
             units += written.size();
             written.clear();
         }
+        units += written.size();
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * units));
+}
+
+// The limit of a text that grows: the same units without a question, a row at a time.
+void append(benchmark::State& state) {
+    std::wstring const text{narrowText().begin(), narrowText().end()};
+    for (auto _ : state) {
+        std::wstring written;
+        for (std::size_t at = 0; at < text.size(); at += 100) written.append(text, at, 100);
+        benchmark::DoNotOptimize(written.data());
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text.size()));
 }
 
 // Rows of strings from libcsv's callbacks, which keep their strings, too.
@@ -109,7 +122,9 @@ void libcsv(benchmark::State& state) {
 }
 
 BENCHMARK(parse)->Unit(benchmark::kMillisecond);
-BENCHMARK(write)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(write, pieces, 65536)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(write, grown, 2 * textSize)->Unit(benchmark::kMillisecond);
+BENCHMARK(append)->Unit(benchmark::kMillisecond);
 BENCHMARK(libcsv)->Unit(benchmark::kMillisecond);
 
 }

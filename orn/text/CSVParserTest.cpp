@@ -96,8 +96,8 @@ TEST(CSVParser, TheRulesHoldWholeAndInPiecesOfAnySize) {
 }
 
 TEST(CSVParser, ThePartialRecordStaysInsideTheParser) {
-    std::unique_ptr<CSVParser> const parser{CSVParser::create()};
-    std::wstring const first = L"a , \"b", second = L"c\",d\n";
+    std::unique_ptr<CSVParser> const parser{CSVParser::create({L';'})};
+    std::wstring const first = L"a ; \"b", second = L"c\";d\n";
     std::vector<std::wstring> some{L"left over"}, other{L"from", L"before", L"and", L"more"};
     EXPECT_FALSE(parser->parse(some, first));
     EXPECT_TRUE(parser->parse(other, second));

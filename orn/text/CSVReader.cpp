@@ -14,9 +14,9 @@ namespace ORN {
 // behind a lone CR is always the next piece.
 class CSVReader::Imp {
 public:
-    Imp(TextReader* lines, std::wstring const* text, CSVFormat format)
+    Imp(TextReader* lines, std::wstring_view text, CSVFormat format)
         : Imp{lines, text, std::make_unique<RawCSVParser>(format)} {}
-    Imp(TextReader* lines, std::wstring const* text, std::wstring_view columns, CSVFormat format)
+    Imp(TextReader* lines, std::wstring_view text, std::wstring_view columns, CSVFormat format)
         : Imp{lines, text, std::make_unique<HeadedCSVParser>(columns, format)} {}
 
     bool read(std::vector<std::wstring>& fields) {
@@ -43,9 +43,9 @@ public:
     CSVParser const& parser() const noexcept { return *parser_; }
 
 private:
-    Imp(TextReader* lines, std::wstring const* text, std::unique_ptr<RawCSVParser> parser)
+    Imp(TextReader* lines, std::wstring_view text, std::unique_ptr<RawCSVParser> parser)
         : lines_{lines}, text_{text}, raw_{*parser}, parser_{std::move(parser)} {}
-    Imp(TextReader* lines, std::wstring const* text, std::unique_ptr<HeadedCSVParser> parser)
+    Imp(TextReader* lines, std::wstring_view text, std::unique_ptr<HeadedCSVParser> parser)
         : lines_{lines}, text_{text}, raw_{parser->parser()}, parser_{std::move(parser)} {}
 
     bool nextPiece() {
@@ -62,19 +62,19 @@ private:
     }
 
     bool nextPartOfText() {
-        auto const begin = text_->begin() + static_cast<std::ptrdiff_t>(position_), end = text_->end();
+        auto const begin = text_.begin() + static_cast<std::ptrdiff_t>(position_), end = text_.end();
         if (begin == end) return false;
         auto stop = std::find_if(begin, end, [](wchar_t unit) { return isLineEnd(static_cast<unsigned int>(unit)); });
         bool const last = stop == end;
         if (!last && *stop++ == L'\r' && stop != end && *stop == L'\n') ++stop;
         piece_.assign(begin, stop);
         if (last) piece_ += L'\n';
-        position_ = static_cast<std::size_t>(stop - text_->begin());
+        position_ = static_cast<std::size_t>(stop - text_.begin());
         return true;
     }
 
     TextReader* lines_;
-    std::wstring const* text_;
+    std::wstring_view text_;
     std::size_t position_ = 0;
     RawCSVParser const& raw_;
     std::unique_ptr<CSVParser> parser_;
@@ -85,15 +85,18 @@ private:
 
 CSVReader::CSVReader(TextReader& lines) : CSVReader{lines, CSVFormat{}} {}
 CSVReader::CSVReader(std::wstring const& text) : CSVReader{text, CSVFormat{}} {}
-CSVReader::CSVReader(TextReader& lines, CSVFormat format) : imp_{std::make_unique<Imp>(&lines, nullptr, format)} {}
-CSVReader::CSVReader(std::wstring const& text, CSVFormat format)
-    : imp_{std::make_unique<Imp>(nullptr, &text, format)} {}
+CSVReader::CSVReader(TextReader& lines, CSVFormat format)
+    : imp_{std::make_unique<Imp>(&lines, std::wstring_view{}, format)} {}
+CSVReader::CSVReader(std::wstring const& text, CSVFormat format) : imp_{std::make_unique<Imp>(nullptr, text, format)} {}
 CSVReader::CSVReader(TextReader& lines, std::wstring const& columns) : CSVReader{lines, columns, CSVFormat{}} {}
 CSVReader::CSVReader(std::wstring const& text, std::wstring const& columns) : CSVReader{text, columns, CSVFormat{}} {}
 CSVReader::CSVReader(TextReader& lines, std::wstring_view columns, CSVFormat format)
-    : imp_{std::make_unique<Imp>(&lines, nullptr, columns, format)} {}
+    : imp_{std::make_unique<Imp>(&lines, std::wstring_view{}, columns, format)} {}
 CSVReader::CSVReader(std::wstring const& text, std::wstring_view columns, CSVFormat format)
-    : imp_{std::make_unique<Imp>(nullptr, &text, columns, format)} {}
+    : imp_{std::make_unique<Imp>(nullptr, text, columns, format)} {}
+CSVReader::CSVReader(std::wstring_view text, std::wstring_view const* columns, CSVFormat format)
+    : imp_{columns != nullptr ? std::make_unique<Imp>(nullptr, text, *columns, format)
+                              : std::make_unique<Imp>(nullptr, text, format)} {}
 CSVReader::CSVReader(CSVReader&&) noexcept = default;
 CSVReader& CSVReader::operator=(CSVReader&&) noexcept = default;
 CSVReader::~CSVReader() = default;

@@ -4,9 +4,11 @@
 #include "orn/Export.h"
 #include "orn/text/CSVParser.h"
 
+#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ORN {
@@ -27,6 +29,10 @@ public:
     explicit CSVReader(std::wstring const& text);
     CSVReader(TextReader& lines, CSVFormat format);
     CSVReader(std::wstring const& text, CSVFormat format);
+    CSVReader(TextReader& lines, wchar_t delimiter) : CSVReader{lines, CSVFormat{delimiter}} {}
+    CSVReader(std::wstring const& text, wchar_t delimiter) : CSVReader{text, CSVFormat{delimiter}} {}
+    template <std::same_as<std::wstring_view> View>
+    explicit CSVReader(View text, CSVFormat format = {}) : CSVReader{text, nullptr, format} {}
     /// @}
 
     /// Takes the first record as the header and yields of the others the columns named here (themselves a record of the
@@ -36,12 +42,15 @@ public:
     CSVReader(std::wstring const& text, std::wstring const& columns);
     CSVReader(TextReader& lines, std::wstring_view columns, CSVFormat format);
     CSVReader(std::wstring const& text, std::wstring_view columns, CSVFormat format);
+    template <std::same_as<std::wstring_view> View>
+    CSVReader(View text, std::wstring_view columns, CSVFormat format = {}) : CSVReader{text, &columns, format} {}
     /// @}
 
     /// The text would be gone at once.
     /// @{
     explicit CSVReader(std::wstring const&& text) = delete;
     CSVReader(std::wstring const&& text, CSVFormat format) = delete;
+    CSVReader(std::wstring const&& text, wchar_t delimiter) = delete;
     CSVReader(std::wstring const&& text, std::wstring const& columns) = delete;
     CSVReader(std::wstring const&& text, std::wstring_view columns, CSVFormat format) = delete;
     /// @}
@@ -68,6 +77,9 @@ public:
 
 private:
     class Imp;
+
+    CSVReader(std::wstring_view text, std::wstring_view const* columns, CSVFormat format);
+
     std::unique_ptr<Imp> imp_;
 };
 

@@ -29,6 +29,8 @@ std::wstring rowsOf(std::wstring const& text, Columns const&... columns) {
     std::unique_ptr<TextReader> const lines{TextReader::create(folder.put("rows.csv", {text.begin(), text.end()}))};
     CSVReader reader{*lines, columns...};
     EXPECT_EQ(readAll(reader), rows) << testing::PrintToString(text);
+    CSVReader part{std::wstring_view{text}, columns...};
+    EXPECT_EQ(readAll(part), rows) << testing::PrintToString(text);
     std::vector<std::wstring> fields{L"kept?"};
     EXPECT_FALSE(reader.read(fields));
     EXPECT_TRUE(fields.empty());
@@ -48,6 +50,10 @@ TEST(CSVReader, RecordsAndTheirLines) {
     std::wstring const text = L"\"a\rb\r\nc\u2028\",d\r";  // of a whole text the line ends in quotes stay as they are
     CSVReader reader{text};
     EXPECT_EQ(readAll(reader), L"1-4:a\rb\r\nc\u2028|d|;");
+
+    std::wstring const semicolons = L"a,b;c\n";
+    CSVReader other{semicolons, {L';'}};  // the braces hold a delimiter, and no columns
+    EXPECT_EQ(readAll(other), L"1-1:a,b|c|;");
 }
 
 TEST(CSVReader, Columns) {
