@@ -22,9 +22,9 @@ orn_unit(os/Uuid)
 orn_unit(os/Waitable)
 orn_unit(os/Window)
 
-# What keeps the registry where the system has none.
+# Off Windows: the libraries that are opened when they are needed, and what keeps the registry.
 if(NOT WIN32)
-  foreach(part NameCase RegistryStore)
-    set_property(GLOBAL APPEND PROPERTY ORN_OS_SOURCES "${CMAKE_CURRENT_SOURCE_DIR}/os/posix/registry/${part}.cpp")
+  foreach(part ServiceLibrary registry/NameCase registry/RegistryStore)
+    set_property(GLOBAL APPEND PROPERTY ORN_OS_SOURCES "${CMAKE_CURRENT_SOURCE_DIR}/os/posix/${part}.cpp")
   endforeach()
 endif()

@@ -6,7 +6,6 @@
 
 #include <fcntl.h>
 #include <unistd.h>
-#include <uuid/uuid.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -54,13 +53,12 @@ public:
         if (::fsync(descriptor_) != 0) return false;
         if (name_.empty()) {
             // Only a file with a name can take another's place.
-            uuid_t id;
-            uuid_generate(id);
-            char text[UUID_STR_LEN];
-            uuid_unparse_lower(id, text);
-            char self[32];
+            unsigned long long random[2];
+            if (::getentropy(random, sizeof random) != 0) return false;
+            char end[2 * 16 + 2], self[32];
+            std::snprintf(end, sizeof end, ".%016llx%016llx", random[0], random[1]);
             std::snprintf(self, sizeof self, "/proc/self/fd/%d", descriptor_);
-            std::string name = path + '.' + text;
+            std::string name = path + end;
             if (::linkat(AT_FDCWD, self, AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) return false;
             name_.swap(name);
         }

@@ -5,6 +5,7 @@
 #include "orn/os/Fault.h"
 #include "orn/os/File.h"
 #include "orn/os/posix/CacheFile.h"
+#include "orn/os/posix/ServiceLibrary.h"
 
 #include <lcms2.h>
 #include <lcms2_plugin.h>
@@ -26,6 +27,16 @@
 namespace ORN::os {
 
 namespace {
+
+// clang-format off
+#define ORN_LIBLCMS2_FUNCTIONS(use) \
+    use(cmsCloseProfile) use(cmsCreate_sRGBProfile) use(cmsCreateMultiprofileTransform) use(cmsDeleteTransform) \
+    use(cmsDoTransform) use(cmsFormatterForColorspaceOfProfile) use(cmsFormatterForPCSOfProfile) \
+    use(cmsGetColorSpace) use(cmsGetDeviceClass) use(cmsGetPCS) use(cmsGetProfileIOhandler) \
+    use(cmsGetTransformInputFormat) use(cmsGetTransformOutputFormat) use(cmsOpenIOhandlerFromStream) \
+    use(cmsOpenProfileFromIOhandlerTHR) use(cmsOpenProfileFromMem) use(cmsReadRawTag) use(cmsSaveProfileToMem)
+// clang-format on
+ORN_SERVICE_LIBRARY(liblcms2, ORN_LIBLCMS2_FUNCTIONS)
 
 DWORD const cannotOpen = 4, accessDenied = 5, writeFault = 29, invalidParameter = 87;
 DWORD const insufficientBuffer = 122, invalidProfile = 2011, tagNotFound = 2012, invalidColourSpace = 2017,
@@ -174,6 +185,7 @@ cmsUInt32Number formatOf(cmsHPROFILE profile, bool connection) {
 
 bool standardProfile(wchar_t* path, DWORD& size) {
     if (isRefused("GetStandardColorSpaceProfile")) return false;
+    if (!liblcms2.open()) return fail(liblcms2.missing());
     std::string place;
     if (!standardFile(place)) return false;
     std::wstring wide(place.size(), L'\0');
@@ -187,6 +199,10 @@ bool standardProfile(wchar_t* path, DWORD& size) {
 
 HPROFILE openProfile(ProfileSource const& source) {
     if (isRefused("OpenColorProfile")) return nullptr;
+    if (!liblcms2.open()) {
+        fail(liblcms2.missing());
+        return nullptr;
+    }
     if (source.kind == ProfileKind::fileName) return openFileProfile(source);
     cmsHPROFILE const profile = cmsOpenProfileFromMem(source.data, source.size);
     if (profile == nullptr) fail(invalidProfile);

@@ -3,6 +3,7 @@
 #include "orn/os/Fault.h"
 #include "orn/os/posix/CacheFile.h"
 #include "orn/os/posix/NativeName.h"
+#include "orn/os/posix/ServiceLibrary.h"
 
 #include <curl/curl.h>
 #include <pthread.h>
@@ -22,6 +23,17 @@
 namespace ORN::os {
 
 namespace {
+
+// clang-format off
+#define ORN_LIBCURL_FUNCTIONS(use) \
+    use(curl_easy_cleanup) use(curl_easy_getinfo) use(curl_easy_init) use(curl_easy_perform) \
+    use(curl_easy_setopt) use(curl_free) use(curl_global_init) use(curl_url) use(curl_url_cleanup) \
+    use(curl_url_get) use(curl_url_set)
+// clang-format on
+ORN_SERVICE_LIBRARY(libcurl, ORN_LIBCURL_FUNCTIONS)
+
+#define ORN_LIBUUID_FUNCTIONS(use) use(uuid_generate_sha1) use(uuid_get_template) use(uuid_unparse_lower)
+ORN_SERVICE_LIBRARY(libuuid, ORN_LIBUUID_FUNCTIONS)
 
 /// Windows' codes for what happens to downloads; facility 7 carries the system's own codes.
 enum class Failure : DWORD {
@@ -219,6 +231,8 @@ HRESULT receive(CURLU* address, Received& received) {
 
 HRESULT downloadToCache(wchar_t const* url, std::wstring& file) {
     if (ORN_OS_REFUSED("URLDownloadToCacheFile")) return statusOf(Failure::unspecified);
+    for (ServiceLibrary* const library : {&libcurl, &libuuid})
+        if (!library->open()) return static_cast<HRESULT>(library->missing());
     Address const address{startCurl() ? curl_url() : nullptr};
     if (address == nullptr) return statusOf(Failure::outOfMemory);
     std::string const ascii = asciiForm(url);

@@ -1,8 +1,11 @@
 #include "orn/os/ErrorText.h"
 
+#include "orn/os/posix/ServiceLibrary.h"
+
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <utility>
 
 namespace ORN::os {
 
@@ -104,7 +107,11 @@ bool errorText(DWORD code, wchar_t const* module, std::wstring& text) {
     if (ofDownload && find(downloadTexts, code, text)) return true;
     // A download fails by what the system did, too. Some COM results carry one of the system's codes.
     bool const carries = code >> 16 == 0x8007;
-    return find(texts, carries ? code & 0xFFFF : code, text);
+    if (find(texts, carries ? code & 0xFFFF : code, text)) return true;
+    std::wstring missing = ServiceLibrary::textOfMissing(code);
+    if (missing.empty()) return false;
+    text = std::move(missing);
+    return true;
 }
 
 bool systemErrorText(DWORD code, std::wstring& text) { return errorText(code, nullptr, text); }

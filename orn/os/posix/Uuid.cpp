@@ -2,7 +2,7 @@
 
 #include "orn/os/Fault.h"
 
-#include <uuid/uuid.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <compare>
@@ -13,7 +13,7 @@ namespace ORN::os {
 
 namespace {
 
-constexpr LONG localOnly = 1824, outOfMemory = 14, invalidArgument = 87;
+constexpr LONG localOnly = 1824, noneMade = 1739, outOfMemory = 14, invalidArgument = 87;
 
 /// The value whose bytes, most significant first in each field, these are.
 Uuid fromBytes(unsigned char const (&bytes)[16]) noexcept {
@@ -37,7 +37,10 @@ int digit(wchar_t c) noexcept {
 
 LONG createUuid(Uuid& uuid) noexcept {
     unsigned char bytes[16];
-    uuid_generate_random(bytes);
+    if (::getentropy(bytes, sizeof bytes) != 0) return noneMade;
+    // RFC 4122, section 4.4: version 4, of random bits, in the variant that the document describes.
+    bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0F) | 0x40);
+    bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3F) | 0x80);
     uuid = fromBytes(bytes);
     return ORN_OS_REFUSED("UuidCreate") ? localOnly : 0;
 }

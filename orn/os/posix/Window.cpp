@@ -3,6 +3,7 @@
 #include "orn/os/ErrorText.h"
 #include "orn/os/Fault.h"
 #include "orn/os/Status.h"
+#include "orn/os/posix/ServiceLibrary.h"
 
 #include <xcb/xcb.h>
 
@@ -16,6 +17,14 @@
 namespace ORN::os {
 
 namespace {
+
+// clang-format off
+#define ORN_LIBXCB_FUNCTIONS(use) \
+    use(xcb_connect) use(xcb_connection_has_error) use(xcb_disconnect) use(xcb_get_setup) use(xcb_query_tree) \
+    use(xcb_query_tree_children) use(xcb_query_tree_children_length) use(xcb_query_tree_reply) \
+    use(xcb_request_check) use(xcb_send_event_checked) use(xcb_setup_roots_iterator)
+// clang-format on
+ORN_SERVICE_LIBRARY(libxcb, ORN_LIBXCB_FUNCTIONS)
 
 struct Free {
     void operator()(void* block) const noexcept { std::free(block); }
@@ -43,8 +52,8 @@ private:
     static Connection current() {
         Connection& connection = last_.connection;
         if (connection != nullptr && xcb_connection_has_error(connection.get()) != 0) connection = nullptr;
-        if (connection == nullptr && !unloaded_ && std::getenv("DISPLAY") != nullptr) {
-            connection = Connection{xcb_connect(nullptr, nullptr), xcb_disconnect};
+        if (connection == nullptr && !unloaded_ && std::getenv("DISPLAY") != nullptr && libxcb.open()) {
+            connection = Connection{xcb_connect(nullptr, nullptr), +xcb_disconnect};
             if (xcb_connection_has_error(connection.get()) != 0) connection = nullptr;
         }
         return connection;
@@ -132,7 +141,7 @@ bool postMessage(HWND window, unsigned int message, unsigned long long wParam, l
     }
     Connection const display = Display::connection();
     if (display == nullptr || window == nullptr) {
-        setLastError(errorInvalidWindow);
+        setLastError(libxcb.open() ? errorInvalidWindow : libxcb.missing());
         return false;
     }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "orn/os/Registry.h"
+#include "orn/os/posix/ServiceLibrary.h"
 #include "orn/os/posix/registry/RegistryStore.h"
 
 #include <sqlite3.h>
@@ -11,6 +12,17 @@
 #include <utility>
 
 namespace ORN::os {
+
+// clang-format off
+#define ORN_LIBSQLITE3_FUNCTIONS(use) \
+    use(sqlite3_bind_blob64) use(sqlite3_bind_int64) use(sqlite3_bind_text64) use(sqlite3_busy_handler) \
+    use(sqlite3_changes) use(sqlite3_close) use(sqlite3_column_blob) use(sqlite3_column_bytes) \
+    use(sqlite3_column_bytes16) use(sqlite3_column_int64) use(sqlite3_column_text16) use(sqlite3_db_config) \
+    use(sqlite3_db_filename) use(sqlite3_db_readonly) use(sqlite3_file_control) use(sqlite3_filename_wal) \
+    use(sqlite3_finalize) use(sqlite3_get_autocommit) use(sqlite3_last_insert_rowid) use(sqlite3_open_v2) \
+    use(sqlite3_prepare_v2) use(sqlite3_step) use(sqlite3_system_errno)
+// clang-format on
+ORN_SERVICE_LIBRARY(libsqlite3, ORN_LIBSQLITE3_FUNCTIONS)
 
 inline DWORD statusOf(sqlite3* database, int result) noexcept {
     switch (result & 0xFF) {

@@ -35,8 +35,7 @@ bool RegistryStore::isAt(std::string const& path, struct stat const& file) const
 }
 
 void RegistryStore::disconnect() noexcept {
-    sqlite3_close(database_);
-    database_ = nullptr;
+    if (database_ != nullptr) sqlite3_close(std::exchange(database_, nullptr));
 }
 
 bool RegistryStore::wait() const noexcept {
@@ -63,6 +62,7 @@ DWORD RegistryStore::connect(bool forWriting) {
 }
 
 DWORD RegistryStore::open(bool forWriting) {
+    if (!libsqlite3.open()) return libsqlite3.missing();
     int const flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
     int const result = sqlite3_open_v2(path_.c_str(), &database_, flags, nullptr);
     if (result != SQLITE_OK) return statusOf(database_, result);
