@@ -4,52 +4,6 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# Parts of the seam that public headers may include; everything else in orn/os stays inside.
-set(ORN_OPEN_SEAM orn/os/CriticalSection.h orn/os/MemoryStatus.h orn/os/Types.h)
-
-# The public headers are those that orn.h names, and what these include. Whoever compiles them needs no other library's
-# headers than the standard's and POSIX's.
-function(orn_public_headers result)
-  get_property(units GLOBAL PROPERTY ORN_PUBLIC_HEADERS)
-  set(headers orn/orn.h)
-  set(unseen orn/orn.h)
-  while(unseen)
-    list(POP_FRONT unseen header)
-    file(STRINGS "${PROJECT_SOURCE_DIR}/${header}" foreign REGEX "^#include <.*[./]")
-    list(FILTER foreign EXCLUDE REGEX "<pthread.h>")
-    if(foreign)
-      message(FATAL_ERROR "${header} is public and says ${foreign}, which its users may not have")
-    endif()
-    file(STRINGS "${PROJECT_SOURCE_DIR}/${header}" lines REGEX "^#include \"")
-    foreach(line ${lines})
-      string(REGEX REPLACE "^#include \"(.*)\".*" "\\1" included "${line}")
-      if(included IN_LIST headers)
-        continue()
-      endif()
-      string(REGEX REPLACE "^orn/" "" unit "${included}")
-      if(NOT unit IN_LIST units AND NOT included MATCHES "^orn/(Export|Version)[.]h$" AND NOT included IN_LIST ORN_OPEN_SEAM)
-        message(FATAL_ERROR "${header} is public and includes ${included}, which is not. If it has to be, it belongs to "
-                            "ORN_OPEN_SEAM in cmake/OrnInstall.cmake")
-      endif()
-      list(APPEND headers "${included}")
-      list(APPEND unseen "${included}")
-    endforeach()
-  endwhile()
-  foreach(open ${ORN_OPEN_SEAM})
-    if(NOT open IN_LIST headers)
-      message(FATAL_ERROR "ORN_OPEN_SEAM names ${open}, and no public header includes it")
-    endif()
-  endforeach()
-  set(${result} ${headers} PARENT_SCOPE)
-endfunction()
-
-orn_public_headers(headers)
-foreach(header ${headers} ornmsg/ornmsg.h)
-  cmake_path(GET header PARENT_PATH folder)
-  install(FILES "${PROJECT_SOURCE_DIR}/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}"
-          COMPONENT development)
-endforeach()
-
 if(NOT WIN32)
   set_target_properties(orn ornmsg PROPERTIES INSTALL_RPATH "$ORIGIN")
 endif()
@@ -59,17 +13,16 @@ install(TARGETS orn ornmsg EXPORT orn-targets
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT library
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development
-  INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
-get_property(runtime GLOBAL PROPERTY ORN_RUNTIME_DLLS)
-install(FILES ${runtime} DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT library)
-foreach(dll ${runtime})
+  FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT development)
+install(FILES ${ORN_RUNTIME_DLLS} DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT library)
+foreach(dll ${ORN_RUNTIME_DLLS})
   cmake_path(GET dll FILENAME name)
   set(installed "\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/${name}")
   install(CODE "if(CMAKE_INSTALL_DO_STRIP)
   execute_process(COMMAND \"${CMAKE_STRIP}\" --strip-unneeded \"${installed}\" COMMAND_ERROR_IS_FATAL ANY)
 endif()" COMPONENT library)
 endforeach()
-if(runtime)
+if(ORN_RUNTIME_DLLS)
   foreach(origin gcc-mingw-w64-x86-64-posix-runtime mingw-w64-x86-64-dev)
     install(FILES "/usr/share/doc/${origin}/copyright" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/orn"
             RENAME "copyright-${origin}" COMPONENT library OPTIONAL)

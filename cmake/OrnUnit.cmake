@@ -1,64 +1,76 @@
-# A unit is a set of neighbours that share a name: X.h, X.cpp (unless everything is inline), XTest.cpp, and where there
-# is something for them XInnerTest.cpp (needs the inside of the library or injects failures) and XBench.cpp.
+# A unit is a set of neighbours that share a name. Each unit declares itself with one line,
 #
 #   orn_unit(geometry/Extent)
 #
-# collects them; a unit without a test does not configure. A unit of the seam, os/X, has its source in os/windows/X.cpp
-# and os/posix/X.cpp. Its test belongs to the inside, and it has one only where it has logic of its own: a thin call is
-# held by the tests of the unit above it. What there is on Windows alone, orn_unit(platform/X WINDOWS),
-# leaves nothing but its header on other systems. What applications do not see, orn_unit(geometry/X INSIDE), is tested
-# with the inside, and its header is not public.
+# which adds the files that are there to the targets that want them:
+#
+#   Extent.h, or ExtentImp.h      the public headers of orn, unless the unit belongs to the seam or is INSIDE
+#   Extent.cpp                    the library
+#   ExtentTest.cpp                orn-geometry-test, which sees what an application sees; INSIDE: orn-inner-test
+#   ExtentInnerTest.cpp           orn-inner-test, which sees the inside and lets calls of the system fail
+#   ExtentBench.cpp               a benchmark program of its own
+#
+# A unit of the seam, os/X, has its source in os/windows/X.cpp and os/posix/X.cpp. Its test goes to orn-inner-test, or with
+# CODE_PAGE to orn-code-page-test, which runs in several code pages. It has one only where it has logic of its own: a thin
+# call is held by the tests of the unit above it. A unit below, as os/posix/registry/X, has its source beside its header.
+# Every other unit needs a test.
+#
+# With WINDOWS or POSIX, other systems get the header alone.
 function(orn_unit unit)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS;INSIDE" "" "")
-  cmake_path(GET unit PARENT_PATH folder)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS;POSIX;INSIDE;CODE_PAGE" "" "")
+  string(REGEX MATCH "^[^/]+" room "${unit}")
   cmake_path(GET unit FILENAME name)
   set(base "${CMAKE_CURRENT_SOURCE_DIR}/${unit}")
-  set(tests "")
-  set(inner "")
-
-  if(NOT EXISTS "${base}.h")
+  set(source "${base}.cpp")
+  set(needed "${base}Test.cpp")
+  if(unit STREQUAL "os/${name}")
+    set(source "${CMAKE_CURRENT_SOURCE_DIR}/os/${ORN_OS}/${name}.cpp")
+  endif()
+  if(room STREQUAL "os")
+    set(needed "${source}")
+  endif()
+  if(NOT EXISTS "${base}.h" AND NOT EXISTS "${base}Imp.h")
     message(FATAL_ERROR "orn_unit(${unit}): there is no ${unit}.h")
   endif()
-  if(arg_WINDOWS AND NOT WIN32)
-    if(NOT folder STREQUAL "os")
-      set_property(GLOBAL APPEND PROPERTY ORN_PUBLIC_HEADERS "${unit}.h")
-    endif()
+
+  if(NOT arg_INSIDE AND NOT room STREQUAL "os")
+    target_sources(orn PUBLIC FILE_SET HEADERS FILES "${base}.h")
+  endif()
+  if((arg_WINDOWS AND NOT WIN32) OR (arg_POSIX AND WIN32))
     return()
   endif()
-  if(folder STREQUAL "os")
-    set(source "${CMAKE_CURRENT_SOURCE_DIR}/os/${ORN_OS}/${name}.cpp")
-    set_property(GLOBAL APPEND PROPERTY ORN_OS_SOURCES "${source}")
-    if(EXISTS "${base}Test.cpp")
-      set(inner "${base}Test.cpp")
+  if(NOT EXISTS "${needed}")
+    message(FATAL_ERROR "orn_unit(${unit}): there is no ${needed}")
+  endif()
+  if(room STREQUAL "os")
+    orn_add("${source}" orn-os orn-failing-os)
+    if(arg_CODE_PAGE)
+      orn_add("${base}Test.cpp" orn-code-page-test)
+    else()
+      orn_add("${base}Test.cpp" orn-inner-test)
     endif()
   else()
-    if(EXISTS "${base}.cpp")
-      set_property(GLOBAL APPEND PROPERTY ORN_SOURCES "${base}.cpp")
-    endif()
+    orn_add("${source}" orn-objects)
     if(arg_INSIDE)
-      list(APPEND inner "${base}Test.cpp")
-    else()
-      set_property(GLOBAL APPEND PROPERTY ORN_PUBLIC_HEADERS "${unit}.h")
-      set(tests "${base}Test.cpp")
+      orn_add("${base}Test.cpp" orn-inner-test)
+    elseif(ORN_TESTS)
+      if(NOT TARGET orn-${room}-test)
+        orn_test(orn-${room}-test LIBRARIES orn ornmsg orn-test-support)
+      endif()
+      orn_add("${base}Test.cpp" orn-${room}-test)
     endif()
-    if(EXISTS "${base}InnerTest.cpp")
-      list(APPEND inner "${base}InnerTest.cpp")
-    endif()
+    orn_add("${base}InnerTest.cpp" orn-inner-test)
   endif()
-  foreach(test ${tests} ${inner})
-    if(NOT EXISTS "${test}")
-      message(FATAL_ERROR "orn_unit(${unit}): a unit needs its test, and there is no ${test}")
+  if(ORN_BENCHMARKS AND EXISTS "${base}Bench.cpp")
+    orn_bench("${base}Bench.cpp")
+  endif()
+endfunction()
+
+# Adds a file, if it is there, to those of the targets that are.
+function(orn_add file)
+  foreach(target ${ARGN})
+    if(EXISTS "${file}" AND TARGET ${target})
+      target_sources(${target} PRIVATE "${file}")
     endif()
   endforeach()
-
-  if(tests)
-    set_property(GLOBAL APPEND PROPERTY ORN_TESTED_FOLDERS "${folder}")
-    set_property(GLOBAL APPEND PROPERTY "ORN_TESTS_${folder}" "${tests}")
-  endif()
-  if(inner)
-    set_property(GLOBAL APPEND PROPERTY ORN_INNER_TESTS "${inner}")
-  endif()
-  if(EXISTS "${base}Bench.cpp")
-    set_property(GLOBAL APPEND PROPERTY ORN_BENCHES "${base}Bench.cpp")
-  endif()
 endfunction()

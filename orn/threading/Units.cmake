@@ -7,7 +7,7 @@ orn_unit(threading/ThreadName)
 orn_unit(threading/WindowMessage)
 
 # The algorithm inside the lock has no interface of its own to applications.
-set_property(GLOBAL APPEND PROPERTY ORN_INNER_TESTS "${CMAKE_CURRENT_SOURCE_DIR}/threading/LockStepsTest.cpp")
+orn_unit(threading/LockSteps INSIDE)
 if(ORN_TESTS AND NOT WIN32 AND NOT ORN_SANITIZERS)
   include("${CMAKE_CURRENT_LIST_DIR}/model/Model.cmake")
 endif()
