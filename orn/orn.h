@@ -71,3 +71,4 @@
 #include "orn/transforms/PointMapping.h"
 #include "orn/transforms/Transform.h"
 #include "orn/transforms/UniformTransform.h"
+#include "orn/unicode/Surrogates.h"

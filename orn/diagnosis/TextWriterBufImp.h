@@ -2,8 +2,8 @@
 #pragma once
 
 #include "orn/text/CodePoint.h"
-#include "orn/text/LineEndImp.h"
 #include "orn/text/TextWriter.h"
+#include "orn/unicode/CodePoints.h"
 
 #include <cstdint>
 #include <exception>

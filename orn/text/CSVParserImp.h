@@ -4,7 +4,7 @@
 #include "orn/text/CSVParser.h"
 #include "orn/text/CharacterClass.h"
 #include "orn/text/CodePoint.h"
-#include "orn/text/LineEndImp.h"
+#include "orn/unicode/CodePoints.h"
 
 #include <cstddef>
 #include <cstdint>

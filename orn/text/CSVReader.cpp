@@ -2,8 +2,8 @@
 
 #include "orn/foundation/Error.h"
 #include "orn/text/CSVParserImp.h"
-#include "orn/text/LineEndImp.h"
 #include "orn/text/TextReader.h"
+#include "orn/unicode/CodePoints.h"
 #include "ornmsg/ornmsg.h"
 
 #include <algorithm>

@@ -2,21 +2,10 @@
 #pragma once
 
 #include "orn/Export.h"
+#include "orn/unicode/Surrogates.h"
 
 #include <cstddef>
 #include <string>
-
-/// The masks test all 32 bits: 0x1D800 is no surrogate.
-constexpr bool isSurrogate(unsigned int u) noexcept { return (u & 0xFFFFF800u) == 0xD800u; }
-constexpr bool isSurrogateA(unsigned int u) noexcept { return (u & 0xFFFFFC00u) == 0xD800u; }  ///< leading
-constexpr bool isSurrogateB(unsigned int u) noexcept { return (u & 0xFFFFFC00u) == 0xDC00u; }  ///< trailing
-
-/// Combines a leading and a trailing surrogate; false, with out untouched, for any other two units.
-constexpr bool fromUTF16(unsigned int& out, unsigned int a, unsigned int b) noexcept {
-    if (!isSurrogateA(a) || !isSurrogateB(b)) return false;
-    out = ((a - 0xD800u) << 10 | (b - 0xDC00u)) + 0x10000u;
-    return true;
-}
 
 /// One code point: any 32-bit value, held as given, lone surrogates and values beyond Unicode included.
 class ORN_API CodePoint {

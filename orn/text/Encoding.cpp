@@ -3,14 +3,13 @@
 #include "orn/foundation/Error.h"
 #include "orn/os/CodePage.h"
 #include "orn/os/ErrorText.h"
-#include "orn/text/CodePoint.h"
-#include "orn/text/UTF8DecodeImp.h"
-#include "orn/text/UTF8EncodeImp.h"
+#include "orn/os/Scratch.h"
+#include "orn/unicode/DecodeUtf8.h"
+#include "orn/unicode/EncodeUtf8.h"
 
 #include <algorithm>
 #include <climits>
 #include <cstring>
-#include <memory>
 #include <string_view>
 
 namespace {
@@ -50,25 +49,14 @@ bool isASCII(unsigned char const* p, std::size_t length) noexcept {
 
 // ---- The multibyte code page
 
-// Room for short texts on the stack, for longer ones on the heap.
-template <typename T, std::size_t N>
-class Scratch {
-public:
-    explicit Scratch(std::size_t size)
-        : heap_{size > N ? std::make_unique_for_overwrite<T[]>(size) : nullptr}, size_{size} {}
-
-    T* data() noexcept { return heap_ ? heap_.get() : stack_; }
-    int size() const noexcept { return static_cast<int>(std::min<std::size_t>(size_, INT_MAX)); }
-
-private:
-    T stack_[N];
-    std::unique_ptr<T[]> heap_;
-    std::size_t size_;
-};
-
 int platformLength(std::size_t length) {
     if (length > INT_MAX) throwIntCast();
     return static_cast<int>(length);
+}
+
+template <typename T, std::size_t N>
+int roomOf(ORN::os::Scratch<T, N> const& scratch) noexcept {
+    return static_cast<int>(std::min<std::size_t>(scratch.size(), INT_MAX));
 }
 
 // Where a code point begins, near the middle of two others; 0 when there is none between them.
@@ -105,8 +93,8 @@ std::wstring getWCS(std::string const& text) { return getWCS(text.data(), text.s
 std::wstring getWCS(char const* text, std::size_t length) {
     if (length == 0) return {};
     int const bytes = platformLength(length);
-    Scratch<wchar_t, 64> scratch{length + 1};
-    int const units = ORN::os::multibyteToWide(text, bytes, scratch.data(), scratch.size());
+    ORN::os::Scratch<wchar_t, 64> scratch{length + 1};
+    int const units = ORN::os::multibyteToWide(text, bytes, scratch.data(), roomOf(scratch));
     return {scratch.data(), static_cast<std::size_t>(units)};
 }
 
@@ -116,8 +104,8 @@ std::string getMBS(std::wstring const& text) { return getMBS(text.data(), text.s
 std::string getMBS(wchar_t const* text, std::size_t length) {
     if (length == 0) return {};
     int const units = platformLength(length);
-    Scratch<char, 128> scratch{length * 5 + 1};
-    int const bytes = ORN::os::wideToMultibyte(text, units, scratch.data(), scratch.size());
+    ORN::os::Scratch<char, 128> scratch{length * 5 + 1};
+    int const bytes = ORN::os::wideToMultibyte(text, units, scratch.data(), roomOf(scratch));
     return {scratch.data(), static_cast<std::size_t>(bytes)};
 }
 

@@ -2,11 +2,11 @@
 
 #include "orn/foundation/Error.h"
 #include "orn/os/CodePage.h"
-#include "orn/text/AsciiImp.h"
 #include "orn/text/CodePoint.h"
-#include "orn/text/LineEndImp.h"
 #include "orn/text/Printf.h"
 #include "orn/text/TextEncodingImp.h"
+#include "orn/unicode/Ascii.h"
+#include "orn/unicode/CodePoints.h"
 #include "ornmsg/ornmsg.h"
 
 #include <bit>

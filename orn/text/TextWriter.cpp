@@ -4,12 +4,12 @@
 #include "orn/os/CodePage.h"
 #include "orn/os/File.h"
 #include "orn/os/Types.h"
-#include "orn/text/AsciiImp.h"
 #include "orn/text/CodePoint.h"
-#include "orn/text/LineEndImp.h"
 #include "orn/text/Printf.h"
 #include "orn/text/RawFileImp.h"
 #include "orn/text/TextEncodingImp.h"
+#include "orn/unicode/Ascii.h"
+#include "orn/unicode/CodePoints.h"
 #include "ornmsg/ornmsg.h"
 
 #include <algorithm>

@@ -2,6 +2,7 @@
 
 #include "orn/os/ErrorText.h"
 #include "orn/os/Fault.h"
+#include "orn/unicode/CodePoints.h"
 
 #include <iconv.h>
 #include <langinfo.h>
@@ -19,7 +20,6 @@ namespace ORN::os {
 namespace {
 
 DWORD const invalidParameter = 87, insufficientBuffer = 122, invalidFlags = 1004, noTranslation = 1113;
-unsigned int const replacement = 0xFFFD;
 
 iconv_t noDescriptor() noexcept { return reinterpret_cast<iconv_t>(-1); }
 
@@ -137,19 +137,14 @@ int failed(DWORD code) noexcept {
     return 0;
 }
 
-bool isPair(unsigned int a, unsigned int b) noexcept {
-    return (a & 0xFFFFFC00) == 0xD800 && (b & 0xFFFFFC00) == 0xDC00;
-}
-
-// The code point at the units' head, which moves on; an unpaired surrogate, and what is no code unit, is the
-// replacement character, and that is noted.
+// The code point at the units' head, which moves on. An unpaired surrogate, or an element that is no code unit, counts as
+// the replacement character, and substituted is then set.
 unsigned int nextCodePoint(wchar_t const*& units, wchar_t const* end, bool& substituted) noexcept {
-    auto const unit = static_cast<unsigned int>(*units++);
-    if (unit < 0xD800 || (unit > 0xDFFF && unit < 0x10000)) return unit;
-    if (units != end && isPair(unit, static_cast<unsigned int>(*units)))
-        return 0x10000 + ((unit & 0x3FF) << 10 | (static_cast<unsigned int>(*units++) & 0x3FF));
+    bool const isUnit = static_cast<unsigned int>(*units) <= 0xFFFF;
+    unsigned int const value = unicode::readUnits(units, end);
+    if (isUnit && unicode::isCharacter(value)) return value;
     substituted = true;
-    return replacement;
+    return unicode::replacement;
 }
 
 // A buffer of units or bytes that is filled from the left.
@@ -162,49 +157,19 @@ struct Target {
 };
 
 bool append(Target<wchar_t>& target, unsigned int codePoint) noexcept {
-    if (codePoint < 0x10000) {
-        if (target.left() < 1) return false;
-        *target.next++ = static_cast<wchar_t>(codePoint);
-    } else {
-        if (target.left() < 2) return false;
-        *target.next++ = static_cast<wchar_t>(0xD800 | (codePoint - 0x10000) >> 10);
-        *target.next++ = static_cast<wchar_t>(0xDC00 | (codePoint & 0x3FF));
-    }
+    if (target.left() < unicode::unitsOf(codePoint)) return false;
+    target.next = unicode::writeUnits(codePoint, target.next);
     return true;
 }
 
-bool appendUTF8(Target<char>& target, unsigned int codePoint) noexcept {
-    std::size_t const length = codePoint < 0x80 ? 1 : codePoint < 0x800 ? 2 : codePoint < 0x10000 ? 3 : 4;
-    if (target.left() < length) return false;
-    if (length == 1) {
-        *target.next++ = static_cast<char>(codePoint);
-        return true;
-    }
-    for (std::size_t i = length - 1; i > 0; --i, codePoint >>= 6)
-        target.next[i] = static_cast<char>(0x80 | (codePoint & 0x3F));
-    target.next[0] = static_cast<char>((0xFF00 >> length & 0xFF) | codePoint);
-    target.next += length;
+bool append(Target<char>& target, unsigned int codePoint) noexcept {
+    if (target.left() < unicode::utf8Length(codePoint)) return false;
+    target.next = unicode::writeUtf8(codePoint, target.next);
     return true;
 }
 
-// Reads one well-formed UTF-8 sequence and returns its length. Otherwise returns minus the length of the longest head
-// that could have begun one (at least 1): what is replaced as a whole.
 int readUTF8(char const* bytes, int length, unsigned int& codePoint) noexcept {
-    auto const at = [bytes](int i) { return static_cast<unsigned char>(bytes[i]); };
-    unsigned int const lead = at(0);
-    codePoint = lead;
-    if (lead < 0x80) return 1;
-    if (lead < 0xC2 || lead > 0xF4) return -1;
-
-    int const size = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    unsigned int const lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;   // nothing overlong
-    unsigned int const highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;  // no surrogate, nothing too large
-    codePoint = lead & (0x7Fu >> size);
-    for (int i = 1; i < size; ++i) {
-        if (i >= length || at(i) < (i == 1 ? lowest : 0x80) || at(i) > (i == 1 ? highest : 0xBF)) return -i;
-        codePoint = codePoint << 6 | (at(i) & 0x3F);
-    }
-    return size;
+    return unicode::readUtf8<unicode::Leniency::none>(codePoint, reinterpret_cast<unsigned char const*>(bytes), length);
 }
 
 int utf8ToWide(char const* bytes, int length, wchar_t* units, int room) noexcept {
@@ -213,7 +178,7 @@ int utf8ToWide(char const* bytes, int length, wchar_t* units, int room) noexcept
         unsigned int codePoint;
         int read = readUTF8(bytes, length, codePoint);
         if (read < 0) {
-            codePoint = replacement;
+            codePoint = unicode::replacement;
             read = -read;
         }
         if (!append(target, codePoint)) return failed(insufficientBuffer);
@@ -226,7 +191,7 @@ int utf8ToWide(char const* bytes, int length, wchar_t* units, int room) noexcept
 int wideToUTF8(wchar_t const* units, int length, char* bytes, int room, bool& substituted) noexcept {
     Target<char> target{bytes, bytes + room};
     for (wchar_t const* const end = units + length; units != end;)
-        if (!appendUTF8(target, nextCodePoint(units, end, substituted))) return failed(insufficientBuffer);
+        if (!append(target, nextCodePoint(units, end, substituted))) return failed(insufficientBuffer);
     return static_cast<int>(target.next - bytes);
 }
 
@@ -245,7 +210,7 @@ int convertToWide(char const* bytes, int length, wchar_t* units, int room) noexc
             flushed ? converter.run(nullptr, nullptr, &out, &outLeft) : converter.run(&bytes, &left, &out, &outLeft);
         auto* end = reinterpret_cast<wchar_t*>(out);
         if (error == EILSEQ || error == EINVAL) {
-            *end++ = static_cast<wchar_t>(replacement);
+            *end++ = static_cast<wchar_t>(unicode::replacement);
             std::size_t const skipped = error == EINVAL ? left : 1;
             bytes += skipped;
             left -= skipped;

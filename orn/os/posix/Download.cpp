@@ -4,6 +4,7 @@
 #include "orn/os/posix/CacheFile.h"
 #include "orn/os/posix/NativeName.h"
 #include "orn/os/posix/ServiceLibrary.h"
+#include "orn/unicode/CodePoints.h"
 
 #include <curl/curl.h>
 #include <pthread.h>
@@ -106,24 +107,17 @@ std::string asciiForm(std::wstring_view url) {
     constexpr char digits[] = "0123456789ABCDEF";
     std::string result;
     auto const escape = [&](unsigned int byte) { ((result += '%') += digits[byte >> 4]) += digits[byte & 15]; };
-    auto const isIn = [&](std::size_t i, unsigned int first) {
-        return i < url.size() && (static_cast<unsigned int>(url[i]) & ~0x3FFu) == first;
-    };
-    for (std::size_t i = 0; i < url.size(); ++i) {
-        auto c = static_cast<unsigned int>(url[i]);
-        if (isIn(i, 0xD800) && isIn(i + 1, 0xDC00)) {
-            c = 0x10000 + ((c & 0x3FF) << 10) + (static_cast<unsigned int>(url[++i]) & 0x3FF);
-        } else if (isIn(i, 0xD800) || isIn(i, 0xDC00) || c > 0x10FFFF) {
-            c = 0xFFFD;
-        }
-        if (c > ' ' && c < 0x7F) {
-            result += static_cast<char>(c);
-        } else if (c < 0x80) {
-            escape(c);
-        } else {
-            int const trailing = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-            escape((0xFF00u >> (trailing + 1) & 0xFF) | c >> (6 * trailing));
-            for (int shift = 6 * (trailing - 1); shift >= 0; shift -= 6) escape(0x80 | (c >> shift & 0x3F));
+    wchar_t const* const end = url.data() + url.size();
+    for (wchar_t const* p = url.data(); p != end;) {
+        unsigned int const value = unicode::readUnits(p, end);
+        unsigned char bytes[unicode::longestUtf8];
+        unsigned char const* const bytesEnd =
+            unicode::writeUtf8(unicode::isCharacter(value) ? value : unicode::replacement, bytes);
+        for (unsigned char const* byte = bytes; byte != bytesEnd; ++byte) {
+            if (*byte > ' ' && *byte < 0x7F)
+                result += static_cast<char>(*byte);
+            else
+                escape(*byte);
         }
     }
     return result;

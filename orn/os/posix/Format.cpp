@@ -3,6 +3,7 @@
 #include "orn/os/CodePage.h"
 #include "orn/os/Fault.h"
 #include "orn/os/FormatConversion.h"
+#include "orn/unicode/CodePoints.h"
 
 #include <langinfo.h>
 
@@ -100,15 +101,12 @@ void eachUnit(char const* text, std::size_t limit, Put put) {
             taken = 1;
         }
         text += taken;
-        if (point <= 0xFFFF) {
-            put(static_cast<wchar_t>(point));
-            --limit;
-        } else {
-            if (limit < 2) return;
-            put(static_cast<wchar_t>(0xD800 | ((point - 0x10000) >> 10)));
-            put(static_cast<wchar_t>(0xDC00 | (point & 0x3FF)));
-            limit -= 2;
-        }
+        wchar_t units[2];
+        wchar_t const* const end = unicode::writeUnits(point, units);
+        auto const count = static_cast<std::size_t>(end - units);
+        if (limit < count) return;
+        for (wchar_t const* unit = units; unit != end; ++unit) put(*unit);
+        limit -= count;
     }
 }
 

@@ -1,6 +1,8 @@
 #include "orn/os/Locale.h"
 
 #include "orn/os/Fault.h"
+#include "orn/os/Scratch.h"
+#include "orn/unicode/CodePoints.h"
 
 #include <langinfo.h>
 #include <locale.h>
@@ -10,8 +12,6 @@
 #include <cerrno>
 #include <cstring>
 #include <cwchar>
-#include <memory>
-#include <new>
 #include <utility>
 
 namespace ORN::os {
@@ -111,32 +111,27 @@ void adopt(locale_t next) noexcept {
     }
 }
 
-constexpr bool isLeading(wchar_t unit) noexcept { return unit >= 0xD800 && unit <= 0xDBFF; }
-constexpr bool isTrailing(wchar_t unit) noexcept { return unit >= 0xDC00 && unit <= 0xDFFF; }
-constexpr wint_t combined(wchar_t leading, wchar_t trailing) noexcept {
-    return static_cast<wint_t>((leading - 0xD800) * 0x400 + (trailing - 0xDC00) + 0x10000);
+bool isPair(wchar_t const* text) noexcept {
+    return isSurrogateA(static_cast<unsigned int>(text[0])) && isSurrogateB(static_cast<unsigned int>(text[1]));
 }
 
+// Replaces each character by what map gives for it, where that takes as many units.
 template <typename Map>
 void mapEach(wchar_t* text, Map map) noexcept {
-    for (; *text != 0; ++text) {
-        if (isLeading(*text) && isTrailing(text[1])) {
-            wint_t const mapped = map(combined(text[0], text[1]));
-            if (mapped >= 0x10000 && mapped <= 0x10FFFF) {
-                text[0] = static_cast<wchar_t>(0xD800 + ((mapped - 0x10000) >> 10));
-                text[1] = static_cast<wchar_t>(0xDC00 + (mapped & 0x3FF));
-            }
-            ++text;
-        } else if (!isLeading(*text) && !isTrailing(*text)) {
-            wint_t const mapped = map(static_cast<wint_t>(*text));
-            if (mapped <= 0xFFFF) *text = static_cast<wchar_t>(mapped);
-        }
+    while (*text != 0) {
+        wchar_t const* next = text;
+        unsigned int const value = unicode::readUnits(next, text + 2);
+        auto const mapped = static_cast<unsigned int>(map(static_cast<wint_t>(value)));
+        auto const units = static_cast<std::size_t>(next - text);
+        bool const fits = unicode::unitsOf(value) == units && unicode::unitsOf(mapped) == units;
+        if (unicode::isCharacter(value) && mapped < unicode::end && fits) unicode::writeUnits(mapped, text);
+        text += units;
     }
 }
 
 bool hasPairs(wchar_t const* text) noexcept {
     for (; *text != 0; ++text)
-        if (isLeading(text[0]) && isTrailing(text[1])) return true;
+        if (isPair(text)) return true;
     return false;
 }
 
@@ -145,21 +140,12 @@ class Combined {
 public:
     explicit Combined(wchar_t const* text) noexcept : text_{text} {
         if (!hasPairs(text)) return;
-        wchar_t* out = scratch_;
-        std::size_t const units = std::wcslen(text) + 1;
-        if (units > sizeof scratch_ / sizeof *scratch_) {
-            heap_.reset(new (std::nothrow) wchar_t[units]);
-            out = heap_.get();
-        }
-        text_ = out;
-        if (out == nullptr) return;
-        for (; *text != 0; ++text)
-            if (isLeading(text[0]) && isTrailing(text[1])) {
-                *out++ = static_cast<wchar_t>(combined(text[0], text[1]));
-                ++text;
-            } else {
-                *out++ = *text;
-            }
+        wchar_t const* const end = text + std::wcslen(text);
+        bool const isRoom = scratch_.tryReserve(static_cast<std::size_t>(end - text) + 1);
+        text_ = isRoom ? scratch_.data() : nullptr;
+        if (!isRoom) return;
+        wchar_t* out = scratch_.data();
+        while (text != end) *out++ = static_cast<wchar_t>(unicode::readUnits(text, end));
         *out = 0;
     }
 
@@ -167,8 +153,7 @@ public:
 
 private:
     wchar_t const* text_;
-    std::unique_ptr<wchar_t[]> heap_;
-    wchar_t scratch_[64];
+    Scratch<wchar_t, 64> scratch_;
 };
 
 }

@@ -1,9 +1,9 @@
-/// UTF-8 to UTF-16, piece by piece. The rules are those of decodeOne; all else here is a faster way to the same units for
-/// texts of some kind, and leaves to decodeOne what is not of that kind.
+/// UTF-8 to UTF-16, piece by piece. The rules are those of decodeOne. Everything else is a faster way to the same units for
+/// texts of one kind, and leaves the rest to decodeOne.
 #pragma once
 
-#include "orn/text/AsciiImp.h"
-#include "orn/text/CodePoint.h"
+#include "orn/unicode/Ascii.h"
+#include "orn/unicode/CodePoints.h"
 
 #include <algorithm>
 #include <bit>
@@ -14,48 +14,35 @@ namespace ORN::utf8decode {
 
 using Byte = unsigned char;
 
-inline constexpr std::size_t most = 1;       // units that come of a byte
+inline constexpr std::size_t most = 1;       // units that a byte becomes
 inline constexpr std::size_t spill = 80;     // units that may be written behind those of a piece's last byte
-inline constexpr std::ptrdiff_t slack = 72;  // bytes that must be there for the fast ways
-inline constexpr std::ptrdiff_t block = 64;  // bytes whose structure is looked at together
+inline constexpr std::ptrdiff_t slack = 72;  // bytes that must be left for the fast ways
+inline constexpr std::ptrdiff_t block = 64;  // bytes whose structure is found at once
 
-// What the marks of lead and following bytes add up to in the sum, by the number of those that follow.
-inline constexpr unsigned int marks[] = {0, 0x3080, 0xE2080, 0x3C82080, 0xFA082080, 0x82082080};
+// What the marks of lead and following bytes add up to in a sequence of two bytes, and of three.
+inline constexpr unsigned int marksOfTwo = 0x3080, marksOfThree = 0xE2080;
 
-constexpr int following(Byte lead) noexcept {
-    return lead < 0xC0 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : lead < 0xF8 ? 3 : lead < 0xFC ? 4 : 5;
+// Appends the units of a value; nothing for one above U+10FFFF.
+inline wchar_t* append(unsigned int value, wchar_t* to) noexcept {
+    return value < unicode::end ? unicode::writeUnits(value, to) : to;
 }
 
-// Appends one unit, a pair, or nothing for a value beyond Unicode.
-inline wchar_t* appendUnits(unsigned int value, wchar_t* to) noexcept {
-    if (value <= 0xFFFF) [[likely]] {
-        *to = static_cast<wchar_t>(value);
-        return to + 1;
-    }
-    return to + CodePoint::codePoint(value).wchars(to, 2);
-}
-
-// Decodes the sequence at p, with one test for its end: one that lacks its last byte has the text's terminating zero in
-// its place, by intention.
+// Decodes the sequence at p. The text's terminating zero counts as its last byte, on purpose: a sequence that
+// lacks one byte takes the zero for it, and one that lacks more becomes U+FFFD.
 inline wchar_t* decodeOne(Byte const*& p, Byte const* end, wchar_t* to) noexcept {
-    int const count = following(*p);
-    if (end - p < count) {
-        p = end;
-        *to = 0xFFFD;
-        return to + 1;
-    }
     unsigned int value = 0;
-    for (int i = 0; i <= count; ++i) value = value * 64 + p[i];
-    p = end - p <= count ? end : p + count + 1;
-    return appendUnits(value - marks[count], to);
+    int const length = unicode::readUtf8<unicode::Leniency::anyBytes>(value, p, end - p + 1);
+    p = length < 0 || length > end - p ? end : p + length;
+    if (length < 0) value = unicode::replacement;
+    return append(value, to);
 }
 
-// Whether a lead byte's two-byte sequence gives one unit whatever its second byte is.
+// Whether a sequence of two bytes with this lead gives one unit, whatever its second byte is.
 constexpr bool leadsTwo(Byte lead) noexcept { return lead >= 0xC2 && lead < 0xE0; }
 
-// Decodes ASCII and two-byte sequences, as Latin letters make them, up to a byte that begins neither: at each step at most
-// sixteen ASCII bytes, and the sequence behind them if they are fewer. Which of both it is must not be a branch, and the
-// way to the next step must not lead through the sequence.
+// Decodes ASCII and sequences of two bytes (Latin letters with accents), up to a byte that begins neither. Each step takes at
+// most sixteen ASCII bytes, and the sequence behind them if they are fewer. There is no branch between the two cases,
+// because a processor would guess it wrongly in every other word, and the next step does not wait for the sequence's value.
 inline wchar_t* decodeLatin(Byte const*& from, Byte const* stop, wchar_t* to) noexcept {
     Byte const* p = from;
     while (p < stop) {
@@ -66,7 +53,7 @@ inline wchar_t* decodeLatin(Byte const*& from, Byte const* stop, wchar_t* to) no
             from = lead;
             return to + plain;
         }
-        to[plain] = static_cast<wchar_t>(lead[0] * 64u + lead[1] - marks[1]);
+        to[plain] = static_cast<wchar_t>(lead[0] * 64u + lead[1] - marksOfTwo);
         p = lead + 2 * two;
         to += plain + two;
     }
@@ -75,7 +62,7 @@ inline wchar_t* decodeLatin(Byte const*& from, Byte const* stop, wchar_t* to) no
 }
 
 #if defined(ORN_SSE2)
-// The bytes of a sequence of up to four without their marks, the last one uppermost.
+// The bytes of a sequence of at most four, each without its mark, the last one uppermost.
 inline std::uint32_t payload(Byte const* p, int length) noexcept {
     static constexpr std::uint32_t own[] = {0, 0, 0x80C00000, 0x8080E000, 0x808080F0};
     std::uint32_t const bytes = p[0] | static_cast<std::uint32_t>(p[1]) << 8 | static_cast<std::uint32_t>(p[2]) << 16 |
@@ -83,7 +70,8 @@ inline std::uint32_t payload(Byte const* p, int length) noexcept {
     return (bytes << (32 - 8 * length)) - own[length];
 }
 
-// Appends the units of four payloads. May write a unit too many.
+// Appends the units of four payloads, and may write one unit behind them. Each payload holds four digits to the base 64. Two
+// multiply-and-add steps make them a value: digits to pairs (times 64), pairs to the value (times 4096).
 inline wchar_t* appendFour(std::uint32_t const (&payloads)[4], wchar_t* to) noexcept {
     auto const every = [](int bits) { return _mm_set1_epi32(bits); };
     __m128i const sixes = _mm_loadu_si128(reinterpret_cast<__m128i const*>(payloads));
@@ -119,14 +107,15 @@ inline std::uint64_t atLeast(int limit, Byte const* p) noexcept {
     return bits;
 }
 
-// Decodes a block of well-formed sequences of any lengths, four at a time, without branching on the lengths. False, and
-// nothing done, when there are others, or code points from U+100000 on. The block's last few are left.
+// Decodes a block of well-formed sequences of any lengths, four at a time, without a branch for the lengths, and leaves the
+// last few. Returns false, and does nothing, when the block holds other sequences, or code points from U+100000 on.
 inline bool decodeBlock(Byte const*& p, wchar_t*& to) noexcept {
     std::uint64_t const leads = atLeast(0xC0, p), threes = atLeast(0xE0, p), fours = atLeast(0xF0, p);
     std::uint64_t const continuations = atLeast(0x80, p) & ~leads;
     if (atLeast(0xF4, p) != 0 || (leads << 1 | threes << 2 | fours << 3) != continuations) return false;
 
-    std::uint64_t starts[5] = {~continuations};  // of all sequences, of those behind the first, the second, ...
+    std::uint64_t starts[5] = {
+        ~continuations};  // the places of all sequences, of all but the first, but the first two, ...
     for (;;) {
         for (int i = 0; i < 4; ++i) starts[i + 1] = starts[i] & (starts[i] - 1);
         if (starts[4] == 0) break;
@@ -157,9 +146,9 @@ inline wchar_t* decode(Byte const*& p, Byte const* stop, Byte const* end, wchar_
         to = decodeLatin(p, fast, to);
         while (p < fast && *p >= 0x80 && !leadsTwo(*p)) {
             if (*p >= 0xE0 && *p < 0xF0) {
-                unsigned int const value = p[0] * 4096u + p[1] * 64u + p[2] - marks[2];
+                unsigned int const value = p[0] * 4096u + p[1] * 64u + p[2] - marksOfThree;
                 p += 3;
-                to = appendUnits(value, to);
+                to = append(value, to);
             } else if (*p < 0xF0 || !decodeBlock(p, to)) {
                 to = decodeOne(p, end, to);
             }

@@ -1,5 +1,5 @@
-/// Sixteen ASCII characters at once, from bytes to units and back. ORN_SCALAR at compile time takes the ways without vector
-/// instructions, as processors without them do.
+/// Sixteen ASCII characters at once, from bytes to units and back. Processors without SSE2, and programs compiled with
+/// ORN_SCALAR defined, take the plain twin of each function.
 #pragma once
 
 #include <cstddef>
@@ -11,9 +11,9 @@
 
 namespace ORN::ascii {
 
-inline constexpr std::ptrdiff_t block = 16;  // characters that are looked at together
+inline constexpr std::ptrdiff_t block = 16;  // characters at once
 
-// Widens a block and returns a bit for each byte that is not ASCII; the units from the first of those on mean nothing.
+// Widens a block and returns a bit for each byte that is not ASCII. The units from the first of those on mean nothing.
 inline unsigned int widen(unsigned char const* from, wchar_t* to) noexcept {
 #if defined(ORN_SSE2)
     __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const*>(from));
@@ -39,7 +39,8 @@ inline unsigned int widen(unsigned char const* from, wchar_t* to) noexcept {
 }
 
 #if defined(ORN_SSE2)
-// Eight units as signed 16-bit values; those of 0x8000 and more, and what is no unit, come out negative or above 0x7F.
+// Eight units as signed 16-bit values. Units from 0x8000 on, and elements that are no units, come out negative or above
+// 0x7F, never as ASCII.
 inline __m128i loadEight(wchar_t const* from) noexcept {
     auto const* const source = reinterpret_cast<__m128i const*>(from);
     if constexpr (sizeof(wchar_t) == 2)
@@ -49,7 +50,7 @@ inline __m128i loadEight(wchar_t const* from) noexcept {
 }
 #endif
 
-// Narrows a block and returns a bit for each unit that is not ASCII; the bytes from the first of those on mean nothing.
+// Narrows a block and returns a bit for each unit that is not ASCII. The bytes from the first of those on mean nothing.
 template <typename Byte>
 unsigned int narrow(wchar_t const* from, Byte* to) noexcept {
     static_assert(sizeof(Byte) == 1);

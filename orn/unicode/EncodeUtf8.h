@@ -1,9 +1,9 @@
-/// UTF-16 to UTF-8, piece by piece. The rules are those of encodeOne; all else here is a faster way to the same bytes for
-/// texts of some kind, and leaves to encodeOne what is not of that kind.
+/// UTF-16 to UTF-8, piece by piece. The rules are those of encodeOne. Everything else is a faster way to the same bytes for
+/// texts of one kind, and leaves the rest to encodeOne.
 #pragma once
 
-#include "orn/text/AsciiImp.h"
-#include "orn/text/CodePoint.h"
+#include "orn/unicode/Ascii.h"
+#include "orn/unicode/CodePoints.h"
 
 #include <algorithm>
 #include <bit>
@@ -13,20 +13,14 @@
 
 namespace ORN::utf8encode {
 
-inline constexpr std::size_t most = 6;       // bytes that come of an element, which may hold more than a unit
+inline constexpr std::size_t most = unicode::longestUtf8;  // bytes: an element of 32 bits may hold more than a unit
 inline constexpr std::size_t spill = 32;     // bytes that may be written behind those of a piece's last unit
-inline constexpr std::ptrdiff_t slack = 24;  // units that must be there for the fast ways
+inline constexpr std::ptrdiff_t slack = 24;  // units that must be left for the fast ways
 
-// Encodes the code point at p.
+// Encodes the code point at p. An element that is no code unit, from 0x80000000 on, leaves nothing.
 inline char* encodeOne(wchar_t const*& p, wchar_t const* end, char* to) noexcept {
-    auto const unit = static_cast<unsigned int>(*p++);
-    if (unit < 0x80) {
-        *to = static_cast<char>(unit);
-        return to + 1;
-    }
-    unsigned int value = unit;
-    if (p != end && fromUTF16(value, unit, static_cast<unsigned int>(*p))) ++p;
-    return to + CodePoint::codePoint(value).utf8(to, most);
+    unsigned int const value = unicode::readUnits(p, end);
+    return value < 0x80000000 ? unicode::writeUtf8(value, to) : to;
 }
 
 #if defined(ORN_SSE2)
@@ -40,8 +34,8 @@ inline __m128i loadFour(wchar_t const* from) noexcept {
 }
 #endif
 
-// Encodes units below 0x800, as Latin letters make them, up to one that is not: at each step at most sixteen ASCII units,
-// and the one behind them if they are fewer. Which of both it is must not be a branch.
+// Encodes units below 0x800 (Latin letters with accents), up to one that is not. Each step takes at most sixteen ASCII units,
+// and the one behind them if they are fewer, without a branch between the two cases.
 inline char* encodeLatin(wchar_t const*& from, wchar_t const* stop, char* to) noexcept {
     wchar_t const* p = from;
     while (p < stop) {
@@ -61,9 +55,9 @@ inline char* encodeLatin(wchar_t const*& from, wchar_t const* stop, char* to) no
 }
 
 #if defined(ORN_SSE2)
-// Encodes four units without branching on what they are. Of a surrogate pair the leading unit becomes three bytes and the
-// trailing one the fourth, so that a pair may lie across two calls: a trailing unit at p belongs to one before it. False,
-// and nothing done, unless every leading unit here has its trailing one and those at p + 1 to p + 4 their leading ones.
+// Encodes four units without a branch for what they are. The leading unit of a surrogate pair becomes three bytes and the
+// trailing one the fourth, so that a pair may lie across two calls: a trailing unit at p belongs to the unit before it.
+// Returns false, and does nothing, when a surrogate among the four, or behind them, is unpaired.
 inline bool encodeFour(wchar_t const* p, char*& to) noexcept {
     auto const every = [](int bits) { return _mm_set1_epi32(bits); };
     auto const choose = [](__m128i mask, __m128i a, __m128i b) {
@@ -102,7 +96,7 @@ inline bool encodeFour(wchar_t const* p, char*& to) noexcept {
     return true;
 }
 
-// Encodes from a code point on by fours as far as that goes; false when it does not go at all.
+// Encodes by fours from the beginning of a code point as far as encodeFour goes; false when it does nothing.
 inline bool encodeFours(wchar_t const*& from, wchar_t const* stop, char*& to) noexcept {
     wchar_t const* p = from;
     if (isSurrogateB(static_cast<unsigned int>(*p))) return false;
