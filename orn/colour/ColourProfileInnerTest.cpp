@@ -1,20 +1,14 @@
 #include "orn/colour/ColourProfile.h"
 
-#include "orn/colour/ColourTransform.h"
 #include "orn/colour/IccTextImp.h"
-#include "orn/text/Encoding.h"
-#include "tests/support/Faults.h"
 #include "tests/support/IccProfile.h"
-#include "tests/support/OpenFiles.h"
-#include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
 
-#include <filesystem>
+#include <gtest/gtest.h>
+
+#include <memory>
 
 namespace {
-
-using ORN::ColourProfile;
-using ORN::ColourProfileId;
 
 // The element at the end of a block of its own, so that a read past it is seen by the sanitizer.
 std::wstring textOf(icc::Bytes const& element) {
@@ -88,86 +82,6 @@ TEST(IccText, WhatReachesOutsideTheElementIsTooShort) {
             if (failureOf(good.substr(0, length)) == L"nothing") {
                 EXPECT_EQ(textOf(good.substr(0, length)), textOf(good)) << length;
             }
-}
-
-// Blocks and open files that nobody has given back.
-long held() { return faults::liveBlocks() + openFiles(); }
-
-/// The call that a failure names.
-std::wstring callThatFailed(std::function<void()> const& action) {
-    std::wstring const failure = thrown(action);
-    return failure.starts_with(L"WinError") ? failure.substr(failure.rfind(L' ') + 1) : failure;
-}
-
-class ColourProfileFailures : public testing::Test {
-protected:
-    ColourProfileFailures() {
-        icc::Tags tags = icc::tags(icc::power(0x100));
-        for (char const* tag : {"dmnd", "dmdd", "desc"})
-            tags.emplace_back(tag, icc::description("a text of some length"));
-        bytes_ = icc::profile(tags);
-        name_ = folder_.put("profile.icc", bytes_);
-    }
-
-    TemporaryFolder folder_;
-    icc::Bytes bytes_;
-    std::wstring name_;
-    std::function<void()> const fromFile_ = [this] { return ColourProfile::createFromFile(name_); };
-    std::function<void()> const fromBytes_ = [this] {
-        return ColourProfile::create(ColourProfileId::fromData, icc::data(bytes_), bytes_.size());
-    };
-    std::function<void()> const standard_ = [] { return ColourProfile::create(ColourProfileId::sRGB); };
-};
-
-TEST_F(ColourProfileFailures, EveryRefusedStepIsNamedAndReleasesWhatCameBefore) {
-    struct {
-        char const* call;
-        int spared;
-    } const cases[] = {
-        {"OpenColorProfile", 0},       {"GetColorProfileFromHandle", 0},    {"GetColorProfileFromHandle", 1},
-        {"GetColorProfileHeader", 0},  {"GetColorProfileElement", 1},       {"GetColorProfileElement", 3},
-        {"GetColorProfileElement", 5}, {"GetStandardColorSpaceProfile", 0}, {"GetStandardColorSpaceProfile", 1}};
-    for (auto const& [call, spared] : cases) {
-        bool const standard = std::string{call} == "GetStandardColorSpaceProfile";
-        for (auto const* create : {standard ? &standard_ : &fromFile_, standard ? &standard_ : &fromBytes_}) {
-            long const before = held();
-            {
-                faults::Refuse const refuse{call, spared};
-                EXPECT_EQ(callThatFailed(*create), utf8(std::string{call})) << spared;
-                EXPECT_GE(refuse.refusals(), 1);
-            }
-            EXPECT_EQ(held(), before) << call << spared;
-        }
-    }
-}
-
-TEST_F(ColourProfileFailures, NoFailedAllocationLeavesAnythingBehind) {
-    standard_();
-    for (auto const& create : {fromFile_, fromBytes_, standard_}) {
-        long const before = held();
-        EXPECT_GE(faults::failEveryAllocation(create), 4);
-        EXPECT_EQ(held(), before);
-    }
-}
-
-TEST_F(ColourProfileFailures, AFailedTransformIsNamedAndLeavesNothingBehind) {
-    auto const profile = ColourProfile::create(ColourProfileId::sRGB);
-    auto const create = [&] { return ORN::ColourTransform::create({}, *profile, *profile); };
-    long const before = held();
-    {
-        faults::Refuse const refuse{"CreateMultiProfileTransform"};
-        EXPECT_EQ(callThatFailed(create), L"CreateMultiProfileTransform");
-    }
-    EXPECT_EQ(held(), before);
-    EXPECT_GE(faults::failEveryAllocation(create), 1);
-    EXPECT_TRUE(profile.isLastHandle());
-
-    auto const transform = create();
-    Colour const in = Colour::rgb(0.1, 0.2, 0.3);
-    Colour out = Colour::rgb(0.4, 0.5, 0.6);
-    faults::Refuse const refuse{"TranslateColors"};
-    EXPECT_EQ(callThatFailed([&] { transform->convert({&in, 1}, {&out, 1}); }), L"TranslateColors");
-    EXPECT_EQ(out.r(), 0.4);
 }
 
 }

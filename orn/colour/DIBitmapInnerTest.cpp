@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 namespace {
 
 TEST(DIBitmap, OneMebibyteAndMoreComesFromTheSystem) {
@@ -24,23 +22,6 @@ TEST(DIBitmap, OneMebibyteAndMoreComesFromTheSystem) {
         EXPECT_STREQ(error.what(), "bad allocation");
     }
     EXPECT_EQ(refuse.refusals(), 1);
-}
-
-TEST(DIBitmap, AFailedAssignmentChangesNothing) {
-    DIBitmap const large{2'000'000};
-    DIBitmap const small{70};
-    DIBitmap target{3, 2, 24, 0};
-    DIBitmap const wanted{target};
-    {
-        faults::Refuse const refuse{"VirtualAlloc"};
-        EXPECT_THROW(target = large, std::bad_alloc);
-    }
-    {
-        faults::AllocationFails const fails{0};
-        EXPECT_THROW(target = small, std::bad_alloc);
-    }
-    EXPECT_EQ(target.fileSize(), 78u);
-    EXPECT_EQ(std::memcmp(target.fileData(), wanted.fileData(), 54), 0);
 }
 
 }

@@ -17,28 +17,18 @@ TEST(DropFilesInner, WhateverFailsAllIsGivenBack) {
     ASSERT_TRUE(list && desktop);
     DropObject object;
     object.blocks[drop::itemLists()] = drop::itemListArray({desktop.get(), list.get()});
-    std::vector<std::wstring> const all{file};
-
-    std::vector<std::wstring> files;
-    int const failures = faults::failEveryAllocation([&] { getDropFiles(object, nullptr, files); },
-                                                     [&](bool failed) {
-                                                         EXPECT_TRUE(object.whole());
-                                                         EXPECT_TRUE(!failed || files.empty());
-                                                     });
-    EXPECT_GT(failures, 2);
-    EXPECT_EQ(files, all);
-
-    for (char const* call : {"GlobalLock", "SHBindToParent", "GetAttributesOf", "GetDisplayNameOf"}) {
-        faults::Refuse const refuse{call};
-        files.clear();
+    auto const dropped = [&] {
+        std::vector<std::wstring> files;
         getDropFiles(object, nullptr, files);
-        EXPECT_EQ(refuse.refusals(), 1) << call;
-        EXPECT_TRUE(files.empty()) << call;
-        EXPECT_TRUE(object.whole()) << call;
-    }
-    faults::Refuse const refuse{"GetUIObjectOf"};
-    getDropFiles(object, nullptr, files);
-    EXPECT_EQ(files, all);
+        EXPECT_TRUE(object.whole());
+        EXPECT_TRUE(files.empty() || files == std::vector<std::wstring>{file});
+        return files.size();
+    };
+    faults::expectOwners({{"files", [&] { return dropped() == 1; }, 3}});
+    std::vector<faults::Refusal> table{{"GetUIObjectOf", dropped, L"1"}};
+    for (char const* call : {"GlobalLock", "SHBindToParent", "GetAttributesOf", "GetDisplayNameOf"})
+        table.push_back({call, dropped, L"0"});
+    faults::expectRefusals(table);
     CoUninitialize();
 }
 

@@ -13,40 +13,6 @@ namespace {
 
 using Writer = std::unique_ptr<RawFileWriter>;
 
-TEST(RawFileFailures, EveryRefusedCallGivesItsMessage) {
-    TemporaryFolder const folder;
-    std::wstring const name = folder.put("file", "content");
-    char byte;
-    struct {
-        char const* call;
-        std::function<void(RawFileWriter&)> use;
-        wchar_t const* says;
-    } const cases[] = {
-        {"fread", [&](RawFileWriter& file) { EXPECT_EQ(file.read(&byte, 1), 1); }, L"read"},
-        {"fseek", [](RawFileWriter& file) { file.seek(2, 0); }, L"read"},
-        {"ftell", [](RawFileWriter& file) { file.seek(0, 1); }, L"read"},
-        {"fwrite", [](RawFileWriter& file) { file.write("x", 1), file.flush(); }, L"written"},
-        {"fflush", [](RawFileWriter& file) { file.flush(); }, L"written"},
-        {"fclose", [](RawFileWriter& file) { file.close(); }, L"closed"},
-    };
-    for (auto const& one : cases) {
-        Writer const file{rawAppend(name)};
-        {
-            faults::Refuse const refuse{one.call};
-            EXPECT_TRUE(thrown([&] {
-                            one.use(*file);
-                        }).starts_with(L"OrnError: The file \"" + name + L"\" cannot be " + one.says + L": "));
-        }
-        if (std::string{one.call} == "fclose") {
-            EXPECT_NO_THROW(file->close()) << "it is closed all the same";
-        } else {
-            file->seek(0, 0);
-            EXPECT_EQ(file->read(&byte, 1), 1) << "usable again after " << one.call;
-        }
-    }
-    EXPECT_EQ(folder.get("file"), "contentx") << "what could not be written has not been lost";
-}
-
 // A disk that gets full at some write, and has room again for the next one.
 TEST(RawFileFailures, NothingIsLostOrWrittenTwiceWhenACallIsMadeAgain) {
     TemporaryFolder const folder;
@@ -94,38 +60,6 @@ TEST(RawFileFailures, ATurnFromReadingToWritingThatFailsIsAWriteFailure) {
     file->write("y", 1);
     file->close();
     EXPECT_EQ(folder.get("file"), "contenty");
-}
-
-TEST(RawFileFailures, NothingIsLostWhenClosingFailsOrMemoryRunsOut) {
-    TemporaryFolder const folder;
-    std::wstring const name = folder.put("file", "content"), missing = folder / L"missing";
-    {
-        Writer file{rawCreate(name)};
-        file->write("x", 1);
-        faults::Refuse const refuse{"fclose"};
-        EXPECT_NO_THROW(file.reset());
-        EXPECT_EQ(refuse.refusals(), 1);
-    }
-    for (auto const& [wanted, fewest] : {std::pair{name, 1}, std::pair{missing, 3}}) {
-        long const before = faults::liveBlocks();
-        int const failures = faults::failEveryAllocation(
-            [&, &file = wanted] {
-                try {
-                    delete rawOpen(file);
-                } catch (OrnError const&) {}
-            },
-            // A message's text may come from another module's memory, whose blocks are not counted.
-            [&](bool) { EXPECT_LE(faults::liveBlocks(), before); });
-        EXPECT_GT(failures, fewest);
-    }
-    std::wstring const longName = folder / L"a name of some length", mode = L"wb";
-    std::FILE* file = nullptr;
-    for (int number = 0; file == nullptr; ++number) {
-        faults::AllocationFails const fails{number};
-        EXPECT_NO_THROW(file = fileOpen(longName, mode));
-    }
-    std::fclose(file);
-    EXPECT_NO_THROW(folder.removeAll()) << "a file is still open";
 }
 
 #if defined(__linux__)

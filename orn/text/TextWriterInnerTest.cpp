@@ -21,16 +21,6 @@ protected:
     TemporaryFolder const folder_;
 };
 
-TEST_F(TextWriterFailures, ACallThatFailsLeavesTheOldTextAsItWas) {
-    folder_.put("file", "old");
-    for (char const* call : {"fopen", "fread", "fseek", "ftell"}) {
-        faults::Refuse const refuse{call};
-        EXPECT_THROW(open(textAppend), OrnError) << call;
-        EXPECT_EQ(refuse.refusals(), 1);
-    }
-    EXPECT_EQ(folder_.get("file"), "old");
-}
-
 // The disk gets full at write k and has room again when the call is made again.
 TEST_F(TextWriterFailures, NothingIsLostWrittenTwiceOrBehindAHole) {
     for (int spared = 0; spared < 12; ++spared)
@@ -82,35 +72,6 @@ TEST_F(TextWriterFailures, BehindTheHeadOfALongTextNothingFollows) {
                         .starts_with(bytes))
             << spared;
     }
-}
-
-TEST_F(TextWriterFailures, AFileIsClosedOnce) {
-    auto const writer = open();
-    {
-        faults::Refuse const refuse{"fclose"};
-        EXPECT_THROW(writer->close(), OrnError);
-    }
-    EXPECT_NO_THROW(writer->close()) << "it is closed all the same";
-}
-
-TEST_F(TextWriterFailures, DeletingSwallowsEveryFailure) {
-    for (char const* call : {"fwrite", "fclose"}) {
-        auto writer = open();
-        writer->write(L"text");
-        faults::Refuse const refuse{call};
-        EXPECT_NO_THROW(writer.reset()) << call;
-        EXPECT_EQ(refuse.refusals(), 1);
-    }
-}
-
-TEST_F(TextWriterFailures, MemoryRunningOutLosesNothing) {
-    for (TextOpenMode const mode : {textCreate, textAppend})
-        EXPECT_GT(faults::failEveryAllocation([&] {
-                      auto const writer = open(mode);
-                      writer->write(L"text");
-                      writer->close();
-                  }),
-                  3);
 }
 
 }

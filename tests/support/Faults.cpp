@@ -1,6 +1,7 @@
 #include "tests/support/Faults.h"
 
 #include "orn/os/Fault.h"
+#include "tests/support/OpenFiles.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -73,5 +74,58 @@ AllocationFails::~AllocationFails() { failingAllocation = -1; }
 bool AllocationFails::happened() const noexcept { return allocationFailed; }
 
 long liveBlocks() noexcept { return blocks; }
+
+namespace {
+
+/// How much memory and how many files the calling thread has to give back. A text that another module has allocated counts
+/// only when it is given back here, so that the number may also fall.
+long held() { return liveBlocks() + openFiles(); }
+
+bool matches(std::wstring const& text, std::wstring const& pattern) {
+    std::size_t const any = pattern.find(L'*');
+    if (any == std::wstring::npos) return text == pattern;
+    return text.size() + 1 >= pattern.size() && text.starts_with(pattern.substr(0, any)) &&
+           text.ends_with(pattern.substr(any + 1));
+}
+
+}
+
+void expectRefusals(std::vector<Refusal> const& table) {
+    int row = 0;
+    for (auto const& [call, use, leadsTo, spared] : table) {
+        SCOPED_TRACE("row " + std::to_string(row++) + ": " + call + " after " + std::to_string(spared));
+        std::wstring const before = use();
+        long const heldBefore = held();
+        {
+            Refuse const refuse{call.c_str(), spared};
+            std::wstring const outcome = use();
+            EXPECT_TRUE(matches(outcome, leadsTo)) << testing::PrintToString(outcome);
+            EXPECT_GE(refuse.refusals(), 1);
+        }
+        EXPECT_LE(held(), heldBefore);
+        EXPECT_EQ(use(), before) << "usable again";
+    }
+}
+
+void expectOwners(std::vector<Owner> const& table) {
+    for (auto const& [name, use, fewest, most] : table) {
+        SCOPED_TRACE(name);
+        EXPECT_TRUE(use());  // what is kept from the first use on is there from now on
+        long const heldBefore = held();
+        bool done = false;
+        int const failures = failEveryAllocation(
+            [&] {
+                done = false;
+                done = use();
+            },
+            [&](bool) {
+                EXPECT_FALSE(done);
+                EXPECT_LE(held(), heldBefore);
+            });
+        EXPECT_TRUE(done);
+        EXPECT_GE(failures, fewest);
+        EXPECT_LE(failures, most);
+    }
+}
 
 }

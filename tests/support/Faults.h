@@ -1,10 +1,18 @@
-/// Failures on demand for the inner tests: the next calls of the seam, or the k-th allocation, fail.
+/// Failures on demand for the inner tests: calls of the seam, or the k-th allocation, fail.
 #pragma once
+
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
+#include <climits>
+#include <concepts>
+#include <functional>
 #include <new>
+#include <sstream>
+#include <string>
+#include <type_traits>
+#include <vector>
 
 namespace faults {
 
@@ -56,5 +64,53 @@ int failEveryAllocation(Body body) {
     long const before = liveBlocks();
     return failEveryAllocation(body, [before](bool) { EXPECT_EQ(liveBlocks(), before); });
 }
+
+/// An action whose outcome is one text: what it throws (see thrown), or what it returns, as a stream writes it.
+class Outcome {
+public:
+    template <std::invocable Action>
+    Outcome(Action action)
+        : run_{[action] {
+              std::wostringstream returned;
+              std::wstring const failure = thrown([&] {
+                  if constexpr (std::is_void_v<decltype(action())>)
+                      action();
+                  else
+                      returned << action();
+              });
+              return failure == L"nothing" ? returned.str() : failure;
+          }} {}
+
+    std::wstring operator()() const { return run_(); }
+
+private:
+    std::function<std::wstring()> run_;
+};
+
+/// What an action leads to when a call of the seam is refused, after some calls that are spared. A `*` in the text stands
+/// for any characters.
+struct Refusal {
+    std::string call;
+    Outcome use;
+    std::wstring leadsTo;
+    int spared = 0;
+};
+
+/// Expects of each row that the call is refused, that this leads to the text, that no memory and no open file is left
+/// over, and that the action then does again what it did before.
+void expectRefusals(std::vector<Refusal> const& table);
+
+/// An action that owns memory, and returns true when it has done its work; without memory it returns false or throws
+/// std::bad_alloc. It fails as often as it allocates: at least `fewest` and at most `most` times.
+struct Owner {
+    std::string name;
+    std::function<bool()> use;
+    int fewest;
+    int most = INT_MAX;
+};
+
+/// Lets every allocation of each action fail, one after the other. Expects that it never tells of a success then, that no
+/// memory and no open file is left over, and that the action does its work when memory is there again.
+void expectOwners(std::vector<Owner> const& table);
 
 }
