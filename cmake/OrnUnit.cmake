@@ -13,16 +13,21 @@
 # A unit of the seam, os/X, has its source in os/windows/X.cpp and os/posix/X.cpp. Its test goes to orn-inner-test, or with
 # CODE_PAGE to orn-code-page-test, which runs in several code pages. It has one only where it has logic of its own: a thin
 # call is held by the tests of the unit above it. A unit below, as os/posix/registry/X, has its source beside its header.
-# Every other unit needs a test.
+# Every other unit needs a test. Units that are alike may share one: orn_unit(geometry/Point BY Coordinates) is held by
+# geometry/CoordinatesTest.cpp.
 #
 # With WINDOWS or POSIX, other systems get the header alone.
 function(orn_unit unit)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS;POSIX;INSIDE;CODE_PAGE" "" "")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS;POSIX;INSIDE;CODE_PAGE" "BY" "")
   string(REGEX MATCH "^[^/]+" room "${unit}")
   cmake_path(GET unit FILENAME name)
   set(base "${CMAKE_CURRENT_SOURCE_DIR}/${unit}")
   set(source "${base}.cpp")
-  set(needed "${base}Test.cpp")
+  set(test "${base}Test.cpp")
+  if(arg_BY)
+    cmake_path(REPLACE_FILENAME test "${arg_BY}Test.cpp")
+  endif()
+  set(needed "${test}")
   if(unit STREQUAL "os/${name}")
     set(source "${CMAKE_CURRENT_SOURCE_DIR}/os/${ORN_OS}/${name}.cpp")
   endif()
@@ -45,19 +50,19 @@ function(orn_unit unit)
   if(room STREQUAL "os")
     orn_add("${source}" orn-os orn-failing-os)
     if(arg_CODE_PAGE)
-      orn_add("${base}Test.cpp" orn-code-page-test)
+      orn_add("${test}" orn-code-page-test)
     else()
-      orn_add("${base}Test.cpp" orn-inner-test)
+      orn_add("${test}" orn-inner-test)
     endif()
   else()
     orn_add("${source}" orn-objects)
     if(arg_INSIDE)
-      orn_add("${base}Test.cpp" orn-inner-test)
+      orn_add("${test}" orn-inner-test)
     elseif(ORN_TESTS)
       if(NOT TARGET orn-${room}-test)
         orn_test(orn-${room}-test LIBRARIES orn ornmsg orn-test-support)
       endif()
-      orn_add("${base}Test.cpp" orn-${room}-test)
+      orn_add("${test}" orn-${room}-test)
     endif()
     orn_add("${base}InnerTest.cpp" orn-inner-test)
   endif()

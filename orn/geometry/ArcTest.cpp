@@ -1,3 +1,4 @@
+// Arcs of the plane and of space.
 #include "orn/geometry/Arc.h"
 
 #include "tests/support/ExactArc.h"
@@ -5,71 +6,94 @@
 
 namespace {
 
-using Arc = ORN::Arc<2>;
-using Box = Extent<2>;
-using P = Point<2>;
-using V = Vector<2>;
+using ORN::Arc;
 
-TEST(Arc, OfASemicircle) {
-    Arc const arc{P{0, 0}, 1, P{2, 0}};
-    EXPECT_TRUE((arc.start() == P{0, 0} && arc.bulge() == 1 && arc.end() == P{2, 0}));
-    EXPECT_TRUE((arc.centre() == P{1, 0} && arc.midpoint() == P{1, -1}));
-    EXPECT_TRUE(arc.radius() == 1 && arc.deviation() == 1);
+template <class D>
+class ArcOf : public testing::Test {
+protected:
+    static constexpr int N = D::value;
+
+    /// In the x-y plane; in space anticlockwise as seen from above.
+    static Point<N> at(double x, double y) {
+        double const c[] = {x, y, 0};
+        return Point<N>{c};
+    }
+    static Arc<N> flat(Point<N> const& start, double bulge, Point<N> const& end) {
+        if constexpr (N == 2)
+            return {start, bulge, end};
+        else
+            return {start, bulge, Vector<3>{0, 0, 1}, end};
+    }
+    /// Every other chord is nearly along an axis.
+    static Arc<N> any(RandomGeometry& random, double bulge) {
+        Point<N> const start = random.point<N>();
+        double along[] = {random.number(1, 10), random.magnitude(-18, -2), 0};
+        if (random.whole(0, 1) == 0) std::swap(along[0], along[1]);
+        Vector<N> const chord = random.whole(0, 1) == 0 ? random.vector<N>() : Vector<N>{along};
+        if constexpr (N == 2)
+            return {start, bulge, start + chord};
+        else
+            return {start, bulge, cross(chord, random.vector<3>()), start + chord};
+    }
+    static Vector<N> turned(Arc<N> const& arc, Vector<N> const& v) {
+        if constexpr (N == 2)
+            return v.perpendicular();
+        else
+            return cross(arc.axis(), v);
+    }
+};
+TYPED_TEST_SUITE(ArcOf, PlaneAndSpace);
+
+TYPED_TEST(ArcOf, ASemicircleAndAStraightSegment) {
+    auto const at = this->at;
+    auto const arc = this->flat(at(0, 0), 1, at(2, 0)), line = this->flat(at(1, 1), 0, at(4, 5));
+    EXPECT_TRUE(arc.start() == at(0, 0) && arc.bulge() == 1 && arc.end() == at(2, 0));
+    EXPECT_TRUE(arc.centre() == at(1, 0) && arc.midpoint() == at(1, -1) && arc.radius() == 1 && arc.deviation() == 1);
     EXPECT_DOUBLE_EQ(arc.length(), 3.141592653589793);
-    EXPECT_TRUE((arc.extent() == Box{P{0, -1}, P{2, 0}}));
-    EXPECT_EQ(written(arc, Arc{P{0, 1.5}, P{-1, 2}}), L"(0,0)[1](2,0)(0,1.5)[0](-1,2)");
+    EXPECT_TRUE(arc.extent() == (Extent<TypeParam::value>{at(0, -1), at(2, 0)}));
+
+    EXPECT_TRUE(line.bulge() == 0 && line.length() == 5 && line.deviation() == 0 && line.midpoint() == at(2.5, 3));
+    EXPECT_TRUE(!line.centre().isFinite() && line.extent() == (Extent<TypeParam::value>{at(1, 1), at(4, 5)}));
+    auto point = at(0, 0);
+    auto tangent = at(0, 0) - at(0, 0);
+    EXPECT_TRUE(line.measureOff(2.5, point, tangent) && point == at(2.5, 3) && tangent == at(0.6, 0.8) - at(0, 0));
+    EXPECT_TRUE(!line.measureOff(-5, point, tangent) && point == at(-2, -3));
+    EXPECT_FALSE(arc.measureOff(std::numeric_limits<double>::quiet_NaN(), point, tangent));
+    Arc<TypeParam::value> const none;
+    EXPECT_TRUE(none.start() == at(0, 0) && none.end() == at(0, 0) && none.bulge() == 0);
+    EXPECT_TRUE(!none.measureOff(0, point, tangent) && tangent.isNaN()) << "0 / 0 is no fraction";
 }
 
-TEST(Arc, OfAStraightSegment) {
-    Arc const line{P{1, 1}, P{4, 5}}, none;
-    EXPECT_TRUE(line.bulge() == 0 && line.length() == 5 && line.deviation() == 0);
-    EXPECT_TRUE((line.midpoint() == P{2.5, 3} && !line.centre().isFinite()));
-    EXPECT_TRUE((line.extent() == Box{P{1, 1}, P{4, 5}}));
-
-    P point;
-    V tangent;
-    EXPECT_TRUE(line.measureOff(2.5, point, tangent));
-    EXPECT_TRUE((point == P{2.5, 3} && tangent == V{0.6, 0.8}));
-    EXPECT_FALSE(line.measureOff(-5, point, tangent));
-    EXPECT_TRUE((point == P{-2, -3}));
-    EXPECT_TRUE((none.start() == P{} && none.end() == P{} && none.bulge() == 0));
-    EXPECT_FALSE(none.measureOff(0, point, tangent)) << "0 / 0 is no fraction";
-    EXPECT_TRUE(tangent.isNaN());
-}
-
-TEST(Arc, KeepsToItsCircle) {
+TYPED_TEST(ArcOf, KeepsToItsCircle) {
     RandomGeometry random{9};
     for (int i = 0; i < 500; ++i) {
         double const b = random.magnitude(-2, 1);
-        Arc const arc{random.point<2>(), b, random.point<2>()};
+        auto const arc = this->any(random, b);
         double const r = arc.radius(), slack = 1e-12 * (1 + r);
-        V const chord = arc.end() - arc.start();
+        auto const chord = arc.end() - arc.start(), out = arc.midpoint() - midpoint(arc.start(), arc.end());
         EXPECT_NEAR((arc.centre() - arc.end()).length(), r, slack);
         EXPECT_NEAR((arc.centre() - arc.midpoint()).length(), r, slack);
-        EXPECT_NEAR((midpoint(arc.start(), arc.end()) - arc.midpoint()).length(), arc.deviation(), slack);
-        EXPECT_EQ(cross(chord, arc.midpoint() - arc.start()) < 0, b > 0) << "a positive bulge lies on the right";
+        EXPECT_NEAR(out.length(), arc.deviation(), slack);
+        EXPECT_EQ(dot(this->turned(arc, chord), out) < 0, b > 0) << "a positive bulge lies on the right";
         EXPECT_NEAR(arc.length(), std::fabs(4 * std::atan(b)) * r, slack);
     }
 }
 
-TEST(Arc, IsMeasuredOffAndBoxedForEveryBulge) {
+TYPED_TEST(ArcOf, IsMeasuredOffAndBoxedForEveryBulge) {
     RandomGeometry random{9};
-    forEveryBulge(2.4, [&](double bulge) {
+    forEveryBulge(TypeParam::value == 2 ? 2.4 : 10, [&](double bulge) {
         for (int i = 0; i < 20; ++i) {
-            // Every other chord is nearly along an axis.
-            V const along{random.number(1, 10), random.magnitude(-18, -2)};
-            P const start = random.point<2>(),
-                    ends[] = {start + random.vector<2>(), start + along, start - along, start + along.perpendicular()};
-            Arc const arc{start, bulge, ends[i % 4]};
-            expectExact(arc, arc.extent());
+            auto const arc = this->any(random, bulge);
+            EXPECT_TRUE((Extent<TypeParam::value>{arc.start(), arc.end()} <= arc.extent()));
+            expectMeasured(arc);
+            expectBoxed(arc, arc.extent());
         }
     });
-    P point;
-    V tangent;
-    EXPECT_FALSE((Arc{P{0, 0}, 0.3, P{1, 0}}.measureOff(std::numeric_limits<double>::quiet_NaN(), point, tangent)));
 }
 
 TEST(Arc, ExtentTakesTheExtremesItPasses) {
+    using Box = Extent<2>;
+    using P = Point<2>;
     double const root = std::sqrt(0.75);
     // On the unit circle about the origin, from one angle anticlockwise to another.
     struct {
@@ -86,12 +110,58 @@ TEST(Arc, ExtentTakesTheExtremesItPasses) {
         {60, 390, {P{0.5, 0.5}, P{root, root}}},  // both ends in one quadrant, and nearly the whole circle between them
     };
     for (auto const& c : cases) {
-        P const a = P{} + V{1, Angle::degrees(c.from)}, b = P{} + V{1, Angle::degrees(c.to)};
+        P const a = P{} + Vector<2>{1, Angle::degrees(c.from)}, b = P{} + Vector<2>{1, Angle::degrees(c.to)};
         double const bulge = std::tan((c.to - c.from) * Angle::pi / 720);
-        for (Box const& box : {Arc{a, bulge, b}.extent(), Arc{b, -bulge, a}.extent()}) {
+        for (Box const& box : {Arc<2>{a, bulge, b}.extent(), Arc<2>{b, -bulge, a}.extent()}) {
             expectNear(box.lo(), c.box.lo(), 1e-14);
             expectNear(box.hi(), c.box.hi(), 1e-14);
         }
+    }
+}
+
+TEST(Arc, OfSpaceKeepsOrChoosesItsAxis) {
+    using V = Vector<3>;
+    Arc<3> const arc{Point<3>{}, 0.3, V{0, 0, 2}, Point<3>{3, 0, 0}};
+    EXPECT_TRUE((arc.axis() == V{0, 0, 1})) << "the axis is normalised";
+    EXPECT_TRUE(arc.plane().normal() == arc.axis() && arc.plane().pointOnPlane() == arc.start());
+    // From left to right, (3 · 0.91) / 1.2: with the quotient formed first it would be the next double.
+    EXPECT_EQ(arc.centre().y(), 2.275);
+    EXPECT_EQ(written(arc, Arc<2>{{0, 1.5}, {-1, 2}}), L"(0,0,0)[0.3 (0,0,1)](3,0,0)(0,1.5)[0](-1,2)");
+    struct {
+        V chord, axis;
+    } const cases[] = {{{0, 5, 0}, {0, 0, -1}}, {{0, 4, 3}, {0, 0.6, -0.8}}, {{4, 1, 3}, {-0.6, 0, 0.8}},
+                       {{0, 0, 7}, {-1, 0, 0}}, {{-2, 2, 0}, {0, 0, -1}},    {{0, 0, 0}, {0, 0, 1}},
+                       {{3, -4, 0}, {0, 0, 1}}};
+    for (auto const& [chord, axis] : cases) {
+        Point<3> const start{1, 2, 3};
+        Arc<3> const line{start, start + chord};
+        EXPECT_TRUE(line.axis() == axis && line.bulge() == 0) << written(Point<3>{} + chord).c_str();
+        EXPECT_NEAR(dot(line.axis(), chord), 0, 1e-15);
+    }
+    EXPECT_TRUE((Arc<3>{}.axis() == V{0, 0, 1}));
+}
+
+TEST(Arc, HalvesMakeTheWhole) {
+    Arc<3> first, second;
+    for (double const bulge : {1e8, -1.1e9, 1e160, -1.7e308}) {
+        Arc<3>{{0, 0, 0}, bulge, Vector<3>{0, 0, 1}, {1, 0, 0}}.bisect(first, second);
+        EXPECT_DOUBLE_EQ(first.bulge(), std::copysign(1 - 1 / std::fabs(bulge), bulge));
+    }
+    RandomGeometry random{11};
+    for (int i = 0; i < 300; ++i) {
+        Point<3> const a = random.point<3>(), b = random.point<3>();
+        Arc<3> const arc{a, random.magnitude(-3, 1), cross(b - a, random.vector<3>()), b};
+        arc.bisect(first, second);
+        double const slack = 1e-12 * (1 + arc.radius());
+        EXPECT_TRUE(first.start() == a && second.end() == b && first.end() == second.start());
+        EXPECT_TRUE(first.axis() == second.axis() && first.bulge() == second.bulge());
+        EXPECT_NEAR(dot(first.axis(), arc.axis()), 1, 1e-15);
+        EXPECT_DOUBLE_EQ(first.bulge(), std::tan(std::atan(arc.bulge()) / 2));
+        EXPECT_NEAR(first.length() + second.length(), arc.length(), slack);
+        expectNear(first.end(), arc.midpoint(), 0);
+        Arc<3> same = arc, other;
+        same.bisect(same, other);
+        EXPECT_TRUE(same == first && other == second) << "an output may be the arc itself";
     }
 }
 

@@ -1,0 +1,211 @@
+// Points and vectors of every dimension, of doubles and of ints.
+#include "orn/geometry/Hash.h"
+
+#include "tests/support/Geometry.h"
+
+#include <concepts>
+#include <iostream>
+#include <unordered_set>
+
+namespace {
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+template <class T>
+struct Kind;
+template <template <int> class C, int N>
+struct Kind<C<N>> {
+    using Number = std::remove_cvref_t<decltype(C<N>{}[0])>;
+    using Displacement = std::conditional_t<std::integral<Number>, IVector<N>, Vector<N>>;
+    static constexpr int n = N;
+};
+
+/// All sequences of numbers out of five, one of which is there with both signs.
+template <class T>
+std::vector<T> all() {
+    using Number = typename Kind<T>::Number;
+    Number const some[] = {0, static_cast<Number>(-0.0), 1, -1, 2, 1000};
+    std::vector<T> values;
+    for (int k = 0; k < std::pow(6, Kind<T>::n); ++k) {
+        Number c[4] = {};
+        for (int i = 0, rest = k; i < Kind<T>::n; ++i, rest /= 6) c[i] = some[rest % 6];
+        values.emplace_back(c);
+    }
+    return values;
+}
+
+/// Equal ones have one hash, and others hardly ever.
+template <class T>
+void expectHashed(std::vector<T> const& values, double different) {
+    std::unordered_set<T> const set(values.begin(), values.end());
+    std::unordered_set<std::size_t> hashes;
+    for (T const& value : values) hashes.insert(std::hash<T>{}(value));
+    EXPECT_EQ(static_cast<double>(set.size()), different);
+    EXPECT_EQ(static_cast<double>(hashes.size()), different);
+}
+
+template <class T>
+class Coordinates : public testing::Test {};
+using All = testing::Types<Point<1>, Point<2>, Point<3>, Vector<1>, Vector<2>, Vector<3>, Vector<4>, IPoint<2>,
+                           IPoint<3>, IVector<2>, IVector<3>>;
+TYPED_TEST_SUITE(Coordinates, All);
+
+TYPED_TEST(Coordinates, AreReadPackedComparedHashedAndWritten) {
+    using T = TypeParam;
+    using Number = typename Kind<T>::Number;
+    constexpr int n = Kind<T>::n;
+    Number const c[] = {7, -3, 0, 11};
+    Number packed[] = {99, 99, 99, 99};
+    T const value{c};
+    value.packToPod(packed);
+    std::wstring text = L"(";
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(packed[i], i < n ? c[i] : 99) << i;
+    for (int i = 0; i < n; ++i) {
+        EXPECT_TRUE(value[i] == c[i] && T{}[i] == 0) << i;
+        text += std::to_wstring(static_cast<int>(c[i])) + (i + 1 < n ? L"," : L")");
+    }
+    // The plane and space give their last coordinate for every other index.
+    EXPECT_TRUE(n == 1 || n == 4 || (value[-1] == c[n - 1] && value[99] == c[n - 1]));
+    if constexpr (requires { std::wcout << value; }) {
+        EXPECT_EQ(written(value), text);
+    }
+    if constexpr (requires { T::m_origin; }) {
+        EXPECT_TRUE(T::origin() == T{} && &T::origin() == &T::m_origin);
+    }
+    EXPECT_TRUE(value.isFinite() && !value.isNaN());
+    expectHashed(all<T>(), std::pow(5, n));
+    if constexpr (std::floating_point<Number>) {
+        for (int i = 0; i < n; ++i) {
+            Number odd[] = {7, -3, 0, 11};
+            odd[i] = std::nextafter(odd[i], 100);
+            EXPECT_TRUE(T{odd} != value && T{odd} == T{odd}) << i;
+            odd[i] = -infinity;
+            EXPECT_TRUE(!T{odd}.isFinite() && !T{odd}.isNaN()) << i;
+            odd[i] = nan;
+            EXPECT_TRUE(!T{odd}.isFinite() && T{odd}.isNaN() && T{odd} != T{odd}) << i;
+        }
+    }
+}
+
+template <class V>
+class VectorOf : public testing::Test {};
+using Vectors = testing::Types<Vector<1>, Vector<2>, Vector<3>, Vector<4>, IVector<2>, IVector<3>>;
+TYPED_TEST_SUITE(VectorOf, Vectors);
+
+TYPED_TEST(VectorOf, DoesItsArithmeticByComponents) {
+    using V = TypeParam;
+    using Number = typename Kind<V>::Number;
+    constexpr int n = Kind<V>::n;
+    // The plane's compound results, and those of ints, cannot be assigned to; the others can.
+    static_assert(std::same_as<decltype(std::declval<V&>() += V{}), V const&> ==
+                  (n == 2 || std::same_as<V, IVector<n>>));
+    auto const number = [](double x) { return static_cast<Number>(x); };
+    Number const ca[] = {number(7.1), -3, 2147483647, number(0.1)}, cb[] = {number(-4.7), 11, number(-2147483646.1), 3};
+    V const a{ca}, b{cb};
+    V sum = a, difference = a, product = b;
+    EXPECT_TRUE(&(sum += b) == &sum && &(difference -= a) == &difference && &(product *= -1) == &product);
+    EXPECT_TRUE(sum == a + b && difference == V{} && product == b * -1 && product == -1 * b);
+    for (int i = 0; i < n; ++i)
+        EXPECT_TRUE(sum[i] == ca[i] + cb[i] && product[i] == -cb[i] && (-a)[i] == -ca[i] && (-a - b)[i] == -sum[i])
+            << i;
+    if constexpr (std::floating_point<Number>) {
+        V part = a;
+        EXPECT_TRUE(&(part /= 0.3) == &part && part == a / 0.3);
+        double squares = 0, products = 0;
+        for (int i = 0; i < n; ++i) {
+            EXPECT_TRUE(part[i] == ca[i] / 0.3 && (a * 0.3)[i] == ca[i] * 0.3) << i;
+            squares += cb[i] * cb[i];
+            products += ca[i] * cb[i];
+        }
+        EXPECT_TRUE(b.lengthSquared() == squares && b.length() == std::sqrt(squares) && dot(a, b) == products);
+        EXPECT_TRUE(b.unit() == b / std::sqrt(squares) && V{}.unit().isNaN());
+    } else {
+        static_assert(requires(V v) { v * 2, v * 2L, v *= 2; });
+        static_assert(!std::invocable<std::multiplies<>, V, double> && !std::invocable<std::multiplies<>, float, V>);
+        static_assert(!requires(V v) { v *= 0.5; });
+    }
+}
+
+template <class P>
+class PointOf : public testing::Test {};
+using Points = testing::Types<Point<1>, Point<2>, Point<3>, IPoint<2>, IPoint<3>>;
+TYPED_TEST_SUITE(PointOf, Points);
+
+TYPED_TEST(PointOf, IsMovedByVectorsAndMeasuredAgainstPoints) {
+    using P = TypeParam;
+    using Number = typename Kind<P>::Number;
+    using V = typename Kind<P>::Displacement;
+    constexpr int n = Kind<P>::n;
+    auto const number = [](double x) { return static_cast<Number>(x); };
+    Number const ca[] = {7, -3, number(0.1)}, cb[] = {number(-4.7), 11, number(1e-9)};
+    P const a{ca}, b{cb};
+    V const v{cb};
+    P moved = a, back = b;
+    EXPECT_TRUE(&(moved += v) == &moved && &(back -= v) == &back && back == P{});
+    for (int i = 0; i < n; ++i) EXPECT_EQ(moved[i], ca[i] + cb[i]);
+    if constexpr (std::floating_point<Number>) {
+        double const minus[] = {-0.0, -0.0, -0.0};
+        EXPECT_TRUE(moved == a + v && moved == v + a && back == b - v);
+        for (int i = 0; i < n; ++i) {
+            EXPECT_TRUE((a - b)[i] == ca[i] - cb[i] && (a - v)[i] == ca[i] - cb[i]);
+            EXPECT_TRUE(midpoint(a, b)[i] == (ca[i] + cb[i]) / 2 && interp(a, b, 0.3)[i] == 0.7 * ca[i] + 0.3 * cb[i]);
+            // Differences of zeros have the first one's sign on the line, and none in the plane and in space.
+            EXPECT_EQ(std::signbit((P{minus} - P{})[i]), n == 1);
+            EXPECT_EQ(std::signbit((P{minus} - V{})[i]), n == 1);
+        }
+        EXPECT_TRUE(interp(a, b, 0) == a && interp(a, b, 1) == b);
+        EXPECT_TRUE(interp(P{}, b, 2) == P{} + v * 2) << "beyond the ends it extrapolates";
+    }
+}
+
+TEST(Vector, OfThePlaneHasPolarFormAndQuadrant) {
+    static_assert(Vector<1>{0}.x() == 0 && Vector<1>{3u}.x() == 3 && Vector<1>{2.5f}.x() == 2.5);
+    static_assert(Point<1>{0}.x() == 0 && IPoint<2>{1, 2}.y() == 2 && IPoint<3>{1, 2, 3}.z() == 3 &&
+                  IVector<3>{1, 2, 3}.y() == 2);
+    Vector<2> const v{2, Angle::degrees(120)};
+    expectNear(Point<2>{} + v, Point<2>{-1, 1.7320508075688773}, 1e-15);
+    EXPECT_NEAR(v.theta().degrees(), 120, 1e-13);
+    EXPECT_FALSE((Vector<2>{}.theta().isFinite()));
+    EXPECT_TRUE((Vector<2>{1, 2}.perpendicular() == Vector<2>{-2, 1}));
+    EXPECT_EQ(cross(Vector<2>{1, 2}, Vector<2>{3, 5}), -1);
+    EXPECT_EQ(Vector<1>{-2.5}.unit().x(), -1);
+    struct {
+        double x, y;
+        int quadrant;
+    } const cases[] = {{1, 1, 1},  {-1, 1, 2}, {-1, -1, 3},  {1, -1, 4},  {0, 0, 1},     {-0.0, 1, 1},
+                       {-1, 0, 2}, {0, -1, 4}, {1, -0.0, 1}, {nan, 1, 2}, {nan, nan, 3}, {1, nan, 4}};
+    for (auto const& c : cases) EXPECT_EQ((Vector<2>{c.x, c.y}.quadrant()), c.quadrant) << c.x << ',' << c.y;
+}
+
+TEST(Vector, OfSpaceHasAltitudeAndBearing) {
+    using V = Vector<3>;
+    Angle const none = Angle::cosSin(0, 0), east = Angle::cosSin(0, 1), up = east;
+    EXPECT_TRUE((V::altAz(0, none, east) == V{} && V::altAz(2, up, none) == V{0, 0, 2}));
+    EXPECT_TRUE((V::altAz(2, {}, {}) == V{0, 2, 0} && V::altAz(2, {}, east) == V{2, 0, 0}));
+    EXPECT_TRUE((cross(V{1, 0, 0}, V{0, 1, 0}) == V{0, 0, 1}));
+    RandomGeometry random{2};
+    for (int i = 0; i < 200; ++i) {
+        V const v = random.vector<3>(), w = random.vector<3>();
+        expectNear(Point<3>{} + V::altAz(v.length(), v.altitude(), v.azimuth()), Point<3>{} + v, 1e-13);
+        EXPECT_LE(std::fabs(v.altitude().degrees()), 90);
+        // Lagrange's identity, and the product's place at a right angle to both.
+        EXPECT_NEAR(cross(v, w).lengthSquared() + dot(v, w) * dot(v, w), v.lengthSquared() * w.lengthSquared(), 1e-9);
+        EXPECT_NEAR(dot(cross(v, w), v), 0, 1e-11);
+        EXPECT_TRUE(cross(v, w) == -cross(w, v));
+    }
+}
+
+TEST(Hash, OfArcsGoesWithAnEqualityThatIsExact) {
+    std::vector<ORN::Arc<2>> flat;
+    std::vector<ORN::Arc<3>> spatial;
+    for (Vector<4> const& v : all<Vector<4>>()) flat.emplace_back(Point<2>{v[0], v[1]}, v[2], Point<2>{v[3], 7});
+    for (Vector<3> const& v : all<Vector<3>>())
+        for (double const z : {1.0, -1.0})
+            spatial.emplace_back(Point<3>{v[0], 0, 1}, v[1], Vector<3>{0, 0, z}, Point<3>{2, v[2], 0});
+    expectHashed(flat, 625);
+    expectHashed(spatial, 250);
+    EXPECT_FALSE((ORN::Arc<2>{{0, 0}, nan, {1, 0}} == ORN::Arc<2>{{0, 0}, nan, {1, 0}}));
+}
+
+}
