@@ -53,11 +53,9 @@ TEST(ArcMapping, GivesArcsOfEllipsesUnderAnyAffineMap) {
         ORN::Arc<2> const arc = someArc(random);
         NonUniformTransform<2> const t = random.nonUniform(), other = random.nonUniform();
         ORN::EllipticArc const image = ORN::ellipticArc(arc, t);
-        expectNear(image.start(), arc.start() * t, 1e-11);
-        expectNear(image.end(), arc.end() * t, 1e-11);
-        for (double const part : {0.2, 0.5, 0.9}) {
+        ORN::EllipticArc const further = image * other;
+        for (double const part : {0.0, 0.3, 1.0}) {
             expectNear(image.at(image.from + image.sweep * part), along(arc, part) * t, 1e-11);
-            ORN::EllipticArc const further = image * other;
             expectNear(further.at(further.from + further.sweep * part), along(arc, part) * t * other, 1e-11);
         }
     }
