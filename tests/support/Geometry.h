@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <random>
 #include <sstream>
 #include <string>
@@ -19,6 +20,11 @@ std::wstring written(T const&... values) {
     std::wostringstream os;
     (os << ... << values);
     return os.str();
+}
+
+/// Bit for bit, except that one NaN is as good as another.
+inline bool sameBits(double a, double b) {
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) || (std::isnan(a) && std::isnan(b));
 }
 
 template <int N>
