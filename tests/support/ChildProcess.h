@@ -11,10 +11,12 @@
 
 class ChildProcess {
 public:
-    /// Values are those of environment variables that the program has besides the test's own; all that it prints goes to
-    /// a file. (Never to a pipe, which what it starts in turn would keep open.)
-    ChildProcess(std::string const& program, std::vector<std::string> const& arguments,
-                 std::map<std::string, std::filesystem::path> const& environment, std::filesystem::path const& output);
+    /// Starts a program that lies beside the test's own, or where an absolute path says. Arguments are UTF-8. The program
+    /// has these environment variables besides the test's own. What it prints goes to a file, its errors to the same file
+    /// or to another one. (A pipe would stay open in the programs that it starts in turn.)
+    ChildProcess(std::filesystem::path const& program, std::vector<std::string> const& arguments,
+                 std::map<std::string, std::filesystem::path> const& environment, std::filesystem::path const& output,
+                 std::filesystem::path const& errors = {});
     ~ChildProcess();  ///< kills it if it still runs
     ChildProcess(ChildProcess const&) = delete;
     ChildProcess& operator=(ChildProcess const&) = delete;

@@ -25,6 +25,8 @@ public:
     TemporaryFolder(TemporaryFolder const&) = delete;
     TemporaryFolder& operator=(TemporaryFolder const&) = delete;
 
+    std::filesystem::path const& path() const { return path_; }
+
     /// Names as the library takes them; the folder's own one is plain ASCII.
     std::wstring name() const {
         std::string const narrow = path_.string();

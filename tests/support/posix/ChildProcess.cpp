@@ -14,22 +14,30 @@ struct ChildProcess::Imp {
     bool ended = false;
 };
 
-ChildProcess::ChildProcess(std::string const& program, std::vector<std::string> const& arguments,
+namespace {
+
+void redirect(int stream, std::filesystem::path const& output) {
+    dup2(open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), stream);
+}
+
+}
+
+ChildProcess::ChildProcess(std::filesystem::path const& program, std::vector<std::string> const& arguments,
                            std::map<std::string, std::filesystem::path> const& environment,
-                           std::filesystem::path const& output)
+                           std::filesystem::path const& output, std::filesystem::path const& errors)
     : imp_{std::make_unique<Imp>()} {
-    std::vector<char*> words{const_cast<char*>(program.c_str())};
+    std::string const path = std::filesystem::read_symlink("/proc/self/exe").parent_path() / program;
+    std::vector<char*> words{const_cast<char*>(path.c_str())};
     for (std::string const& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
     words.push_back(nullptr);
 
     imp_->process = fork();
     if (imp_->process == -1) throw std::runtime_error{"fork"};
     if (imp_->process != 0) return;
-    int const file = open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    dup2(file, 1);
-    dup2(file, 2);
+    redirect(1, output);
+    errors.empty() ? static_cast<void>(dup2(1, 2)) : redirect(2, errors);
     for (auto const& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
-    execv(program.c_str(), words.data());
+    execv(path.c_str(), words.data());
     _exit(127);
 }
 

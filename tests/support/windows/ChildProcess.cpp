@@ -27,34 +27,55 @@ public:
     Variables(Variables const&) = delete;
     Variables& operator=(Variables const&) = delete;
 
-    static std::wstring wide(std::string const& ascii) { return {ascii.begin(), ascii.end()}; }
+    static std::wstring wide(std::string const& utf8) {
+        return std::filesystem::path{std::u8string{utf8.begin(), utf8.end()}}.wstring();
+    }
 
 private:
     std::map<std::string, std::filesystem::path> const& variables_;
 };
 
+/// As the C runtime takes an argument apart again.
+std::wstring quoted(std::wstring const& argument) {
+    std::wstring text = L"\"";
+    std::size_t backslashes = 0;
+    for (wchar_t const c : argument) {
+        if (c == L'"') text.append(backslashes + 1, L'\\');
+        backslashes = c == L'\\' ? backslashes + 1 : 0;
+        text += c;
+    }
+    return text.append(backslashes, L'\\') + L'"';
 }
 
-ChildProcess::ChildProcess(std::string const& program, std::vector<std::string> const& arguments,
+HANDLE file(std::filesystem::path const& path) {
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    return CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, CREATE_ALWAYS,
+                       FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+}
+
+ChildProcess::ChildProcess(std::filesystem::path const& program, std::vector<std::string> const& arguments,
                            std::map<std::string, std::filesystem::path> const& environment,
-                           std::filesystem::path const& output)
+                           std::filesystem::path const& output, std::filesystem::path const& errors)
     : imp_{std::make_unique<Imp>()} {
     Variables const variables{environment};
-    std::wstring line = L'"' + Variables::wide(program) + L'"';
-    for (std::string const& argument : arguments) line += L" \"" + Variables::wide(argument) + L'"';
+    wchar_t self[MAX_PATH];
+    GetModuleFileNameW(nullptr, self, MAX_PATH);
+    std::wstring line = quoted((std::filesystem::path{self}.parent_path() / program).wstring());
+    for (std::string const& argument : arguments) line += L' ' + quoted(Variables::wide(argument));
 
-    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-    HANDLE const file = CreateFileW(output.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited,
-                                    CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     STARTUPINFOW start{};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdOutput = start.hStdError = file;
+    start.hStdOutput = file(output);
+    start.hStdError = errors.empty() ? start.hStdOutput : file(errors);
     PROCESS_INFORMATION child{};
     BOOL const started =
         CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &child);
-    CloseHandle(file);
-    if (!started) throw std::runtime_error{"CreateProcess of " + program};
+    if (!errors.empty()) CloseHandle(start.hStdError);
+    CloseHandle(start.hStdOutput);
+    if (!started) throw std::runtime_error{"CreateProcess of " + program.string()};
     CloseHandle(child.hThread);
     imp_->process = child.hProcess;
 }
