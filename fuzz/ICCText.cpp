@@ -2,11 +2,10 @@
 // text is also the one that lcms2 finds.
 #include "fuzz/Input.h"
 #include "fuzz/Law.h"
+#include "fuzz/Oracles.h"
 #include "orn/colour/IccTextImp.h"
 #include "orn/text/Encoding.h"
 #include "tests/support/IccProfile.h"
-
-#include <lcms2.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -51,24 +50,6 @@ Outcome read(std::string const& bytes) {
     return {L"", "desc/mluc element not found in ICC data"};
 }
 
-// lcms2 ends a text at its first zero, and refuses more.
-std::optional<std::wstring> ofLcms(std::string const& element) {
-    std::string const bytes = icc::profile({{"desc", element}});
-    cmsHPROFILE const profile = cmsOpenProfileFromMem(bytes.data(), static_cast<cmsUInt32Number>(bytes.size()));
-    fuzz::holds("lcms2 opens the profile", profile != nullptr);
-    std::optional<std::wstring> text;
-    if (auto const* const texts = static_cast<cmsMLU const*>(cmsReadTag(profile, cmsSigProfileDescriptionTag))) {
-        char language[3] = {}, country[3] = {};
-        cmsMLUtranslationsCodes(texts, 0, language, country);
-        std::wstring buffer(element.size() + 1, L'\0');
-        cmsMLUgetWide(texts, language, country, buffer.data(),
-                      static_cast<cmsUInt32Number>(buffer.size() * sizeof(wchar_t)));
-        text = buffer.substr(0, buffer.find(L'\0'));
-    }
-    cmsCloseProfile(profile);
-    return text;
-}
-
 bool isPlain(std::wstring const& text) {
     return std::all_of(text.begin(), text.end(), [](wchar_t unit) { return unit > 0 && unit < 0x80; });
 }
@@ -94,7 +75,7 @@ ORN_LAW(ICCText) {
     same("text", actual.text, expected.text);
 
     if (actual.text.empty() || !isPlain(actual.text) || !isOrdinary(input.bytes())) return;
-    if (auto text = ofLcms(input.bytes())) {
+    if (auto text = describedByLcms(icc::profile({{"desc", input.bytes()}}))) {
         // It keeps the byte that should be the terminating zero.
         if (input.bytes().starts_with("desc")) text->resize(std::min(text->size(), actual.text.size()));
         same("plain text as lcms2 reads it", actual.text, *text);

@@ -14,6 +14,9 @@ char const* codePage();
 /// The bytes in another encoding, by iconv. Nothing when some of them cannot be converted, or where there is no iconv.
 std::optional<std::string> converted(char const* to, char const* from, std::string_view bytes);
 
+/// The description in an ICC profile, by lcms2, which ends a text at its first zero and refuses more than the library.
+std::optional<std::wstring> describedByLcms(std::string const& profile);
+
 /// UTF-16 as iconv takes and gives it.
 inline std::string littleEndian(std::wstring const& text) {
     std::string result;

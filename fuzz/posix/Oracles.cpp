@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <iconv.h>
+#include <lcms2.h>
 
 char const* fuzz::codePage() {
     char const* const named = std::getenv("ORN_TEST_CODE_PAGE");
@@ -26,4 +27,20 @@ std::optional<std::string> fuzz::converted(char const* to, char const* from, std
     if (iconv(converter, &in, &inLeft, &out, &outLeft) != 0) return std::nullopt;
     result.resize(result.size() - outLeft);
     return result;
+}
+
+std::optional<std::wstring> fuzz::describedByLcms(std::string const& bytes) {
+    cmsHPROFILE const profile = cmsOpenProfileFromMem(bytes.data(), static_cast<cmsUInt32Number>(bytes.size()));
+    if (profile == nullptr) return std::nullopt;
+    std::optional<std::wstring> text;
+    if (auto const* const texts = static_cast<cmsMLU const*>(cmsReadTag(profile, cmsSigProfileDescriptionTag))) {
+        char language[3] = {}, country[3] = {};
+        cmsMLUtranslationsCodes(texts, 0, language, country);
+        std::wstring buffer(bytes.size() + 1, L'\0');
+        cmsMLUgetWide(texts, language, country, buffer.data(),
+                      static_cast<cmsUInt32Number>(buffer.size() * sizeof(wchar_t)));
+        text = buffer.substr(0, buffer.find(L'\0'));
+    }
+    cmsCloseProfile(profile);
+    return text;
 }

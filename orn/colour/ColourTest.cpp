@@ -78,31 +78,17 @@ TEST(Colour, RGBComesBackThroughEachModel) {
 
 TEST(Colour, TheGivenModelIsKeptExactly) {
     Angle const hue = Angle::degrees(77);
-    Colour hsv = Colour::hsva(hue, 0.1, 0.7, 0.25);
-    Colour hls = Colour::hlsa(hue, 0.1, 0.7, 0.75);
-    for (bool read : {false, true}) {
-        if (read) {
-            hsv.r(), hsv.l_hls();
-            hls.r(), hls.v_hsv();
-        }
-        EXPECT_TRUE(hsv.h_hsv().cos() == hue.cos() && hsv.s_hsv() == 0.1 && hsv.v_hsv() == 0.7 && hsv.a() == 0.25);
-        EXPECT_TRUE(hls.h_hls().sin() == hue.sin() && hls.l_hls() == 0.1 && hls.s_hls() == 0.7 && hls.a() == 0.75);
-    }
-}
+    Colour hsv = Colour::hsva(hue, 0.1, 0.7, 0.25), hls = Colour::hlsa(hue, 0.1, 0.7, 0.75);
+    hsv.r(), hsv.l_hls(), hls.r(), hls.v_hsv();
+    EXPECT_TRUE(hsv.h_hsv().cos() == hue.cos() && hsv.s_hsv() == 0.1 && hsv.v_hsv() == 0.7 && hsv.a() == 0.25);
+    EXPECT_TRUE(hls.h_hls().sin() == hue.sin() && hls.l_hls() == 0.1 && hls.s_hls() == 0.7 && hls.a() == 0.75);
 
-TEST(Colour, TheHueOutlivesBlack) {
-    // Black RGB knows no hue, so it shows which model the other one came from.
+    // The hue outlives black. Black RGB knows none, so it shows which model the other one came from.
     for (bool rgbFirst : {false, true}) {
-        Colour hls = Colour::hls(Angle::degrees(120), 0, 1);
-        Colour hsv = Colour::hsv(Angle::degrees(120), 1, 0);
-        if (rgbFirst) {
-            EXPECT_EQ(hls.g(), 0);
-            EXPECT_EQ(hsv.g(), 0);
-        }
-        EXPECT_EQ(hls.h_hsv().cos(), Angle::degrees(120).cos());
-        EXPECT_EQ(hls.s_hsv(), 0);
-        EXPECT_EQ(hsv.h_hls().cos(), Angle::degrees(120).cos());
-        EXPECT_EQ(hsv.s_hls(), 0);
+        Colour blackHLS = Colour::hls(hue, 0, 1), blackHSV = Colour::hsv(hue, 1, 0);
+        EXPECT_FALSE(rgbFirst && (blackHLS.g() != 0 || blackHSV.g() != 0));
+        EXPECT_TRUE(blackHLS.h_hsv().cos() == hue.cos() && blackHLS.s_hsv() == 0);
+        EXPECT_TRUE(blackHSV.h_hls().cos() == hue.cos() && blackHSV.s_hls() == 0);
     }
 }
 
@@ -115,71 +101,57 @@ TEST(Colour, RGBPrefersHLS) {
     expectRGB(throughHLS, 0, 0, 0);
 }
 
-TEST(Colour, SectorsOfTheHue) {
-    struct {
-        double degrees, r, g, b;
-    } const sectors[] = {
-        {0, 1, 0.2, 0.2},   {30, 1, 0.6, 0.2},  {60, 1, 1, 0.2},    {90, 0.6, 1, 0.2},  {120, 0.2, 1, 0.2},
-        {150, 0.2, 1, 0.6}, {180, 0.2, 1, 1},   {210, 0.2, 0.6, 1}, {240, 0.2, 0.2, 1}, {270, 0.6, 0.2, 1},
-        {300, 1, 0.2, 1},   {330, 1, 0.2, 0.6}, {-30, 1, 0.2, 0.6}, {-90, 0.6, 0.2, 1}, {390, 1, 0.6, 0.2},
-    };
-    for (auto const& s : sectors) {
-        SCOPED_TRACE(s.degrees);
-        expectRGB(Colour::hsv(Angle::degrees(s.degrees), 0.8, 1), s.r, s.g, s.b);
-    }
+TEST(Colour, TheHueGoesRoundAndIsNoneForNaN) {
+    for (double const degrees : {-30.0, 330.0, 690.0})
+        expectRGB(Colour::hsv(Angle::degrees(degrees), 0.8, 1), 1, 0.2, 0.6);
     expectRGB(Colour::hsv(Angle::cosSin(0, 0), 0.8, 1), 0, 0, 0);  // no sector: the cleared components stay
 }
 
 TEST(Colour, PackedWordsIn) {
-    Colour const fromARGB = Colour::argb(0x80FF3300), fromRef = Colour::colorref(0xAB003366);
+    unsigned char const pixel[] = {0x33, 0x66, 0x99};
+    Colour const fromARGB = Colour::argb(0x80FF3300), fromRef = Colour::colorref(0xAB003366),
+                 fromDib = Colour::dib24(pixel);
     expectRGB(fromARGB, 1, 0.2, 0);
     expectRGB(fromRef, 0.4, 0.2, 0);
-    EXPECT_TRUE(fromARGB.a() == 128 / 255.0 && fromRef.a() == 1 && Colour{}.a() == 1 && Colour{}.colorref() == 0);
-    unsigned char const pixel[] = {0x10, 0x20, 0x30};
-    Colour const fromDib = Colour::dib24(pixel);
-    EXPECT_TRUE(fromDib.r() == 0x30 / 255.0 && fromDib.g() == 0x20 / 255.0 && fromDib.b() == 0x10 / 255.0);
-}
-
-std::vector<int> dib24(Colour const& colour) {
-    unsigned char bytes[4] = {0, 0, 0, 0xEE};
-    colour.getDib24(bytes);
-    return {bytes[0], bytes[1], bytes[2], bytes[3]};
-}
-
-int dib16(Colour const& colour) {
-    unsigned char bytes[3] = {};
-    colour.getDib16(bytes + 1);  // any address
-    std::uint16_t word;
-    std::memcpy(&word, bytes + 1, 2);
-    return word;
+    expectRGB(fromDib, 0.6, 0.4, 0.2);
+    EXPECT_TRUE(fromARGB.a() == 128 / 255.0 && fromRef.a() == 1 && fromDib.a() == 1);
+    EXPECT_TRUE(Colour{}.a() == 1 && Colour{}.colorref() == 0);
 }
 
 TEST(Colour, DeviceValuesAreRoundedAndNotClamped) {
-    using Bytes = std::vector<int>;
-    EXPECT_EQ(dib24(Colour::rgb(0, 0.5, 1)), (Bytes{255, 128, 0, 0xEE}));
-    EXPECT_EQ(dib24(Colour::rgb(1.2, -0.01, 0.25)), (Bytes{64, 0xFD, 50, 0xEE}));  // 306, -2.55 - 0.5, 63.75 + 0.5
-    EXPECT_EQ(dib24(Colour::rgb(1e300, std::nan(""), 1 / 255.0)), (Bytes{1, 0, 0, 0xEE}));
-    EXPECT_EQ(Colour::rgb(1, 0.5, 0).colorref(), 0x000080FFu);
-    EXPECT_EQ(Colour::rgb(1.2, 0, 0).colorref(), 0x00000132u);  // 306 spills into green
-    EXPECT_EQ(Colour::rgb(0, 0, -1 / 255.0).colorref(), 0xFFFF0000u);
-    EXPECT_EQ(dib16(Colour::rgb(1, 1, 1)), 0x7FFF);
-    EXPECT_EQ(dib16(Colour::rgb(1, 0, 0)), 0x7C00);
-    EXPECT_EQ(dib16(Colour::rgb(0, 16 / 31.0, 0.5)), 0x0210);  // 15.5 rounds to 16
-    EXPECT_EQ(dib16(Colour::rgb(0, 0, 33 / 31.0)), 0x0021);    // 33 spills into green
-    EXPECT_EQ(dib16(Colour::hsv(Angle::degrees(240), 1, 1)), 0x001F);
+    struct {
+        double r, g, b;
+        int bytes[3], word;
+        COLORREF reference;
+    } const rows[] = {
+        {0, 0.5, 1, {255, 128, 0}, 0x021F, 0xFF8000},  // 127.5 and 15.5 round up
+        {1, 1, 1, {255, 255, 255}, 0x7FFF, 0xFFFFFF},
+        {1.2, 0, 0, {0, 0, 50}, 0x9400, 0x000132},          // 306 spills into green, 37 out of the word
+        {0, 0, 33 / 31.0, {15, 0, 0}, 0x0021, 0x010F0000},  // 33 and 271 spill
+        {0, 0, -1 / 255.0, {255, 0, 0}, 0x0000, 0xFFFF0000},
+        {1e300, std::nan(""), 1 / 255.0, {1, 0, 0}, 0x0000, 0x80010000},
+    };
+    for (auto const& row : rows) {
+        Colour const colour = Colour::rgb(row.r, row.g, row.b);
+        unsigned char p[6] = {0, 0, 0, 0xEE};
+        colour.getDib24(p);
+        EXPECT_TRUE(p[0] == row.bytes[0] && p[1] == row.bytes[1] && p[2] == row.bytes[2] && p[3] == 0xEE) << row.r;
+        colour.getDib16(p + 3);  // any address
+        EXPECT_EQ(p[3] | p[4] << 8, row.word) << row.r;
+        EXPECT_EQ(colour.colorref(), row.reference) << row.r;
+    }
 }
 
 TEST(Colour, TablesAreIndexedByTheRoundedChannels) {
-    std::vector<unsigned char> red(512), green(512), blue(512);
-    for (std::size_t i = 0; i < 512; ++i) {
+    unsigned char red[512], green[512], blue[512], p[3];
+    for (int i = 0; i < 512; ++i) {
         red[i] = static_cast<unsigned char>(i / 2);
         green[i] = static_cast<unsigned char>(255 - i);
         blue[i] = static_cast<unsigned char>(i + 3);
     }
-    unsigned char p[3];
-    Colour::rgb(1.2, 0.5, 0).getDib24(p, red.data(), green.data(), blue.data());
+    Colour::rgb(1.2, 0.5, 0).getDib24(p, red, green, blue);
     EXPECT_TRUE(p[0] == 3 && p[1] == 255 - 128 && p[2] == 306 / 2);
-    Colour::rgb(0.2, 0.4, 0.6).getDib24(p, green.data());
+    Colour::rgb(0.2, 0.4, 0.6).getDib24(p, green);
     EXPECT_TRUE(p[0] == 255 - 153 && p[1] == 255 - 102 && p[2] == 255 - 51);
 }
 
@@ -202,17 +174,12 @@ TEST(Colour, CopiesTakeTheCacheAlong) {
     EXPECT_EQ(conversions, 1);
 }
 
-TEST(Colour, EqualColoursAreTheSameRGBAndOpacityInAnyModel) {
+TEST(Colour, EqualColoursAreTheSameRGBAndOpacityInAnyModelAndWrittenSo) {
     Colour const red = Colour::rgb(1, 0, 0);
-    Colour const same[] = {Colour::rgb(1, -0.0, 0), Colour::hsv(Angle{}, 1, 1), Colour::argb(0xFFFF0000)};
-    for (Colour const& colour : same) {
-        EXPECT_EQ(colour, red);
-        EXPECT_EQ(std::hash<Colour>{}(colour), std::hash<Colour>{}(red));
-    }
-    for (Colour const& other : {Colour::rgba(1, 0, 0, 0.5), Colour::rgb(1, 1e-9, 0), Colour{}}) EXPECT_NE(other, red);
-}
-
-TEST(Colour, Output) {
+    for (Colour const& same : {Colour::rgb(1, -0.0, 0), Colour::hsv(Angle{}, 1, 1), Colour::argb(0xFFFF0000)})
+        EXPECT_TRUE(same == red && std::hash<Colour>{}(same) == std::hash<Colour>{}(red));
+    for (Colour const& other : {Colour::rgba(1, 0, 0, 0.5), Colour::rgb(1, 1e-9, 0), Colour::rgb(1, 0, 1), Colour{}})
+        EXPECT_TRUE(other != red && std::hash<Colour>{}(other) != std::hash<Colour>{}(red));
     std::wostringstream os;
     os << Colour::rgba(1, 0, 0, 0.5) << Colour::hsv(Angle{}, 1, 0.75);
     EXPECT_EQ(os.str(), L"Colour::rgba(1,0,0,0.5)Colour::rgba(0.75,0,0,1)");

@@ -86,41 +86,34 @@ DIBitmap filled(unsigned int size, unsigned char value) {
     return bitmap;
 }
 
-TEST(DIBitmap, CopiesStandAlone) {
+TEST(DIBitmap, CopiesStandAloneAndMovesKeepTheBuffer) {
+    static_assert(std::is_nothrow_move_constructible_v<DIBitmap> && std::is_nothrow_move_assignable_v<DIBitmap>);
     // Heap and virtual memory, in every combination of source and target.
     unsigned int const sizes[] = {100, 0xFFFFE, 0xFFFFF, 3'000'000};
     for (unsigned int from : sizes) {
+        DIBitmap source = filled(from, 0x33);
+        unsigned char const* const buffer = source.fileData();
         for (unsigned int to : sizes) {
-            DIBitmap const source = filled(from, 0x33);
             DIBitmap target = filled(to, 0x44);
             target = source;
             ASSERT_EQ(target.fileSize(), from);
             EXPECT_EQ(std::memcmp(target.fileData(), source.fileData(), from), 0);
             target.fileData()[from - 1] = 0x55;
             EXPECT_EQ(source.fileData()[from - 1], 0x33);
-        }
-        DIBitmap same = filled(from, 0x66);
-        DIBitmap const& alias = same;
-        same = alias;
-        EXPECT_EQ(same.fileData()[from - 1], 0x66);
-    }
-}
 
-TEST(DIBitmap, AMoveKeepsTheBufferAndLeavesNone) {
-    static_assert(std::is_nothrow_move_constructible_v<DIBitmap> && std::is_nothrow_move_assignable_v<DIBitmap>);
-    for (unsigned int size : {100u, 3'000'000u}) {
-        DIBitmap first = filled(size, 0x33);
-        unsigned char const* const buffer = first.fileData();
-        DIBitmap second{std::move(first)}, third = filled(200, 0x44);
-        third = std::move(second);
-        EXPECT_EQ(third.fileData(), buffer);
-        EXPECT_EQ(third.fileSize(), size);
-        DIBitmap empty{second};
-        first = empty;
-        first = DIBitmap{third};
-        EXPECT_EQ(first.fileData()[size - 1], 0x33);
-        third = std::move(*&third);
-        EXPECT_EQ(third.fileData(), buffer);
+            DIBitmap moved{std::move(target)};
+            target = std::move(source);
+            source = std::move(target);
+            EXPECT_TRUE(source.fileData() == buffer && moved.fileData()[from - 1] == 0x55);
+            DIBitmap const none{target};
+            moved = none;
+            moved = DIBitmap{source};
+            EXPECT_EQ(moved.fileData()[from - 1], 0x33);
+        }
+        DIBitmap& alias = source;
+        source = alias;
+        source = std::move(alias);
+        EXPECT_EQ(source.fileData()[from - 1], 0x33);
     }
 }
 
@@ -227,15 +220,12 @@ TEST(DIBitmap, SizesThatDoNotFitAreRefused) {
     for (auto const& r : refused)
         EXPECT_THROW((DIBitmap{r.width, r.height, r.bitCount, r.colours}), std::bad_alloc)
             << r.width << " x " << r.height;
-}
-
-TEST(DIBitmap, AHeaderFromOutsideThatDoesNotFitIsRefused) {
-    DIBitmap bitmap{3, 2, 24, 0};
-    std::memset(bitmap.fileData() + 18, 0xFF, 4);  // the width
-    EXPECT_THROW(bitmap.bitsSize(), std::bad_alloc);
-    bitmap = DIBitmap{3, 2, 24, 0};
-    std::memcpy(bitmap.fileData() + 22, "\0\0\0\x80", 4);  // the height
-    EXPECT_THROW(bitmap.bitsSize(), std::bad_alloc);
+    // A header from outside.
+    for (unsigned int at : {18U, 22U}) {
+        DIBitmap bitmap{3, 2, 24, 0};
+        std::memcpy(bitmap.fileData() + at, at == 18 ? "\xFF\xFF\xFF\xFF" : "\0\0\0\x80", 4);
+        EXPECT_THROW(bitmap.bitsSize(), std::bad_alloc);
+    }
 }
 
 }
