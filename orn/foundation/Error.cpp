@@ -1,9 +1,8 @@
 #include "orn/foundation/Error.h"
 
+#include "orn/foundation/MultibyteImp.h"
 #include "orn/os/Com.h"
 #include "orn/os/ErrorText.h"
-#include "orn/text/Encoding.h"
-#include "orn/text/Printf.h"
 
 #include <cstring>
 #include <new>
@@ -38,7 +37,7 @@ OrnError::OrnError() : std::runtime_error{std::string{}} {}
 OrnError::OrnError(wchar_t const* message) : OrnError{std::wstring{message}} {}
 
 OrnError::OrnError(std::wstring const& message)
-    : std::runtime_error{std::string{}}, narrow_{getMBS(message)}, wide_{message} {}
+    : std::runtime_error{std::string{}}, narrow_{toMultibyte(message)}, wide_{message} {}
 
 OrnError::OrnError(OrnError const& other) noexcept : std::runtime_error{other} {
     copyTexts(narrow_, wide_, other.narrow_, other.wide_);
@@ -53,7 +52,7 @@ OrnError& OrnError::operator=(OrnError const& other) {
 OrnError::~OrnError() = default;
 
 void OrnError::setup(std::wstring const& message) {
-    std::string narrow = getMBS(message);
+    std::string narrow = toMultibyte(message);
     wide_ = message;
     narrow_ = std::move(narrow);
 }
@@ -66,7 +65,7 @@ NotImplemented::NotImplemented() : std::logic_error{std::string{}} {}
 NotImplemented::NotImplemented(wchar_t const* what) : NotImplemented{std::wstring{what}} {}
 
 NotImplemented::NotImplemented(std::wstring const& what)
-    : std::logic_error{std::string{}}, narrow_{getMBS(what)}, wide_{what} {}
+    : std::logic_error{std::string{}}, narrow_{toMultibyte(what)}, wide_{what} {}
 
 NotImplemented::NotImplemented(NotImplemented const& other) noexcept : std::logic_error{other} {
     copyTexts(narrow_, wide_, other.narrow_, other.wide_);
@@ -89,7 +88,21 @@ using ORN::OrnError;
 
 namespace {
 
+// Errors stand below the formatter, which throws them, so their texts are put together by hand.
+
 std::wstring textOf(DWORD code) { return formatMessage(code, static_cast<wchar_t const*>(nullptr)); }
+
+std::wstring calling(wchar_t const* function) {
+    return std::wstring{L" calling "}.append(function != nullptr ? function : L"(null)");
+}
+
+/// "[0x%08lx] "
+std::wstring inBrackets(HRESULT result) {
+    std::wstring text = L"[0x00000000] ";
+    auto rest = static_cast<DWORD>(result);
+    for (std::size_t digit = 10; rest != 0; --digit, rest /= 16) text[digit] = L"0123456789abcdef"[rest % 16];
+    return text;
+}
 
 /// An object's own account of an error, held for the scope.
 class ErrorInfo {
@@ -125,7 +138,7 @@ private:
 WinError::WinError(DWORD error) : OrnError{textOf(error)} { keepCode(error); }
 
 WinError::WinError(wchar_t const* function, DWORD error)
-    : OrnError{stringPrintf(L"Error \"%ls\" calling %ls", textOf(error).c_str(), function)} {
+    : OrnError{L"Error \"" + textOf(error) + L'"' + calling(function)} {
     keepCode(error);
 }
 
@@ -134,7 +147,7 @@ WinError::WinError(HRESULT hresult, IUnknown* object) : OrnError{formatMessage(h
 }
 
 WinError::WinError(wchar_t const* function, HRESULT hresult, IUnknown* object)
-    : OrnError{stringPrintf(L"%ls calling %ls", formatMessage(hresult, object).c_str(), function)} {
+    : OrnError{formatMessage(hresult, object).c_str() + calling(function)} {
     keepCode(static_cast<DWORD>(hresult));
 }
 
@@ -162,11 +175,11 @@ DWORD WinError::lastError() noexcept { return ORN::os::lastError(); }
 std::wstring formatMessage(DWORD code, wchar_t const* module) {
     std::wstring text;
     if (ORN::os::errorText(code, module, text)) return text;
-    return stringPrintf(L"Error %d", static_cast<int>(code));
+    return L"Error " + std::to_wstring(static_cast<int>(code));
 }
 
 std::wstring formatMessage(HRESULT hresult, IUnknown* object) {
-    std::wstring message = stringPrintf(L"[0x%08lx] ", static_cast<DWORD>(hresult));
+    std::wstring message = inBrackets(hresult);
 
     ErrorInfo const info{object};
     if (!info.appendDescription(message)) message += textOf(static_cast<DWORD>(hresult));

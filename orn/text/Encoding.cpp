@@ -1,9 +1,9 @@
 #include "orn/text/Encoding.h"
 
 #include "orn/foundation/Error.h"
+#include "orn/foundation/MultibyteImp.h"
 #include "orn/os/CodePage.h"
 #include "orn/os/ErrorText.h"
-#include "orn/os/Scratch.h"
 #include "orn/unicode/DecodeUtf8.h"
 #include "orn/unicode/EncodeUtf8.h"
 
@@ -49,16 +49,6 @@ bool isASCII(unsigned char const* p, std::size_t length) noexcept {
 
 // ---- The multibyte code page
 
-int platformLength(std::size_t length) {
-    if (length > INT_MAX) throwIntCast();
-    return static_cast<int>(length);
-}
-
-template <typename T, std::size_t N>
-int roomOf(ORN::os::Scratch<T, N> const& scratch) noexcept {
-    return static_cast<int>(std::min<std::size_t>(scratch.size(), INT_MAX));
-}
-
 // Where a code point begins, near the middle of two others; 0 when there is none between them.
 int codePointBetween(std::wstring_view text, int first, int last) noexcept {
     int const middle = first + (last - first) / 2;
@@ -90,24 +80,12 @@ std::wstring utf8(char const* text, std::size_t length) {
 std::wstring getWCS(char const* text) { return getWCS(text, std::strlen(text)); }
 std::wstring getWCS(std::string const& text) { return getWCS(text.data(), text.size()); }
 
-std::wstring getWCS(char const* text, std::size_t length) {
-    if (length == 0) return {};
-    int const bytes = platformLength(length);
-    ORN::os::Scratch<wchar_t, 64> scratch{length + 1};
-    int const units = ORN::os::multibyteToWide(text, bytes, scratch.data(), roomOf(scratch));
-    return {scratch.data(), static_cast<std::size_t>(units)};
-}
+std::wstring getWCS(char const* text, std::size_t length) { return ORN::fromMultibyte({text, length}); }
 
 std::string getMBS(wchar_t const* text) { return getMBS(text, std::char_traits<wchar_t>::length(text)); }
 std::string getMBS(std::wstring const& text) { return getMBS(text.data(), text.size()); }
 
-std::string getMBS(wchar_t const* text, std::size_t length) {
-    if (length == 0) return {};
-    int const units = platformLength(length);
-    ORN::os::Scratch<char, 128> scratch{length * 5 + 1};
-    int const bytes = ORN::os::wideToMultibyte(text, units, scratch.data(), roomOf(scratch));
-    return {scratch.data(), static_cast<std::size_t>(bytes)};
-}
+std::string getMBS(wchar_t const* text, std::size_t length) { return ORN::toMultibyte({text, length}); }
 
 unsigned int packTo(std::wstring const& text, char* buffer, int size) {
     return packTo(text.data(), text.size(), buffer, size);
@@ -130,7 +108,7 @@ unsigned int packTo(wchar_t const* text, std::size_t length, char* buffer, int s
         if (bytes == 0 && error != insufficientBuffer) throw WinError{L"WideCharToMultiByte in packTo", error};
         return bytes > 0;
     };
-    int unfit = platformLength(length);
+    int unfit = ORN::conversionLength(length);
     if (fits(unfit)) return written;
 
     // A longer prefix never takes fewer bytes, so the longest that fits is found by halving.

@@ -1,10 +1,10 @@
 #include "orn/threading/Scheduler.h"
 
 #include "orn/foundation/Error.h"
+#include "orn/foundation/MultibyteImp.h"
 #include "orn/os/ErrorText.h"
 #include "orn/os/Locale.h"
 #include "orn/os/Waitable.h"
-#include "orn/text/Encoding.h"
 #include "orn/threading/ThreadName.h"
 
 #include <clocale>
@@ -117,7 +117,7 @@ void SchedulerBase::startThread(ExclusiveLock& guard) {
             os::closeHandle(worker_);
             worker_ = nullptr;
             guard.unlock();
-            os::showMessage(L"Thread exited unexpectedly", getWCS(threadName()).c_str());
+            os::showMessage(L"Thread exited unexpectedly", fromMultibyte(threadName()).c_str());
             guard.lock();
             if (workerState_ == Worker::isAwaited) return;
         }
