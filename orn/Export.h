@@ -45,3 +45,14 @@
 #define ORN_API_DEFINED
 #endif
 /// @}
+
+/// Around templates that take an int as the bound of an array: g++ would warn its users of the sign of each.
+/// @{
+#if defined(__GNUC__) && !defined(__clang__)
+#define ORN_INT_BOUNDS _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wsign-conversion\"")
+#define ORN_INT_BOUNDS_END _Pragma("GCC diagnostic pop")
+#else
+#define ORN_INT_BOUNDS
+#define ORN_INT_BOUNDS_END
+#endif
+/// @}

@@ -7,6 +7,8 @@
 #include <iosfwd>
 #include <limits>
 
+ORN_INT_BOUNDS
+
 namespace ORN {
 
 /// What the extents of every dimension and component type do alike, axis by axis. Every comparison stands as it must
@@ -260,3 +262,5 @@ namespace ORN {
 using ::Extent;
 
 }
+
+ORN_INT_BOUNDS_END

@@ -7,6 +7,8 @@
 
 #include <iosfwd>
 
+ORN_INT_BOUNDS
+
 /// A box of ints in two or three dimensions; both bounds are inclusive.
 template <int N>
 class IExtent {
@@ -90,3 +92,5 @@ namespace ORN {
 using ::IExtent;
 
 }
+
+ORN_INT_BOUNDS_END

@@ -9,6 +9,8 @@
 #include <iosfwd>
 #include <span>
 
+ORN_INT_BOUNDS
+
 template <int N>
 class Matrix;
 
@@ -217,3 +219,5 @@ namespace ORN {
 using ::Matrix;
 
 }
+
+ORN_INT_BOUNDS_END

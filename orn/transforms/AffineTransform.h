@@ -1,6 +1,7 @@
 /// Affine maps: a matrix and a translation. A point p goes to p·M + t, a vector v to v·M.
 #pragma once
 
+#include "orn/Export.h"
 #include "orn/geometry/Matrix.h"
 #include "orn/geometry/Vector.h"
 #include "orn/transforms/Transform.h"
@@ -8,6 +9,8 @@
 #include <atomic>
 #include <iosfwd>
 #include <typeinfo>
+
+ORN_INT_BOUNDS
 
 /// Row i of the matrix is the image of the i-th unit vector, the translation that of the origin. Nothing tests for a
 /// singular matrix. The two kinds that exist are UniformTransform and NonUniformTransform.
@@ -140,3 +143,5 @@ namespace ORN {
 using ::AffineTransform;
 
 }
+
+ORN_INT_BOUNDS_END

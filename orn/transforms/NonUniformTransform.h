@@ -1,7 +1,10 @@
 /// Every affine map that is not a similarity: unequal scaling, arbitrary axes.
 #pragma once
 
+#include "orn/Export.h"
 #include "orn/transforms/AffineTransform.h"
+
+ORN_INT_BOUNDS
 
 /// Nothing is checked: parallel axes or a zero factor make a singular transform, whose inverse is not finite.
 template <int N>
@@ -63,3 +66,5 @@ namespace ORN {
 using ::NonUniformTransform;
 
 }
+
+ORN_INT_BOUNDS_END

@@ -1,9 +1,12 @@
 /// Similarity maps: rotations, mirrors, equal scaling, translations, and what is composed of them.
 #pragma once
 
+#include "orn/Export.h"
 #include "orn/geometry/Line.h"
 #include "orn/geometry/Plane.h"
 #include "orn/transforms/AffineTransform.h"
+
+ORN_INT_BOUNDS
 
 /// The class says what the matrix is meant to be; nothing checks or enforces it. Degenerate input (a zero axis, parallel
 /// frame vectors, a mirror whose direction is not of unit length) is not tested for and gives NaNs or no mirror.
@@ -89,3 +92,5 @@ namespace ORN {
 using ::UniformTransform;
 
 }
+
+ORN_INT_BOUNDS_END
