@@ -1,14 +1,5 @@
-/* tint: three threads mix paints, a ledger listens, and the pots are set out along a half circle. */
-#include "orn/colour/Colour.h"
-#include "orn/events/EventSubscription.h"
-#include "orn/foundation/Error.h"
-#include "orn/geometry/Arc.h"
-#include "orn/text/Encoding.h"
-#include "orn/text/Printf.h"
-#include "orn/text/Quark.h"
-#include "orn/threading/Lock.h"
-#include "orn/transforms/PointMapping.h"
-#include "orn/transforms/UniformTransform.h"
+/* tint: three threads mix paints, a ledger listens, and the pots stand along a half circle. */
+#include "orn/orn.h"
 
 #include <array>
 #include <cstdio>
@@ -55,15 +46,6 @@ int main() {
     std::printf("refused: %s\n", utf8(refusal.wWhat()).c_str());
   }
 
-  std::array<Point<2>, 3> pots;
   ORN::Arc<2> const tray{Point<2>{2, 0}, 1, Point<2>{-2, 0}};
-  for (std::size_t i = 0; i < pots.size(); ++i) {
-    Vector<2> heading;
-    tray.measureOff(tray.length() * static_cast<double>(i) / 2, pots[i], heading);
-  }
-  mapPoints(UniformTransform<2>::translation(Vector<2>{5, 5}), pots, pots);
-  for (Point<2> const pot : pots) {
-    Colour const paint = Colour::hls(Angle::degrees(pot.x() * 20), 0.5, 1);
-    std::puts(utf8(stringPrintf(L"pot at %.3f, %.3f: red %.3f", pot.x(), pot.y(), paint.r())).c_str());
-  }
+  std::printf("tray: %.4f\n", tray.length());
 }
