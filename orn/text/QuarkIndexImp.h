@@ -1,11 +1,13 @@
-/// A hash index over the stored texts: open addressing, never more than half full, nothing is ever removed.
+/// A hash index over the stored texts: open addressing, at most three quarters full, nothing is ever removed.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <cwchar>
 #include <memory>
+#include <new>
 #include <utility>
 
 /// The halves of the 128-bit product, one over the other, for compilers without such an integer.
@@ -66,49 +68,85 @@ private:
     std::uint64_t hash_;
 };
 
-/// Readers may share it while nobody reserves or inserts.
+/// One thread at a time adds texts, while any number of others look them up without a lock: a slot only ever changes from
+/// free to taken. A table that is nearly full gives way to one twice as large, but stays until the end for the threads that
+/// still read it.
+///
+/// The time of a look-up is that of one cache miss. So a slot is one word: the address of the text in its low 48 bits, and
+/// the high bits of the hash above, which tell most other texts apart. An address that needs more bits has no slot; the
+/// ordered index finds its text all the same.
 class QuarkIndex {
 public:
-    /// The stored text that is equal to the key's; null when there is none.
+    constexpr QuarkIndex() noexcept = default;
+    ~QuarkIndex() {
+        for (Table* table = table_.load(std::memory_order_relaxed); table != nullptr;)
+            ::operator delete(std::exchange(table, table->former));
+    }
+    QuarkIndex(QuarkIndex const&) = delete;
+    QuarkIndex& operator=(QuarkIndex const&) = delete;
+
+    /// The stored text that is equal to the key's. Null when there is none, or when another thread is adding it.
     wchar_t const* find(QuarkKey const& key) const noexcept {
-        if (slots_ == nullptr) return nullptr;
-        for (std::size_t i = key.hash() & mask_;; i = (i + 1) & mask_) {
-            Slot const& slot = slots_[i];
-            if (slot.text == nullptr) return nullptr;
-            if (slot.hash == key.hash() && std::wcscmp(slot.text, key.text()) == 0) return slot.text;
+        Table const* const table = table_.load(std::memory_order_acquire);
+        if (table == nullptr) return nullptr;
+        for (std::size_t i = key.hash() & table->mask;; i = (i + 1) & table->mask) {
+            std::uint64_t const slot = table->slots()[i].load(std::memory_order_acquire);
+            if (slot == free) return nullptr;
+            if ((slot ^ key.hash()) >> addressBits != 0) continue;
+            auto const* const text = reinterpret_cast<wchar_t const*>(static_cast<std::uintptr_t>(slot & addressMask));
+            if (std::wcscmp(text, key.text()) == 0) return text;
         }
     }
 
     /// Makes room for one more. Throws std::bad_alloc, with nothing changed.
     void reserveOne() {
-        std::size_t const slots = slots_ != nullptr ? mask_ + 1 : 0;
-        if ((count_ + 1) * 2 <= slots) return;
-        std::size_t const more = slots != 0 ? slots * 2 : 1024;
-        std::unique_ptr<Slot[]> const old = std::exchange(slots_, std::make_unique<Slot[]>(more));
-        mask_ = more - 1;
-        for (std::size_t i = 0; i < slots; ++i)
-            if (old[i].text != nullptr) place(old[i]);
+        Table* const old = table_.load(std::memory_order_relaxed);
+        std::size_t const count = old != nullptr ? old->mask + 1 : 0;
+        if ((count_ + 1) * 4 <= count * 3) return;
+        Table* const larger = Table::make(count != 0 ? count * 2 : 1024, old);
+        for (std::size_t i = 0; i < count; ++i)
+            if (std::uint64_t const slot = old->slots()[i].load(std::memory_order_relaxed); slot != free)
+                larger->place(old->hashes()[i], slot);
+        table_.store(larger, std::memory_order_release);
     }
 
-    /// Of a text that is not there yet, after reserveOne.
+    /// Adds a text that is not there yet, after reserveOne.
     void insert(std::uint64_t hash, wchar_t const* stored) noexcept {
-        place({hash, stored});
+        std::uint64_t const address = reinterpret_cast<std::uintptr_t>(stored);
+        if (address > addressMask) return;
+        table_.load(std::memory_order_relaxed)->place(hash, (hash & ~addressMask) | address);
         ++count_;
     }
 
 private:
-    struct Slot {
-        std::uint64_t hash;
-        wchar_t const* text;  // null: free
+    using Slot = std::atomic<std::uint64_t>;
+    static constexpr int addressBits = 48;
+    static constexpr std::uint64_t addressMask = (std::uint64_t{1} << addressBits) - 1, free = 0;
+
+    /// Behind it in one block of memory: the slots, then the hashes of their texts, which only a larger table asks for.
+    struct Table {
+        std::size_t mask;
+        Table* former;
+
+        static Table* make(std::size_t count, Table* former) {
+            void* const memory = ::operator new(sizeof(Table) + count * (sizeof(Slot) + sizeof(std::uint64_t)));
+            Table* const table = ::new (memory) Table{count - 1, former};
+            std::uninitialized_value_construct_n(table->slots(), count);
+            return table;
+        }
+
+        Slot* slots() noexcept { return reinterpret_cast<Slot*>(this + 1); }
+        Slot const* slots() const noexcept { return reinterpret_cast<Slot const*>(this + 1); }
+        std::uint64_t* hashes() noexcept { return reinterpret_cast<std::uint64_t*>(slots() + mask + 1); }
+
+        void place(std::uint64_t hash, std::uint64_t slot) noexcept {
+            std::size_t i = hash & mask;
+            while (slots()[i].load(std::memory_order_relaxed) != free) i = (i + 1) & mask;
+            hashes()[i] = hash;
+            slots()[i].store(slot, std::memory_order_release);  // whoever sees the address sees the text
+        }
     };
 
-    void place(Slot const& slot) noexcept {
-        std::size_t i = slot.hash & mask_;
-        while (slots_[i].text != nullptr) i = (i + 1) & mask_;
-        slots_[i] = slot;
-    }
-
-    std::unique_ptr<Slot[]> slots_;
-    std::size_t mask_ = 0;
+    std::atomic<Table*> table_ = nullptr;
     std::size_t count_ = 0;
 };

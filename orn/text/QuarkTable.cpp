@@ -30,10 +30,7 @@ wchar_t const* QuarkTableImp::value(wchar_t const* stored) const { return stored
 
 wchar_t const* QuarkTableImp::intern(wchar_t const* text) {
     QuarkKey const key{text};
-    {
-        SharedLock const lock{lock_};
-        if (wchar_t const* const known = known_.find(key)) return known;
-    }
+    if (wchar_t const* const known = known_.find(key)) return known;
     ExclusiveLock const lock{lock_};
     return add(key);
 }
@@ -41,7 +38,7 @@ wchar_t const* QuarkTableImp::intern(wchar_t const* text) {
 wchar_t const* QuarkTableImp::add(QuarkKey const& key) {
     std::size_t const units = key.units();
     if (units > freeUnits_) addBlock(std::max(units, blockUnits));
-    std::copy_n(key.text(), units, nextFree_);  // tentative until the index takes it
+    std::copy_n(key.text(), units, nextFree_);  // tentative: the next new text overwrites it unless the index takes it
 
     known_.reserveOne();
     if (!index_) index_.emplace();

@@ -1,5 +1,5 @@
-/// The process's table of interned texts: the texts one after another in large blocks, an ordered index over them, and a
-/// hash index that answers for known texts.
+/// The process's table of interned texts. It keeps the texts one after another in large blocks, with an ordered index over
+/// them. A hash index finds known texts without the lock; new ones are added under it, one at a time.
 #pragma once
 
 #include "orn/os/Types.h"
@@ -25,9 +25,6 @@ public:
 
     wchar_t const* intern(wchar_t const* text) override;
     wchar_t const* value(wchar_t const* stored) const override;
-
-    std::size_t freeUnits() const noexcept { return freeUnits_; }
-    wchar_t const* nextFree() const noexcept { return nextFree_; }
 
 private:
     struct Block {
