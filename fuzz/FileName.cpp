@@ -1,11 +1,9 @@
-// File names are divided as a splitter that looks at one unit after the other divides them, what is divided joins again,
-// a shortened name is the longest that fits, and a full name is the standard library's normal form.
+// File names are divided as a splitter divides them that looks at one unit after the other, and as the system's does, where
+// there is one. What is divided joins again, and a full name is the standard library's normal form.
 #include "orn/text/FileName.h"
 
-#include "fuzz/Input.h"
 #include "fuzz/Law.h"
-#include "orn/text/CharacterClass.h"
-#include "orn/text/CodePoint.h"
+#include "fuzz/Oracles.h"
 #include "orn/text/Encoding.h"
 
 #include <filesystem>
@@ -63,53 +61,6 @@ Divided divide(std::wstring const& path) {
     return {result, base, extension};
 }
 
-// ASCII alone has case without a locale, and a text ends at a zero.
-std::wstring folded(std::wstring const& text) {
-    std::wstring result;
-    for (wchar_t const unit : text) {
-        if (unit == 0) break;
-        result += unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit + 32) : unit;
-    }
-    return result;
-}
-
-unsigned int placeOf(std::wstring const& extension, std::wstring const& list) {
-    if (list.empty()) return 0;
-    unsigned int number = 1;
-    std::wstring entry;
-    for (wchar_t const unit : list + L'/') {
-        if (unit != L'/') {
-            entry += unit;
-            continue;
-        }
-        if (folded(entry) == folded(extension)) return number;
-        ++number;
-        entry.clear();
-    }
-    return 0;
-}
-
-std::wstring shortened(std::wstring const& path, std::size_t most) {
-    std::wstring name;
-    std::wstring const leading = getDirectory(getDirectory(path, name));
-    if (path.size() <= most) return path;
-    for (std::size_t cut = leading.size() + 1; cut-- > 0;) {
-        bool const cutsPair = cut > 0 && cut < leading.size() &&
-                              isSurrogateA(static_cast<unsigned int>(leading[cut - 1])) &&
-                              isSurrogateB(static_cast<unsigned int>(leading[cut]));
-        if (std::wstring const candidate = leading.substr(0, cut) + L"..." + name;
-            !cutsPair && candidate.size() <= most)
-            return candidate;
-    }
-    return name;
-}
-
-bool mayStand(CodePoint c) {
-    std::wstring const signs = L" $%'-_@~`!(){}^#&+,;=[].";
-    if (c.value() <= 127) return isUalnum(c) || signs.find(std::wstring{c}) != std::wstring::npos;
-    return c.value() == 0xFEFF || (0x7FFC1FFEu >> unicodeClass(c) & 1) != 0;
-}
-
 // The slash that may stand at its end means nothing, nor do more than one at its beginning.
 std::string normal(std::string name) {
     while (name.starts_with("//")) name.erase(0, 1);
@@ -117,10 +68,22 @@ std::string normal(std::string name) {
     return result.size() > 1 && result.back() == '/' ? result.substr(0, result.size() - 1) : result;
 }
 
+void checkFullName(std::wstring const& path) {
+    std::wstring const full = absoluteFilename(path);
+    if (path.find(L"://") != std::wstring::npos) {
+        fuzz::same("a URL stays", full, path);
+    } else if (path.find(L'\0') != std::wstring::npos) {
+        fuzz::same("no full name", full, L"");
+    } else if (std::filesystem::path::preferred_separator == '/') {
+        fuzz::same("full name", normal(utf8(full)), normal(utf8(path)));
+        fuzz::same("a full name stays", absoluteFilename(full), full);
+        fuzz::holds("a full name begins at the root", full.starts_with(L'/'));
+    }
+}
+
 }
 
 ORN_LAW(FileName) {
-    std::size_t const most = input.option(80);
     std::wstring const path = input.text();
     bool const url = path.find(L"://") != std::wstring::npos;
     auto const [directory, base, extension] = url ? divideUrl(path) : divide(path);
@@ -133,6 +96,10 @@ ORN_LAW(FileName) {
     same("directory beside both parts", getDirectory(path, baseFound, extensionFound), directory);
     same("base", baseFound, base);
     same("extension", extensionFound, extension);
+    if (auto const parts = splitBySystem(path); parts && !url) {
+        same("the system's base", base, parts->first);
+        same("the system's extension", extension, parts->second);
+    }
 
     std::wstring const joined = joinDirectory(directory, name);
     if (!directory.empty() && directory != path && !name.empty() && name.find(L':') == std::wstring::npos) {
@@ -142,22 +109,5 @@ ORN_LAW(FileName) {
         if (directory.back() != L'/' && directory.back() != L'\\' && !directory.starts_with(L"\\\\"))
             same("and its directory", sameDirectory, directory);
     }
-
-    same("may be appended", okToAddToAbsolutePath(path),
-         path.find(L':') == std::wstring::npos && path.find(L'\\') != 0);
-    same("shortened", abbreviateFilename(path, most), shortened(path, most));
-    for (std::wstring const& list : {path, L".dwg/" + extension + L"/" + path})
-        same("file type", analyzeFileType(path, list), placeOf(extension, list));
-    for (CodePointEnumerator e{path}; e; ++e) same("file character", isFileChar(*e), mayStand(*e));
-
-    std::wstring const full = absoluteFilename(path);
-    if (url) {
-        same("a URL stays", full, path);
-    } else if (path.find(L'\0') == std::wstring::npos) {
-        same("full name", normal(utf8(full)), normal(utf8(path)));
-        same("a full name stays", absoluteFilename(full), full);
-        holds("a full name begins at the root", full.starts_with(L'/'));
-    } else {
-        same("no full name", full, L"");
-    }
+    checkFullName(path);
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace fuzz {
 
@@ -16,6 +17,13 @@ std::optional<std::string> converted(char const* to, char const* from, std::stri
 
 /// The description in an ICC profile, by lcms2, which ends a text at its first zero and refuses more than the library.
 std::optional<std::wstring> describedByLcms(std::string const& profile);
+
+/// The base name and the extension of a file name, by the system's own splitter. Nothing where there is none, and for names
+/// that it does not take.
+std::optional<std::pair<std::wstring, std::wstring>> splitBySystem(std::wstring const& path);
+
+/// A URL as libcurl normalises it; nothing where there is no libcurl.
+std::optional<std::string> normalised(std::string const& url);
 
 /// UTF-16 as iconv takes and gives it.
 inline std::string littleEndian(std::wstring const& text) {

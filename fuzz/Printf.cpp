@@ -1,244 +1,147 @@
-// A format is read by the rules of the Windows runtime and filled with known arguments: numbers as the C library writes
-// them, texts unit by unit; a bad format comes back as it is.
+// One conversion of any form, between other text and an argument more: numbers are written as the C library writes them,
+// texts unit by unit. A conversion that is none makes the format come back.
 #include "orn/text/Printf.h"
 
-#include "fuzz/Input.h"
 #include "fuzz/Law.h"
 
 #include <climits>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
-#include <optional>
-#include <span>
 
 namespace {
-
-std::size_t const mostArguments = 4;
-int const longest = 3000;
-
-wchar_t const wideText[] = {L'w', 0xE9, 0x20AC, 0xD83D, 0xDE00, 0xDC00, 0};
-char const narrowText[] = "n\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\x80.";
-wchar_t const narrowAsWide[] = {L'n', 0xE9, 0x20AC, 0xD83D, 0xDE00, 0xFFFD, L'.', 0};
-
-struct Argument {
-    enum Kind { integer32, integer64, number, pointer } kind;
-    int integer = 0;
-    std::int64_t wide = 0;
-    double real = 0;
-    void const* address = nullptr;
-};
 
 std::int64_t const integers[] = {0,           1,       -1,      42,           -5,        255,      8,
                                  65536 + 200, INT_MAX, INT_MIN, 0x1234567890, INT64_MAX, INT64_MIN};
 double const numbers[] = {0.0, -0.0, 0.5, 1, 2.5, -1.5, 3.14159, 1e-5, 99999.5, 1e15, 1e300, 1.5e-310, HUGE_VAL, NAN};
+wchar_t const wideText[] = {L'w', 0xE9, 0x20AC, 0xD83D, 0xDE00, 0xDC00, 0};
+char const narrowText[] = "n\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\x80.";
+wchar_t const narrowAsWide[] = {L'n', 0xE9, 0x20AC, 0xD83D, 0xDE00, 0xFFFD, L'.', 0};
 
-// Reads a format, choosing the arguments, and writes what is to come of it.
-class Formatter {
-public:
-    Formatter(std::wstring const& format, fuzz::Input& input) : rest_{format}, input_{input} {}
-
-    std::vector<Argument> arguments;
-    std::wstring result;
-    bool bad = false;
-    bool tooMuch = false;  // for this target, not for the library
-
-    void run() {
-        while (!rest_.empty() && !bad && !tooMuch) {
-            if (!take(L'%'))
-                result += next();
-            else if (take(L'%'))
-                result += L'%';
-            else
-                conversion();
-        }
-    }
-
-private:
-    wchar_t next() {
-        wchar_t const unit = rest_.empty() ? wchar_t{0} : rest_[0];
-        rest_.remove_prefix(rest_.empty() ? 0 : 1);
-        return unit;
-    }
-    bool take(std::wstring_view text) {
-        if (!rest_.starts_with(text)) return false;
-        rest_.remove_prefix(text.size());
-        return true;
-    }
-    bool take(wchar_t unit) { return take(std::wstring_view{&unit, 1}); }
-
-    Argument const& add(Argument::Kind kind) {
-        Argument& argument = arguments.emplace_back();
-        argument.kind = kind;
-        argument.wide = integers[input_.option(std::size(integers))];
-        argument.integer = static_cast<int>(argument.wide);
-        argument.real = numbers[input_.option(std::size(numbers))];
-        tooMuch = tooMuch || arguments.size() > mostArguments;
-        return argument;
-    }
-
-    std::optional<int> size() {
-        if (take(L'*')) {
-            Argument& argument = arguments.emplace_back();
-            argument.kind = Argument::integer32;
-            argument.integer = static_cast<int>(input_.option(40)) - 10;
-            tooMuch = tooMuch || arguments.size() > mostArguments;
-            return argument.integer;
-        }
-        if (rest_.empty() || rest_[0] < L'0' || rest_[0] > L'9') return std::nullopt;
-        double value = 0;
-        while (!rest_.empty() && rest_[0] >= L'0' && rest_[0] <= L'9') value = value * 10 + (next() - L'0');
-        if (value > INT_MAX)
-            bad = true;
-        else if (value > longest)
-            tooMuch = true;
-        return bad || tooMuch ? 0 : static_cast<int>(value);
-    }
-
-    void conversion() {
-        flags_.clear();
-        width_ = 0;
-        precision_.reset();
-        for (bool more = true; more;) {
-            more = false;
-            for (wchar_t const flag : {L'-', L'+', L' ', L'#', L'0'})
-                if (take(flag)) {
-                    flags_ += static_cast<char>(flag);
-                    more = true;
-                }
-        }
-        if (auto const width = size()) {
-            width_ = *width < 0 ? -*width : *width;
-            if (*width < 0) flags_ += '-';
-        }
-        if (bad) return;
-        if (take(L'.')) {
-            precision_ = size().value_or(0);
-            if (*precision_ < 0) precision_.reset();
-        }
-        if (bad) return;
-
-        std::wstring_view prefix;
-        for (std::wstring_view const known :
-             {L"hh", L"h", L"ll", L"l", L"w", L"L", L"I64", L"I32", L"I", L"z", L"t", L"j"})
-            if (take(known)) {
-                prefix = known;
-                break;
-            }
-        wchar_t const type = next();
-        auto const among = [](wchar_t unit, std::wstring_view units) {
-            return unit != 0 && units.find(unit) != units.npos;
-        };
-        auto const prefixed = [&](std::initializer_list<std::wstring_view> known) {
-            return std::find(known.begin(), known.end(), prefix) != known.end();
-        };
-        if (among(type, L"diouxX") && !prefixed({L"w", L"L"}))
-            putInteger(type, prefixed({L"hh"})                                   ? 8
-                             : prefixed({L"h"})                                  ? 16
-                             : prefixed({L"ll", L"I64", L"I", L"z", L"t", L"j"}) ? 64
-                                                                                 : 32);
-        else if (among(type, L"eEfFgGaA") && prefixed({L"", L"l", L"L"}))
-            putNumber(type);
-        else if (type == L'p' && prefixed({L""}))
-            putPointer();
-        else if (among(type, L"cCsS") && prefixed({L"", L"h", L"l", L"w"}))
-            putText(type, prefixed({L"h"}) ? false : prefixed({L"l", L"w"}) ? true : among(type, L"cs"));
-        else
-            bad = true;
-    }
-
-    template <typename T>
-    void print(std::string const& prefixAndType, T value) {
-        char text[2 * longest];
-        int const length =
-            precision_ ? std::snprintf(text, sizeof text, ("%" + flags_ + "*.*" + prefixAndType).c_str(), width_,
-                                       *precision_, value)
-                       : std::snprintf(text, sizeof text, ("%" + flags_ + "*" + prefixAndType).c_str(), width_, value);
-        result.append(text, text + length);
-    }
-
-    void putInteger(wchar_t type, int bits) {
-        Argument const argument = add(bits == 64 ? Argument::integer64 : Argument::integer32);
-        std::int64_t const whole = bits == 64 ? argument.wide : argument.integer;
-        bool const isSigned = type == L'd' || type == L'i';
-        std::uint64_t const cut = static_cast<std::uint64_t>(whole) << (64 - bits);
-        std::int64_t const value =
-            isSigned ? static_cast<std::int64_t>(cut) >> (64 - bits) : static_cast<std::int64_t>(cut >> (64 - bits));
-        print(std::string{"ll"} + static_cast<char>(type), value);
-    }
-
-    void putNumber(wchar_t type) { print(std::string(1, static_cast<char>(type)), add(Argument::number).real); }
-
-    void putPointer() {
-        Argument& argument = const_cast<Argument&>(add(Argument::pointer));
-        argument.address = reinterpret_cast<void const*>(argument.wide);
-        precision_ = 16;
-        print("llX", argument.wide);
-    }
-
-    void putText(wchar_t type, bool wide) {
-        std::wstring text;
-        if (type == L'c' || type == L'C') {
-            Argument const argument = add(Argument::integer32);
-            unsigned int const unit = static_cast<unsigned int>(argument.integer);
-            unsigned int const byte = unit & 0xFF;
-            text = static_cast<wchar_t>(wide ? unit & 0xFFFF : byte < 0x80 ? byte : 0xFFFD);
-        } else {
-            Argument& argument = const_cast<Argument&>(add(Argument::pointer));
-            argument.address = wide ? static_cast<void const*>(wideText) : narrowText;
-            if (argument.integer == -1) argument.address = nullptr;
-            text = argument.address == nullptr ? L"(null)" : wide ? wideText : narrowAsWide;
-            if (precision_ && static_cast<std::size_t>(*precision_) < text.size()) {
-                text.resize(static_cast<std::size_t>(*precision_));
-                // What the narrow text has as one character is not cut.
-                if (!wide && !text.empty() && text.back() == wchar_t{0xD83D}) text.pop_back();
-            }
-        }
-        std::size_t const width = static_cast<std::size_t>(width_);
-        std::size_t const padding = width > text.size() ? width - text.size() : 0;
-        auto const has = [&](char flag) { return flags_.find(flag) != std::string::npos; };
-        if (has('-'))
-            result += text + std::wstring(padding, L' ');
-        else
-            result += std::wstring(padding, has('0') ? L'0' : L' ') + text;
-    }
-
-    std::wstring_view rest_;
-    fuzz::Input& input_;
-    std::string flags_;
-    int width_ = 0;
-    std::optional<int> precision_;
+// What a prefix makes of the types that may follow it.
+struct Prefix {
+    std::wstring_view text;
+    int bits;                     // of an integer
+    bool number, character, wide; /* may stand before a double; before a text, which it makes wide */
+};
+Prefix const prefixes[] = {
+    {L"", 32, true, true, false},     {L"l", 32, true, true, true},      {L"h", 16, false, true, false},
+    {L"w", 0, false, true, true},     {L"L", 0, true, false, false},     {L"hh", 8, false, false, false},
+    {L"ll", 64, false, false, false}, {L"I64", 64, false, false, false}, {L"I32", 32, false, false, false},
+    {L"I", 64, false, false, false},  {L"z", 64, false, false, false},   {L"t", 64, false, false, false},
+    {L"j", 64, false, false, false},
 };
 
-// Hands the arguments over, each as its type.
-template <typename... Given>
-std::wstring format(wchar_t const* text, std::span<Argument const> arguments, Given... given) {
-    if (arguments.empty()) return stringPrintf(text, given...);
-    if constexpr (sizeof...(given) < mostArguments) {
-        Argument const& first = arguments[0];
-        auto const rest = arguments.subspan(1);
-        switch (first.kind) {
-            case Argument::integer32: return format(text, rest, given..., first.integer);
-            case Argument::integer64: return format(text, rest, given..., first.wide);
-            case Argument::number: return format(text, rest, given..., first.real);
-            case Argument::pointer: return format(text, rest, given..., first.address);
-        }
+// Width and precision: absent, a number, an argument, or (precision alone) a point and nothing else.
+struct Size {
+    enum Form { absent, number, argument, point } form;
+    int value;
+
+    std::wstring spelled() const {
+        return form == number ? std::to_wstring(value) : form == argument ? L"*" : std::wstring{};
     }
-    return {};
+};
+
+struct Conversion {
+    std::string flags;
+    Size width, precision;
+    Prefix prefix;
+    wchar_t type;
+
+    bool isAmong(std::wstring_view types) const { return types.find(type) != types.npos; }
+
+    std::wstring format() const {
+        std::wstring const point = precision.form == Size::absent ? L"" : L".";
+        return L"<%" + std::wstring{flags.begin(), flags.end()} + width.spelled() + point + precision.spelled() +
+               std::wstring{prefix.text} + type + L">%d";
+    }
+
+    // The argument with those before it, and one behind it.
+    template <typename Value>
+    std::wstring formatted(Value value) const {
+        fuzz::Exact<wchar_t> const text{format() + L'\0'};
+        bool const first = width.form == Size::argument, second = precision.form == Size::argument;
+        return first && second ? stringPrintf(text.data(), width.value, precision.value, value, 7)
+               : first         ? stringPrintf(text.data(), width.value, value, 7)
+               : second        ? stringPrintf(text.data(), precision.value, value, 7)
+                               : stringPrintf(text.data(), value, 7);
+    }
+
+    template <typename Value>
+    std::wstring byTheCLibrary(std::string const& conversion, Value value, int digits) const {
+        static char text[8000];
+        int const length = std::snprintf(text, sizeof text, ("%" + flags + "*.*" + conversion).c_str(),
+                                         width.form == Size::absent ? 0 : width.value, digits, value);
+        return L'<' + std::wstring(text, text + length) + L">7";
+    }
+
+    int digits() const { return precision.form == Size::absent ? -1 : precision.value; }
+
+    std::wstring padded(std::wstring const& text) const {
+        int const wanted = width.form == Size::absent ? 0 : width.value;
+        bool const left = wanted < 0 || flags.find('-') != flags.npos, zero = flags.find('0') != flags.npos;
+        std::size_t const size = static_cast<std::size_t>(std::abs(wanted));
+        std::wstring const padding(std::max(size, text.size()) - text.size(), zero && !left ? L'0' : L' ');
+        return L'<' + (left ? text + padding : padding + text) + L">7";
+    }
+
+    std::wstring cut(std::wstring text) const {
+        if (digits() < 0 || static_cast<std::size_t>(digits()) >= text.size()) return text;
+        text.resize(static_cast<std::size_t>(digits()));
+        return text;
+    }
+};
+
+void checkText(Conversion const& c, bool character, bool wide, bool none, std::int64_t value) {
+    if (character) {
+        unsigned int const unit = static_cast<unsigned int>(value), byte = unit & 0xFF;
+        unsigned int const expected = wide ? unit & 0xFFFF : byte < 0x80 ? byte : 0xFFFD;
+        fuzz::same("character", c.formatted(static_cast<int>(value)),
+                   c.padded(std::wstring(1, static_cast<wchar_t>(expected))));
+    } else if (none) {
+        fuzz::same("no text", c.formatted(static_cast<void const*>(nullptr)), c.padded(c.cut(L"(null)")));
+    } else if (wide) {
+        fuzz::same("wide text", c.formatted(wideText), c.padded(c.cut(wideText)));
+    } else {
+        std::wstring text = c.cut(narrowAsWide);
+        if (!text.empty() && text.back() == wchar_t{0xD83D}) text.pop_back();  // one character of the text is not cut
+        fuzz::same("narrow text", c.formatted(narrowText), c.padded(text));
+    }
 }
 
 }
 
 ORN_LAW(Printf) {
-    Input values = input.last(8);
-    std::wstring text = input.text();
-    text.resize(std::min(text.find(L'\0'), text.size()));
-    Formatter formatter{text, values};
-    formatter.run();
-    if (formatter.tooMuch) return;
-    Exact<wchar_t> const block{text + L'\0'};
-    if (formatter.bad)
-        same("a bad format comes back", stringPrintf(block.data()), text);
-    else
-        same("formatted", format(block.data(), std::span<Argument const>{formatter.arguments}), formatter.result);
+    Conversion c;
+    for (char const flag : {'-', '+', ' ', '#', '0', '-'})
+        if (input.option(2) == 1) c.flags += flag;
+    c.type = L"diouxXeEfFgGaApcCsSny"[input.option(21)];
+    c.prefix = prefixes[input.option(4) == 0 ? input.option(std::size(prefixes)) : 0];
+    c.width = {static_cast<Size::Form>(input.option(3)),
+               static_cast<int>(input.option(50)) * (input.option(9) == 0 ? 60 : 1)};
+    c.precision = {static_cast<Size::Form>(input.option(4)), static_cast<int>(input.option(40))};
+    if (c.width.form == Size::argument && input.option(2) == 1) c.width.value *= -1;
+    if (c.precision.form == Size::argument && input.option(2) == 1) c.precision.value = -1;
+    if (c.precision.form == Size::point) c.precision.value = 0;
+    std::int64_t const integer = integers[input.option(std::size(integers))];
+    double const number = numbers[input.option(std::size(numbers))];
+    char const type = static_cast<char>(c.type);
+
+    if (c.isAmong(L"diouxX") && c.prefix.bits != 0) {
+        int const spare = 64 - c.prefix.bits;
+        std::uint64_t const high = static_cast<std::uint64_t>(integer) << spare;
+        std::int64_t const value =
+            c.isAmong(L"di") ? static_cast<std::int64_t>(high) >> spare : static_cast<std::int64_t>(high >> spare);
+        same("integer", spare == 0 ? c.formatted(integer) : c.formatted(static_cast<int>(integer)),
+             c.byTheCLibrary(std::string{"ll"} + type, value, c.digits()));
+    } else if (c.isAmong(L"eEfFgGaA") && c.prefix.number) {
+        same("number", c.formatted(number), c.byTheCLibrary(std::string(1, type), number, c.digits()));
+    } else if (c.type == L'p' && c.prefix.text.empty()) {
+        same("pointer", c.formatted(reinterpret_cast<void const*>(integer)), c.byTheCLibrary("llX", integer, 16));
+    } else if (c.isAmong(L"cCsS") && c.prefix.character) {
+        bool const character = c.isAmong(L"cC"), wide = c.prefix.text.empty() ? c.isAmong(L"cs") : c.prefix.wide;
+        checkText(c, character, wide, integer == -1, integer);
+    } else {
+        same("a bad format comes back", c.formatted(1), c.format());
+    }
 }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <utility>
 
+#include <curl/curl.h>
 #include <iconv.h>
 #include <lcms2.h>
 
@@ -44,3 +45,17 @@ std::optional<std::wstring> fuzz::describedByLcms(std::string const& bytes) {
     cmsCloseProfile(profile);
     return text;
 }
+
+std::optional<std::string> fuzz::normalised(std::string const& url) {
+    CURLU* const handle = curl_url();
+    char* text = nullptr;
+    std::optional<std::string> result;
+    if (curl_url_set(handle, CURLUPART_URL, url.c_str(), 0) == CURLUE_OK &&
+        curl_url_get(handle, CURLUPART_URL, &text, 0) == CURLUE_OK)
+        result = text;
+    curl_free(text);
+    curl_url_cleanup(handle);
+    return result;
+}
+
+std::optional<std::pair<std::wstring, std::wstring>> fuzz::splitBySystem(std::wstring const&) { return std::nullopt; }

@@ -38,13 +38,8 @@ std::wstring rowsOf(std::wstring const& text, Columns const&... columns) {
 }
 
 TEST(CSVReader, RecordsAndTheirLines) {
-    EXPECT_EQ(rowsOf(L""), L"");
-    EXPECT_EQ(rowsOf(L"a,b"), L"1-1:a|b|;");
-    EXPECT_EQ(rowsOf(L"a,b\n"), L"1-1:a|b|;");
     EXPECT_EQ(rowsOf(L"a,"), L"1-1:a||;");
-    EXPECT_EQ(rowsOf(L"a\rb\rc"), L"1-1:a|;2-2:b|;3-3:c|;");
-    EXPECT_EQ(rowsOf(L"a\r\rb\r"), L"1-1:a|;2-2:;3-3:b|;");
-    EXPECT_EQ(rowsOf(L"a\r\nb\n\rc\f"), L"1-1:a|;2-2:b|;3-3:;4-4:c|;");
+    EXPECT_EQ(rowsOf(L"a\r\rb\r\nc\n\rd\f"), L"1-1:a|;2-2:;3-3:b|;4-4:c|;5-5:;6-6:d|;");
     EXPECT_EQ(rowsOf(L"\"one\ntwo\n\",x\nlast"), L"1-3:one\ntwo\n|x|;4-4:last|;");
 
     std::wstring const text = L"\"a\rb\r\nc\u2028\",d\r";  // of a whole text the line ends in quotes stay as they are

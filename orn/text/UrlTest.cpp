@@ -20,22 +20,11 @@ std::wstring tooLong() {
 }
 
 TEST(Url, EscapesAreDecoded) {
-    struct {
-        std::wstring url, result;
-    } const cases[] = {
-        {L"http://h/a%20b", L"http://h/a b"},
-        {L"http://h/a?b%20c#d%20e", L"http://h/a?b c#d e"},
-        {L"%41%zz%", L"A%zz%"},
-        {L"%4", L"%4"},
-        {L"%4G%41", L"%4GA"},
-        {L"%%41", L"%A"},
-        {L"%25%34%31", L"%41"},
-        {L"%C3%A9%ff", L"\xC3\xA9\xFF"},
-        {L"\x20AC%7e", L"\x20AC~"},
-        {L"a%00b", std::wstring(L"a\0b", 3)},
-        {std::wstring(L"a\0b", 3), L"a"},
-        {L"", L""},
-    };
+    std::pair<std::wstring, std::wstring> const cases[] = {{L"http://h/a%20b?c%7e#%ff%C3", L"http://h/a b?c~#\xFF\xC3"},
+                                                           {L"%41%zz%4G%%41%25%34%31%4", L"A%zz%4G%A%41%4"},
+                                                           {L"a%00b", std::wstring(L"a\0b", 3)},
+                                                           {std::wstring(L"a\0b", 3), L"a"},
+                                                           {L"", L""}};
     for (auto const& [url, result] : cases) EXPECT_EQ(unescapeUrl(url), result) << ::testing::PrintToString(url);
 }
 
@@ -47,17 +36,12 @@ Pair const canonicalForms[] = {
     {L"http://h", L"http://h/"},
     {L"HTTP://Host.Org:8080/A", L"HTTP://Host.Org:8080/A"},
     {L"http://h/a/../b", L"http://h/b"},
-    {L"http://h/a/./b", L"http://h/a/b"},
-    {L"http://h/a/b/..", L"http://h/a/"},
     {L"http://h/a/..", L"http://h/"},
-    {L"http://h/a/./", L"http://h/a/"},
-    {L"http://h/a//../b", L"http://h/a/b"},
     {L"http://h/a//b", L"http://h/a//b"},
     {L"http://h/../a", L"http://h/../a"},
     {L"http://h/./a/../b", L"http://h/./b"},
     {L"http://h/a/../../b", L"http://h/../b"},
     {L"http://h/a/../..", L"http://h/.."},
-    {L"http://h/.../..a/a../.a", L"http://h/.../..a/a../.a"},
     {L"http://h/a/%2E%2e/b", L"http://h/a/%2E%2e/b"},
     {L"zz://h/a/../b c", L"zz://h/b%20c"},
     {L"//h/a/../b", L"//h/b"},
@@ -81,19 +65,20 @@ Pair const canonicalForms[] = {
     {L"file:/C:/a", L"file:///C:/a"},
     {L"file://C:\\a\\b", L"file:///C:/a/b"},
     {L"file:\\\\s\\a b", L"file://s/a%20b"},
-    {L"file:///C:/a/../b/./c.txt", L"file:///C:/b/c.txt"},
     {L"file:///C:/../a", L"file:///C:/../a"},
     {L"file:///C:", L"file:///C:/"},
     {L"file:///a/b/../c d#e", L"file:///a/c%20d%23e"},
     {L"file:a/../b", L"file:a/../b"},
     {L"", L""},
-    {L":", L":"},
     {L"a#b c", L"a#b c"},
 };
 
 TEST(Url, CanonicalForms) {
-    for (auto const& [url, result] : canonicalForms)
+    for (auto const& [url, result] : canonicalForms) {
         EXPECT_EQ(canonicalizeUrl(url), result) << ::testing::PrintToString(url);
+        EXPECT_EQ(canonicalizeUrl(result), result);
+        EXPECT_EQ(cleanupUrl(isURL(result) ? url : L""), isURL(result) ? result : L"");
+    }
 }
 
 TEST(Url, SchemesAreGuessed) {
@@ -111,15 +96,6 @@ TEST(Url, SchemesAreGuessed) {
         {L"", L""},
     };
     for (auto const& [url, result] : cases) EXPECT_EQ(cleanupUrl(url), result) << ::testing::PrintToString(url);
-}
-
-TEST(Url, TheCanonicalFormIsItsOwn) {
-    for (auto const& [url, result] : canonicalForms) {
-        EXPECT_EQ(canonicalizeUrl(result), result);
-        if (isURL(result)) {
-            EXPECT_EQ(cleanupUrl(url), result);
-        }
-    }
 }
 
 TEST(Url, WhatDoesNotFitIsRefusedWithTheUrlAndTheReason) {
@@ -143,14 +119,14 @@ TEST(Url, AFailedDownloadTellsTheUrlAndTheReason) {
     EXPECT_TRUE(text.starts_with(start) && text.size() > start.size()) << ::testing::PrintToString(text);
 
     // Refused before the system sees them, whatever it could do with them.
-    for (std::wstring const url : {L"ftp://h/a", L"res://a/b", L"data:,a", L"FILES:///a", L"httpx://h", L"C:\\a.txt"})
-        EXPECT_EQ(thrown([&] { downloadUrlToCache(url); }), L"OrnError: The address \"" + url +
-                                                                L"\" cannot be downloaded: " +
-                                                                formatMessage(DWORD{0x800C000D}, L"urlmon.dll"));
-    for (std::wstring const url : {L"", L"h/a", L" h", L"://h"})
-        EXPECT_EQ(thrown([&] { downloadUrlToCache(url); }), L"OrnError: The address \"" + url +
-                                                                L"\" cannot be downloaded: " +
-                                                                formatMessage(DWORD{0x800C0002}, L"urlmon.dll"));
+    std::pair<DWORD, std::vector<std::wstring>> const refused[] = {
+        {0x800C000D, {L"ftp://h/a", L"res://a/b", L"data:,a", L"FILES:///a", L"httpx://h", L"C:\\a.txt"}},
+        {0x800C0002, {L"", L"h/a", L" h", L"://h"}}};
+    for (auto const& [code, urls] : refused)
+        for (std::wstring const& url : urls)
+            EXPECT_EQ(
+                thrown([&] { downloadUrlToCache(url); }),
+                L"OrnError: The address \"" + url + L"\" cannot be downloaded: " + formatMessage(code, L"urlmon.dll"));
 }
 
 }
