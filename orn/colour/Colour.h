@@ -9,6 +9,12 @@
 #include <iosfwd>
 #include <string_view>
 
+/// @cond
+namespace ORN {
+struct DeviceColours;
+}
+/// @endcond
+
 /// Keeps the model it was made in exactly and computes the others when they are first asked for; the results stay in
 /// the object. Components run from 0 to 1, hue is an angle, and nothing is clamped. Since a query may fill the cache,
 /// even one of a const object, two threads that read one colour need a lock or a copy each.
@@ -72,6 +78,8 @@ protected:
     virtual void calcRGB() const;  ///< from HLS if that is valid, else from HSV
 
 private:
+    friend struct ORN::DeviceColours;
+
     struct RGB {
         bool valid = false;
         double red = 0, green = 0, blue = 0;

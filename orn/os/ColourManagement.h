@@ -25,10 +25,9 @@ struct ProfileHeader {
     DWORD connectionSpace;  ///< what the profile translates them to
 };
 
-/// A colour on its way through a transform: 0 to 65535, in the system's own layout.
-struct alignas(8) DeviceColour {
+/// A colour on its way through a transform: 0 to 65535.
+struct DeviceColour {
     WORD red, green, blue;
-    WORD unused[5];
 };
 
 /// The path of a file that holds the system's standard sRGB profile, of which size is the number of bytes, two to a
@@ -50,7 +49,7 @@ bool profileElement(HPROFILE profile, DWORD tag, void* buffer, DWORD& size);
 HTRANSFORM createTransform(HPROFILE const* profiles, DWORD count, DWORD intent);
 void deleteTransform(HTRANSFORM transform) noexcept;
 
-/// Takes RGB to RGB, for a transform that has these at its ends. Any number of threads may use one transform.
-bool translateColours(HTRANSFORM transform, DeviceColour const* in, DWORD count, DeviceColour* out);
+/// Takes RGB to RGB in its place, for a transform that has these at its ends. Any number of threads may use one transform.
+bool translateColours(HTRANSFORM transform, DeviceColour* colours, DWORD count);
 
 }

@@ -6,6 +6,8 @@
 
 #include <icm.h>
 
+#include <iterator>
+
 namespace ORN::os {
 
 namespace {
@@ -66,12 +68,17 @@ HTRANSFORM createTransform(HPROFILE const* profiles, DWORD count, DWORD intent) 
 
 void deleteTransform(HTRANSFORM transform) noexcept { DeleteColorTransform(transform); }
 
-bool translateColours(HTRANSFORM transform, DeviceColour const* in, DWORD count, DeviceColour* out) {
-    static_assert(sizeof(DeviceColour) == sizeof(COLOR) && alignof(DeviceColour) == alignof(COLOR));
-    static_assert(offsetof(RGBCOLOR, blue) == offsetof(DeviceColour, blue));
+bool translateColours(HTRANSFORM transform, DeviceColour* colours, DWORD count) {
     if (isRefused("TranslateColors")) return false;
-    return TranslateColors(transform, reinterpret_cast<COLOR*>(const_cast<DeviceColour*>(in)), count, COLOR_RGB,
-                           reinterpret_cast<COLOR*>(out), COLOR_RGB) != FALSE;
+    COLOR from[64], to[64];
+    while (count != 0) {
+        DWORD const some = count < std::size(from) ? count : static_cast<DWORD>(std::size(from));
+        for (DWORD i = 0; i != some; ++i) from[i].rgb = {colours[i].red, colours[i].green, colours[i].blue};
+        if (!TranslateColors(transform, from, some, COLOR_RGB, to, COLOR_RGB)) return false;
+        for (DWORD i = 0; i != some; ++i) colours[i] = {to[i].rgb.red, to[i].rgb.green, to[i].rgb.blue};
+        colours += some, count -= some;
+    }
+    return true;
 }
 
 }
