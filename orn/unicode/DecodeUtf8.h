@@ -40,8 +40,8 @@ inline wchar_t* decodeOne(Byte const*& p, Byte const* end, wchar_t* to) noexcept
 // Whether a sequence of two bytes with this lead gives one unit, whatever its second byte is.
 constexpr bool leadsTwo(Byte lead) noexcept { return lead >= 0xC2 && lead < 0xE0; }
 
-// Decodes ASCII and sequences of two bytes (Latin letters with accents), up to a byte that begins neither. Each step takes at
-// most sixteen ASCII bytes, and the sequence behind them if they are fewer. There is no branch between the two cases,
+// Decodes ASCII and sequences of two bytes (Latin letters with accents), up to a byte that begins neither. Each step takes
+// at most sixteen ASCII bytes, and the sequence behind them if they are fewer. There is no branch between the two cases,
 // because a processor would guess it wrongly in every other word, and the next step does not wait for the sequence's value.
 inline wchar_t* decodeLatin(Byte const*& from, Byte const* stop, wchar_t* to) noexcept {
     Byte const* p = from;

@@ -1,0 +1,142 @@
+/// From the bytes of a text file to code points: a decoder for each encoding, which knows nothing of lines but the
+/// characters that end them.
+///
+/// decodeOne decodes the character at the head of the bytes and returns how many of them it takes, or 0 when they are not
+/// a whole valid character. A value may still be none that a text holds (isCharacter). decodeRun moves `from` and `to` on
+/// over characters that decodeOne would decode and that end no line, as far as it can go quickly: at most one unit a byte.
+/// It may write up to ascii::block units behind those.
+#pragma once
+
+#include "orn/os/CodePage.h"
+#include "orn/unicode/Ascii.h"
+#include "orn/unicode/CodePoints.h"
+
+#include <bit>
+#include <cstddef>
+
+namespace ORN::decoding {
+
+using Byte = unsigned char;
+
+/// Widens a block; the bits returned tell which of its bytes are not ASCII, or end a line.
+inline unsigned int widenBlock(Byte const* from, wchar_t* to) noexcept {
+    unsigned int const ends = ascii::find(from, 0x0A, 0x0C, 0x0D);  // before a write to `to` could change the bytes
+    return ends | ascii::widen(from, to);
+}
+
+class Utf8Decoder {
+public:
+    static std::size_t decodeOne(unsigned int& value, Byte const* bytes, std::size_t available) noexcept {
+        if (available == 0) return 0;
+        int const length =
+            unicode::readUtf8<unicode::Leniency::files>(value, bytes, static_cast<std::ptrdiff_t>(available));
+        return length < 0 ? 0 : static_cast<std::size_t>(length);
+    }
+
+    static void decodeRun(wchar_t*& to, Byte const*& from, Byte const* end) noexcept {
+        wchar_t* out = to;  // locals, which a write through `out` cannot change
+        Byte const* p = from;
+        while (end - p >= ascii::block) {
+            // E3 to EC lead no surrogates, no line ends and nothing small.
+            if (*p - 0xE3u <= 0xECu - 0xE3u && isTail(p[1]) && isTail(p[2])) {
+                *out++ = static_cast<wchar_t>(three(p));
+                p += 3;
+                continue;
+            }
+            if (*p < 0x80) {
+                unsigned int const stops = widenBlock(p, out);
+                std::ptrdiff_t const taken = stops == 0 ? ascii::block : std::countr_zero(stops);
+                out += taken;
+                p += taken;
+                if (stops == 0) continue;
+                if (*p < 0x80 || end - p < 3) break;
+            }
+            // Steps of a constant length, so that one character does not wait for another's length.
+            if (*p < 0xE0) {
+                if (!isTail(p[1]) | (two(p) < 0x86)) break;
+                *out++ = static_cast<wchar_t>(two(p));
+                p += 2;
+            } else if (*p < 0xF0) {
+                unsigned int const value = three(p);
+                bool const invalid = !isTail(p[1]) | !isTail(p[2]) | isSurrogate(value);
+                if (invalid | (value < 0x86) | ((value & ~1u) == 0x2028)) break;
+                *out++ = static_cast<wchar_t>(value);
+                p += 3;
+            } else {
+                break;
+            }
+        }
+        to = out;
+        from = p;
+    }
+
+private:
+    static bool isTail(Byte byte) noexcept { return unicode::mayFollow<unicode::Leniency::files>(0, 1, byte); }
+    static unsigned int two(Byte const* p) noexcept { return (p[0] & 0x1Fu) << 6 | (p[1] & 0x3Fu); }
+    static unsigned int three(Byte const* p) noexcept {
+        return (p[0] & 0x0Fu) << 12 | (p[1] & 0x3Fu) << 6 | (p[2] & 0x3Fu);
+    }
+};
+
+/// A unit's low byte stands at one of its two places, its high byte at the other.
+template <std::size_t low, std::size_t high>
+class Utf16Decoder {
+public:
+    static std::size_t decodeOne(unsigned int& value, Byte const* bytes, std::size_t available) noexcept {
+        if (available < 2) return 0;
+        unsigned int const unit = unitAt(bytes);
+        if (!isSurrogate(unit)) {
+            value = unit;
+            return 2;
+        }
+        return available >= 4 && fromUTF16(value, unit, unitAt(bytes + 2)) ? 4 : 0;
+    }
+
+    static void decodeRun(wchar_t*& to, Byte const*& from, Byte const* end) noexcept {
+        for (; end - from >= 2; from += 2) {
+            unsigned int const unit = unitAt(from);
+            if (isSurrogate(unit) || isLineEnd(unit)) return;
+            *to++ = static_cast<wchar_t>(unit);
+        }
+    }
+
+private:
+    static unsigned int unitAt(Byte const* bytes) noexcept {
+        return bytes[low] | static_cast<unsigned int>(bytes[high]) << 8;
+    }
+};
+using Utf16leDecoder = Utf16Decoder<0, 1>;
+using Utf16beDecoder = Utf16Decoder<1, 0>;
+
+/// The multibyte code page, by the seam.
+class MultibyteDecoder {
+public:
+    MultibyteDecoder() noexcept {
+        for (Byte byte = 0; byte < 0x80 && hasAscii_; ++byte) {
+            unsigned int value = 0;
+            hasAscii_ = decodeOne(value, &byte, 1) == 1 && value == byte;
+        }
+    }
+
+    static std::size_t decodeOne(unsigned int& value, Byte const* bytes, std::size_t available) noexcept {
+        if (available == 0) return 0;
+        int const taken = os::decodeMultibyte(reinterpret_cast<char const*>(bytes), static_cast<int>(available), value);
+        if (taken == 0) value = 0;  // the seam answers 0 for a zero byte
+        return taken < 0 ? 0 : taken == 0 ? 1 : static_cast<std::size_t>(taken);
+    }
+
+    void decodeRun(wchar_t*& to, Byte const*& from, Byte const* end) const noexcept {
+        while (hasAscii_ && end - from >= ascii::block) {
+            unsigned int const stops = widenBlock(from, to);
+            std::ptrdiff_t const taken = stops == 0 ? ascii::block : std::countr_zero(stops);
+            to += taken;
+            from += taken;
+            if (stops != 0) return;
+        }
+    }
+
+private:
+    bool hasAscii_ = true;  // every byte below 0x80 is that character
+};
+
+}
