@@ -22,21 +22,23 @@ public:
 
     /// Makes room for at least so many elements. Those that were there lose their values when it grows.
     void reserve(std::size_t size) {
-        if (!tryReserve(size)) throw std::bad_alloc{};
+        if (size > size_) take(new T[size], size);
     }
 
     /// The same; false, with nothing changed, when there is no memory.
     bool tryReserve(std::size_t size) noexcept {
-        if (size <= size_) return true;
-        T* const larger = new (std::nothrow) T[size];
-        if (larger == nullptr) return false;
-        heap_.reset(larger);
-        data_ = larger;
-        size_ = size;
-        return true;
+        if (size > size_) take(new (std::nothrow) T[size], size);
+        return size <= size_;
     }
 
 private:
+    void take(T* larger, std::size_t size) noexcept {
+        if (larger == nullptr) return;
+        heap_.reset(larger);
+        data_ = larger;
+        size_ = size;
+    }
+
     T* data_;
     std::size_t size_ = N;
     std::unique_ptr<T[]> heap_;

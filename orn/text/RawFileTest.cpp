@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <tuple>
 
 using namespace ORN;
 
@@ -40,12 +41,10 @@ TEST(RawFile, WhatIsWrittenIsRead) {
 TEST(RawFile, Seek) {
     TemporaryFolder const folder;
     std::unique_ptr<RawFileReader> const file{rawOpen(folder.put("ten", "0123456789"))};
-    struct {
-        std::int64_t offset;
-        std::int32_t origin;
-        std::uint64_t position;
-    } const cases[] = {{0, 1, 0}, {0, 2, 10}, {0, 7, 10}, {-4, -1, 6}, {4, 0, 4},
-                       {2, 1, 6}, {-5, 1, 1}, {0, 1, 1},  {50, 0, 50}, {3, 0, 3}};
+    std::tuple<std::int64_t, std::int32_t, std::uint64_t> const cases[] = {
+        {0, 1, 0}, {0, 2, 10}, {0, 7, 10}, {-4, -1, 6}, {4, 0, 4},
+        {2, 1, 6}, {-5, 1, 1}, {0, 1, 1},  {50, 0, 50}, {5'000'000'000, 0, 5'000'000'000},
+        {3, 0, 3}};
     for (auto const& [offset, origin, position] : cases) {
         EXPECT_THROW(file->seek(-1, 0), OrnError);
         EXPECT_EQ(file->seek(offset, origin), position) << offset << " from " << origin;

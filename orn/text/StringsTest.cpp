@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <clocale>
+#include <tuple>
 
 namespace {
 
@@ -38,50 +38,41 @@ TEST(Strings, SimpleLowercaseIsAscii) {
         wchar_t const expected = static_cast<wchar_t>(unit >= 0x41 && unit <= 0x5A ? unit + 0x20 : unit);
         ASSERT_EQ(simpleLowercase(static_cast<wchar_t>(unit)), expected);
     }
+    EXPECT_EQ(simpleLowercase(std::wstring_view{L"ABC"}.substr(1)), L"bc");
     EXPECT_EQ(simpleLowercase(std::wstring(L"AZ@[\0\u00C9Q", 7)), std::wstring(L"az@[\0\u00C9q", 7));
 }
 
 TEST(Strings, CollationIsAnOrder) {
-    std::wstring const texts[] = {L"", L"a", L"ab", L"abc", L"b", L"c"};
+    std::wstring faces;  // long enough for the heap, with pairs in it
+    for (int n = 0; n < 100; ++n) faces += {0xD83D, 0xDE00};
+    std::wstring const texts[] = {L"", L"a", L"ab", L"abc", L"b", L"c", faces + L"a", faces + L"b"};
     for (auto const& a : texts)
         for (auto const& b : texts) {
             int const order = collateStrings(a, b);
-            EXPECT_EQ(order < 0, a < b) << a << " beside " << b;
-            EXPECT_EQ(order > 0, a > b) << a << " beside " << b;
+            EXPECT_EQ(order <=> 0, a <=> b) << a << " beside " << b;
             EXPECT_EQ(collateStrings(a.c_str(), b.c_str()), order);
         }
     EXPECT_EQ(collateStrings(std::wstring(L"a\0b", 3), std::wstring(L"a\0c", 3)), 0);
-
-    // Long enough for the heap, with pairs in them.
-    std::wstring const pair{wchar_t{0xD83D}, wchar_t{0xDE00}};
-    std::wstring one, two;
-    for (int n = 0; n < 100; ++n) one += pair;
-    two = one + L"b";
-    EXPECT_LT(collateStrings(one + L"a", two), 0);
 }
 
 TEST(Strings, TrimmingKeepsWhatIsInside) {
-    wchar_t const lone[] = {L' ', 0xD800, L' ', 0xDC00, L'\u2028', 0};
-    struct {
-        std::wstring text, trimmed;
-    } const cases[] = {{L"\t a b\u3000", L"a b"},
-                       {L"", L""},
-                       {L" \t\r\n\v\f\u00A0\uFEFF\u2029 ", L""},
-                       {L"a", L"a"},
-                       {L"\u3000a", L"a"},
-                       {L"a \u200B", L"a \u200B"},
-                       {L"\u0007 ", L"\u0007"},
-                       {lone, std::wstring(lone + 1, 3)},
-                       {std::wstring(L" \0 ", 3), std::wstring(1, L'\0')}};
-    for (auto const& [text, trimmed] : cases) EXPECT_EQ(trimwhitespace(text), trimmed);
+    std::pair<std::wstring, std::wstring> const cases[] = {
+        {L"\t a b\u3000", L"a b"},
+        {L" \t\r\n\v\f\u00A0\uFEFF\u2029 ", L""},
+        {L"\u3000a \u200B", L"a \u200B"},
+        {L"\u0007 ", L"\u0007"},
+        {{L' ', 0xD800, L' ', 0xDC00, 0x2028}, {0xD800, L' ', 0xDC00}},
+        {std::wstring(L" \0 ", 3), std::wstring(1, L'\0')},
+    };
+    for (auto const& [text, trimmed] : cases) {
+        EXPECT_EQ(trimwhitespace(text), trimmed);
+        EXPECT_EQ(trimwhitespace(std::wstring_view{text}), trimmed);
+    }
 }
 
 TEST(Strings, PackingCutsAsLaidDown) {
     wchar_t const lead = 0xD83D, trail = 0xDE00;
-    struct {
-        std::wstring text;
-        std::size_t size, copied;
-    } const cases[] = {
+    std::tuple<std::wstring, std::size_t, std::size_t> const cases[] = {
         // clang-format off
         {L"abcde", 1, 0}, {L"abcde", 3, 2}, {L"abcde", 5, 4}, {L"abcde", 6, 5}, {L"abcde", 9, 5}, {L"", 1, 0}, {L"", 4, 0},
         {{L'a', L'b', lead, trail, L'c'}, 3, 1},  // the first unit cut off leads a pair
@@ -89,12 +80,10 @@ TEST(Strings, PackingCutsAsLaidDown) {
         {{lead, trail}, 1, 0}, {{L'a', L'b', lead}, 4, 3}, {{L'a', lead}, 2, 0}, {std::wstring(L"a\0b", 3), 4, 3},
     };  // clang-format on
     for (auto const& [text, size, copied] : cases) {
-        wchar_t buffer[12];
-        std::fill_n(buffer, 12, L'#');
-        EXPECT_EQ(packTo(text, buffer, size), copied) << size;
-        EXPECT_EQ(std::wstring(buffer, copied), text.substr(0, copied));
-        EXPECT_EQ(buffer[copied], 0);
-        EXPECT_TRUE(std::all_of(buffer + copied + 1, buffer + 12, [](wchar_t unit) { return unit == L'#'; }));
+        std::wstring buffer(12, L'#');
+        EXPECT_EQ(packTo(text, buffer.data(), size), copied) << size;
+        EXPECT_EQ(packTo(std::wstring_view{text}, buffer.data(), size), copied) << size;
+        EXPECT_EQ(buffer, text.substr(0, copied) + L'\0' + std::wstring(11 - copied, L'#'));
     }
     wchar_t untouched = L'#';
     EXPECT_EQ(thrown([&] { packTo(L"a", &untouched, std::size_t{0}); }),
