@@ -2,7 +2,6 @@
 
 #include "orn/threading/ParkingTable.h"
 
-#include <atomic>
 #include <exception>
 
 namespace ORN::Threading {
@@ -23,20 +22,6 @@ void closeParking() noexcept {
 }
 
 namespace {
-
-class LockWord {
-public:
-    explicit LockWord(LONG volatile& word) noexcept : word_{const_cast<LONG&>(word)} {}
-
-    LONG read() const noexcept { return word_.load(); }
-    bool swap(LONG& seen, LONG next) noexcept { return word_.compare_exchange_strong(seen, next); }
-
-private:
-    static_assert(std::atomic_ref<LONG>::is_always_lock_free);
-    static_assert(std::atomic_ref<LONG>::required_alignment == alignof(LONG));
-
-    std::atomic_ref<LONG> word_;
-};
 
 struct Load {
     // An exception that leaves a static object's constructor would end the process without a word.

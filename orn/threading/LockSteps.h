@@ -9,6 +9,7 @@
 #include "orn/foundation/Error.h"
 #include "orn/os/ErrorText.h"
 #include "orn/os/Status.h"
+#include "orn/threading/Lock.h"
 
 namespace ORN::Threading {
 
@@ -59,7 +60,7 @@ bool waitFor(Word& word, Slot& slot, LONG& seen, LONG waitMask, DWORD timeout) {
     return true;
 }
 
-/// Acquires a word that was not free when its first swap saw it.
+/// Acquires, waiting where it must. `seen` is what the word held a moment ago; a failed swap is also the next read.
 template <typename Word, typename Slot>
 [[gnu::noinline, gnu::cold]] bool acquireTaken(Word word, Slot& slot, LONG seen, LONG add, LONG waitMask,
                                                DWORD timeout) {
@@ -69,11 +70,10 @@ template <typename Word, typename Slot>
     return true;
 }
 
-/// The first swap guesses a free word; a failed swap is also the next read.
 template <typename Word, typename Slot>
 bool acquire(Word word, Slot& slot, LONG add, LONG waitMask, DWORD timeout) {
-    LONG seen = 0;
-    if (word.swap(seen, add)) [[likely]]
+    LONG seen;
+    if (acquireAtOnce(word, seen, add, waitMask)) [[likely]]
         return true;
     return acquireTaken(word, slot, seen, add, waitMask, timeout);
 }
@@ -83,10 +83,9 @@ template <typename Slot>
     if (!slot.wake()) throw WinError{};
 }
 
-/// The first swap guesses that nobody else is inside.
 template <typename Word, typename Slot>
 void release(Word word, Slot& slot, LONG add) {
-    LONG seen = add;
+    LONG seen = word.read();
     while (!word.swap(seen, seen - add)) {}
     if (slot.waiters() != 0) [[unlikely]]
         wakeAll(slot);

@@ -6,6 +6,7 @@
 /// and the algorithm must be deterministic, must change what they share in steps only, and must let exceptions through.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -28,6 +29,11 @@ public:
 
     /// The thread stands still for good after so many steps. Nobody waits for its end.
     void halt(std::size_t thread, int steps) { threads_[thread].left = steps; }
+
+    /// Limits the schedules to those in which at most so often another thread goes first though the last one could go on,
+    /// or a thread gives up though one could go on. Few faults of concurrent algorithms need more than two such turns, and
+    /// so limited far longer algorithms can be walked in every order.
+    void limitTurns(int most) { turns_ = most; }
 
     /// `stuck`: somebody has not ended and nobody can go on. `endless`: more than `limit` steps were done.
     End run(Chooser const& choose, int limit = 2000) {
@@ -83,7 +89,16 @@ private:
             }
             if (ended) return End::done;
             if (ways.empty()) return End::stuck;
+            auto const goesOn = [](Way way) { return !way.givesUp; };
+            bool const anyGoesOn = std::ranges::any_of(ways, goesOn);
+            bool const lastGoesOn =
+                std::ranges::any_of(ways, [&](Way way) { return goesOn(way) && way.thread == running_; });
+            auto const isTurn = [&, last = running_](Way way) {
+                return (lastGoesOn && way.thread != last) || (anyGoesOn && way.givesUp);
+            };
+            if (turns_ == 0) std::erase_if(ways, isTurn);
             Way const way = ways[ways.size() == 1 ? 0 : choose(ways.size())];
+            if (isTurn(way)) --turns_;
             givesUp_ = way.givesUp;
             if (threads_[way.thread].left > 0) --threads_[way.thread].left;
             advance(way.thread, 1);
@@ -119,6 +134,7 @@ private:
     std::size_t recalled_ = 0;
     int allowed_ = 0;
     bool givesUp_ = false;
+    int turns_ = -1;  // negative: any number
 };
 
 /// Every schedule in turn: the depth-first walk of the tree of choices.
