@@ -8,6 +8,9 @@ add_subdirectory("${ORN_GOOGLETEST}" "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_
 function(orn_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
   add_executable(${name} ${arg_SOURCES})
+  if(ORN_SANITIZERS)
+    target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests/support/SanitizerOptions.cpp")
+  endif()
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} orn-strict GTest::gmock GTest::gtest_main)
   # Tests are compiled once and run once: unoptimised they are ready in a fifth of the time, and what a header has inline
   # is seen as a debug build sees it.
