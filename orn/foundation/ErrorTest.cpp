@@ -63,6 +63,7 @@ TEST(Error, SystemCodesBecomeTexts) {
 
     EXPECT_EQ(formatMessage(DWORD{0xDEADBEEF}, noModule), L"Error -559038737");
     EXPECT_EQ(formatMessage(DWORD{5}, L"no-such-module.dll"), L"Error 5");
+    EXPECT_EQ(formatMessage(DWORD{0x80070005}, noModule), denied);  // a COM result that carries the system's code
     EXPECT_EQ(formatMessage(static_cast<HRESULT>(0x80004005), noObject),
               L"[0x80004005] " + formatMessage(DWORD{0x80004005}, noModule));
     EXPECT_EQ(formatMessage(HRESULT{0x1234ABC}, noObject), L"[0x01234abc] Error 19090108");

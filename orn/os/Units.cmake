@@ -5,7 +5,7 @@ orn_unit(os/CriticalSection)
 orn_unit(os/Download)
 orn_unit(os/DropData WINDOWS)
 orn_unit(os/Environment)
-orn_unit(os/ErrorText CODE_PAGE)
+orn_unit(os/ErrorText)
 orn_unit(os/File CODE_PAGE)
 orn_unit(os/Format CODE_PAGE)
 orn_unit(os/Graphics)
@@ -22,12 +22,9 @@ orn_unit(os/Uuid)
 orn_unit(os/Waitable)
 orn_unit(os/Window)
 
-# Off Windows: the libraries that are opened when they are needed, and what keeps the registry.
-if(NOT WIN32)
-  foreach(part ServiceLibrary registry/NameCase registry/RegistryStore)
-    set_property(GLOBAL APPEND PROPERTY ORN_OS_SOURCES "${CMAKE_CURRENT_SOURCE_DIR}/os/posix/${part}.cpp")
-  endforeach()
-endif()
+# Opens libraries when they are needed.
+orn_unit(os/posix/ServiceLibrary POSIX)
+
 # What keeps the registry where the system has none.
 orn_unit(os/posix/registry/NameCase POSIX)
 orn_unit(os/posix/registry/RegistryStore POSIX)

@@ -112,32 +112,4 @@ TEST_F(DropFiles, DataThatIsNotDeliveredLeavesTheFilesAlone) {
     EXPECT_EQ(dropped(object), Names{});
 }
 
-TEST_F(DropFiles, OffsetsOutsideOfTheBlockCostTheirItemOnly) {
-    fs::path const a = put("a.txt"), b = put("b.txt"), c = put("c.txt");
-    auto const parent = drop::listOf(root), first = drop::listOf(a), second = drop::listOf(b), third = drop::listOf(c);
-    ASSERT_TRUE(parent && first && second && third);
-    auto const good = drop::itemListArray(
-        {parent.get(), ILFindLastID(first.get()), ILFindLastID(second.get()), ILFindLastID(third.get())});
-    auto const with = [&](std::size_t place, UINT value) {
-        auto block = good;
-        std::memcpy(block.data() + place, &value, sizeof value);
-        object.blocks[drop::itemLists()] = block;
-        return dropped(object);
-    };
-    for (UINT const outside : {0x10000u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
-        EXPECT_EQ(with(4, outside), Names{});
-        EXPECT_EQ(with(8, outside), (Names{b, c}));
-        EXPECT_EQ(with(12, outside), (Names{a, c}));
-        EXPECT_EQ(with(16, outside), (Names{a, b}));
-    }
-    UINT place = 0;
-    std::memcpy(&place, good.data() + 16, sizeof place);
-    auto block = good;
-    std::memset(block.data() + place, 0xFF, 2);  // the last item's first entry leads far out
-    object.blocks[drop::itemLists()] = block;
-    EXPECT_EQ(dropped(object), (Names{a, b}));
-    object.blocks[drop::itemLists()].resize(10);
-    EXPECT_EQ(dropped(object), Names{});
-}
-
 }

@@ -7,16 +7,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <functional>
 #include <optional>
 #include <string>
 
 namespace os = ORN::os;
 
 namespace {
-
-using Strings = std::vector<std::wstring>;
 
 class RegistryKeyInner : public testing::Test {
 protected:
@@ -87,55 +83,6 @@ TEST_F(RegistryKeyInner, ReferencesToTheEnvironmentAreExpandedAtEveryLength) {
         EXPECT_TRUE(key_.getString(L"v", read));
         EXPECT_EQ(read, L"%PATH%" + std::wstring(filler, L'x'));
     }
-}
-
-TEST_F(RegistryKeyInner, ListsEndWithTheirDataOrBeforeAnEmptyString) {
-    std::u16string const item(258, u'x');
-    struct {
-        DWORD type;
-        std::u16string data;
-        std::optional<Strings> texts;
-    } const cases[] = {
-        {os::typeMultiString, {u"a\0b\0\0", 5}, Strings{L"a", L"b"}},
-        {os::typeMultiString, {u"a\0b\0", 4}, Strings{L"a", L"b"}},
-        {os::typeMultiString, {u"a\0\0b\0\0", 6}, Strings{L"a"}},
-        {os::typeMultiString, {u"\0", 1}, Strings{}},
-        {os::typeMultiString, item + u'\0' + u'\0', Strings{std::wstring(258, L'x')}},
-        {os::typeMultiString, item + u'x' + u'\0' + u'\0', Strings{std::wstring(259, L'x')}},
-        {os::typeMultiString, {u"a\0b", 3}, std::nullopt},
-        {os::typeMultiString, u"", std::nullopt},
-        {os::typeString, {u"a\0\0", 3}, std::nullopt},
-    };
-    for (auto const& [type, data, texts] : cases) {
-        set(L"v", type, data);
-        Strings read{L"v", L"before"};
-        EXPECT_EQ(key_.getMultiString(read[0], read), texts.has_value());
-        EXPECT_EQ(read, texts.value_or(Strings{}));
-    }
-}
-
-TEST_F(RegistryKeyInner, NumbersAndBytesAreReadWhenTheyFitAndHaveTheirType) {
-    static constexpr struct {
-        DWORD type;
-        char const* data;
-        bool number;
-        DWORD bytes;
-    } cases[] = {
-        {os::typeDword, "\x78\x56\x34\x12", true, 0}, {os::typeDword, "12345678", false, 0},
-        {os::typeBinary, "1234", false, 4},           {os::typeBinary, "12345678", false, 8},
-        {os::typeBinary, "123456789", false, 0},      {os::typeBinary, "", false, 0},
-        {os::typeString, "1234", false, 0},
-    };
-    for (auto const& [type, data, number, bytes] : cases) {
-        ASSERT_TRUE(set(L"v", type, std::string{data}));
-        DWORD value = 77;
-        char place[9] = "unread..";
-        EXPECT_EQ(key_.getDword(L"v", value), number);
-        EXPECT_EQ(value, number ? 0x12345678u : 77u);
-        EXPECT_EQ(key_.getBinary(L"v", place, 8), bytes) << data;
-        EXPECT_EQ((std::string{place, bytes}), (std::string{data, bytes}));
-    }
-    EXPECT_EQ(key_.getBinary(L"v", nullptr, 8), 0u);
 }
 
 }

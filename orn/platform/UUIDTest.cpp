@@ -65,7 +65,8 @@ TEST(UUID, NewOnesDiffer) {
     std::unordered_set<UUID> hashed;
     for (int i = 0; i < 1000; ++i) {
         UUID const made = UUID::create();
-        EXPECT_FALSE(made.isNull());
+        EXPECT_EQ(made.toPod().Data3 >> 12, 4);       // the version: random
+        EXPECT_EQ(made.toPod().Data4[0] >> 6, 0b10);  // the variant
         EXPECT_EQ(UUID{made.toString()}, made);
         ordered.insert(made);
         hashed.insert(made);
