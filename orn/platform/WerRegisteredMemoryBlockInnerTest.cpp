@@ -7,8 +7,12 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <type_traits>
 
 namespace {
+
+static_assert(!std::is_copy_constructible_v<ORN::WerRegisteredMemoryBlock> &&
+              !std::is_copy_assignable_v<ORN::WerRegisteredMemoryBlock>);
 
 constinit int data[2] = {};
 constinit HRESULT result = 0;
@@ -18,9 +22,8 @@ std::string nameOf(void* address) { return address == data ? "a" : address == da
 
 TEST(WerRegisteredMemoryBlockInner, WhatWasRegisteredIsUnregisteredOnce) {
     bool const windows = ORN::LoadSystemLibrary(L"Kernel32.dll") != nullptr;
-    EXPECT_EQ(ORN::WerRegisterMemoryBlock != nullptr, windows);
-    EXPECT_EQ(ORN::WerUnregisterMemoryBlock != nullptr, windows);
-
+    EXPECT_TRUE((ORN::WerRegisterMemoryBlock != nullptr) == windows &&
+                (ORN::WerUnregisterMemoryBlock != nullptr) == windows);
     auto* const systemsRegister = ORN::WerRegisterMemoryBlock;
     auto* const systemsUnregister = ORN::WerUnregisterMemoryBlock;
     ORN::WerRegisterMemoryBlock = [](void* address, DWORD size) {
