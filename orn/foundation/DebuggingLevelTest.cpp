@@ -6,30 +6,30 @@
 
 #include <sstream>
 
-TEST(DebuggingLevel, HoldsFromItsInsertionToTheEndOfItsScope) {
-    using DebugStream::debuggingLevel;
-    EXPECT_EQ(debuggingLevel(), 2);
-    {
-        DebugStream::SetVerbose const outer{DebugStream::debugEverything};
-        EXPECT_EQ(debuggingLevel(), 2);
-        std::wostringstream other;
-        other << outer;
-        EXPECT_EQ(debuggingLevel(), 2);
-        EXPECT_EQ(other.str(), L"");
-        DebugStream::stream() << outer;
-        EXPECT_EQ(debuggingLevel(), 3);
-        {
-            DebugStream::SetVerbose const inner{DebugStream::debugNothing};
-            EXPECT_EQ(debuggingLevel(), 3);
-            DebugStream::stream() << inner;
-            EXPECT_EQ(debuggingLevel(), 0);
-        }
-        EXPECT_EQ(debuggingLevel(), 3);
-    }
-    EXPECT_EQ(debuggingLevel(), 2);
+using namespace DebugStream;
 
-    DebugStream::DebuggingLevel within{};
-    DebugStream::stream() << DebugStream::SetVerbose{DebugStream::debugFailures} << (within = debuggingLevel(), L"");
-    EXPECT_EQ(within, 1);
-    EXPECT_EQ(debuggingLevel(), 2);
+TEST(DebuggingLevel, HoldsFromItsInsertionToTheEndOfItsScope) {
+    std::vector<int> levels;
+    auto const note = [&] { levels.push_back(debuggingLevel()); };
+    std::wostringstream other;
+    note();
+    {
+        SetVerbose const outer{debugEverything};
+        other << outer;
+        note();
+        stream() << outer;
+        note();
+        {
+            SetVerbose const inner{debugNothing};
+            note();
+            stream() << inner;
+            note();
+        }
+        note();
+    }
+    note();
+    stream() << SetVerbose{debugFailures} << (note(), L"");
+    note();
+    EXPECT_EQ(levels, (std::vector{2, 2, 3, 3, 0, 3, 2, 1, 2}));
+    EXPECT_EQ(other.str(), L"");
 }

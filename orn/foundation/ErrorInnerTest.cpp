@@ -79,10 +79,7 @@ TEST(ErrorInner, TheDefaultIsTheLastErrorAtConstruction) {
     ORN::os::setLastError(6);
     WinError const invalidHandle;
     ORN::os::setLastError(5);
-    WinError const denied;
-    EXPECT_EQ(invalidHandle.wWhat(), std::wstring{WinError{6}.wWhat()});
-    EXPECT_EQ(denied.wWhat(), std::wstring{WinError{5}.wWhat()});
-    EXPECT_NE(std::wstring{denied.wWhat()}, invalidHandle.wWhat());
+    EXPECT_TRUE(invalidHandle.code() == 6 && WinError{}.code() == 5);
 }
 
 }
