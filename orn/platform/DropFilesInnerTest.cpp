@@ -24,11 +24,10 @@ TEST(DropFilesInner, WhateverFailsAllIsGivenBack) {
         EXPECT_TRUE(files.empty() || files == std::vector<std::wstring>{file});
         return files.size();
     };
-    faults::expectOwners({{"files", [&] { return dropped() == 1; }, 3}});
-    std::vector<faults::Refusal> table{{"GetUIObjectOf", dropped, L"1"}};
+    faults::Case files{"files", dropped, {{"GetUIObjectOf", L"1"}}, 3};
     for (char const* call : {"GlobalLock", "SHBindToParent", "GetAttributesOf", "GetDisplayNameOf"})
-        table.push_back({call, dropped, L"0"});
-    faults::expectRefusals(table);
+        files.refusals.push_back({call, L"0"});
+    faults::expectFailures({files});
     CoUninitialize();
 }
 

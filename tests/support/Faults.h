@@ -65,52 +65,65 @@ int failEveryAllocation(Body body) {
     return failEveryAllocation(body, [before](bool) { EXPECT_EQ(liveBlocks(), before); });
 }
 
-/// An action whose outcome is one text: what it throws (see thrown), or what it returns, as a stream writes it.
-class Outcome {
+/// Something that the library does for its caller.
+class Action {
 public:
-    template <std::invocable Action>
-    Outcome(Action action)
-        : run_{[action] {
-              std::wostringstream returned;
-              std::wstring const failure = thrown([&] {
-                  if constexpr (std::is_void_v<decltype(action())>)
-                      action();
-                  else
-                      returned << action();
-              });
-              return failure == L"nothing" ? returned.str() : failure;
-          }} {}
+    template <std::invocable F>
+    Action(F f) : outcome_{[f] { return outcomeOf(f); }}, done_{[f] { return doneBy(f); }} {}
 
-    std::wstring operator()() const { return run_(); }
+    /// As one text: what it throws (see thrown), or what it returns, as a stream writes it.
+    std::wstring outcome() const { return outcome_(); }
+
+    bool done() const {
+        return done_();
+    }  ///< whether it returns nothing, or something else than false, 0, null or empty
 
 private:
-    std::function<std::wstring()> run_;
+    template <typename F>
+    static std::wstring outcomeOf(F const& f) {
+        std::wostringstream returned;
+        std::wstring const failure = thrown([&] {
+            if constexpr (std::is_void_v<decltype(f())>)
+                f();
+            else
+                returned << f();
+        });
+        return failure == L"nothing" ? returned.str() : failure;
+    }
+    template <typename F>
+    static bool doneBy(F const& f) {
+        if constexpr (std::is_void_v<decltype(f())>)
+            return f(), true;
+        else if constexpr (requires { f().empty(); })
+            return !f().empty();
+        else
+            return f() != 0;
+    }
+
+    std::function<std::wstring()> outcome_;
+    std::function<bool()> done_;
 };
 
-/// What an action leads to when a call of the seam is refused, after some calls that are spared. A `*` in the text stands
-/// for any characters.
+/// A call of the seam that is refused, after some calls that are spared, and the outcome that this has. A `*` in the text
+/// stands for any characters.
 struct Refusal {
     std::string call;
-    Outcome use;
-    std::wstring leadsTo;
+    std::wstring outcome;
     int spared = 0;
 };
 
-/// Expects of each row that the call is refused, that this leads to the text, that no memory and no open file is left
-/// over, and that the action then does again what it did before.
-void expectRefusals(std::vector<Refusal> const& table);
-
-/// An action that owns memory, and returns true when it has done its work; without memory it returns false or throws
-/// std::bad_alloc. It fails as often as it allocates: at least `fewest` and at most `most` times.
-struct Owner {
+/// How an action fails: by refused calls, and, where `fewest` is not negative, by each of its allocations, of which there
+/// are at least `fewest` and at most `most`.
+struct Case {
     std::string name;
-    std::function<bool()> use;
-    int fewest;
+    Action use;
+    std::vector<Refusal> refusals;
+    int fewest = -1;
     int most = INT_MAX;
 };
 
-/// Lets every allocation of each action fail, one after the other. Expects that it never tells of a success then, that no
-/// memory and no open file is left over, and that the action does its work when memory is there again.
-void expectOwners(std::vector<Owner> const& table);
+/// Expects of each case that a refused call has its outcome; that an action without memory throws std::bad_alloc or is not
+/// done; that no memory and no open file is left over; and that the action afterwards does again what it did before.
+void expectFailures(std::vector<Case> const& table);
 
 }
