@@ -3,18 +3,10 @@
 
 #include <string>
 
-class Plugin {
-public:
-    explicit Plugin(std::string const& path);  ///< throws when it cannot be loaded
-    ~Plugin();                                 ///< unloads it, and what it brought with it
-    Plugin(Plugin const&) = delete;
-    Plugin& operator=(Plugin const&) = delete;
+void* loadPlugin(std::string const& path);  ///< null when it cannot be loaded
+void unloadPlugin(void* plugin);            ///< it, and what it brought with it
 
-    using Function = int (*)(int);
-    Function function(char const* name) const;
+using PluginFunction = int (*)(int);
+PluginFunction pluginFunction(void* plugin, char const* name);
 
-    static bool isLoaded(std::string const& library);  ///< by the name without a folder
-
-private:
-    void* handle_;
-};
+bool isLoaded(std::string const& library);  ///< by the name without a folder

@@ -2,18 +2,15 @@
 
 #include <dlfcn.h>
 
-#include <stdexcept>
+void* loadPlugin(std::string const& path) { return dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL); }
 
-Plugin::Plugin(std::string const& path) : handle_{dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)} {
-    if (handle_ == nullptr) throw std::runtime_error{dlerror()};
+void unloadPlugin(void* plugin) { dlclose(plugin); }
+
+PluginFunction pluginFunction(void* plugin, char const* name) {
+    return reinterpret_cast<PluginFunction>(dlsym(plugin, name));
 }
 
-Plugin::~Plugin() { dlclose(handle_); }
-
-Plugin::Function Plugin::function(char const* name) const { return reinterpret_cast<Function>(dlsym(handle_, name)); }
-
-bool Plugin::isLoaded(std::string const& library) {
+bool isLoaded(std::string const& library) {
     void* const handle = dlopen(library.c_str(), RTLD_NOW | RTLD_NOLOAD);
-    if (handle != nullptr) dlclose(handle);
-    return handle != nullptr;
+    return handle != nullptr && dlclose(handle) == 0;
 }

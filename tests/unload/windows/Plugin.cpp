@@ -2,16 +2,13 @@
 
 #include <windows.h>
 
-#include <stdexcept>
+void* loadPlugin(std::string const& path) { return LoadLibraryA(path.c_str()); }
 
-Plugin::Plugin(std::string const& path) : handle_{LoadLibraryA(path.c_str())} {
-    if (handle_ == nullptr) throw std::runtime_error{"LoadLibrary: error " + std::to_string(GetLastError())};
+void unloadPlugin(void* plugin) { FreeLibrary(static_cast<HMODULE>(plugin)); }
+
+PluginFunction pluginFunction(void* plugin, char const* name) {
+    return reinterpret_cast<PluginFunction>(
+        reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(plugin), name)));
 }
 
-Plugin::~Plugin() { FreeLibrary(static_cast<HMODULE>(handle_)); }
-
-Plugin::Function Plugin::function(char const* name) const {
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(handle_), name)));
-}
-
-bool Plugin::isLoaded(std::string const& library) { return GetModuleHandleA(library.c_str()) != nullptr; }
+bool isLoaded(std::string const& library) { return GetModuleHandleA(library.c_str()) != nullptr; }
