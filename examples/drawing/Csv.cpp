@@ -140,25 +140,10 @@ void addRow(Drawing& drawing, Row const& row, std::uint32_t ink, Place const& pl
     drawing.add(arc, rgb, row[layer].empty() ? unnamed : row[layer], sums);
 }
 
-/// The encoding that the byte order mark names, which is skipped; without one the system's code page.
-ORN::TextEncoding encodingOf(Input& input) {
-    constexpr struct {
-        std::string_view mark;
-        ORN::TextEncoding encoding;
-    } marks[] = {{"\xEF\xBB\xBF", ORN::encUTF8}, {"\xFF\xFE", ORN::encUTF16le}, {"\xFE\xFF", ORN::encUTF16be}};
-    for (auto const& [mark, encoding] : marks) {
-        if (!input.head().starts_with(mark)) continue;
-        input.skip(mark.size());
-        return encoding;
-    }
-    return ORN::encMultibyte;
-}
-
 }
 
 Drawing readCsv(Input& input, ReadingOptions const& options) {
-    ORN::TextEncoding const encoding = encodingOf(input);
-    std::unique_ptr<ORN::TextReader> const lines{ORN::TextReader::create(input, encoding)};
+    std::unique_ptr<ORN::TextReader> const lines{ORN::TextReader::createByMark(input, ORN::encMultibyte)};
     ORN::CSVReader rows{*lines};
     Place place{input.name()};
     Row row;

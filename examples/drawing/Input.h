@@ -20,8 +20,7 @@ public:
     std::wstring name() const override { return name_; }
     std::int64_t read(void* buffer, std::uint64_t count) override;
 
-    std::string_view head();                        ///< up to 512 bytes that come next; fewer only at the end
-    void skip(std::size_t count) { at_ += count; }  ///< bytes of the head
+    std::string_view head();  ///< up to 512 bytes that come next; fewer only at the end
 
 private:
     std::int64_t readOn(void* buffer, std::uint64_t count);

@@ -2,6 +2,9 @@
 
 #include "drawing/CommandLine.h"
 
+#include "orn/foundation/Error.h"
+#include "orn/text/CSVReader.h"
+
 namespace plot {
 
 namespace {
@@ -15,7 +18,8 @@ constexpr char const* below =
     "Columns of a CSV file: x1, y1, x2, y2; optional: bulge (tangent of a quarter of the arc's angle, positive\n"
     "anticlockwise), layer, colour (#RRGGBB).\n"
     "\n"
-    "Columns of the table, which is a CSV file itself, with a row for each layer and a last one, *, for the whole:\n"
+    "Columns of the table, which is a CSV file itself, with a row for each layer and a last one for the whole,\n"
+    "called * (** if a layer has that name):\n"
     "  layer                   its name\n"
     "  entities, arcs          number of lines and arcs, and how many of them are arcs; a circle counts as two arcs\n"
     "  length                  sum of their lengths\n"
@@ -34,14 +38,15 @@ void setScale(drawing::CommandLine const& line, drawing::View& view, std::wstrin
     if (view.scaleX == 0 || view.scaleY == 0) line.fail(L"--scale: a factor of 0 leaves nothing to draw");
 }
 
-std::set<std::wstring> names(std::wstring const& text) {
-    std::set<std::wstring> names;
-    for (std::size_t at = 0; at <= text.size();) {
-        std::size_t const end = std::min(text.find(L',', at), text.size());
-        names.insert(text.substr(at, end - at));
-        at = end + 1;
+/// A list of names is a record of CSV: a name with a comma stands in quotes.
+std::set<std::wstring> names(drawing::CommandLine const& line, std::wstring const& text) {
+    std::vector<std::wstring> names, more;
+    try {
+        ORN::CSVReader list{text};
+        if (list.read(names) && !list.read(more)) return {names.begin(), names.end()};
+    } catch (ORN::OrnError const&) {  // a quote is not closed
     }
-    return names;
+    line.fail(L"--layers: '" + text + L"' is not a list of names like walls,\"doors, windows\"");
 }
 
 drawing::Format format(drawing::CommandLine const& line, std::wstring const& ending) {
@@ -72,8 +77,10 @@ Options parseOptions(std::vector<std::wstring> const& arguments) {
             {"background", "COLOUR",
              "of the picture: #RRGGBB, black or white (white); on a dark one black ink is white",
              [&](auto& v) { view.paper = line->colour(v); }},
-            {"layers", "A,B,...", "draw and measure only these layers (all that the drawing itself does not hide)",
-             [&](auto& v) { options.layers = names(v); }},
+            {"layers", "A,B,...",
+             "draw and measure only these layers (all that the drawing itself does not hide); a name with a\n"
+             "comma stands in quotes",
+             [&](auto& v) { options.layers = names(*line, v); }},
             {"table", "FILE", "write the table into a file", [&](auto& v) { table = v; }},
             {"quiet", nullptr, "no table on standard output, no remarks on standard error",
              [&](auto&) { options.quiet = true; }},

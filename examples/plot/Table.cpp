@@ -1,41 +1,32 @@
 #include "plot/Table.h"
 
+#include "orn/text/CSVWriter.h"
 #include "orn/text/Encoding.h"
-#include "orn/text/Numbers.h"
+
+#include <algorithm>
 
 namespace plot {
 
 namespace {
 
-std::string numberText(double value) {
-    char room[ORN::doubleRoom];
-    return std::string{ORN::writeDouble(room, value)};
-}
-
-std::string fieldText(std::wstring const& field) {
-    std::string text = utf8(field);
-    bool const blankEnds = !text.empty() && (text.front() == ' ' || text.back() == ' ');
-    if (!blankEnds && text.find_first_of(",\"\r\n\t\f\v") == std::string::npos) return text;
-    std::string quoted = "\"";
-    for (char const c : text) quoted += c == '"' ? std::string{"\"\""} : std::string{c};
-    return quoted + '"';
-}
-
-void appendRow(std::string& table, std::wstring const& name, drawing::Measurements const& sums) {
-    table += fieldText(name) + ',' + std::to_string(sums.entities) + ',' + std::to_string(sums.arcs);
+void writeRow(ORN::CSVWriter& rows, std::wstring const& name, drawing::Measurements const& sums) {
+    rows.field(name).field(std::to_wstring(sums.entities)).field(std::to_wstring(sums.arcs));
     Point<2> const lo = sums.extent.lo(), hi = sums.extent.hi();
-    for (double const value : {sums.length, sums.area, lo.x(), lo.y(), hi.x(), hi.y()})
-        table += ',' + numberText(value);
-    table += '\n';
+    for (double const value : {sums.length, sums.area, lo.x(), lo.y(), hi.x(), hi.y()}) rows.field(value);
+    rows.endRecord();
 }
 
 }
 
 std::string table(drawing::Drawing const& drawing) {
-    std::string text = "layer,entities,arcs,length,area,xmin,ymin,xmax,ymax\n";
-    for (drawing::Layer const& layer : drawing.layers()) appendRow(text, layer.name, layer.sums);
-    appendRow(text, L"*", drawing.total());
-    return text;
+    std::wstring text = L"layer,entities,arcs,length,area,xmin,ymin,xmax,ymax\n";
+    ORN::CSVWriter rows{text, {}, L"\n"};
+    std::wstring whole = L"*";
+    for (drawing::Layer const& layer : drawing.layers()) writeRow(rows, layer.name, layer.sums);
+    auto const isTaken = [&](drawing::Layer const& layer) { return layer.name == whole; };
+    while (std::ranges::any_of(drawing.layers(), isTaken)) whole += L'*';
+    writeRow(rows, whole, drawing.total());
+    return utf8(text);
 }
 
 }
