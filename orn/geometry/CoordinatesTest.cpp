@@ -3,6 +3,7 @@
 
 #include "tests/support/Geometry.h"
 
+#include <array>
 #include <concepts>
 #include <iostream>
 #include <unordered_set>
@@ -25,11 +26,12 @@ struct Kind<C<N>> {
 template <class T>
 std::vector<T> all() {
     using Number = typename Kind<T>::Number;
-    Number const some[] = {0, static_cast<Number>(-0.0), 1, -1, 2, 1000};
     std::vector<T> values;
     for (int k = 0; k < std::pow(6, Kind<T>::n); ++k) {
-        Number c[4] = {};
-        for (int i = 0, rest = k; i < Kind<T>::n; ++i, rest /= 6) c[i] = some[rest % 6];
+        Number c[4];
+        for (int i = 0, rest = k; i < 4; ++i, rest /= 6)
+            c[i] =
+                static_cast<Number>(std::array{0.0, -0.0, 1.0, -1.0, 2.0, 1e3}.at(static_cast<std::size_t>(rest) % 6));
         values.emplace_back(c);
     }
     return values;

@@ -22,3 +22,5 @@ if(ORN_TESTS AND NOT CMAKE_CROSSCOMPILING)
   target_link_libraries(orn-inner-test PRIVATE PkgConfig::mpfr)
   set_source_files_properties(geometry/ElementaryTest.cpp PROPERTIES COMPILE_DEFINITIONS ORN_TEST_MPFR)
 endif()
+set_source_files_properties(geometry/ArcFunctionsTest.cpp PROPERTIES
+  COMPILE_DEFINITIONS "ORN_ARC_VALUES=\"${PROJECT_SOURCE_DIR}/tools/data/arc-functions.txt\"")
