@@ -1,11 +1,11 @@
 #include "orn/colour/ColourTransform.h"
 
-#include "tests/support/ColourSystem.h"
 #include "tests/support/IccProfile.h"
 #include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <thread>
 
 namespace {
@@ -113,7 +113,7 @@ TEST(ColourTransform, ProfilesAreJoinedInTheirOrder) {
     asked.clear();
     auto const three = [&] { return ColourTransform::create(relative, square, half, linear); };
     auto const four = [&] { return ColourTransform::create(relative, square, half, quarter, linear); };
-    if (joinsLongChains()) {
+    if (std::getenv("WINEPREFIX") == nullptr) {  // Wine joins two profiles at most
         expectColour(converted(three(), Colour::rgb(0.9, 0.6, 0.3)), 0.5, 0.36, 0.09);
         expectColour(converted(four(), Colour::rgb(0.9, 0.6, 0.3)), 0.25, 0.25, 0.09);
     } else {

@@ -1,6 +1,6 @@
 // needs: Boost::headers
 #include "orn/foundation/Handle.h"
-#include "tests/support/SecondThread.h"
+#include "tools/SecondThread.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 // needs: absl::synchronization
 #include "orn/threading/Lock.h"
 
-#include "tests/support/SecondThread.h"
+#include "tools/SecondThread.h"
 
 #include <absl/synchronization/mutex.h>
 #include <benchmark/benchmark.h>

@@ -15,25 +15,15 @@ struct ChildProcess::Imp {
 
 namespace {
 
-/// Variables of the test's own that a child inherits.
-class Variables {
-public:
-    explicit Variables(std::map<std::string, std::filesystem::path> const& variables) : variables_{variables} {
-        for (auto const& [name, value] : variables_) SetEnvironmentVariableW(wide(name).c_str(), value.c_str());
-    }
-    ~Variables() {
-        for (auto const& [name, value] : variables_) SetEnvironmentVariableW(wide(name).c_str(), nullptr);
-    }
-    Variables(Variables const&) = delete;
-    Variables& operator=(Variables const&) = delete;
+std::wstring wide(std::string const& utf8) {
+    return std::filesystem::path{std::u8string{utf8.begin(), utf8.end()}}.wstring();
+}
 
-    static std::wstring wide(std::string const& utf8) {
-        return std::filesystem::path{std::u8string{utf8.begin(), utf8.end()}}.wstring();
-    }
-
-private:
-    std::map<std::string, std::filesystem::path> const& variables_;
-};
+/// A child inherits the test's own variables.
+void setVariables(std::map<std::string, std::filesystem::path> const& variables, bool present) {
+    for (auto const& [name, value] : variables)
+        SetEnvironmentVariableW(wide(name).c_str(), present ? value.c_str() : nullptr);
+}
 
 /// As the C runtime takes an argument apart again.
 std::wstring quoted(std::wstring const& argument) {
@@ -59,11 +49,10 @@ ChildProcess::ChildProcess(std::filesystem::path const& program, std::vector<std
                            std::map<std::string, std::filesystem::path> const& environment,
                            std::filesystem::path const& output, std::filesystem::path const& errors)
     : imp_{std::make_unique<Imp>()} {
-    Variables const variables{environment};
     wchar_t self[MAX_PATH];
     GetModuleFileNameW(nullptr, self, MAX_PATH);
     std::wstring line = quoted((std::filesystem::path{self}.parent_path() / program).wstring());
-    for (std::string const& argument : arguments) line += L' ' + quoted(Variables::wide(argument));
+    for (std::string const& argument : arguments) line += L' ' + quoted(wide(argument));
 
     STARTUPINFOW start{};
     start.cb = sizeof start;
@@ -71,8 +60,10 @@ ChildProcess::ChildProcess(std::filesystem::path const& program, std::vector<std
     start.hStdOutput = file(output);
     start.hStdError = errors.empty() ? start.hStdOutput : file(errors);
     PROCESS_INFORMATION child{};
+    setVariables(environment, true);
     BOOL const started =
         CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &child);
+    setVariables(environment, false);
     if (!errors.empty()) CloseHandle(start.hStdError);
     CloseHandle(start.hStdOutput);
     if (!started) throw std::runtime_error{"CreateProcess of " + program.string()};

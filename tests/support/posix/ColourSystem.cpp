@@ -1,3 +1,0 @@
-#include "tests/support/ColourSystem.h"
-
-bool joinsLongChains() { return true; }
