@@ -10,15 +10,14 @@ namespace {
 /// What the probe prints where the loader finds this file in place of the libraries.
 std::string printedWith(std::filesystem::path const& file, std::initializer_list<char const*> libraries) {
     TemporaryFolder const found, other;
-    std::filesystem::path const folder = other.name();
-    for (char const* const library : libraries)
-        std::filesystem::create_symlink(file, std::filesystem::path{found.name()} / library);
+    for (char const* const library : libraries) std::filesystem::create_symlink(file, found.path() / library);
     other.put("no-registry", std::string(5000, ' '));
-    ChildProcess probe{
-        ORN_SERVICES_PROBE,
-        {},
-        {{"LD_LIBRARY_PATH", found.name()}, {"XDG_CACHE_HOME", folder}, {"ORN_REGISTRY", folder / "no-registry"}},
-        folder / "printed"};
+    ChildProcess probe{"orn-services-probe",
+                       {"all"},
+                       {{"LD_LIBRARY_PATH", found.path()},
+                        {"XDG_CACHE_HOME", other.path()},
+                        {"ORN_REGISTRY", other.path() / "no-registry"}},
+                       other.path() / "printed"};
     EXPECT_EQ(probe.wait(60s), 0);
     return other.get("printed");
 }
