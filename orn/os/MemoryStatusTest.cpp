@@ -12,21 +12,6 @@ namespace os = ORN::os;
 
 namespace {
 
-TEST(MemoryStatus, IsOfAMachineThatCanRunThis) {
-    os::MemoryStatus status{};
-    status.length = sizeof status;
-    ASSERT_TRUE(os::memoryStatus(status));
-    EXPECT_EQ(status.length, 64u);
-    EXPECT_LE(status.memoryLoad, 100u);
-    EXPECT_GT(status.availablePhysical, 1u << 20);
-    EXPECT_LE(status.availablePhysical, status.totalPhysical);
-    EXPECT_GT(status.availablePageFile, 1u << 20);
-    EXPECT_LE(status.availablePageFile, status.totalPageFile);
-    EXPECT_LT(status.availableVirtual, status.totalVirtual);
-    EXPECT_EQ(status.totalVirtual & 0xFFF, 0u);
-    EXPECT_GT(status.totalVirtual, reinterpret_cast<std::uintptr_t>(&status));
-}
-
 using Texts = std::map<std::string, std::string>;
 
 constexpr std::uint64_t M = 1 << 20, space = std::uint64_t{1} << 47;

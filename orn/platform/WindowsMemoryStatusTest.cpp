@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -12,7 +13,11 @@ TEST(WindowsMemoryStatus, UsefulIsTheSmallerOfMemoryAndAddressSpace) {
     ORN::WindowsMemoryStatus status;
     auto const& figures = status.toPod();
     EXPECT_EQ(figures.length, 64u);
-    EXPECT_GT(figures.totalPhysical, 0u);
+    EXPECT_TRUE(figures.memoryLoad <= 100 && figures.totalVirtual % 4096 == 0);
+    EXPECT_TRUE(figures.availablePhysical > 1 << 20 && figures.availablePhysical <= figures.totalPhysical);
+    EXPECT_TRUE(figures.availablePageFile > 1 << 20 && figures.availablePageFile <= figures.totalPageFile);
+    EXPECT_LT(figures.availableVirtual, figures.totalVirtual);
+    EXPECT_GT(figures.totalVirtual, reinterpret_cast<std::uintptr_t>(&status));
     EXPECT_EQ(status.usefulRam(), std::min(figures.totalPhysical, figures.totalVirtual));
     if (char const* const limited = std::getenv("ORN_TEST_ADDRESS_SPACE")) {
         EXPECT_EQ(figures.totalVirtual, std::strtoull(limited, nullptr, 10));
