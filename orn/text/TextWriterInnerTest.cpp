@@ -11,22 +11,17 @@ using namespace ORN;
 
 namespace {
 
-class TextWriterFailures : public testing::Test {
-protected:
-    std::unique_ptr<TextWriter> open(TextOpenMode mode = textCreate) const {
-        return std::unique_ptr<TextWriter>{TextWriter::create(folder_ / L"file", mode, encUTF8)};
-    }
-    void TearDown() override { EXPECT_NO_THROW(folder_.removeAll()) << "a file is still open"; }
-
-    TemporaryFolder const folder_;
-};
+std::unique_ptr<TextWriter> open(TemporaryFolder const& folder) {
+    return std::unique_ptr<TextWriter>{TextWriter::create(folder / L"file", textCreate, encUTF8)};
+}
 
 // The disk gets full at write k and has room again when the call is made again.
-TEST_F(TextWriterFailures, NothingIsLostWrittenTwiceOrBehindAHole) {
+TEST(TextWriterFailures, NothingIsLostWrittenTwiceOrBehindAHole) {
+    TemporaryFolder const folder;
     for (int spared = 0; spared < 12; ++spared)
         for (bool const deleted : {false, true}) {
             std::string expected = "\xEF\xBB\xBF";
-            auto writer = open();
+            auto writer = open(folder);
             std::optional<faults::Refuse> refuse{std::in_place, "fwrite", spared};
             for (int number = 0; number < 600; ++number) {
                 bool const flushes = number % 50 == 7;
@@ -43,17 +38,18 @@ TEST_F(TextWriterFailures, NothingIsLostWrittenTwiceOrBehindAHole) {
             }
             if (deleted) {
                 writer.reset();
-                EXPECT_TRUE(expected.starts_with(folder_.get("file"))) << spared;
+                EXPECT_TRUE(expected.starts_with(folder.get("file"))) << spared;
             } else {
                 writer->close();
-                ASSERT_TRUE(folder_.get("file") == expected) << spared;
+                ASSERT_TRUE(folder.get("file") == expected) << spared;
             }
         }
 }
 
-TEST_F(TextWriterFailures, BehindTheHeadOfALongTextNothingFollows) {
+TEST(TextWriterFailures, BehindTheHeadOfALongTextNothingFollows) {
+    TemporaryFolder const folder;
     for (int spared = 0; spared < 3; ++spared) {
-        auto writer = open();
+        auto writer = open(folder);
         writer->writeLine(L"before");
         std::wstring const told = [&] {
             faults::Refuse const refuse{"fwrite", spared};
@@ -64,7 +60,7 @@ TEST_F(TextWriterFailures, BehindTheHeadOfALongTextNothingFollows) {
         EXPECT_EQ(thrown([&] { writer->flush(); }), told);
         EXPECT_EQ(thrown([&] { writer->close(); }), told);
         writer.reset();
-        std::string const bytes = folder_.get("file");
+        std::string const bytes = folder.get("file");
         EXPECT_GT(bytes.size(), 10000u);
         EXPECT_TRUE(("\xEF\xBB\xBF"
                      "before\r\n" +
