@@ -1,7 +1,9 @@
 #include "orn/threading/DrawThread.h"
 
+#include "orn/threading/WindowMessage.h"
 #include "tests/support/Tally.h"
 #include "tests/support/TestWindow.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
@@ -182,7 +184,7 @@ TEST_F(DrawThreadTest, AWindowAboveInterruptsTheDrawingAndOneBelowDoesNot) {
     EXPECT_EQ(log_, (Log{front.handle(), back.handle(), front.handle()}));
 }
 
-TEST_F(DrawThreadTest, TenThousandRoundsAgainstABusyWorker) {
+TEST_F(DrawThreadTest, ThousandsOfRoundsAgainstABusyWorker) {
     struct Brief : DrawTask {
         HWND key() const override { return window(1); }
         void abort() override { ++aborts; }
@@ -208,15 +210,9 @@ TEST_F(DrawThreadTest, TenThousandRoundsAgainstABusyWorker) {
             }
         }
     };
-    for (unsigned int part = 0; part < 2; ++part) {
-        {
-            std::jthread const other{work, 2 * part};
-            work(2 * part + 1);
-        }
-        EXPECT_TRUE(thread_.end());
-    }
+    { std::jthread const one{work, 1}, other{work, 2}; }
     {
-        std::jthread const other{work, 4};
+        std::jthread const other{work, 3};
         for (int round = 0; round < 100; ++round) EXPECT_TRUE(thread_.end());
     }
     // However the last finish met the last insert, the next task is run.
@@ -225,6 +221,20 @@ TEST_F(DrawThreadTest, TenThousandRoundsAgainstABusyWorker) {
     while (runs() == before) std::this_thread::yield();
     EXPECT_TRUE(thread_.end());
     EXPECT_GT(runs(), 100);
+}
+
+TEST(WindowMessage, AllBitsOfTheParametersArriveAndAWindowThatIsGoneIsAnError) {
+    EXPECT_EQ(
+        thrown([] { ORN::OrnPostMessage(window(0), 0x8123, 0, 0); }),
+        L"WinError: Error \"" + formatMessage(DWORD{1400}, static_cast<wchar_t*>(nullptr)) + L"\" calling PostMessage");
+    if (!TestWindow::possible()) GTEST_SKIP() << "no display";
+    TestWindow shown;
+    ORN::OrnPostMessage(shown.handle(), 0x8123, 0xFEDCBA9876543210u, -0x123456789ABCDEF0);
+    auto const message = shown.nextMessage();
+    ASSERT_TRUE(message.has_value());
+    EXPECT_EQ(message->number, 0x8123u);
+    EXPECT_EQ(message->wParam, 0xFEDCBA9876543210u);
+    EXPECT_EQ(message->lParam, -0x123456789ABCDEF0);
 }
 
 }

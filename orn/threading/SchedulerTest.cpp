@@ -1,6 +1,8 @@
 #include "orn/threading/Scheduler.h"
 
+#include "orn/threading/ThreadName.h"
 #include "tests/support/Tally.h"
+#include "tests/support/ThreadName.h"
 
 #include <gtest/gtest.h>
 
@@ -14,30 +16,21 @@ using namespace ORN::Threading;
 
 namespace {
 
-/// Counts, and does whatever else before it waits.
-struct CountingWaiter : Waiter {
-    DWORD operator()(HANDLE handle) const override {
-        ++waits;
-        meanwhile();
-        return BoringWaiter{}(handle);
-    }
-    std::function<void()> meanwhile = [] {};
-    mutable std::atomic<int> waits = 0;
-};
-
 /// How a wait ends.
 enum class Wait { patient, timedOut, failed, thrown };
 constexpr Wait everyWait[] = {Wait::patient, Wait::timedOut, Wait::failed, Wait::thrown};
 
-/// Ends its wait in one of these ways, at once unless it is patient.
-struct EndingWaiter : Waiter {
-    explicit EndingWaiter(Wait wait) : way{wait} {}
+/// Counts its waits, does what else it is given, and ends in one of these ways: at once unless it is patient.
+struct TestWaiter : Waiter {
+    explicit TestWaiter(Wait wait = Wait::patient) : way{wait} {}
+
     DWORD operator()(HANDLE handle) const override {
         ++waits;
         meanwhile();
         if (way == Wait::thrown) throw std::runtime_error{"gave up"};
         return way == Wait::patient ? BoringWaiter{}(handle) : way == Wait::timedOut ? 258 : 0xFFFFFFFF;
     }
+
     Wait const way;
     std::function<void()> meanwhile = [] {};
     Tally mutable waits;
@@ -125,7 +118,7 @@ private:
 
 TEST(Scheduler, AWorkerStartsWithTheFirstTaskAndEndsWithFinish) {
     TestScheduler scheduler;
-    CountingWaiter const waiter;
+    TestWaiter const waiter;
     EXPECT_TRUE(scheduler.finish(waiter));
     scheduler.interrupt(waiter);
     scheduler.cancel(TestTask::handle(1), waiter);
@@ -138,6 +131,19 @@ TEST(Scheduler, AWorkerStartsWithTheFirstTaskAndEndsWithFinish) {
         EXPECT_TRUE(scheduler.starts == round && scheduler.exits == round);
     }
     EXPECT_EQ(waiter.waits, 3);
+    EXPECT_EQ(BoringWaiter{}(nullptr), 0xFFFFFFFFu) << "nothing to wait for is a failure and no endless wait";
+}
+
+TEST(Scheduler, AWorkerHasItsNameAndAThreadRunsOnWhateverNameItIsGiven) {
+    TestTask task{1, [] {
+                      EXPECT_EQ(nameOfThisThread().value_or("test worker"), "test worker");
+                      ORN::setThreadName("", 0xFFFFFFFF);
+                      ORN::setThreadName("nobody", 0x7FFFFFFF);
+                      ORN::setThreadName("orn-test-thread that is cut", 0xFFFFFFFF);
+                      EXPECT_EQ(nameOfThisThread().value_or("orn-test-thread"), "orn-test-thread");
+                  }};
+    TestScheduler scheduler;
+    scheduler.insertAndReach(task);
 }
 
 TEST(Scheduler, CancelDropsByKeyAndStopsOnlyThatKeysTaskAndInterruptLeavesTheFlagAlone) {
@@ -150,7 +156,7 @@ TEST(Scheduler, CancelDropsByKeyAndStopsOnlyThatKeysTaskAndInterruptLeavesTheFla
     EXPECT_EQ(scheduler.queued(), 1u);
     EXPECT_FALSE(running.aborted || scheduler.wasCancelled());
 
-    CountingWaiter waiter;
+    TestWaiter waiter;
     waiter.meanwhile = [&] { EXPECT_TRUE(scheduler.wasCancelled()); };  // needs the lock, which is not held meanwhile
     scheduler.cancel(TestTask::handle(1), waiter);
     EXPECT_TRUE(running.aborted && waiter.waits == 1);
@@ -175,10 +181,10 @@ TEST(Scheduler, WhoWaitsIsToldWhenTheTaskHasStoppedAndOnlyThenWhoeverElseGivesUp
         TestScheduler scheduler;
         scheduler.insertAndReach(running);
         std::vector<std::jthread> waiting;
-        std::deque<EndingWaiter> waiters;
+        std::deque<TestWaiter> waiters;
         std::atomic<int> early = 0, thrown = 0;
         for (std::size_t i = 0; i < 4; ++i) {
-            EndingWaiter& waiter = waiters.emplace_back(everyWait[order >> 2 * i & 3]);
+            TestWaiter& waiter = waiters.emplace_back(everyWait[order >> 2 * i & 3]);
             waiting.emplace_back([&] {
                 try {
                     scheduler.cancel(TestTask::handle(1), waiter);
@@ -194,12 +200,12 @@ TEST(Scheduler, WhoWaitsIsToldWhenTheTaskHasStoppedAndOnlyThenWhoeverElseGivesUp
         ++go;
         waiting.clear();
         EXPECT_EQ(early, 0) << order;
-        EXPECT_EQ(thrown, std::ranges::count(waiters, Wait::thrown, &EndingWaiter::way));
+        EXPECT_EQ(thrown, std::ranges::count(waiters, Wait::thrown, &TestWaiter::way));
     }
 }
 
 TEST(Scheduler, WhatProcessTasksThrowsIsDiscardedAndTheQueueGoesOn) {
-    CountingWaiter const waiter;
+    TestWaiter const waiter;
     Tally go;
     TestTask next{2}, failing{1, [&] {
                                   go.reach(1);
@@ -209,7 +215,7 @@ TEST(Scheduler, WhatProcessTasksThrowsIsDiscardedAndTheQueueGoesOn) {
     scheduler.insertAndReach(failing);
     scheduler.insert(next);
     std::jthread const waits{[&] { scheduler.interrupt(waiter); }};
-    while (waiter.waits == 0) std::this_thread::yield();
+    waiter.waits.reach(1);
     int const wakes = scheduler.wakes;
     ++go;
     next.running.reach(1);
@@ -248,7 +254,7 @@ TEST(Scheduler, FinishDropsWhatIsQueuedUntilItReturnsHoweverItsWaitEnds) {
                            --running;
                        }};
         TestTask next{5, [&] { EXPECT_EQ(running, 0) << "two tasks run at once"; }};
-        EndingWaiter waiter{way};
+        TestWaiter waiter{way};
         waiter.meanwhile = [&] {
             queuedMore.reach(1);
             scheduler.insert(late[2]);
@@ -275,7 +281,7 @@ TEST(Scheduler, FinishDropsWhatIsQueuedUntilItReturnsHoweverItsWaitEnds) {
 }
 
 TEST(Scheduler, ATaskThatWaitsForItselfIsToldSoAndDropped) {
-    CountingWaiter const waiter;
+    TestWaiter const waiter;
     TestScheduler scheduler;
     TestTask last{9, [] {}};
     std::function<void()> const waits[] = {[&] { scheduler.cancel(TestTask::handle(1), waiter); },

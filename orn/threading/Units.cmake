@@ -1,10 +1,10 @@
 orn_unit(threading/CriticalSection)
 orn_unit(threading/Lock)
-orn_unit(threading/Waiter)
+orn_unit(threading/Waiter BY Scheduler)
 orn_unit(threading/Scheduler)
 orn_unit(threading/DrawThread)
-orn_unit(threading/ThreadName)
-orn_unit(threading/WindowMessage)
+orn_unit(threading/ThreadName BY Scheduler)
+orn_unit(threading/WindowMessage BY DrawThread)
 
 # The algorithm inside the lock has no interface of its own to applications.
 orn_unit(threading/LockSteps INSIDE)

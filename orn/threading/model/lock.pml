@@ -6,6 +6,8 @@
    -DGOING_ROUND takes the room aside out: a thread that has put a count back goes for the semaphore again.
    -DSCENE=1 to 3 chooses the threads. */
 
+#define when(condition, action) if :: condition -> action :: else fi
+
 #define SHARED 1
 #define EXCLUSIVE 16
 
@@ -30,6 +32,11 @@ inline semaphoreWait() {
     fi
 }
 
+/* The wait of no time. */
+inline takeCount() {
+    atomic { when(counts > 0, counts--; taken = true) }
+}
+
 inline semaphoreRelease(more) {
     counts = counts + more
 }
@@ -47,13 +54,7 @@ inline lockRoom() {
 }
 
 inline tellAside() {
-    if
-    :: aside != 0 ->
-       lockRoom();
-       locked = false;
-       d_step { asleep[0] = false; asleep[1] = false; asleep[2] = false }
-    :: else
-    fi
+    when(aside != 0, lockRoom(); locked = false; d_step { asleep[0] = false; asleep[1] = false; asleep[2] = false })
 }
 
 inline stepAside() {
@@ -90,43 +91,20 @@ inline settle() {
         :: else -> back = ANOTHERS
         fi
     };
-    if
-    :: last -> tellAside()
-    :: else
-    fi
+    when(last, tellAside())
 }
 
 inline sleep() {
     do
     :: semaphoreWait();
-       if
-       :: result == TIMED_OUT -> break
-       :: else
-       fi;
+       when(result == TIMED_OUT, break);
        settle();
-       if
-       :: back != ANOTHERS -> break
-       :: else
-       fi;
+       when(back != ANOTHERS, break);
        semaphoreRelease(1);
 #ifndef GOING_ROUND
        stepAside();
-       if
-       :: result == TIMED_OUT -> break
-       :: else
-       fi;
-       if
-       :: epoch != ticket ->
-          atomic {
-              if
-              :: counts > 0 -> counts--
-              :: else
-              fi
-          };
-          settle();
-          break
-       :: epoch == ticket
-       fi
+       when(result == TIMED_OUT, break);
+       when(epoch != ticket, takeCount(); settle(); break)
 #endif
     od;
     back = 0
@@ -136,45 +114,19 @@ inline giveBack() {
     taken = false;
     do
     :: atomic { ledger = epoch; ledgerPresent = present; ledgerOwed = owed };
-       if
-       :: ledger != ticket && !taken ->
-          atomic {
-              if
-              :: counts > 0 -> counts--; taken = true
-              :: else
-              fi
-          }
-       :: else
-       fi;
+       when(ledger != ticket && !taken, takeCount());
        atomic {
-           if
-           :: ledger == epoch && ledgerPresent == present && ledgerOwed == owed ->
-              present--;
-              owed = owed - (ledger != ticket -> 1 : 0);
-              break
-           :: else
-           fi
+           when(ledger == epoch && ledgerPresent == present && ledgerOwed == owed,
+                present--; owed = owed - (ledger != ticket -> 1 : 0); break)
        }
     od;
-    if
-    :: ledger != ticket && ledgerOwed == 1 -> tellAside()
-    :: else
-    fi;
+    when(ledger != ticket && ledgerOwed == 1, tellAside());
     d_step { ledger = 0; ledgerPresent = 0; ledgerOwed = 0 }
 }
 
 inline wake() {
-    atomic {
-        back = present - owed;
-        if
-        :: back != 0 -> owed = present; epoch++
-        :: else
-        fi
-    };
-    if
-    :: back != 0 -> semaphoreRelease(back); tellAside()
-    :: else
-    fi;
+    atomic { back = present - owed; when(back != 0, owed = present; epoch++) };
+    when(back != 0, semaphoreRelease(back); tellAside());
     back = 0
 }
 
@@ -205,10 +157,8 @@ inline waitFor() {
     do
     :: mustWait(seen) ->
        sleep();
-       if
-       :: result == TIMED_OUT -> break
-       :: else -> seen = word[at]
-       fi
+       when(result == TIMED_OUT, break);
+       seen = word[at]
     :: else -> break
     od;
     retire()
@@ -220,16 +170,10 @@ inline acquire() {
     do
     :: mustWait(seen) ->
        waitFor();
-       if
-       :: result == TIMED_OUT -> break
-       :: else
-       fi
+       when(result == TIMED_OUT, break)
     :: else ->
        swap(seen + add);
-       if
-       :: swapped -> held = true; break
-       :: else
-       fi
+       when(swapped, held = true; break)
     od
 }
 
@@ -237,15 +181,9 @@ inline release() {
     seen = word[at];
     do
     :: swap(seen - add);
-       if
-       :: swapped -> break
-       :: else
-       fi
+       when(swapped, break)
     od;
-    if
-    :: waiters != 0 -> wake()
-    :: else
-    fi;
+    when(waiters != 0, wake());
     seen = 0
 }
 
@@ -261,10 +199,7 @@ proctype Visitor(byte self; byte at; byte add; bool timed; byte rounds) {
     :: rounds > 0 ->
        rounds--;
        acquire();
-       if
-       :: held -> release()
-       :: else
-       fi
+       when(held, release())
     :: else -> break
     od;
     through[at]++
@@ -276,13 +211,10 @@ proctype HolderOfBoth(byte self) {
     byte at;
     byte add = EXCLUSIVE;
     at = 1;
-    do
-    :: release();
-       if
-       :: at == 0 -> break
-       :: else -> through[1] > 0; at = 0
-       fi
-    od
+    release();
+    through[1] > 0;
+    at = 0;
+    release()
 }
 
 init {
