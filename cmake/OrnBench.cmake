@@ -1,6 +1,7 @@
 # One benchmark program a unit. Peers are the system's packages; a bench names the targets it needs in a line
 #   // needs: Eigen3::Eigen glm::glm
-# and, to measure what the library does not export, a source beside it.
+# and, to measure what the library does not export, a source beside it. Programs that it starts, from sources beside it,
+# stand in a line "// starts:"; they need what a line of their own says.
 function(orn_bench source)
   cmake_path(GET source STEM name)
   file(STRINGS "${source}" needs REGEX "^// needs:")
@@ -29,4 +30,18 @@ function(orn_bench source)
     target_link_libraries(${name} PRIVATE ${need})
   endforeach()
   target_link_libraries(${name} PRIVATE orn ornmsg orn-strict benchmark::benchmark benchmark::benchmark_main)
+  file(STRINGS "${source}" starts REGEX "^// starts:")
+  string(REGEX REPLACE "^// starts:" "" starts "${starts}")
+  separate_arguments(starts)
+  foreach(program ${starts})
+    cmake_path(REPLACE_FILENAME source "${program}" OUTPUT_VARIABLE beside)
+    file(STRINGS "${beside}" libraries REGEX "^// needs:")
+    string(REGEX REPLACE "^// needs:" "" libraries "${libraries}")
+    separate_arguments(libraries)
+    cmake_path(GET program STEM program)
+    add_executable(${program} "${beside}")
+    target_link_libraries(${program} PRIVATE orn-strict ${libraries})
+    target_link_options(${program} PRIVATE -Wl,--no-as-needed)  # the standard library, too, whatever is used of it
+    add_dependencies(${name} ${program})
+  endforeach()
 endfunction()
