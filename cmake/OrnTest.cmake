@@ -3,6 +3,9 @@ find_path(ORN_GOOGLETEST CMakeLists.txt PATHS /usr/src/googletest NO_DEFAULT_PAT
 set(INSTALL_GTEST OFF)
 set(CMAKE_WARN_DEPRECATED OFF)
 add_subdirectory("${ORN_GOOGLETEST}" "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
+foreach(library gtest gtest_main gmock)
+  target_compile_options(${library} PRIVATE -O0 -g1)
+endforeach()
 
 # One test program, run as one process (under Wine for Windows).
 function(orn_test name)
