@@ -28,60 +28,29 @@ std::optional<double> doubleOf(std::wstring const& text) {
     return std::nullopt;
 }
 
-TEST(Numbers, IntegersAreTheWholeTextAndTheWholeRange) {
-    std::pair<wchar_t const*, LONG> const good[] = {{L"0", 0},
-                                                    {L"+17", 17},
-                                                    {L" \t 42", 42},
-                                                    {L"0000000000000000000012", 12},
-                                                    {L"  -2147483648", -2147483647 - 1},
-                                                    {L"2147483647", 2147483647},
-                                                    {L"-2147483639", -2147483639}};
-    for (auto const& [text, value] : good) EXPECT_EQ(longOf(text), value) << text;
-
-    // clang-format off
-    for (auto const* text : {L"", L" ", L"\t", L"+", L"-", L" -", L"2147483648", L"-2147483649", L"2147483650",
-                             L"-2147483650", L"21474836470", L"99999999999999999999", L"12 ", L"1 2", L"+-1", L"- 1",
-                             L"1.", L"0x10", L"\n1", L"\u00A01", L"\u0661"})  // clang-format on
+TEST(Numbers, AnIntegerIsTheWholeText) {
+    EXPECT_EQ(longOf(L" \t +0000000000000000000012"), 12);
+    EXPECT_EQ(longOf(L"  -2147483648"), -2147483647 - 1);
+    EXPECT_EQ(longOf(L"2147483647"), 2147483647);
+    for (auto const* text : {L"", L"+", L"2147483648", L"-2147483649", L"12 ", L"1.", L"\u0661"})
         EXPECT_EQ(longOf(text), std::nullopt) << text;
-
-    EXPECT_EQ(longOf(std::wstring(L"1\0", 2)), std::nullopt);
     LONG value = 0;
     EXPECT_TRUE(isLong(&value, L"12345", 3));
     EXPECT_EQ(value, 123);
 }
 
-// With at most 15 digits and a power of ten up to 15 there is one rounding, so that the result is the nearest double.
-TEST(Numbers, DecimalsReadAsTheNearestDouble) {
+TEST(Numbers, ADecimalIsTheWholeText) {
+    // With at most 15 digits and a power of ten up to 15 there is one rounding, so that the result is the nearest double.
     // clang-format off
     std::pair<wchar_t const*, double> const good[] = {
-        {L"0", 0}, {L"1.5e3", 1500}, {L"1.5D3", 1500}, {L"1.5E+3", 1500}, {L"15d+2", 1500}, {L".5", 0.5}, {L"5.", 5},
-        {L"0.", 0}, {L".0", 0}, {L"1e 5", 100000}, {L"1e\t-2", 0.01}, {L" \t-0.1", -0.1}, {L"0e309", 0},
-        {L"+3.14159265358979", 3.14159265358979}, {L"000000000000000000000000012.50", 12.5},
-        {L"0.000000000000001", 1e-15}, {L"0.00000000000000000000000000000000000000001e40", 0.1},
-        {L"123456789.012345", 123456789.012345}, {L"1000000000000000000000000000000e-30", 1},
-        {L"9007199254740993", 9007199254740992.}, {L"12345678901234567999999e-6", 12345678901234567.},
+        {L"1.5e3", 1500}, {L"1.5D3", 1500}, {L".5", 0.5}, {L"5.", 5}, {L"1e 5", 100000}, {L" \t-0.1", -0.1}, {L"0e309", 0},
+        {L"+3.14159265358979", 3.14159265358979}, {L"0.000000000000001", 1e-15}, {L"123456789.012345", 123456789.012345},
     };
     // clang-format on
     for (auto const& [text, value] : good) EXPECT_EQ(doubleOf(text), value) << text;
-
-    std::wstring const zeros(1000, L'0');
-    EXPECT_EQ(doubleOf(L"1e" + zeros + L"5"), 1e5);
-    EXPECT_EQ(doubleOf(L"1e-" + zeros + L"2"), 0.01);
-    EXPECT_EQ(doubleOf(L"25" + zeros + L"e-1001"), 2.5);
-    EXPECT_EQ(doubleOf(L"0." + zeros + L"25e1001"), 2.5);
-    EXPECT_EQ(doubleOf(L"1." + zeros + L"1"), 1.0);
-    EXPECT_TRUE(std::signbit(*doubleOf(L"-0.0")));
-}
-
-TEST(Numbers, WhatIsNotADecimalThroughout) {
-    // clang-format off
-    for (auto const* text : {L"", L" ", L".", L"-.", L"+", L".e5", L"1e", L"1e+", L"1e ", L"1e5 ", L"1 ", L"1x", L"1..2",
-                             L"1.2.3", L"1,5", L"- 1", L"--1", L"0x10", L"1f3", L"inf", L"nan", L"1e1.5",
-                             L"1e2147483648", L"1e-2147483649", L"\u0661", L"1\u00A0"})  // clang-format on
+    for (auto const* text : {L"", L".", L".e5", L"1e", L"1e5 ", L"1.2.3", L"1,5", L"0x10", L"inf", L"1e1.5"})
         EXPECT_EQ(doubleOf(text), std::nullopt) << text;
-    EXPECT_EQ(doubleOf(L"1e" + std::wstring(1000, L'9')), std::nullopt);
-    EXPECT_EQ(doubleOf(L"1e-" + std::wstring(1000, L'9')), std::nullopt);
-    EXPECT_EQ(doubleOf(std::wstring(L"1\0", 2)), std::nullopt);
+    EXPECT_TRUE(std::signbit(*doubleOf(L"-0.0")));
     double value = 0;
     EXPECT_TRUE(isDouble(&value, L"1.25e1x", 4));
     EXPECT_EQ(value, 1.25);
