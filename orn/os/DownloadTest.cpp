@@ -20,7 +20,7 @@ namespace {
 
 std::string const& large() {
     static std::string const bytes = [] {
-        std::vector<std::uint32_t> numbers(6'000'000);
+        std::vector<std::uint32_t> numbers(1'000'000);
         std::iota(numbers.begin(), numbers.end(), 0);
         return std::string{reinterpret_cast<char const*>(numbers.data()), 4 * numbers.size()};
     }();
