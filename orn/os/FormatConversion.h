@@ -6,9 +6,9 @@
 
 namespace ORN::os {
 
-/// The argument that a conversion takes, whichever way it is spelled.
+/// The argument that a conversion takes. Several spellings may take the same.
 enum class FormatArgument : std::uint8_t {
-    bad,   ///< no conversion at all: unknown, cut off, or %n
+    bad,   ///< the text is no conversion: unknown, cut off, or %n
     none,  ///< %%
     int8,
     int16,
@@ -52,6 +52,18 @@ constexpr bool read(wchar_t const*& at, int& value) noexcept {
     }
     value = static_cast<int>(number);
     return true;
+}
+
+/// The flag that a character stands for; null when it stands for none.
+constexpr bool* flagOf(FormatConversion& conversion, wchar_t character) noexcept {
+    switch (character) {
+        case L'-': return &conversion.left;
+        case L'+': return &conversion.plus;
+        case L' ': return &conversion.blank;
+        case L'#': return &conversion.alternate;
+        case L'0': return &conversion.zero;
+        default: return nullptr;
+    }
 }
 
 enum class Prefix : std::uint8_t { none, hh, h, l, w, longDouble, bits32, bits64 };
@@ -133,29 +145,10 @@ constexpr FormatConversion formatConversion(wchar_t const* percent) noexcept {
         result.argument = FormatArgument::none;
         return result;
     }
-    for (bool flags = true; flags;) switch (*at) {
-            case L'-':
-                result.left = true;
-                ++at;
-                break;
-            case L'+':
-                result.plus = true;
-                ++at;
-                break;
-            case L' ':
-                result.blank = true;
-                ++at;
-                break;
-            case L'#':
-                result.alternate = true;
-                ++at;
-                break;
-            case L'0':
-                result.zero = true;
-                ++at;
-                break;
-            default: flags = false;
-        }
+    while (bool* const flag = format::flagOf(result, *at)) {
+        *flag = true;
+        ++at;
+    }
     if (!format::read(at, result.width)) return result;
     if (*at == L'.') {
         ++at;

@@ -25,6 +25,17 @@ orn_unit(os/Window)
 # Opens libraries when they are needed.
 orn_unit(os/posix/ServiceLibrary POSIX)
 
+# Off Windows: the libraries that are opened when they are needed, and what keeps the registry.
+if(NOT WIN32)
+  foreach(part ServiceLibrary registry/NameCase registry/RegistryStore)
+    set_property(GLOBAL APPEND PROPERTY ORN_OS_SOURCES "${CMAKE_CURRENT_SOURCE_DIR}/os/posix/${part}.cpp")
+  endforeach()
+endif()
+# By the rules of Windows, which the system's own do not keep: the formatter and the forms of URLs.
+orn_unit(os/posix/format/Double POSIX)
+orn_unit(os/posix/format/Integer POSIX)
+orn_unit(os/posix/format/Text POSIX)
+orn_unit(os/posix/web/CanonicalUrl POSIX)
 # What keeps the registry where the system has none.
 orn_unit(os/posix/registry/NameCase POSIX)
 orn_unit(os/posix/registry/RegistryStore POSIX)

@@ -1,8 +1,8 @@
-/// File names and URLs, taken apart and put together. A text that contains "://" is a URL and keeps to forward slashes;
-/// anything else is a file name. File names are taken apart by the rules of Windows on every system: a drive is one
-/// character before a colon at the start, either slash ends a directory, and an extension starts at the last dot behind
-/// it. Parts of any length are kept whole. No function here throws on content (only std::bad_alloc); all may be called
-/// from any thread.
+/// These functions take file names and URLs apart and put them together. A text that contains "://" is a URL and has
+/// forward slashes; any other text is a file name. The rules for file names are those of Windows on every system: a drive is
+/// one character before a colon at the start, either slash ends a directory, and an extension starts at the last dot
+/// behind it. Parts may have any length. Functions throw only std::bad_alloc, whatever the texts hold. Any thread may call
+/// them.
 #pragma once
 
 #include "orn/Export.h"
@@ -20,83 +20,69 @@ ORN_API bool isURL(std::wstring const& text);  ///< contains "://"
 /// surrogates and private use, save that U+FEFF may.
 ORN_API bool isFileChar(CodePoint c) noexcept;
 
-/// The directory, without the separator at its end unless it is the root: `C:\a` of `C:\a\f.txt`, `C:\` of `C:\f.txt`,
-/// and also of `C:f.txt`. Empty for a bare name. A network name that has a server and nothing else before the last
-/// part, `\\server\f`, is returned whole. Of a URL it is everything up to and including the last slash.
+/// The directory of a path. It ends without a separator, unless it is the root: `C:\a` for `C:\a\f.txt`, `C:\` for
+/// `C:\f.txt` and also for `C:f.txt`. A bare name has an empty one. A network name that has nothing but a server before its
+/// last part, `\\server\f`, is its own directory. The directory of a URL ends with its last slash.
 ORN_API std::wstring getDirectory(std::wstring const& path);
-ORN_API std::wstring getDirectory(std::wstring const& path, std::wstring& name);  ///< and the name behind the directory
+ORN_API std::wstring getDirectory(std::wstring const& path, std::wstring& name);  ///< also gives the name behind it
 
-/// And the name in two; the extension begins with its dot, or is empty. The outputs may be the path itself.
+/// Also gives the two parts of the name. The extension begins with its dot, or is empty. The outputs may be the path itself.
 ORN_API std::wstring getDirectory(std::wstring const& path, std::wstring& base, std::wstring& extension);
 
-/// Directory, one separator, name. An empty directory, or one that ends in a slash of either kind, needs no separator;
-/// for others it is `/` in a URL and `\` in a file name. On systems whose names are parted by `/` a file name gets `/`,
-/// too, unless its directory contains a `\` or begins with a drive.
+/// The directory, one separator, and the name. After an empty directory, or one that ends with a slash of either kind, no
+/// separator is added. Otherwise it is `/` in a URL and `\` in a file name. On systems that separate names by `/` a file
+/// name gets `/`, too, unless its directory contains a `\` or begins with a drive.
 ORN_API std::wstring joinDirectory(std::wstring const& directory, std::wstring const& name);
 
-/// The name from the root on, "." and ".." resolved by the text alone, by the system's own rules for names; the empty
-/// name is the current folder. A URL stays as it is. Empty where the system can form no full name: on Windows beyond 260
-/// characters, and for a name with a zero inside.
+/// The full name, from the root on, by the system's rules for names. "." and ".." are resolved in the text alone, and the
+/// empty name is the current folder. A URL stays as it is. The result is empty where the system can form no full name: on
+/// Windows beyond 260 characters, and for a name that contains a zero.
 ORN_API std::wstring absoluteFilename(std::wstring const& path);
 
 /// Whether the path may be appended to a directory: it begins with no `\` and contains no `:`. This is no guard against
 /// names that lead out of the directory: `..\..\x` and `/etc/x` pass.
 ORN_API bool okToAddToAbsolutePath(std::wstring const& path);
 
-/// Which of the extensions, dots included and separated by "/" (".dwg/.dxf"), is the path's: the number of the first
-/// that is equal ignoring case by the calling thread's locale, counted from 1, or 0. An empty entry stands for no
-/// extension; an empty list has no entries.
+/// Finds the path's extension in a list such as ".dwg/.dxf": the number of the first equal entry, counted from 1, or 0 when
+/// there is none. Case does not count, by the calling thread's locale. An empty entry stands for no extension; an empty
+/// list has no entries.
 ORN_API unsigned int analyzeFileType(std::wstring const& path, std::wstring const& extensions);
 
-/// For display in maxLength characters (UTF-16 units): a longer path becomes a leading part of its directory's
-/// directory, as long as fits, "..." and its file name; or the bare file name, however long, when not even "..." fits
-/// before it. Surrogate pairs are kept whole.
+/// Shortens a path for display to maxLength characters (UTF-16 units). A longer path becomes a beginning of its directory's
+/// directory, as long as fits, then "..." and its file name. Where not even "..." fits before the file name, the result is
+/// the bare file name, however long. Surrogate pairs stay whole.
 ORN_API std::wstring abbreviateFilename(std::wstring const& path, std::size_t maxLength);
 
-/// The long form of a name with short parts ("PROGRA~1") of something that exists; any other name, and every name on
-/// systems without short names, stays as it is.
+/// The long form of a name with short parts ("PROGRA~1"), if a file of that name exists. Any other name stays as it is, and so
+/// does every name on systems without short names.
 ORN_API std::wstring getLongFilename(std::wstring const& path);
 
-/// The same of views, which are copied.
+/// The same for views, which these functions copy.
 /// @{
-template <std::same_as<std::wstring_view> View>
-bool isURL(View text) {
-    return isURL(std::wstring{text});
-}
-template <std::same_as<std::wstring_view> View>
-std::wstring getDirectory(View path) {
-    return getDirectory(std::wstring{path});
-}
-template <std::same_as<std::wstring_view> View>
-std::wstring getDirectory(View path, std::wstring& name) {
+bool isURL(std::same_as<std::wstring_view> auto text) { return isURL(std::wstring{text}); }
+std::wstring getDirectory(std::same_as<std::wstring_view> auto path) { return getDirectory(std::wstring{path}); }
+std::wstring getDirectory(std::same_as<std::wstring_view> auto path, std::wstring& name) {
     return getDirectory(std::wstring{path}, name);
 }
-template <std::same_as<std::wstring_view> View>
-std::wstring getDirectory(View path, std::wstring& base, std::wstring& extension) {
+std::wstring getDirectory(std::same_as<std::wstring_view> auto path, std::wstring& base, std::wstring& extension) {
     return getDirectory(std::wstring{path}, base, extension);
 }
 template <std::same_as<std::wstring_view> View>
 std::wstring joinDirectory(View directory, View name) {
     return joinDirectory(std::wstring{directory}, std::wstring{name});
 }
-template <std::same_as<std::wstring_view> View>
-std::wstring absoluteFilename(View path) {
+std::wstring absoluteFilename(std::same_as<std::wstring_view> auto path) {
     return absoluteFilename(std::wstring{path});
 }
-template <std::same_as<std::wstring_view> View>
-bool okToAddToAbsolutePath(View path) {
+bool okToAddToAbsolutePath(std::same_as<std::wstring_view> auto path) {
     return okToAddToAbsolutePath(std::wstring{path});
 }
 template <std::same_as<std::wstring_view> View>
 unsigned int analyzeFileType(View path, View extensions) {
     return analyzeFileType(std::wstring{path}, std::wstring{extensions});
 }
-template <std::same_as<std::wstring_view> View>
-std::wstring abbreviateFilename(View path, std::size_t maxLength) {
+std::wstring abbreviateFilename(std::same_as<std::wstring_view> auto path, std::size_t maxLength) {
     return abbreviateFilename(std::wstring{path}, maxLength);
 }
-template <std::same_as<std::wstring_view> View>
-std::wstring getLongFilename(View path) {
-    return getLongFilename(std::wstring{path});
-}
+std::wstring getLongFilename(std::same_as<std::wstring_view> auto path) { return getLongFilename(std::wstring{path}); }
 /// @}

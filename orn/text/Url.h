@@ -1,12 +1,12 @@
-/// URLs, by the system's own rules: those of the Windows shell, and elsewhere an equal of them.
+/// URLs by the rules of the Windows shell. On Windows the system applies them, elsewhere this library does.
 ///
-/// A URL ends at its first zero. Results are at most 2083 characters (UTF-16 units) long. What fails throws
-/// ORN::OrnError with the URL and the reason. Any number of threads may call these functions.
+/// A URL ends at its first zero. Results have at most 2083 characters (UTF-16 units). A failure throws ORN::OrnError with
+/// the URL and the reason. Any number of threads may call these functions.
 ///
-/// Outside Windows, where its versions differ or a file could not be reached otherwise:
-/// - "." at the end of a path goes as ".." does, and more ".." than there is to go up all stay;
-/// - dot segments of names with a drive go, and network names become "file:" URLs in canonicalizeUrl, too;
-/// - a query keeps its backslashes and dots, and after a host alone "/" comes before it;
+/// Outside Windows some details are fixed where the versions of Windows differ, or where no URL would reach a file:
+/// - "." at the end of a path is removed as ".." is; where there are more ".." than segments, all of them stay;
+/// - dot segments of names with a drive are removed, and canonicalizeUrl also makes "file:" URLs of network names;
+/// - a query keeps its backslashes and dots, and "/" is put between a bare host and its query;
 /// - the brackets of a numeric host stay;
 /// - cleanupUrl also makes a "file:" URL of a full name in the system's own form, "/a/b", by the bytes of the name.
 #pragma once
@@ -17,49 +17,39 @@
 #include <string>
 #include <string_view>
 
-/// Each `%` with two hexadecimal digits is the character of that number, up to U+00FF; any other `%` stays. The result
-/// may hold what was hidden in the URL: `%00` is a zero, at which a name ends for the system, and `%2F` a slash.
+/// Replaces each `%` with two hexadecimal digits by the character of that number, up to U+00FF; any other `%` stays. The
+/// result may contain what the URL hid: `%00` is a zero, at which a name ends for the system, and `%2F` is a slash.
 ORN_API std::wstring unescapeUrl(std::wstring const& url);
 
-/// The canonical form: without blanks around it and without dot segments in its path, save those that the path starts
-/// with. In the schemes http, https and file a backslash is a slash. Characters that are unsafe in a path are escaped:
-/// blanks, control characters, quote, backslash, grave accent, `<>[]^{|}&` and U+007F to U+00FF; for file also `#`, and
-/// the slash where none follows the scheme, as in "mailto:". What is escaped stays so; a query and a fragment stay as
-/// they are. A name with a drive becomes a "file:" URL.
+/// The canonical form. It has no blanks around it, and no dot segments in its path but those at the beginning. In the schemes
+/// http, https and file a backslash becomes a slash. Characters that are unsafe in a path are escaped: blanks, control
+/// characters, quote, backslash, grave accent, `<>[]^{|}&` and U+007F to U+00FF. In file URLs `#` is escaped, too, and so
+/// is the slash of URLs without a slash behind the scheme, as in "mailto:". Escapes, queries and fragments stay as they
+/// are. A name with a drive becomes a "file:" URL.
 ORN_API std::wstring canonicalizeUrl(std::wstring const& url);
 
-/// The canonical form, with a scheme for what has none but looks as if it should: "file:" for full names of files,
-/// "http://" for what begins with "www", "home" or "mosaic", "ftp://" for "ftp", "gopher://" for "gopher" (in any case of
-/// letters; on Windows the list is the system's own and may be another). Nothing looks behind these beginnings:
-/// "homework.txt" is "http://homework.txt/". Other texts only become canonical.
+/// The canonical form, with a scheme for texts that lack one: "file:" for full names of files, "http://" for texts that
+/// begin with "www", "home" or "mosaic", "ftp://" for "ftp", "gopher://" for "gopher", in upper or lower case. On Windows
+/// the list is the system's own and may differ. Only the beginning counts: "homework.txt" becomes "http://homework.txt/".
+/// Other texts only become canonical.
 ORN_API std::wstring cleanupUrl(std::wstring const& url);
 
-/// Downloads what the URL stands for into the user's cache, and returns the name of the file. It belongs to the cache: a
-/// later download of the same URL may put another in its place, and the user may empty the cache. A download that fails
-/// leaves nothing there. Schemes other than http, https and file are refused before the system sees the URL; mind that
-/// the system may log on to the host that a file URL names. The calling thread needs no COM apartment.
+/// Downloads the URL's content into the user's cache, and returns the name of the file. The file belongs to the cache: a
+/// later download of the same URL may replace it, and the user may empty the cache. A failed download leaves no file. Only
+/// the schemes http, https and file are allowed; the system never sees another. Note that the system may log on to the host
+/// that a file URL names. The calling thread needs no COM apartment.
 ///
-/// Outside Windows the cache is "orn/downloads" in $XDG_CACHE_HOME or ~/.cache, redirections lead to http and https, and
-/// a download breaks off that gets less than 1,000 bytes a second for a minute, or takes longer than an hour. On
+/// Outside Windows the cache is "orn/downloads" in $XDG_CACHE_HOME or ~/.cache, and redirections may lead to http and https
+/// alone. A download fails when it gets less than 1,000 bytes a second for a minute, or takes longer than an hour. On
 /// Windows it may take as long as data keeps coming.
 ORN_API std::wstring downloadUrlToCache(std::wstring const& url);
 
-/// The same of views, which are copied.
+/// The same for views, which these functions copy.
 /// @{
-template <std::same_as<std::wstring_view> View>
-std::wstring unescapeUrl(View url) {
-    return unescapeUrl(std::wstring{url});
-}
-template <std::same_as<std::wstring_view> View>
-std::wstring canonicalizeUrl(View url) {
-    return canonicalizeUrl(std::wstring{url});
-}
-template <std::same_as<std::wstring_view> View>
-std::wstring cleanupUrl(View url) {
-    return cleanupUrl(std::wstring{url});
-}
-template <std::same_as<std::wstring_view> View>
-std::wstring downloadUrlToCache(View url) {
+std::wstring unescapeUrl(std::same_as<std::wstring_view> auto url) { return unescapeUrl(std::wstring{url}); }
+std::wstring canonicalizeUrl(std::same_as<std::wstring_view> auto url) { return canonicalizeUrl(std::wstring{url}); }
+std::wstring cleanupUrl(std::same_as<std::wstring_view> auto url) { return cleanupUrl(std::wstring{url}); }
+std::wstring downloadUrlToCache(std::same_as<std::wstring_view> auto url) {
     return downloadUrlToCache(std::wstring{url});
 }
 /// @}

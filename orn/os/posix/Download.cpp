@@ -4,6 +4,7 @@
 #include "orn/os/posix/CacheFile.h"
 #include "orn/os/posix/NativeName.h"
 #include "orn/os/posix/ServiceLibrary.h"
+#include "orn/os/posix/web/UrlText.h"
 #include "orn/unicode/CodePoints.h"
 
 #include <curl/curl.h>
@@ -102,11 +103,9 @@ using Address = std::unique_ptr<CURLU, Release>;
 using Transfer = std::unique_ptr<CURL, Release>;
 using Text = std::unique_ptr<char, Release>;
 
-/// In ASCII: what is beyond it is escaped as UTF-8, and so are blanks and control characters.
+/// The URL in ASCII. Characters beyond it are escaped as UTF-8, and so are blanks and control characters.
 std::string asciiForm(std::wstring_view url) {
-    constexpr char digits[] = "0123456789ABCDEF";
     std::string result;
-    auto const escape = [&](unsigned int byte) { ((result += '%') += digits[byte >> 4]) += digits[byte & 15]; };
     wchar_t const* const end = url.data() + url.size();
     for (wchar_t const* p = url.data(); p != end;) {
         unsigned int const value = unicode::readUnits(p, end);
@@ -117,7 +116,7 @@ std::string asciiForm(std::wstring_view url) {
             if (*byte > ' ' && *byte < 0x7F)
                 result += static_cast<char>(*byte);
             else
-                escape(*byte);
+                web::appendEscape(result, *byte);
         }
     }
     return result;
