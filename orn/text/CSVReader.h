@@ -59,9 +59,9 @@ public:
     CSVReader& operator=(CSVReader&&) noexcept;  ///< the other can only be assigned to and destroyed
     ~CSVReader();
 
-    /// Replaces fields by the next record; false, with fields empty, at the end of the input. An empty line is a record:
-    /// without fields, or with all wanted columns empty. A line end in quotes is read from a text reader as LF. Throws
-    /// OrnError when the input ends inside quotes, and what the text reader throws.
+    /// Replaces fields by the next record; false, with fields empty, at the end of the input. An empty line is a
+    /// record: without fields, or with all wanted columns empty. A line end in quotes is read from a text reader as LF.
+    /// Throws OrnError when the input ends inside quotes, and what the text reader throws.
     bool read(std::vector<std::wstring>& fields);
 
     /// The lines, counted from 1, in which the record that read yielded last begins and ends. When read throws, the

@@ -14,10 +14,10 @@ namespace ORN {
 
 class TextWriter;
 
-/// Writes records field by field, to the end of a text or to a text writer. A field stands in quotes when it has to: when
-/// it holds the delimiter, a quote or a line end, when it begins or ends with a blank that the format drops, or when it
-/// is empty and the record's only one. Numbers are written by writeDouble. What a CSVReader with the same format reads
-/// from the text is what was written, whatever the fields hold.
+/// Writes records field by field, to the end of a text or to a text writer. A field stands in quotes when it has to:
+/// when it holds the delimiter, a quote or a line end, when it begins or ends with a blank that the format drops, or
+/// when it is empty and the record's only one. Numbers are written by writeDouble. What a CSVReader with the same
+/// format reads from the text is what was written, whatever the fields hold.
 ///
 /// A text writer gets what it makes of line ends: it ends records as it ends lines, and line ends in quotes come back
 /// from a text reader as LF. The text or the text writer must outlive this object. One thread at a time.
@@ -28,8 +28,8 @@ class ORN_API CSVWriter {
 public:
     explicit CSVWriter(TextWriter& lines, CSVFormat format = {});  ///< throws std::logic_error for an illegal delimiter
 
-    /// Each record ends with lineEnd, which is CR LF, LF or CR. Throws std::logic_error for any other, and for an illegal
-    /// delimiter.
+    /// Each record ends with lineEnd, which is CR LF, LF or CR. Throws std::logic_error for any other, and for an
+    /// illegal delimiter.
     explicit CSVWriter(std::wstring& text, CSVFormat format = {}, std::wstring_view lineEnd = L"\r\n");
 
     /// One field more: at the end of the text at once; for a text writer kept here until the record ends.
@@ -43,8 +43,8 @@ public:
     template <std::integral Value>
     requires(sizeof(Value) > 4 || sizeof(Value) == 1 || std::same_as<Value, wchar_t>) CSVWriter& field(Value) = delete;
 
-    /// The end of the record, which without any field is an empty line. Throws what the text writer throws; the record is
-    /// then forgotten all the same.
+    /// The end of the record, which without any field is an empty line. Throws what the text writer throws; the record
+    /// is then forgotten all the same.
     void endRecord();
 
     void write(std::span<std::wstring const> fields);  ///< all the fields, and the end of the record

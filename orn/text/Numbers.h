@@ -1,7 +1,7 @@
 /// Numbers read from text and written to it, the same in every locale; nothing here allocates.
 ///
-/// isLong and isDouble take a whole text or refuse it, and leave *out alone when they return false. readDouble reads the
-/// number at the head of a text, to the nearest double; what writeDouble writes it reads back as the same double.
+/// isLong and isDouble take a whole text or refuse it, and leave *out alone when they return false. readDouble reads
+/// the number at the head of a text, to the nearest double; what writeDouble writes it reads back as the same double.
 #pragma once
 
 #include "orn/Export.h"
@@ -24,8 +24,8 @@
 /// and an exponent, which is E, e, D or d and what isLong accepts (blanks and a sign included).
 ///
 /// The first 17 significant digits count, further ones are ignored; the result lies within a few units in the last
-/// place. A value of 1e309 or more (by its exponent, also with a zero before it) or above the largest finite double is no
-/// number here, and no number reads as infinity. What is less than 1e-309 becomes +0.0, whatever its sign. For the
+/// place. A value of 1e309 or more (by its exponent, also with a zero before it) or above the largest finite double is
+/// no number here, and no number reads as infinity. What is less than 1e-309 becomes +0.0, whatever its sign. For the
 /// nearest double take ORN::readDouble.
 /// @{
 [[nodiscard]] ORN_API bool isDouble(double* out, wchar_t const* text, std::size_t length) noexcept;

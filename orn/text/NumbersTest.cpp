@@ -157,6 +157,20 @@ TEST(Numbers, TiesGoToEvenWhereverThePointStands) {
     }
 }
 
+TEST(Numbers, TheLongestTieGoesToEven) {
+    // Halfway between the largest subnormal and the smallest normal: 767 digits, the half of a number that can be written.
+    wchar_t room[1100];
+    std::wstring tie{writeDouble(room, 0x1.fffffffffffffp-1022, 1074)};
+    int rest = 0;
+    for (wchar_t& digit : tie)
+        if (digit != L'.') {
+            rest = rest % 2 * 10 + (digit - L'0');
+            digit = static_cast<wchar_t>(L'0' + rest / 2);
+        }
+    EXPECT_EQ(nearest(tie + L"5"), 0x1p-1022);
+    EXPECT_EQ(nearest(tie + L"4" + std::wstring(100, L'9')), 0x0.fffffffffffffp-1022);
+}
+
 TEST(Numbers, TheEndsOfTheRangeAreTold) {
     double const largest = std::numeric_limits<double>::max(), infinity = std::numeric_limits<double>::infinity();
     double const smallest = std::numeric_limits<double>::denorm_min();

@@ -13,8 +13,8 @@
 struct ORN_API Quark {
     constexpr Quark() noexcept = default;
 
-    /// The quark of a terminated text, which must not be null, or of a view up to its first zero; from any thread. Throws
-    /// std::bad_alloc.
+    /// The quark of a terminated text, which must not be null, or of a view up to its first zero; from any thread.
+    /// Throws std::bad_alloc.
     /// @{
     [[nodiscard]] static Quark create(wchar_t const* text);
     [[nodiscard]] static Quark create(std::wstring_view text);
@@ -54,7 +54,8 @@ struct ORN_API QuarkCollatesLess {
     bool operator()(Quark const& a, Quark const& b) const;  ///< true when a comes first
 };
 
-/// "Q:" and the pointer; at a debugging level of 2 or more also a blank and the text, if there is one, in double quotes.
+/// "Q:" and the pointer; at a debugging level of 2 or more also a blank and the text, if there is one, in double
+/// quotes.
 ORN_API std::wostream& operator<<(std::wostream& stream, Quark const& quark);
 
 /// By identity.
