@@ -164,7 +164,9 @@ TEST(Collection, MovesItsFirstChunkAndTakesTheOthersOver) {
     Collection<std::unique_ptr<int>, 2> owners;
     for (int i = 0; i < 5; ++i) owners.push_back(std::make_unique<int>(i));
     std::unique_ptr<int>* const late = &owners[2];
-    Collection<std::unique_ptr<int>, 2> const moved = std::move(owners);
+    Collection<std::unique_ptr<int>, 2> moved = std::move(owners);
+    auto& itself = moved;
+    moved = std::move(itself);
     EXPECT_TRUE(owners.empty() && *moved[4] == 4 && *moved[0] == 0 && &moved[2] == late);
 }
 

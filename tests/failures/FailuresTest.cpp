@@ -86,8 +86,9 @@ void pushTexts() {
     std::size_t pushed = 0;
     auto const push = [&] {
         for (; pushed < 30; ++pushed) texts.emplace_back(100, 'x');
-        ORN::Collection<std::string, 2> copy{texts};
+        ORN::Collection<std::string, 2> copy{texts}, moved{texts};
         copy = texts;
+        moved = std::move(copy);
     };
     checked(push, [&] {
         EXPECT_EQ(texts.size(), pushed);
