@@ -118,6 +118,7 @@ void expectFailures(std::vector<Case> const& table) {
                     EXPECT_LE(held(), heldBefore);
                 });
             EXPECT_TRUE(done);
+            EXPECT_LE(held(), heldBefore);
             EXPECT_TRUE(failures >= fewest && failures <= most) << failures;
         }
         EXPECT_EQ(use.outcome(), before) << "usable again";
