@@ -22,37 +22,68 @@ public:
 
     void notify(Arguments... arguments) override {
         SharedLock const lock{lock_};
-        auto subscription = members_.begin();
-        auto const end = members_.end();
+        Entry const* next = members_.data();
+        Entry const* const end = next + members_.size();
+        Entry const* thrower = nullptr;
         try {
-            for (; subscription != end; ++subscription)
-                if (!(*subscription)->suppressed()) (*subscription)->notify(arguments...);
+            while (next != end) {
+                if (next->step != nullptr) {
+                    next = next->step(next, end, thrower, arguments...);
+                } else {
+                    call(*next, arguments...);
+                    ++next;
+                }
+            }
         } catch (std::exception const&) {
-            // The one that threw gets the event once more, and those after it are not to miss it.
-            for (; subscription != end; ++subscription) try {
-                    if (!(*subscription)->suppressed()) (*subscription)->notify(arguments...);
+            // The subscription that threw gets the event once more, and those after it must not miss it.
+            for (next = thrower != nullptr ? thrower : next; next != end; ++next) try {
+                    call(*next, arguments...);
                 } catch (std::exception const&) {}
             throw;
         }
     }
 
 private:
-    void insert(EVSubscription<T>* subscription) override {
+    using Entry = EVSubscriptionEntry<T>;
+
+    static void call(Entry const& entry, Arguments... arguments) {
+        if (!entry.subscription->suppressed()) entry.subscription->notify(arguments...);
+    }
+
+    void insert(EVSubscription<T>* subscription) override { insertStepped(subscription, nullptr); }
+
+    void insertStepped(EVSubscription<T>* subscription, typename Entry::Step step) override {
         ExclusiveLock const lock{lock_};
         auto const place = placeOf(subscription);
-        if (place == members_.end() || *place != subscription) members_.insert(place, subscription);
+        if (place != members_.end() && place->subscription == subscription) return;
+        auto const made = members_.insert(place, {subscription, step, nullptr});
+        chooseSteps(made - members_.begin());
     }
 
     void erase(EVSubscription<T>* subscription) override {
         ExclusiveLock const lock{lock_};
         auto const place = placeOf(subscription);
-        if (place != members_.end() && *place == subscription) members_.erase(place);
+        if (place == members_.end() || place->subscription != subscription) return;
+        auto const next = members_.erase(place);
+        chooseSteps(next - members_.begin());
+    }
+
+    /// Chooses how the entries around a change are called. A single one of its class is called without its step, which
+    /// would cost more than it saves.
+    void chooseSteps(std::ptrdiff_t changed) {
+        auto const own = [this](std::ptrdiff_t i) {
+            return i >= 0 && i < std::ssize(members_) ? members_[static_cast<std::size_t>(i)].own : nullptr;
+        };
+        for (std::ptrdiff_t i = std::max<std::ptrdiff_t>(changed - 1, 0); i <= changed + 1 && i < std::ssize(members_);
+             ++i)
+            members_[static_cast<std::size_t>(i)].step =
+                own(i) == own(i - 1) || own(i) == own(i + 1) ? own(i) : nullptr;
     }
 
     auto placeOf(EVSubscription<T>* subscription) {
-        return std::lower_bound(members_.begin(), members_.end(), subscription, std::less<>{});
+        return std::ranges::lower_bound(members_, subscription, std::less<>{}, &Entry::subscription);
     }
 
     LONG volatile lock_ = 0;
-    std::vector<EVSubscription<T>*> members_;  // ascending
+    std::vector<Entry> members_;  // ascending by the subscriptions' addresses
 };

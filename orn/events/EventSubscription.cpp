@@ -8,6 +8,11 @@ ORN::Handle<EVSubscriptionList<T>> EVSubscriptionList<T>::create() {
 template <typename T>
 EVSubscriptionList<T>::~EVSubscriptionList() = default;
 
+template <typename T>
+void EVSubscriptionList<T>::insertStepped(EVSubscription<T>* subscription, typename EVSubscriptionEntry<T>::Step) {
+    insert(subscription);
+}
+
 EVSubscriptionBase::~EVSubscriptionBase() = default;
 
 template <typename T>
@@ -29,7 +34,14 @@ void EVSubscription<T>::attach() {
 }
 
 template <typename T>
+void EVSubscription<T>::attach(typename EVSubscriptionEntry<T>::Step step) {
+    list_->insertStepped(this, step);
+}
+
+template <typename T>
 void EVSubscription<T>::destroy() {
+    // Of threads that detach at once the first does it. The others wait, so that the subscription is detached for all of
+    // them when they go on.
     ExclusiveLock const alone{this->detaching_};
     if (list_.null()) return;
     list_->erase(this);

@@ -8,6 +8,7 @@
 #include "orn/text/Quark.h"
 
 #include <atomic>
+#include <exception>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -62,6 +63,40 @@ protected:
     ~EVNotified() override = default;
 };
 
+/// A subscription on a list, and the step that calls it. A step calls the first entry with the event's value, unless it is
+/// suppressed, and goes on to the next entries while they have the same step. It returns the first entry that it has not
+/// called. When an entry throws a std::exception, the step stores that entry in `thrower` and lets the exception through.
+template <typename T, typename Callback = typename EVSubscriptionParameter<T>::Callback>
+struct EVSubscriptionEntry;
+
+/// EVSubscriptionEntry, with the parameters taken out of the callback's type.
+template <typename T, typename... Arguments>
+struct EVSubscriptionEntry<T, void(Arguments...)> {
+    /// Calls the entries of one class that follow each other.
+    using Step = EVSubscriptionEntry const* (*)(EVSubscriptionEntry const* first, EVSubscriptionEntry const* end,
+                                                EVSubscriptionEntry const*& thrower, Arguments... arguments);
+
+    EVSubscription<T>* subscription;  ///< not owned
+    Step own;                         ///< the step of its class; null when there is none but notify()
+    Step step;                        ///< `own` beside an entry of the same class; null for a single one
+};
+
+/// The body of a step; call(subscription) calls one. Nothing is stored for the case that it throws, until it does.
+template <typename Entry, typename Call>
+inline Entry const* callSubscriptions(Entry const* first, Entry const* end, Entry const*& thrower, Call call) {
+    auto const step = first->step;
+    try {
+        do {
+            if (!first->subscription->suppressed()) call(first->subscription);
+            ++first;
+        } while (first != end && first->step == step);
+        return first;
+    } catch (std::exception const&) {
+        thrower = first;
+        throw;
+    }
+}
+
 /// A list of subscriptions. It knows them and does not own them; each of them, and the publisher, holds the list by a
 /// handle. Any number of threads may announce events on one list at once, and callbacks then run on all of them.
 ///
@@ -97,6 +132,8 @@ private:
 
     virtual void insert(EVSubscription<T>* subscription) = 0;
     virtual void erase(EVSubscription<T>* subscription) = 0;
+    // Where a list does not override it, insert().
+    virtual void insertStepped(EVSubscription<T>* subscription, typename EVSubscriptionEntry<T>::Step step);
 };
 
 /// What every subscription has: a count of reasons not to be called, which any thread may raise and lower.
@@ -157,8 +194,15 @@ protected:
     EVSubscription(EVSubscriptionList<T>& list, EVSubscriptionDetached);  ///< not before attach()
     ~EVSubscription() override = 0;
 
-    void attach();   ///< once, after construction with EVSubscriptionDetached
-    void destroy();  ///< detaches, waiting for a notify() that runs; nothing when detached already
+    /// To be called once, after construction with EVSubscriptionDetached. The list calls notify(), or the step, which must
+    /// do the same as notify().
+    /// @{
+    void attach();
+    void attach(typename EVSubscriptionEntry<T>::Step step);
+    /// @}
+
+    /// Detaches, and waits for a notify() that runs. Does nothing when the subscription is detached already.
+    void destroy();
 
 private:
     ORN::Handle<EVSubscriptionList<T>> list_;
@@ -186,7 +230,7 @@ public:
     /// Attached when it returns; the callable is moved in.
     [[nodiscard]] EVCallableSubscription(EVSubscriptionList<T>& list, Callable callable)
         : EVSubscription<T>{list, EVSubscriptionDetached{}}, callable_{std::move(callable)} {
-        this->attach();
+        this->attach(step);
     }
     ~EVCallableSubscription() override { this->destroy(); }
 
@@ -194,6 +238,15 @@ public:
     void notify(Arguments... arguments) override { callable_(arguments...); }
 
 private:
+    using Entry = EVSubscriptionEntry<T>;
+
+    // The list would find notify() through the virtual table, entry by entry; here the callable is inline.
+    static Entry const* step(Entry const* first, Entry const* end, Entry const*& thrower, Arguments... arguments) {
+        return callSubscriptions(first, end, thrower, [&](EVSubscription<T>* subscription) {
+            static_cast<EVCallableSubscription*>(subscription)->callable_(arguments...);
+        });
+    }
+
     Callable callable_;
 };
 
