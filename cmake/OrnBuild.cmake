@@ -1,4 +1,4 @@
-# What everything built here has in common: language, warnings, floating point, output folders, compiler cache.
+# Settings of everything that is built here: language, warnings, floating point, output folders, compiler cache.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -29,7 +29,7 @@ if(ORN_SANITIZERS)
   add_link_options("-fsanitize=${ORN_SANITIZERS}")
 endif()
 
-# Doubles are IEEE doubles in every caller: whoever compiles the inline geometry contracts nothing.
+# Every caller computes with IEEE doubles, and compiles the inline geometry without contracting products and sums.
 add_library(orn-arithmetic INTERFACE)
 add_library(orn::arithmetic ALIAS orn-arithmetic)
 target_compile_features(orn-arithmetic INTERFACE cxx_std_20)
@@ -38,7 +38,7 @@ target_compile_options(orn-arithmetic INTERFACE
   $<$<CXX_COMPILER_ID:MSVC>:/fp:precise>
   $<$<CXX_COMPILER_ID:MSVC>:/utf-8>)
 
-# How this project's own code is compiled, beyond what its users need.
+# Options for this project's own code, which its users do not need.
 add_library(orn-strict INTERFACE)
 target_compile_options(orn-strict INTERFACE
   $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wcast-qual
@@ -58,7 +58,7 @@ else()
   set(ORN_COMPATIBILITY SameMajorVersion)
 endif()
 
-# What Windows shows of a DLL.
+# Gives a DLL the properties that Windows shows of a file.
 function(orn_describe target description)
   if(WIN32)
     configure_file("${PROJECT_SOURCE_DIR}/cmake/version.rc.in" "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc" @ONLY)
@@ -70,7 +70,7 @@ if(WIN32)
 endif()
 
 # The DLLs of the compiler's runtime are shared by the library and its callers, so that exceptions are caught by type
-# across the boundary; they lie beside the programs.
+# across the boundary. Copies of them lie beside the programs.
 if(MINGW AND PROJECT_IS_TOP_LEVEL)
   foreach(runtime libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
     execute_process(COMMAND "${CMAKE_CXX_COMPILER}" "-print-file-name=${runtime}"

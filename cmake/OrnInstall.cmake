@@ -1,6 +1,6 @@
-# What `cmake --install` and CPack deliver: the two libraries, the public headers, the CMake package and the pkg-config
-# file, all found from where they lie, so that the installed tree may be moved. Components: library, development,
-# examples, debug.
+# Rules for `cmake --install` and CPack: the two libraries, the public headers, the CMake package and the pkg-config
+# files. Each finds the others by relative paths, so that the installed tree may be moved. Components: library,
+# development, examples, debug.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -69,7 +69,7 @@ if(TARGET orn-manuals)
   endforeach()
 endif()
 
-# What debuggers need beside the stripped DLLs and programs, which name these files.
+# The debug information of the stripped DLLs and programs, which name these files.
 if(MINGW)
   install(FILES "${CMAKE_CURRENT_LIST_DIR}/windows-contents.txt" DESTINATION . RENAME CONTENTS.txt COMPONENT debug)
 endif()

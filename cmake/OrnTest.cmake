@@ -15,8 +15,8 @@ function(orn_test name)
     target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests/support/SanitizerOptions.cpp")
   endif()
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} orn-strict GTest::gmock GTest::gtest_main)
-  # Tests are compiled once and run once: unoptimised they are ready in a fifth of the time, and what a header has inline
-  # is seen as a debug build sees it.
+  # A test is compiled once and run once. Without optimisation it compiles in a fifth of the time, and the inline code of
+  # the headers runs as it does in a debug build.
   target_compile_options(${name} PRIVATE -O0 -g1)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES TIMEOUT 600)
