@@ -44,24 +44,8 @@ Extent<2> Arc<2>::extent() const noexcept {
 }
 
 bool Arc<2>::measureOff(double distance, Point<2>& point, Vector<2>& tangent) const noexcept {
-    double const fraction = distance / length();
-    if (bulge_ == 0) {
-        Vector<2> const d = end_ - start_;
-        point = start_ + d * fraction;
-        tangent = d / d.length();
-    } else if (bulge_ * bulge_ < nearlyStraight) {
-        Vector<2> const d = end_ - start_;
-        measureOffNearlyStraight(start_, d, d.perpendicular(), bulge_, distance, fraction, point, tangent);
-    } else {
-        Point<2> const c = centre();
-        Vector<2> const arm = start_ - c;
-        double const r = bulge_ > 0 ? arm.length() : -arm.length();
-        auto const [sine, cosine] = sineAndCosine(distance / r);
-        Vector<2> const turned{arm.x() * cosine - arm.y() * sine, arm.y() * cosine + arm.x() * sine};
-        point = c + turned;
-        tangent = turned.perpendicular() / r;
-    }
-    return 0 <= fraction && fraction <= 1;
+    auto const turned = [](Vector<2> const& v) { return v.perpendicular(); };
+    return measureOffArc(*this, turned, distance, point, tangent);
 }
 
 std::wostream& operator<<(std::wostream& os, Arc<2> const& arc) {

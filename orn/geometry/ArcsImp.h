@@ -28,6 +28,30 @@ void measureOffNearlyStraight(Point<N> const& start, Vector<N> const& chord, Vec
     tangent = (chord * travel.cosine + turnedChord * travel.sine) / length;
 }
 
+/// The point and the unit tangent at a distance along any arc; true within its ends. turned(v) is v turned a quarter turn
+/// anticlockwise about the arc's axis. A straight segment is measured along its chord, a nearly straight one without its
+/// centre, and any other by turning the arm from the centre to the start.
+template <class Arc, int N, class Turned>
+bool measureOffArc(Arc const& arc, Turned turned, double distance, Point<N>& point, Vector<N>& tangent) noexcept {
+    double const fraction = distance / arc.length(), bulge = arc.bulge();
+    Vector<N> const d = arc.end() - arc.start();
+    if (bulge == 0) {
+        point = arc.start() + d * fraction;
+        tangent = d / d.length();
+    } else if (bulge * bulge < nearlyStraight) {
+        measureOffNearlyStraight(arc.start(), d, turned(d), bulge, distance, fraction, point, tangent);
+    } else {
+        Point<N> const c = arc.centre();
+        Vector<N> const arm = arc.start() - c;
+        double const r = bulge > 0 ? arm.length() : -arm.length();
+        auto const [sine, cosine] = sineAndCosine(distance / r);
+        Vector<N> const there = arm * cosine + turned(arm) * sine;
+        point = c + there;
+        tangent = turned(there) / r;
+    }
+    return 0 <= fraction && fraction <= 1;
+}
+
 /// The smallest box. At the angle psi from the arc's midpoint, with d the chord, e the chord turned clockwise and
 /// R = (b² + 1) / (4b), an axis' coordinate is that of the chord's middle plus R·(d sin psi + e (cos psi − cos alpha)),
 /// and the ends are at ±alpha, tan(alpha / 2) being b. Its extremes are at (sin psi, cos psi) = ±(d, e) / h with

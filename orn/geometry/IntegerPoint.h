@@ -44,16 +44,6 @@ public:
     constexpr IVector const& operator*=(int s) noexcept { return *this = *this * s; }
     /// @}
 
-    /// A fraction would be cut off to an int.
-    /// @{
-    template <std::floating_point Fraction>
-    IVector operator*(Fraction) const = delete;
-    template <std::floating_point Fraction>
-    friend IVector operator*(Fraction, IVector const&) = delete;
-    template <std::floating_point Fraction>
-    IVector const& operator*=(Fraction) = delete;
-    /// @}
-
     friend constexpr bool operator==(IVector const&, IVector const&) noexcept = default;  ///< in every component
 
 private:
@@ -91,16 +81,6 @@ public:
     constexpr IVector const& operator+=(IVector const& b) noexcept { return *this = *this + b; }
     constexpr IVector const& operator-=(IVector const& b) noexcept { return *this = *this - b; }
     constexpr IVector const& operator*=(int s) noexcept { return *this = *this * s; }
-    /// @}
-
-    /// A fraction would be cut off to an int.
-    /// @{
-    template <std::floating_point Fraction>
-    IVector operator*(Fraction) const = delete;
-    template <std::floating_point Fraction>
-    friend IVector operator*(Fraction, IVector const&) = delete;
-    template <std::floating_point Fraction>
-    IVector const& operator*=(Fraction) = delete;
     /// @}
 
     friend constexpr bool operator==(IVector const&, IVector const&) noexcept = default;  ///< in every component
@@ -180,6 +160,16 @@ private:
     int y_ = 0;
     int z_ = 0;
 };
+
+/// A fraction would be cut off to an int.
+/// @{
+template <int N, std::floating_point Fraction>
+IVector<N> operator*(IVector<N> const&, Fraction) = delete;
+template <int N, std::floating_point Fraction>
+IVector<N> operator*(Fraction, IVector<N> const&) = delete;
+template <int N, std::floating_point Fraction>
+IVector<N> const& operator*=(IVector<N>&, Fraction) = delete;
+/// @}
 
 /// Written as (x,y) and (x,y,z).
 /// @{

@@ -14,6 +14,12 @@ ORN_INT_BOUNDS
 template <int N>
 class Matrix;
 
+/// @cond
+namespace ORN {
+struct TransformApplication;
+}
+/// @endcond
+
 /// A view of one row, valid while its matrix lives.
 template <int N>
 class ORN_API MatrixRow {
@@ -62,6 +68,27 @@ public:
     friend std::wostream& operator<<(std::wostream& os, Matrix const& m) { return m.putOn(os); }
 
 private:
+    template <int>
+    friend class Point;
+    template <int>
+    friend class Vector;
+    friend struct ORN::TransformApplication;
+
+    // Component j of a row vector times the matrix, added up from left to right.
+    template <class Row>
+    constexpr double product(Row const& v, int j) const noexcept {
+        auto const& m = elements_;
+        if constexpr (N == 1) {
+            return v[0] * m[0][j];
+        } else if constexpr (N == 2) {
+            return v[0] * m[0][j] + v[1] * m[1][j];
+        } else if constexpr (N == 3) {
+            return v[0] * m[0][j] + v[1] * m[1][j] + v[2] * m[2][j];
+        } else {
+            return v[0] * m[0][j] + v[1] * m[1][j] + v[2] * m[2][j] + v[3] * m[3][j];
+        }
+    }
+
     constexpr Matrix(double const (*a)[N], double const (*b)[N]) noexcept;  // the product a·b
     constexpr Matrix(double const (*rows)[N], int const* order) noexcept;   // row i is rows[order[i]]
 
@@ -158,57 +185,31 @@ ORN_API double Matrix<4>::determinant() const;
 template <>
 ORN_API Matrix<4> Matrix<4>::inverse() const noexcept;
 
-namespace ORN {
-
-/// Component j of a row vector times a matrix.
-/// @{
-constexpr double product(double x, Matrix<1> const& m, int j) noexcept { return x * m[0][j]; }
-constexpr double product(double x, double y, Matrix<2> const& m, int j) noexcept { return x * m[0][j] + y * m[1][j]; }
-constexpr double product(double x, double y, double z, Matrix<3> const& m, int j) noexcept {
-    return x * m[0][j] + y * m[1][j] + z * m[2][j];
-}
-constexpr double product(double const (&c)[4], Matrix<4> const& m, int j) noexcept {
-    return c[0] * m[0][j] + c[1] * m[1][j] + c[2] * m[2][j] + c[3] * m[3][j];
-}
-/// @}
-
-}
-
-inline Vector<1>::Vector(Vector const& v, Matrix<1> const& m) noexcept : x_{ORN::product(v.x_, m, 0)} {}
+inline Vector<1>::Vector(Vector const& v, Matrix<1> const& m) noexcept : x_{m.product(v, 0)} {}
 inline Vector<1>::Vector(Vector const& v, Matrix<1> const& m, Vector const& t) noexcept
-    : x_{ORN::product(v.x_, m, 0) + t.x_ + t.x_} {}
-inline Point<1>::Point(Point const& p, Matrix<1> const& m) noexcept : x_{ORN::product(p.x_, m, 0)} {}
+    : x_{m.product(v, 0) + t.x_ + t.x_} {}
+inline Point<1>::Point(Point const& p, Matrix<1> const& m) noexcept : x_{m.product(p, 0)} {}
 inline Point<1>::Point(Point const& p, Matrix<1> const& m, Vector<1> const& t) noexcept
-    : x_{ORN::product(p.x_, m, 0) + t.x() + t.x()} {}
+    : x_{m.product(p, 0) + t.x() + t.x()} {}
 
-inline Vector<2>::Vector(Vector const& v, Matrix<2> const& m) noexcept
-    : x_{ORN::product(v.x_, v.y_, m, 0)}, y_{ORN::product(v.x_, v.y_, m, 1)} {}
+inline Vector<2>::Vector(Vector const& v, Matrix<2> const& m) noexcept : x_{m.product(v, 0)}, y_{m.product(v, 1)} {}
 inline Vector<2>::Vector(Vector const& v, Matrix<2> const& m, Vector const& t) noexcept
-    : x_{ORN::product(v.x_, v.y_, m, 0) + t.x_}, y_{ORN::product(v.x_, v.y_, m, 1) + t.y_} {}
-inline Point<2>::Point(Point const& p, Matrix<2> const& m) noexcept
-    : x_{ORN::product(p.x_, p.y_, m, 0)}, y_{ORN::product(p.x_, p.y_, m, 1)} {}
+    : x_{m.product(v, 0) + t.x_}, y_{m.product(v, 1) + t.y_} {}
+inline Point<2>::Point(Point const& p, Matrix<2> const& m) noexcept : x_{m.product(p, 0)}, y_{m.product(p, 1)} {}
 inline Point<2>::Point(Point const& p, Matrix<2> const& m, Vector<2> const& t) noexcept
-    : x_{ORN::product(p.x_, p.y_, m, 0) + t.x()}, y_{ORN::product(p.x_, p.y_, m, 1) + t.y()} {}
+    : x_{m.product(p, 0) + t.x()}, y_{m.product(p, 1) + t.y()} {}
 
 inline Vector<3>::Vector(Vector const& v, Matrix<3> const& m) noexcept
-    : x_{ORN::product(v.x_, v.y_, v.z_, m, 0)},
-      y_{ORN::product(v.x_, v.y_, v.z_, m, 1)},
-      z_{ORN::product(v.x_, v.y_, v.z_, m, 2)} {}
+    : x_{m.product(v, 0)}, y_{m.product(v, 1)}, z_{m.product(v, 2)} {}
 inline Vector<3>::Vector(Vector const& v, Matrix<3> const& m, Vector const& t) noexcept
-    : x_{ORN::product(v.x_, v.y_, v.z_, m, 0) + t.x_},
-      y_{ORN::product(v.x_, v.y_, v.z_, m, 1) + t.y_},
-      z_{ORN::product(v.x_, v.y_, v.z_, m, 2) + t.z_} {}
+    : x_{m.product(v, 0) + t.x_}, y_{m.product(v, 1) + t.y_}, z_{m.product(v, 2) + t.z_} {}
 inline Point<3>::Point(Point const& p, Matrix<3> const& m) noexcept
-    : x_{ORN::product(p.x_, p.y_, p.z_, m, 0)},
-      y_{ORN::product(p.x_, p.y_, p.z_, m, 1)},
-      z_{ORN::product(p.x_, p.y_, p.z_, m, 2)} {}
+    : x_{m.product(p, 0)}, y_{m.product(p, 1)}, z_{m.product(p, 2)} {}
 inline Point<3>::Point(Point const& p, Matrix<3> const& m, Vector<3> const& t) noexcept
-    : x_{ORN::product(p.x_, p.y_, p.z_, m, 0) + t.x()},
-      y_{ORN::product(p.x_, p.y_, p.z_, m, 1) + t.y()},
-      z_{ORN::product(p.x_, p.y_, p.z_, m, 2) + t.z()} {}
+    : x_{m.product(p, 0) + t.x()}, y_{m.product(p, 1) + t.y()}, z_{m.product(p, 2) + t.z()} {}
 
 inline Vector<4>::Vector(Vector const& v, Matrix<4> const& m) noexcept
-    : c_{ORN::product(v.c_, m, 0), ORN::product(v.c_, m, 1), ORN::product(v.c_, m, 2), ORN::product(v.c_, m, 3)} {}
+    : c_{m.product(v, 0), m.product(v, 1), m.product(v, 2), m.product(v, 3)} {}
 inline Vector<4>::Vector(Vector const& v, Matrix<4> const& m, Vector const& t) noexcept : Vector{v, m} {
     for (int j = 0; j < 4; ++j) c_[j] = (t.c_[j] + c_[j]) + t.c_[j];
 }

@@ -29,6 +29,8 @@ Point<3> Arc<3>::midpoint() const noexcept {
     return middle + cross(end_ - start_, axis_) * bulge_ / 2;
 }
 
+// The centre lies on the line that halves the chord at a right angle, (1 − b²) / 4b chords away from it: with a quarter of
+// the angle being atan b, that is half a chord times the cotangent of 2 atan b. The product is formed from left to right.
 Point<3> Arc<3>::centre() const noexcept {
     Vector<3> const d = end_ - start_;
     return start_ + d / 2 + cross(axis_, d) * (1 - bulge_ * bulge_) / (4 * bulge_);
@@ -58,24 +60,8 @@ void Arc<3>::bisect(Arc& first, Arc& second) const noexcept {
 }
 
 bool Arc<3>::measureOff(double distance, Point<3>& point, Vector<3>& tangent) const noexcept {
-    double const fraction = distance / length();
-    if (bulge_ == 0) {
-        Vector<3> const d = end_ - start_;
-        point = start_ + d * fraction;
-        tangent = d / d.length();
-    } else if (bulge_ * bulge_ < nearlyStraight) {
-        Vector<3> const d = end_ - start_;
-        measureOffNearlyStraight(start_, d, cross(axis_, d), bulge_, distance, fraction, point, tangent);
-    } else {
-        Point<3> const c = centre();
-        Vector<3> const arm = start_ - c;
-        double const r = bulge_ < 0 ? -arm.length() : arm.length();
-        auto const [sine, cosine] = sineAndCosine(distance / r);
-        Vector<3> const turned = arm * cosine + cross(axis_, arm) * sine;
-        point = c + turned;
-        tangent = cross(axis_, turned) / r;
-    }
-    return 0 <= fraction && fraction <= 1;
+    auto const turned = [this](Vector<3> const& v) { return cross(axis_, v); };
+    return measureOffArc(*this, turned, distance, point, tangent);
 }
 
 std::wostream& operator<<(std::wostream& os, Arc<3> const& arc) {

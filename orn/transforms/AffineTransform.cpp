@@ -1,12 +1,18 @@
 #include "orn/transforms/AffineTransform.h"
 
 #include "orn/transforms/NonUniformTransform.h"
-#include "orn/transforms/NotImplementedImp.h"
 #include "orn/transforms/PerspectiveTransform.h"
+#include "orn/transforms/SlicedTransformImp.h"
 #include "orn/transforms/UniformTransform.h"
 
 #include <memory>
 #include <ostream>
+
+namespace {
+
+constinit char sliceNotImplementedText[] = "Not Implemented";
+
+}
 
 constinit std::type_info const* const ORN::TransformApplication::m_affineKinds[2][2] = {
     {&typeid(UniformTransform<2>), &typeid(NonUniformTransform<2>)},

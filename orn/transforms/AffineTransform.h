@@ -107,10 +107,9 @@ Point<N> TransformApplication::map(Point<N> const& p, Transform<N> const& t) {
     Matrix<N> const& m = affine.matrix_;
     Vector<N> const& v = affine.vector_;
     if constexpr (N == 2) {
-        return {product(p.x(), p.y(), m, 0) + v.x(), product(p.x(), p.y(), m, 1) + v.y()};
+        return {m.product(p, 0) + v.x(), m.product(p, 1) + v.y()};
     } else {
-        return {product(p.x(), p.y(), p.z(), m, 0) + v.x(), product(p.x(), p.y(), p.z(), m, 1) + v.y(),
-                product(p.x(), p.y(), p.z(), m, 2) + v.z()};
+        return {m.product(p, 0) + v.x(), m.product(p, 1) + v.y(), m.product(p, 2) + v.z()};
     }
 }
 

@@ -1,7 +1,6 @@
 // A transform one dimension up, seen in the hyperplane where the last coordinate is 0: what slicing gives.
 #pragma once
 
-#include "orn/transforms/NotImplementedImp.h"
 #include "orn/transforms/Transform.h"
 
 #include <memory>
@@ -70,6 +69,13 @@ protected:
 private:
     Owned full_;
 };
+
+/// What an operation throws that reports by a bare text instead of an exception object.
+inline constinit char notImplementedText[] = "Not implemented";
+
+/// Throws a char *, so that handlers for char *, char const * and void * all receive it.
+// NOLINTNEXTLINE(misc-throw-by-value-catch-by-reference)
+[[noreturn]] inline void throwText(char* text) { throw text; }
 
 /// The interface of dimension 1 has nothing but a destructor, so the operations begin here.
 template <>
