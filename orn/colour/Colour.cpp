@@ -14,6 +14,7 @@ int truncated(double x) noexcept { return x > -2147483649.0 && x < 2147483648.0 
 
 int rounded(double x) noexcept { return truncated(x >= 0 ? x + 0.5 : x - 0.5); }
 
+// By comparisons that are false for NaN: a component that is no number is never the greatest or the least, unless it is red.
 struct Range {
     double max, min;
 
@@ -94,6 +95,7 @@ COLORREF Colour::colorref() const {
     return eight(c.blue) << 16 | eight(c.green) << 8 | eight(c.red);
 }
 
+// Both models keep the hue, so one is made from the other without going through RGB, where black and grey would lose it.
 void Colour::calcHSV() const {
     if (hsv_.valid) return;
     if (hls_.valid) {
@@ -169,6 +171,7 @@ void Colour::calcRGB() const {
         rgb_ = {true, hi, hi, hi};
         return;
     }
+    // The side of the hexcone, from 0 to 5, and how far into it the hue lies. The 6 keeps the remainder positive.
     double const x = (fromHLS ? hls_.hue : hsv_.hue).degrees() / 60 + 6.0;
     int const i = truncated(x);
     double const f = x - i;

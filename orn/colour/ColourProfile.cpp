@@ -34,6 +34,7 @@ public:
         profile_.reset(os::openProfile(source));
         if (profile_ == nullptr) throwFailureOf(L"OpenColorProfile");
 
+        // Without a buffer the call only tells the size.
         os::profileBytes(handle(), nullptr, dataSize_);
         data_ = std::make_unique_for_overwrite<unsigned char[]>(dataSize_);
         if (!os::profileBytes(handle(), data_.get(), dataSize_)) throwFailureOf(L"GetColorProfileFromHandle");
@@ -72,6 +73,7 @@ private:
     std::wstring text(wchar_t const* tag) const {
         DWORD const signature = iccSignature(tag);
         DWORD size = 0;
+        // A profile without this tag leaves the size as it is: such a text is empty, and no error.
         os::profileElement(handle(), signature, nullptr, size);
         if (size == 0) return {};
         auto const element = std::make_unique_for_overwrite<unsigned char[]>(size);
@@ -102,7 +104,7 @@ Handle<ColourProfile> ColourProfile::create(ColourProfileId id) {
     require(id, ColourProfileId::sRGB);
     DWORD size = 0;
     os::standardProfile(nullptr, size);
-    std::wstring path(size, L'\0');  // as many characters as there are bytes
+    std::wstring path(size, L'\0');  // the size counts bytes: more room than it takes
     if (!os::standardProfile(path.data(), size)) throwFailureOf(L"GetStandardColorSpaceProfile");
     return open(id, os::ProfileKind::fileName, path.data(), std::uint64_t{size} * 2);
 }

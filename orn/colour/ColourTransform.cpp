@@ -17,7 +17,8 @@ namespace {
 
 [[noreturn]] void throwFailureOf(wchar_t const* call) { throw WinError{call, os::lastError()}; }
 
-// What comes out of a profile at the end of a chain: of a link or an abstract profile it is the connection space.
+// Which space the colours are in behind the last profile. A link or an abstract profile ends in its connection space, whose
+// signature lies at offset 20 of the header.
 std::wstring spaceAtEnd(ColourProfile const& profile) {
     std::wstring const kind = profile.profileClass();
     if (kind != L"link" && kind != L"abst") return profile.colourSpace();
@@ -132,6 +133,7 @@ void ColourTransform::convert(std::span<Colour const> in, std::span<Colour> out)
     if (transform == nullptr || !transform->convertsRGB())
         throw std::logic_error{"only a transform from RGB to RGB converts colours"};
 
+    // A block at a time, which stays in the cache and needs no memory from the heap.
     std::array<os::DeviceColour, 128> rows;
     for (std::size_t done = 0; done != in.size();) {
         std::size_t const count = std::min(in.size() - done, rows.size());

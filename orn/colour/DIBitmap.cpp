@@ -45,6 +45,8 @@ DWORD fits(std::uint64_t size) {
     return static_cast<DWORD>(size);
 }
 
+// Takes small blocks from the heap, and large ones from the system, where they do not split the heap into pieces. release
+// has to decide by the same size.
 unsigned char* allocate(DWORD size) {
     void* const block =
         size < largeSize ? operator new(std::max(size, leastSize), std::nothrow) : ORN::os::allocateLarge(size);
@@ -127,6 +129,7 @@ char const* flawOf(unsigned char const* file, std::uint64_t length) noexcept {
 
 DIBitmap::DIBitmap(unsigned int size)
     : allocatedSize_{fits(std::uint64_t{size} + 2)}, buffer_{allocate(allocatedSize_)} {
+    // Headers that do not fit are there all the same, as zeros: reading them never leaves the buffer.
     if (size < headersSize) std::memset(buffer_, 0, leastSize);
     put<std::uint16_t>(fileData(), atFileType, 0);
     put<std::uint32_t>(fileData(), atFileSize, size);

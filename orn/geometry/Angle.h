@@ -14,7 +14,7 @@ public:
     static constexpr double pi = 3.141592653589793;  ///< the double nearest to pi
 
     constexpr Angle() noexcept = default;  ///< zero
-    /// Of any size; NaN when it is not finite.
+    /// Takes a number of any size. The angle is NaN when the number is not finite.
     /// @{
     static Angle degrees(double d) noexcept;
     static Angle radians(double r) noexcept;
@@ -25,7 +25,7 @@ public:
     /// are inexact below 1e-154.
     static Angle cosSin(double c, double s) noexcept;
 
-    /// −1 to 1 within rounding, which sums and differences gather.
+    /// From −1 to 1, but for rounding errors: sums and differences gather them.
     /// @{
     constexpr double cos() const noexcept { return cosine_; }
     constexpr double sin() const noexcept { return sine_; }
@@ -39,7 +39,7 @@ public:
 
     constexpr Angle operator+() const noexcept { return *this; }              ///< a copy
     constexpr Angle operator-() const noexcept { return {cosine_, -sine_}; }  ///< turns the other way
-    /// One turn after the other, or after its opposite.
+    /// Turns by one angle and then by the other, or by its opposite.
     /// @{
     constexpr Angle operator+(Angle const& b) const noexcept {
         return {cosine_ * b.cosine_ - sine_ * b.sine_, cosine_ * b.sine_ + sine_ * b.cosine_};
@@ -51,11 +51,11 @@ public:
     constexpr Angle& operator-=(Angle const& b) noexcept { return *this = *this - b; }
     /// @}
 
-    Angle operator*(int n) const noexcept;  ///< n times the principal value, again of unit length
-    /// N times the principal value, again of unit length.
+    Angle operator*(int n) const noexcept;  ///< n times the principal value, of unit length again
+    /// Becomes n times its principal value, of unit length again.
     Angle& operator*=(int n) noexcept { return *this = *this * n; }
 
-    /// Angles have whole multiples only: a fraction would be cut off to an int.
+    /// Angles have whole multiples only: a fraction would lose what is behind its point.
     /// @{
     template <std::floating_point Fraction>
     Angle operator*(Fraction) const = delete;

@@ -11,11 +11,13 @@
 namespace ORN {
 
 Point<2> Arc<2>::midpoint() const noexcept {
+    // The sagitta is bulge / 2 chords, to the right of the chord.
     Vector<2> const d = end_ - start_;
     return start_ + Vector<2>{(d.x() + bulge_ * d.y()) / 2, (d.y() - bulge_ * d.x()) / 2};
 }
 
 Point<2> Arc<2>::centre() const noexcept {
+    // Half of the chord is seen from the centre under twice the arc tangent of the bulge: −k is the cotangent of that.
     Vector<2> const d = end_ - start_;
     double const k = (bulge_ - 1 / bulge_) / 2;
     return start_ + Vector<2>{(d.x() + d.y() * k) / 2, (d.y() - d.x() * k) / 2};
@@ -32,6 +34,8 @@ Extent<2> Arc<2>::extent() const noexcept {
     if (bulge_ == 0) return box;
     if (bulge_ * bulge_ < nearlyStraight) return boxOfArc(start_, bulge_, end_, (end_ - start_).perpendicular());
 
+    // The box grows by the extreme between each two quadrants that the arc passes through. With both ends in one quadrant
+    // none is passed, even when the arc goes nearly all the way round: extent() promises no more.
     Point<2> const c = centre();
     double const r = radius();
     int from = (start_ - c).quadrant();

@@ -53,7 +53,7 @@ public:
     constexpr bool degenerate() const noexcept { return box_.degenerate(); }  ///< empty: lo > hi on some axis
     constexpr bool contains(Point<N> const& p) const noexcept { return box_.contains(p); }  ///< true for NaN
 
-    /// Grown by a point; the box around both; what both hold, or nothing().
+    /// + grows the box until it holds the point, | gives the box around both, and & what both hold, or nothing().
     /// @{
     constexpr Extent operator+(Point<N> const& p) const noexcept { return Extent{*this} += p; }
     constexpr Extent operator|(Extent const& b) const noexcept { return Extent{*this} |= b; }

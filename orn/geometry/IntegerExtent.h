@@ -33,7 +33,7 @@ public:
     constexpr bool degenerate() const noexcept { return box_.degenerate(); }  ///< empty: lo > hi on some axis
     constexpr bool contains(IPoint<N> const& p) const noexcept { return box_.contains(p); }  ///< within the bounds
 
-    /// Grown by a point; the box around both; what both hold, or nothing().
+    /// + grows the box until it holds the point, | gives the box around both, and & what both hold, or nothing().
     /// @{
     constexpr IExtent operator+(IPoint<N> const& p) const noexcept { return IExtent{*this} += p; }
     constexpr IExtent operator|(IExtent const& b) const noexcept { return IExtent{*this} |= b; }

@@ -20,7 +20,7 @@ class ORN_API IVector<2> {
 public:
     constexpr IVector() noexcept = default;                                    ///< zero
     constexpr IVector(int x, int y) noexcept : x_{x}, y_{y} {}                 ///< Cartesian
-    explicit constexpr IVector(int const* a) noexcept : x_{a[0]}, y_{a[1]} {}  ///< of what packToPod fills
+    explicit constexpr IVector(int const* a) noexcept : x_{a[0]}, y_{a[1]} {}  ///< from an array, as packToPod fills it
 
     constexpr int x() const noexcept { return x_; }                              ///< along x
     constexpr int y() const noexcept { return y_; }                              ///< along y
@@ -32,7 +32,7 @@ public:
     constexpr bool isFinite() const noexcept { return true; }
     /// @}
 
-    /// By components.
+    /// Component by component.
     /// @{
     constexpr IVector operator-() const noexcept { return {-x_, -y_}; }
     constexpr IVector operator+(IVector const& b) const noexcept { return {x_ + b.x_, y_ + b.y_}; }
@@ -55,9 +55,10 @@ private:
 template <>
 class ORN_API IVector<3> {
 public:
-    constexpr IVector() noexcept = default;                                              ///< zero
-    constexpr IVector(int x, int y, int z) noexcept : x_{x}, y_{y}, z_{z} {}             ///< Cartesian
-    explicit constexpr IVector(int const* a) noexcept : x_{a[0]}, y_{a[1]}, z_{a[2]} {}  ///< of what packToPod fills
+    constexpr IVector() noexcept = default;                                   ///< zero
+    constexpr IVector(int x, int y, int z) noexcept : x_{x}, y_{y}, z_{z} {}  ///< Cartesian
+    explicit constexpr IVector(int const* a) noexcept
+        : x_{a[0]}, y_{a[1]}, z_{a[2]} {}  ///< from an array, as packToPod fills it
 
     constexpr int x() const noexcept { return x_; }                                            ///< along x
     constexpr int y() const noexcept { return y_; }                                            ///< along y
@@ -70,7 +71,7 @@ public:
     constexpr bool isFinite() const noexcept { return true; }
     /// @}
 
-    /// By components.
+    /// Component by component.
     /// @{
     constexpr IVector operator+() const noexcept { return *this; }
     constexpr IVector operator-() const noexcept { return {-x_, -y_, -z_}; }
@@ -100,7 +101,7 @@ public:
 
     constexpr IPoint() noexcept = default;                                    ///< zero
     constexpr IPoint(int x, int y) noexcept : x_{x}, y_{y} {}                 ///< Cartesian
-    explicit constexpr IPoint(int const* a) noexcept : x_{a[0]}, y_{a[1]} {}  ///< of what packToPod fills
+    explicit constexpr IPoint(int const* a) noexcept : x_{a[0]}, y_{a[1]} {}  ///< from an array, as packToPod fills it
 
     constexpr int x() const noexcept { return x_; }                              ///< along x
     constexpr int y() const noexcept { return y_; }                              ///< along y
@@ -132,9 +133,10 @@ public:
     static IPoint const m_origin;                                ///< all coordinates 0
     static IPoint const& origin() noexcept { return m_origin; }  ///< m_origin
 
-    constexpr IPoint() noexcept = default;                                              ///< zero
-    constexpr IPoint(int x, int y, int z) noexcept : x_{x}, y_{y}, z_{z} {}             ///< Cartesian
-    explicit constexpr IPoint(int const* a) noexcept : x_{a[0]}, y_{a[1]}, z_{a[2]} {}  ///< of what packToPod fills
+    constexpr IPoint() noexcept = default;                                   ///< zero
+    constexpr IPoint(int x, int y, int z) noexcept : x_{x}, y_{y}, z_{z} {}  ///< Cartesian
+    explicit constexpr IPoint(int const* a) noexcept
+        : x_{a[0]}, y_{a[1]}, z_{a[2]} {}  ///< from an array, as packToPod fills it
 
     constexpr int x() const noexcept { return x_; }                                            ///< along x
     constexpr int y() const noexcept { return y_; }                                            ///< along y
@@ -161,7 +163,7 @@ private:
     int z_ = 0;
 };
 
-/// A fraction would be cut off to an int.
+/// Vectors of ints have whole multiples only: a fraction would lose what is behind its point.
 /// @{
 template <int N, std::floating_point Fraction>
 IVector<N> operator*(IVector<N> const&, Fraction) = delete;

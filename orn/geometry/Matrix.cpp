@@ -21,13 +21,14 @@ struct Row {
     double (*b)[4];
 };
 
-// A whole row at a time, also columns that nothing reads any more: four doubles are two vector registers.
+// Subtracts f times another row, also in columns that nothing reads any more: four doubles are two vector registers.
 inline void subtract(double (&row)[4], double f, double const (&other)[4]) noexcept {
     double const copy[4] = {other[0], other[1], other[2], other[3]};
     for (int j = 0; j < 4; ++j) row[j] -= f * copy[j];
 }
 
-// Which row becomes the pivot is as good as random, so it is chosen and exchanged without branches.
+// Makes the row with the largest element in column K, relative to its scale, the pivot and clears the column below. Nobody
+// can foresee which row that is, so it is chosen and exchanged without branches.
 template <int K>
 inline void eliminate(Row* (&p)[4]) noexcept {
     Row* pivot = p[K];
@@ -47,6 +48,7 @@ inline void eliminate(Row* (&p)[4]) noexcept {
     }
 }
 
+// Clears column K above the pivot and divides by it. The left side is known to become the identity and is not written.
 template <int K>
 inline void substitute(Row* (&p)[4]) noexcept {
     double const v = p[K]->a[K];

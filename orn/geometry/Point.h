@@ -26,7 +26,7 @@ public:
     static Point const& origin() noexcept { return m_origin; }  ///< m_origin
 
     constexpr Point() noexcept = default;  ///< the origin
-    /// Of one coordinate; from the array that packToPod fills.
+    /// From one coordinate, or from an array as packToPod fills it.
     /// @{
     explicit constexpr Point(double x) noexcept : x_{x} {}
     explicit constexpr Point(std::integral auto x) noexcept : x_{static_cast<double>(x)} {}
@@ -52,7 +52,7 @@ public:
     friend constexpr Point operator+(Vector<1> const& v, Point const& p) noexcept { return p + v; }
     /// @}
 
-    /// The point moved back, and the way from b to a.
+    /// The point moved back by the vector, and the vector from b to a.
     /// @{
     friend constexpr Point operator-(Point const& p, Vector<1> const& v) noexcept { return Point{p.x_ - v.x()}; }
     friend constexpr Vector<1> operator-(Point const& a, Point const& b) noexcept { return Vector<1>{a.x_ - b.x_}; }
@@ -79,9 +79,10 @@ public:
     static Point const m_origin;                                ///< all coordinates 0
     static Point const& origin() noexcept { return m_origin; }  ///< m_origin
 
-    constexpr Point() noexcept = default;                                       ///< the origin
-    constexpr Point(double x, double y) noexcept : x_{x}, y_{y} {}              ///< Cartesian
-    explicit constexpr Point(double const* a) noexcept : x_{a[0]}, y_{a[1]} {}  ///< of what packToPod fills
+    constexpr Point() noexcept = default;                           ///< the origin
+    constexpr Point(double x, double y) noexcept : x_{x}, y_{y} {}  ///< Cartesian
+    explicit constexpr Point(double const* a) noexcept
+        : x_{a[0]}, y_{a[1]} {}  ///< from an array, as packToPod fills it
 
     constexpr double x() const noexcept { return x_; }                              ///< the coordinate along x
     constexpr double y() const noexcept { return y_; }                              ///< along y
@@ -139,9 +140,10 @@ public:
     static Point const m_origin;                                ///< all coordinates 0
     static Point const& origin() noexcept { return m_origin; }  ///< m_origin
 
-    constexpr Point() noexcept = default;                                                 ///< the origin
-    constexpr Point(double x, double y, double z) noexcept : x_{x}, y_{y}, z_{z} {}       ///< Cartesian
-    explicit constexpr Point(double const* a) noexcept : x_{a[0]}, y_{a[1]}, z_{a[2]} {}  ///< of what packToPod fills
+    constexpr Point() noexcept = default;                                            ///< the origin
+    constexpr Point(double x, double y, double z) noexcept : x_{x}, y_{y}, z_{z} {}  ///< Cartesian
+    explicit constexpr Point(double const* a) noexcept
+        : x_{a[0]}, y_{a[1]}, z_{a[2]} {}  ///< from an array, as packToPod fills it
 
     constexpr double x() const noexcept { return x_; }  ///< the coordinate along x
     constexpr double y() const noexcept { return y_; }  ///< along y
@@ -197,7 +199,8 @@ private:
     double z_ = 0;
 };
 
-/// The point at t on the way from a (t = 0) to b (t = 1), both met exactly when finite; other t extrapolate.
+/// Interpolates on the way from a (t = 0) to b (t = 1). It meets both ends exactly when they are finite, and extrapolates
+/// for any other t.
 /// @{
 constexpr Point<1> interp(Point<1> const& a, Point<1> const& b, double t) noexcept {
     return Point<1>{(1 - t) * a.x() + t * b.x()};
@@ -210,7 +213,7 @@ constexpr Point<3> interp(Point<3> const& a, Point<3> const& b, double t) noexce
 }
 /// @}
 
-/// Half of the sum, which may overflow.
+/// Returns half of the sum of both points. The sum may overflow.
 /// @{
 constexpr Point<1> midpoint(Point<1> const& a, Point<1> const& b) noexcept { return Point<1>{(a.x() + b.x()) * 0.5}; }
 constexpr Point<2> midpoint(Point<2> const& a, Point<2> const& b) noexcept {

@@ -11,6 +11,7 @@ namespace ORN {
 
 namespace {
 
+// An axis at a right angle to the chord: of (0, z, −y) and (−z, 0, x) the longer one, which loses least.
 Vector<3> axisOf(Vector<3> const& d) noexcept {
     double const xx = d.x() * d.x(), yy = d.y() * d.y(), zz = d.z() * d.z();
     if (yy + zz > xx + zz) return Vector<3>{0, d.z(), -d.y()}.unit();

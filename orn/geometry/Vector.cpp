@@ -5,6 +5,7 @@
 using ORN::putTuple;
 
 int Vector<2>::quadrant() const noexcept {
+    // Comparisons send NaN to the negative side and both zeros to the positive one.
     static constexpr int q[2][2] = {{3, 2}, {4, 1}};
     return q[x_ >= 0][y_ >= 0];
 }

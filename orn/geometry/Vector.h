@@ -19,7 +19,7 @@ template <>
 class ORN_API Vector<1> {
 public:
     constexpr Vector() noexcept = default;  ///< zero
-    /// Of one component; from the array that packToPod fills.
+    /// From one component, or from an array as packToPod fills it.
     /// @{
     explicit constexpr Vector(double x) noexcept : x_{x} {}
     explicit constexpr Vector(std::integral auto x) noexcept : x_{static_cast<double>(x)} {}
@@ -39,7 +39,7 @@ public:
     double length() const noexcept { return std::sqrt(lengthSquared()); }  ///< may overflow, or vanish
     Vector unit() const noexcept { return *this / length(); }              ///< ±1; NaN for zero
 
-    /// By components.
+    /// Component by component.
     /// @{
     constexpr Vector operator-() const noexcept { return Vector{-x_}; }
     constexpr Vector operator+(Vector const& b) const noexcept { return Vector{x_ + b.x_}; }
@@ -74,9 +74,10 @@ public:
     constexpr Vector() noexcept = default;                                              ///< zero
     constexpr Vector(double x, double y) noexcept : x_{x}, y_{y} {}                     ///< Cartesian
     constexpr Vector(double r, Angle a) noexcept : x_{r * a.cos()}, y_{r * a.sin()} {}  ///< polar
-    explicit constexpr Vector(double const* a) noexcept : x_{a[0]}, y_{a[1]} {}         ///< of what packToPod fills
-    Vector(Vector const& v, Matrix<2> const& m) noexcept;                               ///< v·m
-    Vector(Vector const& v, Matrix<2> const& m, Vector const& t) noexcept;              ///< v·m + t
+    explicit constexpr Vector(double const* a) noexcept
+        : x_{a[0]}, y_{a[1]} {}                                             ///< from an array, as packToPod fills it
+    Vector(Vector const& v, Matrix<2> const& m) noexcept;                   ///< v·m
+    Vector(Vector const& v, Matrix<2> const& m, Vector const& t) noexcept;  ///< v·m + t
 
     constexpr double x() const noexcept { return x_; }                              ///< the component along x
     constexpr double y() const noexcept { return y_; }                              ///< along y
@@ -92,7 +93,7 @@ public:
     Angle theta() const noexcept { return Angle::cosSin(x_, y_); }                     ///< by Angle::cosSin, as it says
     int quadrant() const noexcept;  ///< 1 to 4 anticlockwise from x, y ≥ 0; zero counts as positive, NaN as negative
 
-    /// By components.
+    /// Component by component.
     /// @{
     constexpr Vector operator+() const noexcept { return *this; }
     constexpr Vector operator-() const noexcept { return {-x_, -y_}; }
@@ -121,11 +122,12 @@ private:
 template <>
 class ORN_API Vector<3> {
 public:
-    constexpr Vector() noexcept = default;                                                 ///< zero
-    constexpr Vector(double x, double y, double z) noexcept : x_{x}, y_{y}, z_{z} {}       ///< Cartesian
-    explicit constexpr Vector(double const* a) noexcept : x_{a[0]}, y_{a[1]}, z_{a[2]} {}  ///< of what packToPod fills
-    Vector(Vector const& v, Matrix<3> const& m) noexcept;                                  ///< v·m
-    Vector(Vector const& v, Matrix<3> const& m, Vector const& t) noexcept;                 ///< v·m + t
+    constexpr Vector() noexcept = default;                                            ///< zero
+    constexpr Vector(double x, double y, double z) noexcept : x_{x}, y_{y}, z_{z} {}  ///< Cartesian
+    explicit constexpr Vector(double const* a) noexcept
+        : x_{a[0]}, y_{a[1]}, z_{a[2]} {}                                   ///< from an array, as packToPod fills it
+    Vector(Vector const& v, Matrix<3> const& m) noexcept;                   ///< v·m
+    Vector(Vector const& v, Matrix<3> const& m, Vector const& t) noexcept;  ///< v·m + t
 
     /// From a length, an altitude above the x-y plane and an azimuth, a bearing from the y axis towards the x axis.
     static constexpr Vector altAz(double r, Angle alt, Angle az) noexcept {
@@ -154,7 +156,7 @@ public:
     Angle azimuth() const noexcept { return Angle::cosSin(y_, x_); }
     /// @}
 
-    /// By components.
+    /// Component by component.
     /// @{
     constexpr Vector operator+() const noexcept { return *this; }
     constexpr Vector operator-() const noexcept { return {-x_, -y_, -z_}; }
@@ -190,8 +192,9 @@ class ORN_API Vector<4> {
 public:
     constexpr Vector() noexcept = default;                                                          ///< zero
     explicit constexpr Vector(double a, double b, double c, double d) noexcept : c_{a, b, c, d} {}  ///< by index
-    explicit constexpr Vector(double const* a) noexcept : c_{a[0], a[1], a[2], a[3]} {}  ///< of what packToPod fills
-    Vector(Vector const& v, Matrix<4> const& m) noexcept;                                ///< v·m
+    explicit constexpr Vector(double const* a) noexcept
+        : c_{a[0], a[1], a[2], a[3]} {}                                     ///< from an array, as packToPod fills it
+    Vector(Vector const& v, Matrix<4> const& m) noexcept;                   ///< v·m
     Vector(Vector const& v, Matrix<4> const& m, Vector const& t) noexcept;  ///< v·m + t + t: twice in this dimension
 
     constexpr double operator[](int i) const noexcept { return c_[i]; }  ///< i must be 0 to 3
@@ -211,7 +214,7 @@ public:
     double length() const noexcept { return std::sqrt(lengthSquared()); }     ///< may overflow, or vanish
     Vector unit() const noexcept { return *this / length(); }                 ///< NaN for zero; by length()
 
-    /// By components.
+    /// Component by component.
     /// @{
     constexpr Vector operator+() const noexcept { return *this; }
     constexpr Vector operator-() const noexcept { return Vector{-c_[0], -c_[1], -c_[2], -c_[3]}; }

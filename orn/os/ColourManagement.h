@@ -31,10 +31,10 @@ struct DeviceColour {
 };
 
 /// The path of a file that holds the system's standard sRGB profile, of which size is the number of bytes, two to a
-/// character. A path that came with success ends with a zero.
+/// character. On success the path ends with a zero.
 bool standardProfile(wchar_t* path, DWORD& size);
 
-/// Opens a profile for reading; null when it fails. The source may go afterwards.
+/// Opens a profile for reading; null when it fails. The source need not outlive the call.
 HPROFILE openProfile(ProfileSource const& source);
 void closeProfile(HPROFILE profile) noexcept;
 

@@ -10,6 +10,7 @@
 
 namespace {
 
+// Thrown as char *; the interface of dimension 1 spells it otherwise.
 constinit char sliceNotImplementedText[] = "Not Implemented";
 
 }
@@ -56,6 +57,7 @@ Transform<N - 1>* AffineTransform<N>::pSlice() const {
 
 template <int N>
 Transform<N>* AffineTransform<N>::composeWith(Transform<N> const& other) const {
+    // The most specific class first: what is affine is no perspective, and everything else becomes a compound.
     if (auto const* const affine = dynamic_cast<AffineTransform const*>(&other)) return composeWith(*affine);
     if (auto const* const perspective = dynamic_cast<PerspectiveTransform<N> const*>(&other)) {
         auto result = std::make_unique<PerspectiveTransform<N>>(*perspective);
@@ -76,6 +78,7 @@ Vector<N> AffineTransform<N>::translation() const {
     return vector_;
 }
 
+// Row vectors stand on the left, so the translation is the last row.
 template <int N>
 Matrix<N + 1> AffineTransform<N>::homogeneous() const {
     double rows[N + 1][N + 1] = {};
@@ -101,6 +104,7 @@ Point<N> AffineTransform<N>::preMultiply(Point<N> const& p) const {
     return Point<N>{p, matrix_, vector_};
 }
 
+// (p − t)·M⁻¹, and not p·M⁻¹ − t·M⁻¹: one rounding less, and the points near t keep their digits.
 template <int N>
 Point<N> AffineTransform<N>::preDivide(Point<N> const& p) const {
     return Point<N>{p + -vector_, matrix_.inverse()};
@@ -116,6 +120,7 @@ Vector<N> AffineTransform<N>::preDivide(Vector<N> const& v) const {
     return Vector<N>{v, matrix_.inverse()};
 }
 
+// (p·M + t)·M' + t' is p·(M·M') + (t·M' + t'). The translation comes first, so that the other may be this transform.
 template <int N>
 AffineTransform<N>& AffineTransform<N>::multiply(AffineTransform const& other) {
     vector_ = Vector<N>{vector_, other.matrix_, other.vector_};
@@ -125,6 +130,7 @@ AffineTransform<N>& AffineTransform<N>::multiply(AffineTransform const& other) {
 
 template <int N>
 AffineTransform<N>& AffineTransform<N>::divide(AffineTransform const& other) {
+    // The inverse is a copy: the other may be this transform.
     Matrix<N> const inverse = other.matrix_.inverse();
     vector_ = Vector<N>{vector_ - other.vector_, inverse};
     matrix_ *= inverse;

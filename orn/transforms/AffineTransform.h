@@ -91,7 +91,7 @@ extern template class ORN_API_INSTANCE AffineTransform<3>;
 /// @cond
 namespace ORN {
 
-// The addresses tell. Where they do not, the transform's own function is called, and gives the same.
+// Compares addresses. A class whose type information lies elsewhere has its own function called, which gives the same.
 template <int N>
 bool TransformApplication::mapsByMatrix(Transform<N> const& t) noexcept {
     std::type_info const* const kind = &typeid(t);

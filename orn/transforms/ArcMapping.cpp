@@ -6,6 +6,7 @@ namespace ORN {
 
 namespace {
 
+// A similarity keeps all angles, and so the bulge; a mirror turns the direction of travel.
 template <int N>
 double mappedBulge(Arc<N> const& arc, UniformTransform<N> const& t) {
     return t.mirroring() ? -arc.bulge() : arc.bulge();
@@ -29,6 +30,7 @@ Arc<3> operator/(Arc<3> const& arc, UniformTransform<3> const& t) {
     return {arc.start() / t, mappedBulge(arc, t), arc.axis() / t, arc.end() / t};
 }
 
+// The circle's arms to the start and a quarter turn on are mapped to a pair of conjugate half diameters of the ellipse.
 EllipticArc ellipticArc(Arc<2> const& arc, AffineTransform<2> const& t) {
     Point<2> const centre = arc.centre();
     Vector<2> const arm = arc.start() - centre;

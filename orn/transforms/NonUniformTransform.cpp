@@ -51,6 +51,7 @@ NonUniformTransform<N> NonUniformTransform<N>::createFromPod(double const (&rows
 
 template <int N>
 NonUniformTransform<N> NonUniformTransform<N>::inverse() const {
+    // p = q·M + t gives q = p·M⁻¹ − t·M⁻¹.
     Matrix<N> const inverse = this->getMatrix().inverse();
     return NonUniformTransform{inverse, Vector<N>{-this->getVector(), inverse}};
 }

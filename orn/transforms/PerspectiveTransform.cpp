@@ -113,6 +113,7 @@ Transform<N - 1>* PerspectiveTransform<N>::pSlice() const {
     if constexpr (N == 2) {
         return new PerspectiveTransform<1>;
     } else {
+        // At z = 0 the row of z has no effect, and its column is what slicing drops.
         Matrix<4> const& h = matrix_;
         double const rows[3][3] = {
             {h[0][0], h[0][1], h[0][3]}, {h[1][0], h[1][1], h[1][3]}, {h[3][0], h[3][1], h[3][3]}};
@@ -171,6 +172,7 @@ PerspectiveTransform<N>& PerspectiveTransform<N>::multiply(AffineTransform<N> co
     return *this;
 }
 
+// Multiplies, too: the interface promises that both operators do the same.
 template <int N>
 PerspectiveTransform<N>& PerspectiveTransform<N>::divide(AffineTransform<N> const& other) {
     matrix_ *= other.homogeneous();

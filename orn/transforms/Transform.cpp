@@ -19,6 +19,7 @@ Extent<N> boxOfCorners(Extent<N> const& e, Map map) {
 
 }
 
+// What the operators in the header call for classes that are not computed in place.
 Point<2> ORN::TransformApplication::call(Point<2> const& p, Transform<2> const& t) { return t.preMultiply(p); }
 Point<3> ORN::TransformApplication::call(Point<3> const& p, Transform<3> const& t) { return t.preMultiply(p); }
 
@@ -29,12 +30,14 @@ Transform<N>::~Transform() = default;
 
 template <int N>
 Transform<N - 1>* Transform<N>::pSlice() const {
+    // Owned before the slice is made: when that has no memory, the copy goes too.
     std::unique_ptr<Transform> full{clone()};
     return new SlicedTransform<N - 1>{std::move(full)};
 }
 
 template <int N>
 Transform<N>* Transform<N>::composeWith(Transform const& other) const {
+    // The second first: an application sees in which order its own transforms are copied.
     std::unique_ptr<Transform> second{other.clone()};
     std::unique_ptr<Transform> first{clone()};
     return new CompoundTransform<N>{std::move(first), std::move(second)};

@@ -40,7 +40,7 @@ private:
 }
 /// @endcond
 
-/// What slicing a planar transform gives: an object to own and to delete.
+/// The transform of a line, which slicing a transform of the plane gives. It has no operations, and its owner deletes it.
 template <>
 class ORN_API Transform<1> {
 public:
@@ -52,8 +52,8 @@ protected:
     Transform& operator=(Transform const&) = default;  ///< as the derived class copies
 };
 
-/// A map of the plane (N = 2) or of space (N = 3). Whoever calls clone, composeWith or a function whose name begins with
-/// p owns the result and deletes it. Any thread may use a transform that no thread is changing.
+/// A map of the plane (N = 2) or of space (N = 3). The caller owns what clone, composeWith and the functions whose names begin
+/// with p return, and deletes it. Any thread may use a transform that no thread is changing.
 template <int N>
 class ORN_API_TEMPLATE Transform {
     static_assert(N == 2 || N == 3, "transforms map the plane or space");

@@ -66,6 +66,7 @@ UniformTransform<N> UniformTransform<N>::rotation(Angle const& angle) {
     return UniformTransform{rows};
 }
 
+// Rodrigues' formula, cos·I + (1 − cos)·uᵀu + sin·[u], written for row vectors. On the diagonal it is (1 − x²)·cos + x².
 template <int N>
 UniformTransform<N> UniformTransform<N>::rotation(Angle const& angle, Vector<3> const& axis) {
     Vector<3> const u = axis.unit();
@@ -81,7 +82,8 @@ UniformTransform<N> UniformTransform<N>::rotation(Angle const& angle, Vector<3> 
     return UniformTransform{rows};
 }
 
-/// I − 2·n·nᵀ, moved so that the given point stays where it is.
+// Householder's reflection I − 2·n·nᵀ, moved so that the given point stays where it is. n is taken as it is: one that is
+// not of unit length gives no mirror.
 template <int N>
 UniformTransform<N> UniformTransform<N>::reflection(Point<N> const& fixed, Vector<N> const& normal) {
     double rows[N][N];
@@ -121,6 +123,7 @@ UniformTransform<N> UniformTransform<N>::zxAxes(Vector<3> const& a, Vector<3> co
 
 template <int N>
 double UniformTransform<N>::scale() const {
+    // A similarity of scale s has the determinant s² in the plane and s³ in space.
     double const determinant = this->getMatrix().determinant();
     if constexpr (N == 2) {
         return std::sqrt(determinant);
@@ -141,6 +144,7 @@ Angle UniformTransform<N>::rotation(Vector<3>&) const {
 
 template <int N>
 UniformTransform<N> UniformTransform<N>::inverse() const {
+    // p = q·M + t gives q = p·M⁻¹ − t·M⁻¹.
     Matrix<N> const inverse = this->getMatrix().inverse();
     return UniformTransform{inverse, Vector<N>{-this->getVector(), inverse}};
 }
@@ -173,6 +177,7 @@ Transform<N>* UniformTransform<N>::composeWith(Transform<N> const& other) const 
 
 template <int N>
 AffineTransform<N>* UniformTransform<N>::composeWith(AffineTransform<N> const& other) const {
+    // Only two similarities make one for certain.
     if (auto const* const uniform = dynamic_cast<UniformTransform const*>(&other)) {
         auto result = std::make_unique<UniformTransform>(*this);
         *result *= *uniform;

@@ -124,8 +124,8 @@ private:
 
 constinit MemoryFile memoryFile;
 
-// In the user's cache, where whoever comes at the same time writes the same bytes beside and the last one's file stays; a
-// damaged one is replaced. Where there is no place for it, in memory.
+// Keeps the profile as a file in the user's cache and replaces a damaged one. Processes that do so at the same time write
+// the same bytes to files of their own; the one renamed last stays. Without a place in the cache it is held in memory.
 bool standardFile(std::string& place) {
     std::vector<unsigned char> const bytes = standardBytes();
     if (bytes.empty()) return fail(invalidProfile);
