@@ -1,15 +1,14 @@
-/// What a data object delivers in memory: lists of the shell's item identifiers, and lists of file names. The bytes are
-/// another program's, so whatever they say about themselves is checked: nothing outside of them is read.
+/// The two blocks of memory that a data object delivers: lists of the shell's item identifiers, and lists of file names.
+/// Another program wrote the bytes, so every count and offset in them is checked: nothing outside of the block is read.
 #pragma once
 
+#include "orn/os/Scratch.h"
 #include "orn/text/Encoding.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -27,7 +26,7 @@ public:
         return bytes_.subspan(first, end - first);
     }
 
-    /// The unsigned number of this many bytes, of which the first is the lowest.
+    /// The unsigned number in so many bytes, the lowest byte first. Nothing where it is not wholly in the block.
     std::optional<std::uint32_t> number(std::size_t offset, std::size_t count) const noexcept {
         if (offset > size() || count > size() - offset) return {};
         std::uint32_t value = 0;
@@ -39,19 +38,16 @@ private:
     std::span<std::byte const> bytes_;
 };
 
-/// A list of item identifiers from the desktop on: the entries of two lists and the terminating one.
+/// A list of item identifiers that starts at the desktop: the entries of two lists, and the terminating entry.
 class JoinedItemList {
 public:
     JoinedItemList(std::span<std::byte const> parent, std::span<std::byte const> item)
-        : size_{parent.size() + item.size() + 2},
-          heap_{size_ > stack_.size() ? std::make_unique_for_overwrite<std::byte[]>(size_) : nullptr} {
-        std::byte* const end = copy(item, copy(parent, heap_ != nullptr ? heap_.get() : stack_.data()));
+        : size_{parent.size() + item.size() + 2}, room_{(size_ + 7) / 8} {
+        std::byte* const end = copy(item, copy(parent, reinterpret_cast<std::byte*>(room_.data())));
         end[0] = end[1] = std::byte{0};
     }
-    JoinedItemList(JoinedItemList const&) = delete;
-    JoinedItemList& operator=(JoinedItemList const&) = delete;
 
-    void const* data() const noexcept { return heap_ != nullptr ? heap_.get() : stack_.data(); }
+    void const* data() const noexcept { return room_.data(); }
     std::size_t size() const noexcept { return size_; }
 
 private:
@@ -61,16 +57,16 @@ private:
     }
 
     std::size_t size_;
-    alignas(8) std::array<std::byte, 512> stack_;
-    std::unique_ptr<std::byte[]> heap_;
+    os::Scratch<std::uint64_t, 64> room_;
 };
 
-/// Calls use(list) with the joined list of each item of a "Shell IDList Array", in order: a count of items, the offset of
-/// their folder's list, then the offset of each item's. Items whose offset or list is not wholly in the block are left out.
+/// Calls use(list) with the joined list of each item of a "Shell IDList Array", in order. The block begins with the number
+/// of items, the offset of their folder's list, and the offset of each item's list. An item is left out when its offset or
+/// its list is not wholly in the block.
 ///
-/// Offsets may all lead to the same long list, so the work would grow with the square of the block. It ends after 64 bytes
-/// of joined lists for each byte of the block, or 64 MiB if that is more. A selection stays far below: its items take at
-/// least a hundred bytes each, and what its folder takes is some hundreds.
+/// All offsets may lead to the same long list. Then the work would grow with the square of the block's size, so it ends
+/// after 64 bytes of joined lists for each byte of the block, or 64 MiB if that is more. Real selections stay far below
+/// that: each item takes at least a hundred bytes, and its folder some hundreds.
 template <typename Use>
 void forEachItemList(std::span<std::byte const> bytes, Use use) {
     DropBlock const block{bytes};
@@ -102,8 +98,8 @@ void forEachItemList(std::span<std::byte const> bytes, Use use) {
     }
 }
 
-/// Appends the names in a DROPFILES block: the offset of the first name at its start, whether they are wide at byte 16, and
-/// an empty name behind the last. A name that is cut short is not taken.
+/// Appends the names in a DROPFILES block. The block begins with the offset of the first name, says at byte 16 whether the
+/// names are wide, and has an empty name behind the last one. A name that is cut short is left out.
 inline void appendDroppedNames(std::span<std::byte const> bytes, std::vector<std::wstring>& files) {
     std::size_t const header = 20;
     DropBlock const block{bytes};

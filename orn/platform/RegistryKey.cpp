@@ -3,11 +3,11 @@
 #include "orn/os/Environment.h"
 #include "orn/os/ErrorText.h"
 #include "orn/os/Registry.h"
+#include "orn/os/Scratch.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cwchar>
-#include <memory>
 #include <new>
 #include <utility>
 
@@ -15,19 +15,18 @@ namespace os = ORN::os;
 
 namespace {
 
-// What most values fit, on the stack: so many units, and for strings one less, which leaves room for a terminator.
+// Most values fit into so many units on the stack. A string may have one less, which leaves room for a terminator.
 constexpr std::size_t shortUnits = 260;
 
 /// The data of a value, in UTF-16 units.
 struct Data {
-    char16_t shortBuffer[shortUnits];
-    std::unique_ptr<char16_t[]> longBuffer;
+    os::Scratch<char16_t, shortUnits> units;
     DWORD type = 0, bytes = 0;
 
-    char16_t const* begin() const noexcept { return longBuffer ? longBuffer.get() : shortBuffer; }
+    char16_t const* begin() const noexcept { return units.data(); }
     char16_t const* end() const noexcept { return begin() + bytes / 2; }
 
-    /// Whether it is a text, of either type, which it gives without one terminator at its end.
+    /// Whether the value is a string of either type. The text is given without one terminator at its end.
     bool isText(std::wstring& text) const {
         if (type != os::typeString && type != os::typeExpandString) return false;
         char16_t const* last = end();
@@ -36,23 +35,22 @@ struct Data {
         return true;
     }
 
-    /// Reads a value with `spare` bytes of room behind it.
+    /// Reads a value, and keeps `spare` bytes of room behind it.
     DWORD query(HKEY key, wchar_t const* name, DWORD spare) {
-        bytes = sizeof shortBuffer - spare;
-        DWORD const status = os::queryValue(key, name, type, shortBuffer, bytes);
-        if (status != os::statusMoreData) return status;
+        DWORD const room = 2 * shortUnits - spare;
+        bytes = room;
+        DWORD const status = os::queryValue(key, name, type, units.data(), bytes);
+        if (status != os::errorMoreData) return status;
 
-        std::size_t const needed = std::size_t{bytes} + spare;
-        if (needed <= sizeof shortBuffer) {  // it has been shortened meanwhile
-            bytes = sizeof shortBuffer - spare;
-            return os::queryValue(key, name, type, shortBuffer, bytes);
-        }
-        longBuffer = std::make_unique_for_overwrite<char16_t[]>((needed + 1) / 2);
-        return os::queryValue(key, name, type, longBuffer.get(), bytes);
+        // Another program may have shortened the value meanwhile.
+        bytes = std::max(bytes, room);
+        units.reserve((std::size_t{bytes} + spare + 1) / 2);
+        return os::queryValue(key, name, type, units.data(), bytes);
     }
 };
 
-/// Calls `read` where memory may run out; a failure leaves nothing in `result`, which may hold the name, too.
+/// Calls read(fresh), and moves what it has read to `result` at the end, because `result` may also hold the value's name.
+/// After a failure `result` is empty.
 template <typename Result, typename Read>
 bool readInto(Result& result, Read read) {
     Result fresh;
@@ -62,7 +60,7 @@ bool readInto(Result& result, Read read) {
     return done;
 }
 
-/// Expands a text's references to the environment; leaves it as it is when that fails.
+/// Replaces a text's references to environment variables. Leaves the text as it is when that fails.
 void expand(std::wstring& text) {
     wchar_t shortBuffer[shortUnits];
     DWORD const needed = os::expandEnvironment(text.c_str(), shortBuffer, shortUnits);
@@ -78,7 +76,7 @@ void expand(std::wstring& text) {
     text.swap(longer);
 }
 
-/// The system would take a name with a zero inside for what stands before it.
+/// Whether a name has no zero inside. The system would read such a name only up to the zero, and so mean another one.
 bool isWhole(std::wstring const& name) noexcept { return name.find(L'\0') == std::wstring::npos; }
 
 wchar_t const* rootName(HKEY root) noexcept {
@@ -125,7 +123,7 @@ RegKey& RegKey::operator=(RegKey&& other) noexcept {
 void RegKey::open(Mode mode, HKEY parent, std::wstring const& subKey, DWORD access) {
     HKEY opened = nullptr;
     DWORD const rights = access | (mode == Mode::read ? os::registryRead : os::registryReadWrite);
-    DWORD const status = !isWhole(subKey)     ? os::statusInvalidParameter
+    DWORD const status = !isWhole(subKey)     ? os::errorInvalidParameter
                          : mode == Mode::read ? os::openKey(parent, subKey.c_str(), rights, opened)
                                               : os::createKey(parent, subKey.c_str(), rights, opened);
     valid_ = keepStatus(status);
@@ -133,7 +131,7 @@ void RegKey::open(Mode mode, HKEY parent, std::wstring const& subKey, DWORD acce
 }
 
 bool RegKey::mayAsk(std::wstring const& name) const noexcept {
-    return valid_ && (isWhole(name) || keepStatus(os::statusInvalidParameter));
+    return valid_ && (isWhole(name) || keepStatus(os::errorInvalidParameter));
 }
 
 bool RegKey::keepStatus(DWORD status) const noexcept {
@@ -159,7 +157,7 @@ bool RegKey::readString(std::wstring const& name, std::wstring& text) const {
         if (data.type == os::typeExpandString) expand(text);
         return true;
     } catch (std::bad_alloc const&) {
-        return keepStatus(os::statusNoMemory);
+        return keepStatus(os::errorNotEnoughMemory);
     }
 }
 
@@ -182,7 +180,7 @@ bool RegKey::readMultiString(std::wstring const& name, std::vector<std::wstring>
         }
         return true;
     } catch (std::bad_alloc const&) {
-        return keepStatus(os::statusNoMemory);
+        return keepStatus(os::errorNotEnoughMemory);
     }
 }
 
@@ -196,7 +194,7 @@ bool RegKey::getDword(std::wstring const& name, DWORD& value) const {
 
 DWORD RegKey::getBinary(std::wstring const& name, void* data, DWORD size) const {
     if (!mayAsk(name)) return 0;
-    // Asked without a place the system tells the size and reads nothing.
+    // With a null pointer the system would succeed and give the size. A room of 0 bytes makes it fail.
     BYTE nowhere;
     DWORD type = 0, read = data != nullptr ? size : 0;
     DWORD const status = os::queryValue(key_, name.c_str(), type, data != nullptr ? data : &nowhere, read);
@@ -210,7 +208,7 @@ bool RegKey::getUnexpandedString(std::wstring const& name, std::wstring& value) 
             Data data;
             return keepStatus(data.query(key_, name.c_str(), 0)) && data.isText(text);
         } catch (std::bad_alloc const&) {
-            return keepStatus(os::statusNoMemory);
+            return keepStatus(os::errorNotEnoughMemory);
         }
     });
 }
@@ -242,7 +240,7 @@ bool RegKey::getValue(std::wstring const& name, DWORD& type, std::vector<BYTE>& 
             type = data.type;
             return true;
         } catch (std::bad_alloc const&) {
-            return keepStatus(os::statusNoMemory);
+            return keepStatus(os::errorNotEnoughMemory);
         }
     });
 }
@@ -273,7 +271,7 @@ RegWriteKey::~RegWriteKey() = default;
 
 bool RegWriteKey::setValue(std::wstring const& name, DWORD type, void const* data, std::size_t size) const {
     if (!mayAsk(name)) return false;
-    if (size > 0xFFFFFFFF) return keepStatus(os::statusInvalidParameter);
+    if (size > 0xFFFFFFFF) return keepStatus(os::errorInvalidParameter);
     return keepStatus(os::setValue(key(), name.c_str(), type, data, static_cast<DWORD>(size)));
 }
 
@@ -283,7 +281,7 @@ bool RegWriteKey::setText(std::wstring const& name, DWORD type, std::wstring con
         std::u16string const units(text.begin(), text.end());
         return setValue(name, type, units.c_str(), 2 * (units.size() + 1));
     } catch (std::bad_alloc const&) {
-        return keepStatus(os::statusNoMemory);
+        return keepStatus(os::errorNotEnoughMemory);
     }
 }
 
@@ -300,13 +298,13 @@ bool RegWriteKey::setMultiString(std::wstring const& name, std::vector<std::wstr
     try {
         std::wstring all;
         for (std::wstring const& value : values) {
-            if (value.empty() || !isWhole(value)) return keepStatus(os::statusInvalidParameter);
+            if (value.empty() || !isWhole(value)) return keepStatus(os::errorInvalidParameter);
             all += value;
             all += L'\0';
         }
         return setText(name, os::typeMultiString, all);
     } catch (std::bad_alloc const&) {
-        return keepStatus(os::statusNoMemory);
+        return keepStatus(os::errorNotEnoughMemory);
     }
 }
 
@@ -325,13 +323,13 @@ bool RegWriteKey::setBinary(std::wstring const& name, void const* data, std::siz
 bool RegWriteKey::deleteValue(std::wstring const& name) const {
     if (!mayAsk(name)) return false;
     DWORD const status = os::deleteValue(key(), name.c_str());
-    return keepStatus(status) || status == os::statusNotFound;
+    return keepStatus(status) || status == os::errorFileNotFound;
 }
 
 bool RegWriteKey::deleteSubKey(std::wstring const& name) const {
     if (!mayAsk(name)) return false;
-    // The system takes a name of nothing for the key itself, with all that it has.
-    if (name.find_first_not_of(L'\\') == std::wstring::npos) return keepStatus(os::statusInvalidParameter);
+    // The system would take an empty name for the key itself, and delete all that is in it.
+    if (name.find_first_not_of(L'\\') == std::wstring::npos) return keepStatus(os::errorInvalidParameter);
     DWORD const status = os::deleteTree(key(), name.c_str());
-    return keepStatus(status) || status == os::statusNotFound;
+    return keepStatus(status) || status == os::errorFileNotFound;
 }

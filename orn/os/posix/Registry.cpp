@@ -26,25 +26,24 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "texts go into the file as they are");
 
-constexpr DWORD invalidHandle = 6, badPath = 161;
 constexpr DWORD queryRight = 1, setRight = 2;
 constexpr std::size_t longestKeyName = 255;
 
 struct OpenStore {
     OpenStore* next;
-    int keys;  // that are open
+    int keys;  // how many are open
     RegistryStore store;
 };
 
 struct OpenKey {
     OpenKey* next;
     std::uintptr_t number;
-    OpenStore* file;  // null for a root's key, which belongs to the file that the environment names at each call
+    OpenStore* file;  // null for a root: it belongs to the file that the environment names at each call
     RegistryStore::Key key;
     DWORD rights;
 };
 
-// Under the lock. Both lists are short. A file without keys stays open until another one is needed.
+// The lock guards all of these. The lists are short. A file without open keys stays open until another file is needed.
 constinit std::mutex registryLock;
 constinit OpenStore* stores = nullptr;
 constinit OpenKey* keys = nullptr;
@@ -67,7 +66,7 @@ void deleteIdleStores() noexcept {
     }
 }
 
-/// When the library goes, so do its files.
+/// Closes the files when the library is unloaded.
 struct AtEnd {
     constexpr AtEnd() noexcept = default;
     ~AtEnd() {
@@ -78,8 +77,8 @@ struct AtEnd {
 };
 constinit AtEnd const atEnd;
 
-/// A connection must not come into another process: its locks on the file would seem to hold there, and do not. So
-/// there is none while a process forks, and each side connects again when it needs to.
+/// A child process must not inherit a connection, because it does not inherit the locks that the connection seems to have
+/// on the file. So there is no connection while a process forks, and each side connects again when it needs to.
 bool watchFork() noexcept {
     auto const prepare = [] {
         registryLock.lock();
@@ -90,7 +89,7 @@ bool watchFork() noexcept {
     return forkIsWatched;
 }
 
-/// Where the registry is; empty when the environment does not tell.
+/// The path of the registry. Empty when neither the environment nor the user's account gives one.
 std::string storePath() {
     if (std::string own = trustedVariable("ORN_REGISTRY"); !own.empty()) {
         if (own[0] == '/') return own;
@@ -101,13 +100,13 @@ std::string storePath() {
     return folder.empty() ? folder : folder + "/orn/registry.db";
 }
 
-/// A missing folder is no missing file, which would count as an empty registry.
+/// ENOENT means a missing folder here. A missing file would count as an empty registry.
 DWORD statusOfErrno() noexcept {
-    if (errno == ENOENT) return RegistryStore::pathNotFound;
-    return errno == EIO ? RegistryStore::failed : windowsError(errno, RegistryStore::accessDenied);
+    if (errno == ENOENT) return errorPathNotFound;
+    return errno == EIO ? errorRegistryIo : windowsError(errno, errorAccessDenied);
 }
 
-/// Makes an empty file, and the folders above it; all of it is the user's own.
+/// Makes an empty file and the folders above it. Only the user may enter the folders or read the file.
 DWORD makeFile(std::string const& path) {
     for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
         if (::mkdir(path.substr(0, end).c_str(), 0700) != 0 && errno != EEXIST) {
@@ -116,28 +115,29 @@ DWORD makeFile(std::string const& path) {
             if (::stat(path.substr(0, end).c_str(), &folder) != 0) return status;
         }
     }
-    // Only a new file is opened here: closing one that is in use would drop the locks that this process has on it.
+    // O_EXCL: this must open a new file only. Closing a file that SQLite uses would drop this process's locks on it.
     int const file = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (file == -1) return errno == EEXIST ? 0 : statusOfErrno();
     ::close(file);
     return 0;
 }
 
-/// The file that the environment names now, connected. For writing a missing one is made; otherwise statusNotFound.
+/// Connects to the file that the environment names now. A missing file is made for writing, and gives errorFileNotFound
+/// for reading.
 DWORD findStore(bool forWriting, OpenStore*& found) {
     std::string path = storePath();
-    if (path.empty()) return RegistryStore::pathNotFound;
+    if (path.empty()) return errorPathNotFound;
     struct stat file;
     if (::stat(path.c_str(), &file) != 0) {
         if (errno != ENOENT && errno != ENOTDIR) return statusOfErrno();
-        if (!forWriting) return statusNotFound;
+        if (!forWriting) return errorFileNotFound;
         if (DWORD const status = makeFile(path)) return status;
         if (::stat(path.c_str(), &file) != 0) return statusOfErrno();
     }
     for (found = stores; found != nullptr; found = found->next) {
         if (found->store.isAt(path, file)) return found->store.connect(forWriting);
     }
-    if (!watchFork()) return statusNoMemory;
+    if (!watchFork()) return errorNotEnoughMemory;
     std::unique_ptr<OpenStore> opened{new OpenStore{nullptr, 0, {std::move(path), file}}};
     if (DWORD const status = opened->store.connect(forWriting)) return status;
     deleteIdleStores();
@@ -148,20 +148,20 @@ DWORD findStore(bool forWriting, OpenStore*& found) {
 
 std::u16string units(wchar_t const* text) { return {text, text + std::wcslen(text)}; }
 
-/// The names along a path, empty ones left out.
+/// Splits a path into its names, and leaves empty ones out.
 DWORD split(wchar_t const* path, RegistryStore::Names& names) {
     std::u16string const whole = units(path);
-    if (whole.starts_with(u'\\')) return badPath;
+    if (whole.starts_with(u'\\')) return errorBadPath;
     for (std::size_t begin = 0; begin < whole.size();) {
         std::size_t const end = std::min(whole.find(u'\\', begin), whole.size());
-        if (end - begin > longestKeyName) return statusInvalidParameter;
+        if (end - begin > longestKeyName) return errorInvalidParameter;
         if (end != begin) names.push_back(whole.substr(begin, end - begin));
         begin = end + 1;
     }
     return 0;
 }
 
-/// Where a root's keys are in the file; 0 for what is no root.
+/// The key that a root is in the file; 0 for a handle that is no root.
 RegistryStore::Key rootOf(HKEY key) noexcept {
     auto const number = static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(key));
     return number >= rootClasses && number <= rootMachine + 1 ? number : 0;
@@ -173,14 +173,14 @@ OpenKey** linkTo(HKEY key) noexcept {
     return link;
 }
 
-/// What a handle stands for.
+/// Finds the key that a handle stands for.
 DWORD resolve(HKEY handle, OpenKey& key) noexcept {
     if (RegistryStore::Key const root = rootOf(handle)) {
         key = {nullptr, 0, nullptr, root, queryRight | setRight};
         return 0;
     }
     OpenKey const* const open = *linkTo(handle);
-    if (open == nullptr) return invalidHandle;
+    if (open == nullptr) return errorInvalidHandle;
     key = *open;
     return 0;
 }
@@ -191,25 +191,25 @@ DWORD connect(OpenKey const& key, bool forWriting, OpenStore*& file) {
     return file->store.connect(forWriting);
 }
 
-/// Runs a call under the lock; that it lacks memory becomes a status.
+/// Runs a call under the lock, and returns a lack of memory as a status.
 template <typename Body>
 DWORD locked(Body body) noexcept {
     try {
         std::lock_guard const guard{registryLock};
         return body();
     } catch (std::bad_alloc const&) {
-        return statusNoMemory;
+        return errorNotEnoughMemory;
     }
 }
 
-/// The same for a call on an open key that needs a right.
+/// The same, for a call on an open key that needs these rights.
 template <typename Body>
 DWORD onKey(HKEY handle, DWORD right, bool forWriting, Body body) noexcept {
     return locked([&]() -> DWORD {
         OpenKey key;
         OpenStore* file = nullptr;
         if (DWORD const status = resolve(handle, key)) return status;
-        if ((key.rights & right) != right) return RegistryStore::accessDenied;
+        if ((key.rights & right) != right) return errorAccessDenied;
         if (DWORD const status = connect(key, forWriting, file)) return status;
         return body(file->store, key.key);
     });
@@ -223,7 +223,7 @@ DWORD list(HKEY handle, std::vector<std::wstring>& names,
         for (std::u16string const& name : found) names.emplace_back(name.begin(), name.end());
         return told;
     });
-    return status != statusNotFound ? status : 0;  // of a root, which is there without a file
+    return status != errorFileNotFound ? status : 0;  // a root exists even without a file
 }
 
 DWORD open(HKEY parent, wchar_t const* subKey, DWORD rights, bool create, HKEY& key) {
@@ -240,7 +240,7 @@ DWORD open(HKEY parent, wchar_t const* subKey, DWORD rights, bool create, HKEY& 
         status = create ? file->store.make(from, names, opened->key) : file->store.find(from, names, opened->key);
     }
     bool const isRoot = opened->file == nullptr && names.empty();
-    if (status != 0 && !(isRoot && status == statusNotFound)) return status;  // a root is there without a file
+    if (status != 0 && !(isRoot && status == errorFileNotFound)) return status;  // a root exists even without a file
 
     if (!isRoot) {
         opened->file = file;
@@ -256,12 +256,12 @@ DWORD open(HKEY parent, wchar_t const* subKey, DWORD rights, bool create, HKEY& 
 }
 
 DWORD openKey(HKEY parent, wchar_t const* subKey, DWORD rights, HKEY& key) noexcept {
-    if (ORN_OS_REFUSED("RegOpenKeyExW")) return RegistryStore::accessDenied;
+    if (ORN_OS_REFUSED("RegOpenKeyExW")) return errorAccessDenied;
     return locked([&] { return open(parent, subKey, rights, false, key); });
 }
 
 DWORD createKey(HKEY parent, wchar_t const* subKey, DWORD rights, HKEY& key) noexcept {
-    if (ORN_OS_REFUSED("RegCreateKeyExW")) return RegistryStore::accessDenied;
+    if (ORN_OS_REFUSED("RegCreateKeyExW")) return errorAccessDenied;
     return locked([&] { return open(parent, subKey, rights, true, key); });
 }
 
@@ -269,7 +269,7 @@ DWORD closeKey(HKEY handle) noexcept {
     return locked([&]() -> DWORD {
         if (rootOf(handle) != 0) return 0;
         OpenKey** const link = linkTo(handle);
-        if (*link == nullptr) return invalidHandle;
+        if (*link == nullptr) return errorInvalidHandle;
         std::unique_ptr<OpenKey> const key{*link};
         *link = key->next;
         if (key->file != nullptr) --key->file->keys;
@@ -278,27 +278,27 @@ DWORD closeKey(HKEY handle) noexcept {
 }
 
 DWORD queryValue(HKEY handle, wchar_t const* name, DWORD& type, void* data, DWORD& size) noexcept {
-    if (ORN_OS_REFUSED("RegQueryValueExW")) return RegistryStore::accessDenied;
+    if (ORN_OS_REFUSED("RegQueryValueExW")) return errorAccessDenied;
     return onKey(handle, queryRight, false, [&](RegistryStore& store, RegistryStore::Key key) {
         return store.read(key, units(name), type, data, size);
     });
 }
 
 DWORD setValue(HKEY handle, wchar_t const* name, DWORD type, void const* data, DWORD size) noexcept {
-    if (ORN_OS_REFUSED("RegSetValueExW")) return RegistryStore::accessDenied;
+    if (ORN_OS_REFUSED("RegSetValueExW")) return errorAccessDenied;
     return onKey(handle, setRight, true, [&](RegistryStore& store, RegistryStore::Key key) {
         return store.write(key, units(name), type, data, size);
     });
 }
 
 DWORD deleteValue(HKEY handle, wchar_t const* name) noexcept {
-    if (ORN_OS_REFUSED("RegDeleteValueW")) return RegistryStore::accessDenied;
+    if (ORN_OS_REFUSED("RegDeleteValueW")) return errorAccessDenied;
     return onKey(handle, setRight, true,
                  [&](RegistryStore& store, RegistryStore::Key key) { return store.removeValue(key, units(name)); });
 }
 
 DWORD deleteTree(HKEY handle, wchar_t const* subKey) noexcept {
-    if (ORN_OS_REFUSED("SHDeleteKeyW")) return RegistryStore::accessDenied;
+    if (ORN_OS_REFUSED("SHDeleteKeyW")) return errorAccessDenied;
     return onKey(handle, 0, true, [&](RegistryStore& store, RegistryStore::Key key) -> DWORD {
         RegistryStore::Names names;
         if (DWORD const status = split(subKey, names)) return status;
@@ -307,12 +307,12 @@ DWORD deleteTree(HKEY handle, wchar_t const* subKey) noexcept {
 }
 
 DWORD listSubKeys(HKEY handle, std::vector<std::wstring>& names) noexcept {
-    if (ORN_OS_REFUSED("RegEnumKeyExW")) return RegistryStore::accessDenied;
+    if (ORN_OS_REFUSED("RegEnumKeyExW")) return errorAccessDenied;
     return list(handle, names, &RegistryStore::listKeys);
 }
 
 DWORD listValues(HKEY handle, std::vector<std::wstring>& names) noexcept {
-    if (ORN_OS_REFUSED("RegEnumValueW")) return RegistryStore::accessDenied;
+    if (ORN_OS_REFUSED("RegEnumValueW")) return errorAccessDenied;
     return list(handle, names, &RegistryStore::listValues);
 }
 

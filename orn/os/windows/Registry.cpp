@@ -28,7 +28,7 @@ DWORD list(std::vector<std::wstring>& names, Tell tell) noexcept {
             names.emplace_back(name, 0, size);
         }
     } catch (std::bad_alloc const&) {
-        return statusNoMemory;
+        return errorNotEnoughMemory;
     }
 }
 

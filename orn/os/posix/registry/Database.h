@@ -1,4 +1,4 @@
-/// Statements and transactions of an SQLite database, with the statuses of a registry.
+/// Statements and transactions of an SQLite database. Their results are the error codes that a registry gives.
 #pragma once
 
 #include "orn/os/Registry.h"
@@ -30,24 +30,24 @@ inline DWORD statusOf(sqlite3* database, int result) noexcept {
         case SQLITE_ROW:
         case SQLITE_DONE: return 0;
         case SQLITE_BUSY:
-        case SQLITE_LOCKED: return RegistryStore::busy;
-        case SQLITE_NOMEM: return statusNoMemory;
+        case SQLITE_LOCKED: return errorBusy;
+        case SQLITE_NOMEM: return errorNotEnoughMemory;
         case SQLITE_READONLY:
-        case SQLITE_PERM: return RegistryStore::accessDenied;
-        case SQLITE_FULL: return RegistryStore::diskFull;
-        case SQLITE_TOOBIG: return statusInvalidParameter;
-        case SQLITE_NOTADB: return RegistryStore::foreign;
-        case SQLITE_ERROR:  // the statements are right, so the tables are not
-        case SQLITE_CORRUPT: return RegistryStore::damaged;
+        case SQLITE_PERM: return errorAccessDenied;
+        case SQLITE_FULL: return errorDiskFull;
+        case SQLITE_TOOBIG: return errorInvalidParameter;
+        case SQLITE_NOTADB: return errorNotRegistryFile;
+        case SQLITE_ERROR:  // our statements are correct, so the tables must be wrong
+        case SQLITE_CORRUPT: return errorBadDatabase;
         case SQLITE_CANTOPEN: {
             int const reason = database != nullptr ? sqlite3_system_errno(database) : 0;
-            return reason == ENOENT || reason == ENOTDIR ? RegistryStore::pathNotFound : RegistryStore::accessDenied;
+            return reason == ENOENT || reason == ENOTDIR ? errorPathNotFound : errorAccessDenied;
         }
-        default: return result == SQLITE_IOERR_NOMEM ? statusNoMemory : RegistryStore::failed;
+        default: return result == SQLITE_IOERR_NOMEM ? errorNotEnoughMemory : errorRegistryIo;
     }
 }
 
-/// One SQL statement. After a failure the rest does nothing, and the next step tells it.
+/// One SQL statement. After a failure its functions do nothing, and the next step returns the error.
 class Statement {
 public:
     Statement(sqlite3* database, char const* sql) noexcept : database_{database} {
@@ -57,12 +57,13 @@ public:
     Statement(Statement const&) = delete;
     Statement& operator=(Statement const&) = delete;
 
-    // The parameters in their order. What is bound must outlive the statement.
+    /// Bind the parameters, in their order. The bound data must outlive the statement.
+    /// @{
     Statement& bind(std::int64_t number) noexcept {
         return bound(result_ != SQLITE_OK ? result_ : sqlite3_bind_int64(statement_, ++parameter_, number));
     }
     Statement& bind(void const* bytes, std::size_t size) noexcept {
-        void const* const place = size != 0 ? bytes : "";  // a null one would be no value
+        void const* const place = size != 0 ? bytes : "";  // SQLite takes a null pointer for NULL
         return bound(result_ != SQLITE_OK ? result_
                                           : sqlite3_bind_blob64(statement_, ++parameter_, place, size, SQLITE_STATIC));
     }
@@ -73,8 +74,9 @@ public:
                          : sqlite3_bind_text64(statement_, ++parameter_, reinterpret_cast<char const*>(text.data()),
                                                2 * text.size(), SQLITE_STATIC, SQLITE_UTF16LE));
     }
+    /// @}
 
-    /// Goes to the next row; `row` tells whether there is one.
+    /// Goes to the next row, and says in `row` whether there is one.
     DWORD step(bool& row) noexcept {
         if (result_ == SQLITE_OK) result_ = sqlite3_step(statement_);
         row = result_ == SQLITE_ROW;
@@ -86,7 +88,7 @@ public:
     }
 
     std::int64_t number(int column) const noexcept { return sqlite3_column_int64(statement_, column); }
-    /// The units of a blob, or of a text.
+    /// The columns of the current row. units() reads a blob as UTF-16.
     /// @{
     std::u16string units(int column) const {
         auto const* const first = static_cast<char16_t const*>(bytes(column));
@@ -121,7 +123,7 @@ inline DWORD askNumber(sqlite3* database, char const* sql, std::int64_t& number)
     return 0;
 }
 
-/// A transaction that writes; it comes to nothing unless committed.
+/// A transaction that writes. Unless it is committed, its end undoes it.
 class Transaction {
 public:
     explicit Transaction(sqlite3* database) noexcept : database_{database}, status_{run(database, "BEGIN IMMEDIATE")} {}
@@ -131,7 +133,7 @@ public:
     Transaction(Transaction const&) = delete;
     Transaction& operator=(Transaction const&) = delete;
 
-    DWORD status() const noexcept { return status_; }  ///< whether it has begun
+    DWORD status() const noexcept { return status_; }  ///< 0 when the transaction has begun
     DWORD commit() const noexcept { return run(database_, "COMMIT"); }
 
 private:

@@ -50,11 +50,11 @@ DWORD RegistryStore::connect(bool forWriting) {
                              ::access(path_.c_str(), W_OK) == 0;
     if (mayWriteNow) disconnect();
     if (database_ != nullptr) {
-        return forWriting && sqlite3_db_readonly(database_, "main") == 1 ? accessDenied : 0;
+        return forWriting && sqlite3_db_readonly(database_, "main") == 1 ? errorAccessDenied : 0;
     }
     struct stat file;
-    if (::stat(path_.c_str(), &file) != 0 || !isAt(path_, file)) return keyDeleted;
-    if (!S_ISREG(file.st_mode)) return foreign;
+    if (::stat(path_.c_str(), &file) != 0 || !isAt(path_, file)) return errorKeyDeleted;
+    if (!S_ISREG(file.st_mode)) return errorNotRegistryFile;
 
     DWORD const status = open(forWriting);
     if (status != 0) disconnect();
@@ -69,7 +69,7 @@ DWORD RegistryStore::open(bool forWriting) {
     sqlite3_busy_handler(
         database_, [](void* store, int) { return static_cast<RegistryStore*>(store)->wait() ? 1 : 0; }, this);
 
-    // Until the file is known to be ours and whole, its log is left to its owners.
+    // The log is somebody else's until the file turns out to be a sound registry: do not write it back on closing.
     sqlite3_db_config(database_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     for (int const what :
          {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_TRUSTED_SCHEMA}) {
@@ -78,14 +78,14 @@ DWORD RegistryStore::open(bool forWriting) {
     bool empty = false;
     if (DWORD const status = recognise(empty)) return status;
     if (empty) {
-        if (!forWriting) return statusNotFound;
+        if (!forWriting) return errorFileNotFound;
         if (DWORD const status = initialise()) return status;
     } else if (DWORD const status = check()) {
         return status;
     }
     if (DWORD const status = keepLog()) return status;
     sqlite3_db_config(database_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
-    return forWriting && sqlite3_db_readonly(database_, "main") == 1 ? accessDenied : 0;
+    return forWriting && sqlite3_db_readonly(database_, "main") == 1 ? errorAccessDenied : 0;
 }
 
 DWORD RegistryStore::recognise(bool& empty) {
@@ -95,10 +95,11 @@ DWORD RegistryStore::recognise(bool& empty) {
     if (status == 0) status = askNumber(database_, "PRAGMA user_version", version);
     if (status != 0) return status;
     empty = pages == 0;
-    return empty || (id == applicationId && version == format) ? 0 : foreign;
+    return empty || (id == applicationId && version == format) ? 0 : errorNotRegistryFile;
 }
 
-/// Whether the file is whole: of its full length unless the log has what it lacks, and sound in its structure.
+/// Checks that the file is sound in its structure, and no shorter than it says. A file may be shorter while its log has the
+/// missing pages.
 DWORD RegistryStore::check() {
     std::int64_t pages = 0, pageSize = 0;
     DWORD status = askNumber(database_, "PRAGMA page_count", pages);
@@ -107,13 +108,13 @@ DWORD RegistryStore::check() {
     struct stat file, log;
     bool const logged =
         ::stat(sqlite3_filename_wal(sqlite3_db_filename(database_, "main")), &log) == 0 && log.st_size != 0;
-    if (!logged && ::stat(path_.c_str(), &file) == 0 && file.st_size < pages * pageSize) return damaged;
+    if (!logged && ::stat(path_.c_str(), &file) == 0 && file.st_size < pages * pageSize) return errorBadDatabase;
 
     bool row = false;
     Statement statement{database_, "PRAGMA quick_check(1)"};
     if ((status = statement.step(row)) != 0) return status;
     std::string_view const found{row ? static_cast<char const*>(statement.bytes(0)) : "", row ? statement.size(0) : 0};
-    return found == "ok" ? 0 : damaged;
+    return found == "ok" ? 0 : errorBadDatabase;
 }
 
 DWORD RegistryStore::initialise() {
@@ -121,7 +122,7 @@ DWORD RegistryStore::initialise() {
     if (transaction.status() != 0) return transaction.status();
     std::int64_t tables = 0;
     if (DWORD const status = askNumber(database_, "SELECT count(*) FROM sqlite_schema", tables)) return status;
-    if (tables != 0) {  // another process has been faster
+    if (tables != 0) {  // another process has made the tables first
         bool empty = false;
         return recognise(empty);
     }
@@ -139,22 +140,22 @@ DWORD RegistryStore::initialise() {
     return transaction.commit();
 }
 
-/// Turns the log on. It stays beside the file when that is closed: by then another file may have got the name, and the
-/// log of that one must not be taken away.
+/// Turns the write-ahead log on. The log stays beside the file when the file is closed: by then another file may have got
+/// the name, and closing must not delete that file's log.
 DWORD RegistryStore::keepLog() {
     if (sqlite3_db_readonly(database_, "main") == 1) return 0;
-    DWORD status = busy;
-    // While others use the file too this does not always wait by itself.
+    DWORD status = errorBusy;
+    // SQLite does not always call the busy handler for this statement.
     do {
         status = run(database_, "PRAGMA journal_mode = WAL");
-    } while (status == busy && wait());
+    } while (status == errorBusy && wait());
     if (status == 0) status = run(database_, "PRAGMA synchronous = NORMAL");
     int persist = 1;
     sqlite3_file_control(database_, "main", SQLITE_FCNTL_PERSIST_WAL, &persist);
     return status;
 }
 
-/// Changes a key that exists, in one transaction; nothing is changed unless all of it goes well.
+/// Changes an existing key in one transaction: either the whole body is done or nothing.
 template <typename Body>
 DWORD RegistryStore::change(Key key, Body body) {
     Transaction const transaction{database_};
@@ -169,10 +170,10 @@ DWORD RegistryStore::exists(Key key) {
     bool row = false;
     Statement statement{database_, "SELECT 1 FROM keys WHERE id = ?"};
     if (DWORD const status = statement.bind(key).step(row)) return status;
-    return row ? 0 : keyDeleted;
+    return row ? 0 : errorKeyDeleted;
 }
 
-/// Goes down by the names as far as there are keys; `depth` tells how many were found.
+/// Follows a path as far as its keys exist. `depth` is the number of keys that were found.
 DWORD RegistryStore::descend(Names const& names, Key& key, std::size_t& depth) {
     for (depth = 0; depth < names.size(); ++depth) {
         bool row = false;
@@ -190,15 +191,15 @@ DWORD RegistryStore::find(Key from, Names const& names, Key& key) {
     key = from;
     if (DWORD const status = exists(from)) return status;
     if (DWORD const status = descend(names, key, depth)) return status;
-    return depth == names.size() ? 0 : statusNotFound;
+    return depth == names.size() ? 0 : errorFileNotFound;
 }
 
 DWORD RegistryStore::make(Key from, Names const& names, Key& key) {
     DWORD const status = find(from, names, key);
-    if (status != statusNotFound) return status;
+    if (status != errorFileNotFound) return status;
     return change(from, [&]() -> DWORD {
         std::size_t depth = 0;
-        key = from;  // others may have made or deleted some of them meanwhile
+        key = from;  // other processes may have made or deleted some of the keys meanwhile
         if (DWORD const found = descend(names, key, depth)) return found;
         for (; depth < names.size(); ++depth) {
             std::u16string const name = folded(names[depth]);
@@ -215,9 +216,9 @@ DWORD RegistryStore::remove(Key from, Names const& names) {
         std::size_t depth = 0;
         Key key = from;
         if (DWORD const status = descend(names, key, depth)) return status;
-        if (depth < names.size()) return statusNotFound;
-        if (key < 0) return accessDenied;  // a root
-        // Each key once, and no root among them, so that there is an end whatever another program has written.
+        if (depth < names.size()) return errorFileNotFound;
+        if (key < 0) return errorAccessDenied;  // a root
+        // UNION takes each key once, and roots are left out. So the walk ends even if another program wrote a circle.
         std::string const below =
             "WITH RECURSIVE below(id) AS (VALUES(?) UNION"
             " SELECT keys.id FROM keys, below WHERE parent = below.id AND keys.id > 0)";
@@ -235,14 +236,14 @@ DWORD RegistryStore::read(Key key, std::u16string const& name, DWORD& type, void
     if (DWORD const status = statement.bind(key).bind(sought).step(row)) return status;
     if (!row) {
         DWORD const status = exists(key);
-        return status != 0 ? status : statusNotFound;
+        return status != 0 ? status : errorFileNotFound;
     }
     type = static_cast<DWORD>(statement.number(0));
     void const* const bytes = statement.bytes(1);
     DWORD const room = std::exchange(size, statement.size(1));
-    if (bytes == nullptr && size != 0) return statusNoMemory;
+    if (bytes == nullptr && size != 0) return errorNotEnoughMemory;
     if (data == nullptr) return 0;
-    if (size > room) return statusMoreData;
+    if (size > room) return errorMoreData;
     if (size != 0) std::memcpy(data, bytes, size);
     return 0;
 }
@@ -262,7 +263,7 @@ DWORD RegistryStore::removeValue(Key key, std::u16string const& name) {
     return change(key, [&]() -> DWORD {
         Statement statement{database_, "DELETE FROM data WHERE key = ? AND folded = ?"};
         if (DWORD const status = statement.bind(key).bind(sought).run()) return status;
-        return sqlite3_changes(database_) != 0 ? 0 : statusNotFound;
+        return sqlite3_changes(database_) != 0 ? 0 : errorFileNotFound;
     });
 }
 
@@ -281,7 +282,8 @@ DWORD RegistryStore::list(Key key, char const* sql, Names& names) {
     for (bool row = false;;) {
         if (DWORD const status = statement.step(row)) return status;
         if (!row) return 0;
-        // A text cannot hold every sequence of units. Where it does not, the upper case names the same thing.
+        // SQLite keeps no unpaired surrogates in a text. Where the name has lost one, its upper case, which is kept as
+        // bytes, still names the same thing.
         std::u16string upper = statement.units(0), name = statement.text(1);
         names.push_back(folded(name) == upper ? std::move(name) : std::move(upper));
     }

@@ -1,10 +1,10 @@
 /// The file that keeps the registry: a tree of keys with their values, in a database with a write-ahead log. Many
 /// processes may use the file at once; of an object only one thread at a time.
 ///
-/// Calls give Windows statuses. They may throw std::bad_alloc, and then have done nothing.
+/// Calls return the error codes of Status.h. They may throw std::bad_alloc, and have changed nothing then.
 #pragma once
 
-#include "orn/os/Types.h"
+#include "orn/os/Status.h"
 
 #include <sys/stat.h>
 
@@ -19,13 +19,10 @@ namespace ORN::os {
 
 class RegistryStore {
 public:
-    using Names = std::vector<std::u16string>;  ///< of keys, each below the one before it
-    using Key = std::int64_t;                   ///< roots are below 0 and always there, all others above
+    using Names = std::vector<std::u16string>;  ///< a path: each name is that of a key below the one before it
+    using Key = std::int64_t;                   ///< a root has a negative number, and always exists
 
-    static constexpr DWORD pathNotFound = 3, accessDenied = 5, diskFull = 112, busy = 170, damaged = 1009,
-                           failed = 1016, foreign = 1017, keyDeleted = 1018;
-
-    /// The file as it was found at an absolute path; nothing is opened yet.
+    /// Remembers which file was found at an absolute path. Opens nothing.
     RegistryStore(std::string path, struct stat const& file);
     ~RegistryStore();
     RegistryStore(RegistryStore const&) = delete;
@@ -33,30 +30,37 @@ public:
 
     bool isAt(std::string const& path, struct stat const& file) const noexcept;
 
-    /// Begins a call: opens the file unless it is open, which all functions below need. From here on the call waits for
-    /// other processes for ten seconds altogether. An empty file becomes a registry when it is opened
-    /// for writing, and otherwise stays as it is: statusNotFound.
+    /// Begins a call, and opens the file unless it is open. Every function below needs this first. From now on the call
+    /// waits for other processes for at most ten seconds in all. An empty file becomes a registry when it is opened for
+    /// writing. Opened for reading it stays empty, and the call fails with errorFileNotFound.
     DWORD connect(bool forWriting);
     void disconnect() noexcept;
 
-    DWORD exists(Key key);                         ///< 0 or keyDeleted
-    DWORD find(Key from, Names const&, Key& key);  ///< or statusNotFound
-    DWORD make(Key from, Names const&, Key& key);  ///< those that are missing
-    DWORD remove(Key from, Names const&);          ///< the last one, with everything below it
+    /// Fails with errorKeyDeleted when the key does not exist.
+    DWORD exists(Key key);
 
-    /// As os::queryValue; without `data` only the type and the size are told.
+    /// Follow a path from a key. find() fails with errorFileNotFound when a key is missing, make() makes what is missing,
+    /// remove() deletes the last key of the path and everything below it.
+    /// @{
+    DWORD find(Key from, Names const&, Key& key);
+    DWORD make(Key from, Names const&, Key& key);
+    DWORD remove(Key from, Names const&);
+    /// @}
+
+    /// Reads as os::queryValue does. Without `data` it gives only the type and the size.
     DWORD read(Key key, std::u16string const& name, DWORD& type, void* data, DWORD& size);
     DWORD write(Key key, std::u16string const& name, DWORD type, void const* data, DWORD size);
     DWORD removeValue(Key key, std::u16string const& name);
 
-    /// Append the names of what the key has.
+    /// Append the names of the keys and values directly below a key.
     /// @{
     DWORD listKeys(Key key, Names& names);
     DWORD listValues(Key key, Names& names);
     /// @}
 
 private:
-    bool wait() const noexcept;  ///< a moment for other processes; false once the call has waited long enough
+    /// Lets other processes go on for a moment. False when the call has waited long enough.
+    bool wait() const noexcept;
     DWORD open(bool forWriting);
     DWORD recognise(bool& empty);
     DWORD check();
