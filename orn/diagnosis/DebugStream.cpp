@@ -3,7 +3,6 @@
 #include "orn/diagnosis/TextWriterBufImp.h"
 #include "orn/os/Environment.h"
 #include "orn/os/File.h"
-#include "orn/os/LocalTime.h"
 #include "orn/os/Waitable.h"
 #include "orn/text/AutoLocale.h"
 #include "orn/text/Printf.h"

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <cwchar>
 #include <new>
 
@@ -12,7 +13,7 @@ namespace ORN::os {
 
 namespace {
 
-/// Null when there is no such variable. None has a program with another user's rights: what is read here names files.
+/// Null when there is no such variable. A program with another user's rights gets none, because values name files.
 char const* nativeVariable(std::wstring const& name) {
     std::string native(8 * name.size() + 1, '\0');
     int const length =
@@ -58,6 +59,14 @@ DWORD expandEnvironment(wchar_t const* text, wchar_t* buffer, DWORD size) noexce
     } catch (std::bad_alloc const&) {
         return 0;
     }
+}
+
+std::int64_t secondsSince1970() noexcept { return std::time(nullptr); }
+
+std::string localTimeText(std::int64_t seconds) {
+    char text[64];
+    std::time_t const time{seconds};
+    return ::ctime_r(&time, text) != nullptr ? text : "";
 }
 
 }

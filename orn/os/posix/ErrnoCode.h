@@ -1,23 +1,23 @@
-/// What the kernel's error numbers are called on Windows.
+/// Translates the kernel's error numbers.
 #pragma once
 
-#include "orn/os/Types.h"
+#include "orn/os/Status.h"
 
 #include <cerrno>
 
 namespace ORN::os {
 
-/// The Windows code for an errno, or the other one when there is none.
+/// The code of Status.h that means the same as an errno, or `otherwise` if there is none.
 inline DWORD windowsError(int error, DWORD otherwise) noexcept {
     switch (error) {
-        case ENOENT: return 2;
-        case ENOTDIR: return 3;
+        case ENOENT: return errorFileNotFound;
+        case ENOTDIR: return errorPathNotFound;
         case EACCES:
         case EPERM:
         case EISDIR:
-        case EROFS: return 5;
+        case EROFS: return errorAccessDenied;
         case EDQUOT:
-        case ENOSPC: return 112;
+        case ENOSPC: return errorDiskFull;
         default: return otherwise;
     }
 }

@@ -1,5 +1,6 @@
 #include "orn/os/ErrorText.h"
 
+#include "orn/os/Status.h"
 #include "orn/os/posix/ServiceLibrary.h"
 
 #include <algorithm>
@@ -18,48 +19,48 @@ struct Text {
     wchar_t const* text;
 };
 
-// The codes that the library can meet, in ascending order.
+// The codes that calls of the seam can give, in ascending order. The texts are those of Windows in English.
 constexpr Text texts[] = {
-    {0, L"The operation completed successfully."},
+    {errorSuccess, L"The operation completed successfully."},
     {1, L"Incorrect function."},
-    {2, L"The system cannot find the file specified."},
-    {3, L"The system cannot find the path specified."},
-    {4, L"The system cannot open the file."},
-    {5, L"Access is denied."},
-    {6, L"The handle is invalid."},
-    {8, L"Not enough memory resources are available to process this command."},
-    {13, L"The data is invalid."},
-    {14, L"Not enough memory resources are available to complete this operation."},
-    {29, L"The system cannot write to the specified device."},
-    {31, L"A device attached to the system is not functioning."},
-    {32, L"The process cannot access the file because it is being used by another process."},
-    {50, L"The request is not supported."},
-    {87, L"The parameter is incorrect."},
-    {112, L"There is not enough space on the disk."},
-    {122, L"The data area passed to a system call is too small."},
-    {126, L"The specified module could not be found."},
-    {127, L"The specified procedure could not be found."},
-    {161, L"The specified path is invalid."},
-    {170, L"The requested resource is in use."},
-    {183, L"Cannot create a file when that file already exists."},
-    {234, L"More data is available."},
-    {258, L"The wait operation timed out."},
-    {259, L"No more data is available."},
+    {errorFileNotFound, L"The system cannot find the file specified."},
+    {errorPathNotFound, L"The system cannot find the path specified."},
+    {errorTooManyOpenFiles, L"The system cannot open the file."},
+    {errorAccessDenied, L"Access is denied."},
+    {errorInvalidHandle, L"The handle is invalid."},
+    {errorNotEnoughMemory, L"Not enough memory resources are available to process this command."},
+    {errorInvalidData, L"The data is invalid."},
+    {errorOutOfMemory, L"Not enough memory resources are available to complete this operation."},
+    {errorWriteFault, L"The system cannot write to the specified device."},
+    {errorGeneralFailure, L"A device attached to the system is not functioning."},
+    {errorSharingViolation, L"The process cannot access the file because it is being used by another process."},
+    {errorNotSupported, L"The request is not supported."},
+    {errorInvalidParameter, L"The parameter is incorrect."},
+    {errorDiskFull, L"There is not enough space on the disk."},
+    {errorInsufficientBuffer, L"The data area passed to a system call is too small."},
+    {errorModuleNotFound, L"The specified module could not be found."},
+    {errorProcedureNotFound, L"The specified procedure could not be found."},
+    {errorBadPath, L"The specified path is invalid."},
+    {errorBusy, L"The requested resource is in use."},
+    {errorAlreadyExists, L"Cannot create a file when that file already exists."},
+    {errorMoreData, L"More data is available."},
+    {waitTimedOut, L"The wait operation timed out."},
+    {errorNoMoreItems, L"No more data is available."},
     {298, L"Too many posts were made to a semaphore."},
-    {1004, L"Invalid flags."},
-    {1009, L"The configuration registry database is corrupt."},
-    {1016, L"An I/O operation initiated by the registry failed unrecoverably."},
-    {1017,
+    {errorInvalidFlags, L"Invalid flags."},
+    {errorBadDatabase, L"The configuration registry database is corrupt."},
+    {errorRegistryIo, L"An I/O operation initiated by the registry failed unrecoverably."},
+    {errorNotRegistryFile,
      L"The system has attempted to load or restore a file into the registry, but the specified file is not in a "
      L"registry file format."},
-    {1018, L"Illegal operation attempted on a registry key that has been marked for deletion."},
-    {1113, L"No mapping for the Unicode character exists in the target multi-byte code page."},
-    {1400, L"Invalid window handle."},
-    {1816, L"Not enough quota is available to process this command."},
-    {2011, L"The specified color profile is invalid."},
-    {2012, L"The specified tag was not found."},
-    {2017, L"The specified color space is invalid."},
-    {2020, L"The specified color transform is invalid."},
+    {errorKeyDeleted, L"Illegal operation attempted on a registry key that has been marked for deletion."},
+    {errorNoUnicodeTranslation, L"No mapping for the Unicode character exists in the target multi-byte code page."},
+    {errorInvalidWindow, L"Invalid window handle."},
+    {errorNotEnoughQuota, L"Not enough quota is available to process this command."},
+    {errorInvalidProfile, L"The specified color profile is invalid."},
+    {errorTagNotFound, L"The specified tag was not found."},
+    {errorInvalidColourSpace, L"The specified color space is invalid."},
+    {errorInvalidTransform, L"The specified color transform is invalid."},
     {0x80004001, L"Not implemented"},
     {0x80004002, L"No such interface supported"},
     {0x80004003, L"Invalid pointer"},
@@ -68,7 +69,7 @@ constexpr Text texts[] = {
     {0x8000FFFF, L"Catastrophic failure"},
 };
 
-// What can happen to a download.
+// The codes of downloads, whose texts a library of their own has on Windows.
 constexpr Text downloadTexts[] = {
     {0x800C0002, L"The address is not valid."},
     {0x800C0004, L"No connection to the server could be made."},
@@ -105,7 +106,7 @@ bool errorText(DWORD code, wchar_t const* module, std::wstring& text) {
     bool const ofDownload = module != nullptr && module == std::wstring_view{L"urlmon.dll"};
     if (module != nullptr && !ofDownload) return false;
     if (ofDownload && find(downloadTexts, code, text)) return true;
-    // A download fails by what the system did, too. Some COM results carry one of the system's codes.
+    // A download may also fail with one of the system's codes. A COM result 0x8007.... carries such a code.
     bool const carries = code >> 16 == 0x8007;
     if (find(texts, carries ? code & 0xFFFF : code, text)) return true;
     std::wstring missing = ServiceLibrary::textOfMissing(code);

@@ -1,4 +1,4 @@
-/// Memory figures from the texts of a Linux kernel's files, with the limits of the control groups of both versions.
+/// Reads memory figures from the files of a Linux kernel, and applies the limits of control groups, of both versions.
 #pragma once
 
 #include "orn/os/MemoryStatus.h"
@@ -15,11 +15,11 @@
 
 namespace ORN::os {
 
-/// Files: given a name, the text of that file, empty when there is none.
+/// Files is a function from the name of a file to its text, which is empty when there is no such file.
 template <typename Files>
 class KernelMemory {
 public:
-    /// A limit that is missing, or is not a number ("max"), is none.
+    /// Takes a limit that is missing, or that is no number (as "max"), for no limit.
     explicit KernelMemory(Files files) : files_{std::move(files)} {
         std::string const memory = files_("/proc/meminfo");
         std::optional<std::uint64_t> const total = kibibytes(memory, "MemTotal:");
@@ -30,7 +30,8 @@ public:
         applyControlGroups();
     }
 
-    /// False when the kernel tells not even how much memory the machine has. addressSpace: how far addresses may reach.
+    /// Fills the record. False when the kernel does not say how much memory the machine has. `addressSpace` is the number
+    /// of bytes that addresses can reach.
     bool fill(MemoryStatus& status, std::uint64_t addressSpace) const {
         if (!valid_) return false;
         Figures page{sum(physical_.total, swap_.total), sum(physical_.available, swap_.available)};
@@ -65,7 +66,7 @@ private:
     static std::uint64_t sum(std::uint64_t a, std::uint64_t b) { return a < unlimited - b ? a + b : unlimited; }
     static std::uint64_t less(std::uint64_t a, std::uint64_t b) { return a > b ? a - b : 0; }
 
-    /// Takes what is before the separator, and the separator, from the head of the text.
+    /// Removes everything up to the first separator from the text, with the separator, and returns what was before it.
     static std::string_view cut(std::string_view& text, char separator) {
         std::string_view const head = text.substr(0, text.find(separator));
         text.remove_prefix(std::min(head.size() + 1, text.size()));
@@ -103,7 +104,7 @@ private:
         return false;
     }
 
-    /// Undoes the octal escapes of the table of mounts.
+    /// Replaces the octal escapes that the table of mounts has for blanks and the like.
     static std::string unescaped(std::string_view text) {
         std::string result;
         while (!text.empty()) {
@@ -116,7 +117,7 @@ private:
         return result;
     }
 
-    /// Every mount of the groups that can limit memory, with the place of this process in it.
+    /// Looks at every mount of control groups that can limit memory, and applies the limits of this process's groups there.
     void applyControlGroups() {
         std::string const places = files_("/proc/self/cgroup"), mounts = files_("/proc/self/mountinfo");
         for (std::string_view mountsLeft = mounts; !mountsLeft.empty();) {
@@ -140,12 +141,12 @@ private:
         }
     }
 
-    /// Applies the limits of a group and of all that hold it, up to the mount.
+    /// Applies the limits of a group and of the groups around it, up to the mount.
     void climb(std::string const& point, std::string_view root, std::string_view place, bool second) {
         if (root == "/") root = {};
         bool const below = place.starts_with(root) && (place.size() == root.size() || place[root.size()] == '/');
         std::string_view inside = below ? place.substr(root.size()) : std::string_view{};
-        if (inside.find("/..") != std::string_view::npos) inside = {};  // seen from another name space
+        if (inside.find("/..") != std::string_view::npos) inside = {};  // a group outside of our name space
         for (;;) {
             if (!inside.ends_with('/')) apply(point + std::string{inside} + '/', second);
             if (inside.empty()) return;
@@ -155,7 +156,7 @@ private:
 
     void apply(std::string const& group, bool second) {
         std::string const statistics = files_(group + "memory.stat");
-        // The kernel gives up its copies of files first.
+        // The kernel can free these copies of files at once, so they count as available.
         std::uint64_t const idle = labelled(statistics, second ? "inactive_file " : "total_inactive_file ").value_or(0);
         if (second) {
             physical_.limit(figures(group, "memory.max", "memory.current", idle));

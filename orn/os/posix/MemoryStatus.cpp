@@ -2,6 +2,7 @@
 
 #include "orn/os/ErrorText.h"
 #include "orn/os/Fault.h"
+#include "orn/os/Status.h"
 #include "orn/os/posix/KernelMemory.h"
 
 #include <algorithm>
@@ -17,9 +18,6 @@ namespace ORN::os {
 
 namespace {
 
-[[maybe_unused]] constexpr DWORD notEnoughMemory = 8;
-constexpr DWORD invalidData = 13, invalidParameter = 87;
-
 std::string contents(std::string const& name) {
     std::ifstream file{name, std::ios::binary};
     return {std::istreambuf_iterator<char>{file}, {}};
@@ -27,7 +25,7 @@ std::string contents(std::string const& name) {
 
 std::uint64_t addressSpace() {
     rlimit limit;
-    // Stacks lie at the top of what the kernel gives out where nobody asks for more, which is a power of two.
+    // The kernel puts the stack at the top of the addresses that it gives out. Their number is a power of two.
     std::uint64_t const whole = std::bit_ceil(std::uint64_t{reinterpret_cast<std::uintptr_t>(&limit)});
     if (::getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return whole;
     return std::min<std::uint64_t>(limit.rlim_cur, whole);
@@ -41,9 +39,9 @@ bool failed(DWORD error) {
 }
 
 bool memoryStatus(MemoryStatus& status) {
-    if (ORN_OS_REFUSED("GlobalMemoryStatusEx")) return failed(notEnoughMemory);
-    if (status.length != sizeof status) return failed(invalidParameter);
-    return KernelMemory{contents}.fill(status, addressSpace()) || failed(invalidData);
+    if (ORN_OS_REFUSED("GlobalMemoryStatusEx")) return failed(errorNotEnoughMemory);
+    if (status.length != sizeof status) return failed(errorInvalidParameter);
+    return KernelMemory{contents}.fill(status, addressSpace()) || failed(errorInvalidData);
 }
 
 }

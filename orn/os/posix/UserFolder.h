@@ -1,4 +1,4 @@
-/// Where the user's files are.
+/// Finds the folders for the files of the user.
 #pragma once
 
 #include <pwd.h>
@@ -9,14 +9,15 @@
 
 namespace ORN::os {
 
-/// What the environment says, unless this program has more rights than its caller, whose word does not count then.
+/// The value of an environment variable. Empty in a program that has more rights than its caller, because the caller
+/// could make it write to any file.
 inline std::string trustedVariable(char const* name) {
     char const* const value = ::secure_getenv(name);
     return value != nullptr ? value : "";
 }
 
-/// A folder of the user whose rights this process has: the one that the variable names, of which a relative one does not
-/// count, else the one of this name in the home folder. Empty when there is neither.
+/// A folder of the user whose rights this process has. It is the one that the variable names, if that is an absolute path;
+/// otherwise the one called `inHome` in the home folder. Empty when there is no home folder either.
 inline std::string userFolder(char const* variable, char const* inHome) {
     if (std::string named = trustedVariable(variable); named.starts_with('/')) return named;
     std::string home = trustedVariable("HOME");

@@ -1,6 +1,7 @@
 #include "orn/os/Uuid.h"
 
 #include "orn/os/Fault.h"
+#include "orn/os/Status.h"
 
 #include <unistd.h>
 
@@ -13,9 +14,7 @@ namespace ORN::os {
 
 namespace {
 
-constexpr LONG localOnly = 1824, noneMade = 1739, outOfMemory = 14, invalidArgument = 87;
-
-/// The value whose bytes, most significant first in each field, these are.
+/// Makes a value of its bytes. Each field has its most significant byte first.
 Uuid fromBytes(unsigned char const (&bytes)[16]) noexcept {
     Uuid uuid{};
     uuid.data1 =
@@ -26,7 +25,7 @@ Uuid fromBytes(unsigned char const (&bytes)[16]) noexcept {
     return uuid;
 }
 
-/// The value of a hexadecimal digit, -1 for anything else.
+/// The value of a hexadecimal digit, or -1 for any other character.
 int digit(wchar_t c) noexcept {
     if (c >= L'0' && c <= L'9') return static_cast<int>(c - L'0');
     wchar_t const lower = c | 0x20;
@@ -37,16 +36,16 @@ int digit(wchar_t c) noexcept {
 
 LONG createUuid(Uuid& uuid) noexcept {
     unsigned char bytes[16];
-    if (::getentropy(bytes, sizeof bytes) != 0) return noneMade;
+    if (::getentropy(bytes, sizeof bytes) != 0) return LONG{errorUuidNoAddress};
     // RFC 4122, section 4.4: version 4, of random bits, in the variant that the document describes.
     bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0F) | 0x40);
     bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3F) | 0x80);
     uuid = fromBytes(bytes);
-    return ORN_OS_REFUSED("UuidCreate") ? localOnly : 0;
+    return ORN_OS_REFUSED("UuidCreate") ? LONG{errorUuidLocalOnly} : 0;
 }
 
 LONG createNilUuid(Uuid& uuid) noexcept {
-    if (ORN_OS_REFUSED("UuidCreateNil")) return outOfMemory;
+    if (ORN_OS_REFUSED("UuidCreateNil")) return LONG{errorOutOfMemory};
     uuid = Uuid{};
     return 0;
 }
@@ -73,12 +72,12 @@ LONG parseUuid(wchar_t const* text, Uuid& uuid) noexcept {
 bool uuidIsNil(Uuid const& uuid, LONG& status) noexcept {
     Uuid const nil{};
     LONG ignored;
-    status = ORN_OS_REFUSED("UuidIsNil") ? invalidArgument : 0;
+    status = ORN_OS_REFUSED("UuidIsNil") ? LONG{errorInvalidParameter} : 0;
     return compareUuids(uuid, nil, ignored) == 0;
 }
 
 int compareUuids(Uuid const& a, Uuid const& b, LONG& status) noexcept {
-    status = ORN_OS_REFUSED("UuidCompare") ? invalidArgument : 0;
+    status = ORN_OS_REFUSED("UuidCompare") ? LONG{errorInvalidParameter} : 0;
     auto order = std::tie(a.data1, a.data2, a.data3) <=> std::tie(b.data1, b.data2, b.data3);
     if (order == 0) {
         order = std::lexicographical_compare_three_way(std::begin(a.data4), std::end(a.data4), std::begin(b.data4),

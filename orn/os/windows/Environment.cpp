@@ -2,6 +2,8 @@
 
 #include "orn/os/Fault.h"
 
+#include <ctime>
+
 #include <windows.h>
 
 namespace ORN::os {
@@ -19,6 +21,16 @@ std::wstring environmentVariable(std::wstring const& name) {
 DWORD expandEnvironment(wchar_t const* text, wchar_t* buffer, DWORD size) noexcept {
     if (ORN_OS_REFUSED("ExpandEnvironmentStringsW")) return 0;
     return ::ExpandEnvironmentStringsW(text, buffer, size);
+}
+
+std::int64_t secondsSince1970() noexcept { return std::time(nullptr); }
+
+std::string localTimeText(std::int64_t seconds) {
+    __time64_t const lastOfYear3000 = 0x793406FFF;  // the runtime ends the process for a later time
+    if (seconds < 0 || seconds > lastOfYear3000) return {};
+    char text[64];
+    __time64_t const time{seconds};
+    return ::_ctime64_s(text, sizeof text, &time) == 0 ? text : "";
 }
 
 }
