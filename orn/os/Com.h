@@ -1,5 +1,5 @@
-/// The part of COM that error descriptions need: two interfaces and the strings they hand out. On Windows these are the
-/// system's; elsewhere minimal abstract classes of the same shape, so that what stands on them is the same code.
+/// The part of COM that error descriptions need: two interfaces, and the strings that they hand out. On Windows these are the
+/// system's own. Elsewhere they are abstract classes of the same shape, so that their users are the same code everywhere.
 #pragma once
 
 #include "orn/os/Types.h"
@@ -48,8 +48,13 @@ namespace ORN::os {
 /// IID of IErrorInfo: {1CF2B120-547D-101B-8E65-08002B2BD119}.
 inline constexpr GUID errorInfoId{0x1CF2B120, 0x547D, 0x101B, {0x8E, 0x65, 0x08, 0x00, 0x2B, 0x2B, 0xD1, 0x19}};
 
-BSTR allocString(std::wstring_view text);        ///< a copy that freeString takes back; null when out of memory
-std::size_t stringLength(BSTR string) noexcept;  ///< in units, zeros inside counted; 0 for null
-void freeString(BSTR string) noexcept;           ///< null is allowed
+/// Copies a text; null without memory for it. The caller frees the copy with freeString.
+BSTR allocString(std::wstring_view text);
+
+/// The length in units, which counts zeros inside the string. 0 for null.
+std::size_t stringLength(BSTR string) noexcept;
+
+/// Frees a string. Does nothing for null.
+void freeString(BSTR string) noexcept;
 
 }

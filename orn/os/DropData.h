@@ -1,4 +1,4 @@
-/// What drag-and-drop data objects and the shell tell about files. Windows only.
+/// What drag-and-drop data objects and the shell say about files. Windows only.
 #pragma once
 
 #include "orn/os/Types.h"
@@ -15,10 +15,10 @@ namespace ORN::os {
 
 inline constexpr unsigned int fileDropFormat = 15;  ///< CF_HDROP
 
-/// The number of the clipboard format of this name; 0 when the system refuses.
+/// The number of the clipboard format with this name. 0 when the system refuses.
 unsigned int clipboardFormat(wchar_t const* name) noexcept;
 
-/// What a data object delivers in a format as global memory (content aspect, all items), given back at the end.
+/// The global memory that a data object delivers for a format (content aspect, all items). The destructor gives it back.
 class DroppedMemory {
 public:
     DroppedMemory(IDataObject& data, unsigned int format);
@@ -27,9 +27,9 @@ public:
     DroppedMemory& operator=(DroppedMemory const&) = delete;
 
     bool delivered() const noexcept { return delivered_; }
-    std::span<std::byte const> bytes() const noexcept {
-        return bytes_;
-    }  ///< empty also when the memory cannot be locked
+
+    /// Also empty when the memory cannot be locked.
+    std::span<std::byte const> bytes() const noexcept { return bytes_; }
 
 private:
     STGMEDIUM medium_{};
@@ -37,18 +37,21 @@ private:
     std::span<std::byte const> bytes_;
 };
 
-/// An object of the shell, in its folder.
+/// An object of the shell, such as a file, a shortcut or a printer.
 class ShellItem {
 public:
-    /// By a list of item identifiers from the desktop on, which must outlive this.
+    /// Finds the object by a list of item identifiers that starts at the desktop. The list must outlive this object.
     explicit ShellItem(void const* list) noexcept;
 
     bool found() const noexcept { return folder_ != nullptr; }
 
-    /// For a found item. Empty texts stand for what there is not.
-    std::wstring linkTarget(HWND owner) const;  ///< the file or folder that a shortcut leads to, if it is there
+    /// What an object is, once it has been found. A text is empty when the object has none. linkTarget() is the file or
+    /// folder that a shortcut leads to, if that exists.
+    /// @{
+    std::wstring linkTarget(HWND owner) const;
     bool isOfFileSystem() const noexcept;
     std::wstring parsingName() const;
+    /// @}
 
 private:
     struct Release {

@@ -7,15 +7,17 @@
 
 namespace ORN::os {
 
-/// The calling thread's last error, in Windows codes on every system.
+/// The calling thread's last error: a code of Status.h, or another one of Windows.
+/// @{
 DWORD lastError() noexcept;
 void setLastError(DWORD code) noexcept;
+/// @}
 
-/// The text of a code, from a loaded module's table when one is named and from the system's otherwise; exactly as the
-/// system gives it. False, with the text untouched, when there is none.
+/// Finds the text of a code, exactly as the system has it: in the table of a loaded module if one is named, otherwise in
+/// the system's own. Returns false and leaves the text alone when there is none.
 bool errorText(DWORD code, wchar_t const* module, std::wstring& text);
 
-/// The system's text in the language that is the whole system's default, its own line ends and all.
+/// Finds the system's own text in the default language of the whole system. Its line ends stay as they are.
 bool systemErrorText(DWORD code, std::wstring& text);
 
 }

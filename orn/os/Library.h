@@ -7,25 +7,25 @@
 
 namespace ORN::os {
 
-/// The folder of the system's own libraries. Empty when it cannot be read; on Windows also beyond 259 units.
+/// The folder of the system's own libraries. Empty when it cannot be read, and on Windows when it has more than 259 units.
 std::wstring systemDirectory();
 
-/// The file of the running program, likewise.
+/// The file of the running program. Empty in the same cases.
 std::wstring programFile();
 
-/// The one of the system's libraries that takes what error reports are to contain, which every process has loaded; null
-/// where there are no such reports. Nothing is loaded, so that this may be called while libraries are.
+/// The system's library that registers memory for error reports. Null where there are no such reports. Every process has
+/// it loaded. This loads nothing, so it may be called while a library is being loaded.
 HINSTANCE errorReportLibrary() noexcept;
 
-/// Where what a library needs in turn is looked for on Windows: among the system's own libraries; or also beside the
-/// library, beside the program and in folders that the program has added. The system's loader decides elsewhere, and on a
-/// Windows too old for such rules.
+/// Where Windows looks for the libraries that a library needs in turn: among the system's own, or also beside the library,
+/// beside the program, and in folders that the program has added. Off Windows, and on a Windows that has no such rules, the
+/// system's loader decides.
 enum class Needs { ofTheSystem, ofTheProgram };
 
-/// Loads the library in exactly this file, which is named from the root on, and lets it stay. Null when that fails.
+/// Loads the library in exactly this file, and keeps it loaded. `file` is an absolute path. Null when it fails.
 HINSTANCE loadLibrary(std::wstring const& file, Needs needs);
 
-/// Null when the library, which may be null, has no such function.
+/// The address of a function. Null when the library has no such function, or is null itself.
 void* libraryFunction(HINSTANCE library, char const* name) noexcept;
 
 }

@@ -5,10 +5,10 @@
 
 namespace ORN::os {
 
-/// A readable and writable block of at least one byte, all zeros, aligned to a page. Null when the system has none.
+/// Allocates a block of at least one byte, filled with zeros and aligned to a page. Null when the system has no memory.
 void* allocateLarge(std::size_t size) noexcept;
 
-/// Gives a block back; size is the one it was asked for with.
+/// Frees a block. `size` is the size that it was allocated with.
 void freeLarge(void* block, std::size_t size) noexcept;
 
 }

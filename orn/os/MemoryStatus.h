@@ -5,9 +5,9 @@
 
 namespace ORN::os {
 
-/// The system's MEMORYSTATUSEX as it is published: the length of the record itself, a percentage, and numbers of bytes.
-/// What a process may use at most, by the limits set for it, counts as what there is. Off Windows the page file is the
-/// physical memory and the swap space together, and the extended virtual memory is 0.
+/// The system's record MEMORYSTATUSEX: its own length, a percentage, and numbers of bytes. Where the process is limited to
+/// less memory than the machine has, the limit counts. Off Windows the page file is the physical memory and the swap space
+/// together, and the extended virtual memory is 0.
 struct MemoryStatus {
     DWORD length;
     DWORD memoryLoad;  ///< how much of the physical memory is in use, in percent
@@ -18,8 +18,8 @@ struct MemoryStatus {
 };
 static_assert(sizeof(MemoryStatus) == 64);
 
-/// Fills a record that tells its own length. False, with the last error set and the record as it was, when the system does
-/// not give the figures.
+/// Fills a record whose length has been set. When the system does not give the figures, returns false, sets the last error
+/// and leaves the record as it was.
 bool memoryStatus(MemoryStatus& status);
 
 }

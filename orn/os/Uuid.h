@@ -1,4 +1,4 @@
-/// The system's universally unique identifiers. A status is 0 for success and one of Windows' RPC statuses otherwise.
+/// The system's universally unique identifiers. A status is 0 for success, and otherwise one of Windows' RPC statuses.
 #pragma once
 
 #include "orn/os/Types.h"
@@ -14,20 +14,21 @@ struct Uuid {
     std::uint8_t data4[8];
 };
 
-inline constexpr LONG uuidInvalidText = 1705;  ///< parseUuid: not the 36-character form
+/// The status of parseUuid for a text that has not the 36-character form.
+inline constexpr LONG uuidInvalidText = 1705;
 
-/// A new one; random elsewhere than on Windows.
+/// Makes a new identifier. Off Windows it consists of random bits (version 4).
 LONG createUuid(Uuid& uuid) noexcept;
 
-/// The one of sixteen zeros.
+/// Gives the identifier of sixteen zeros.
 LONG createNilUuid(Uuid& uuid) noexcept;
 
-/// Reads a terminated text of the 36-character form, in either case; leaves the value alone when it is none.
+/// Reads a terminated text of the 36-character form, in either case. Leaves the value alone when it fails.
 LONG parseUuid(wchar_t const* text, Uuid& uuid) noexcept;
 
 bool uuidIsNil(Uuid const& uuid, LONG& status) noexcept;
 
-/// -1, 0 or 1: by the first field, the second, the third, then byte by byte, all unsigned.
+/// Compares the three fields, then the eight bytes, all of them unsigned. Returns -1, 0 or 1.
 int compareUuids(Uuid const& a, Uuid const& b, LONG& status) noexcept;
 
 }

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Registered when it is needed first: a library that is being loaded must not ask for it.
+/// Registered at the first use, because a library must not call the system's window functions while it is being loaded.
 unsigned int itemListFormat() {
     static unsigned int const format = ORN::os::clipboardFormat(L"Shell IDList Array");
     return format;

@@ -1,11 +1,12 @@
-/// Keys of the registry. Elsewhere than on Windows all of it is one file of the user's, registry.db in the folder orn of
-/// the configuration folder ($XDG_CONFIG_HOME, else ~/.config), or the one that the environment variable ORN_REGISTRY
-/// names; processes share it, names compare as on Windows (without case, in simple upper case), and statuses are
-/// Windows' own: 1009 for a damaged file, 1017 for one that is no registry, 5 for one that may not be written.
+/// Keys of the registry. Off Windows all of it is one file of the user, which processes share: the one that the environment
+/// variable ORN_REGISTRY names, otherwise registry.db in the folder orn of the configuration folder ($XDG_CONFIG_HOME, else
+/// ~/.config). Names compare as on Windows: without case, by simple upper case. Statuses are those of Windows: 1009 for a
+/// damaged file, 1017 for a file that is no registry, 5 for a file that may not be written, 170 when other processes have
+/// kept the file busy for ten seconds.
 ///
-/// Nothing here throws for what the system refuses: a key that could not be opened stays usable, and all that is asked
-/// of it fails. When memory runs out, constructors and errorMessage throw std::bad_alloc and leave no key open;
-/// everything else fails with status 8. Off Windows a call waits for other processes for at most ten seconds (status 170).
+/// Nothing here throws when the system refuses a call. A key that could not be opened is still an object, and every call on
+/// it fails. When memory runs out, constructors and errorMessage throw std::bad_alloc and leave no key open; all other
+/// calls fail with status 8.
 #pragma once
 
 #include "orn/Export.h"
@@ -16,14 +17,14 @@
 #include <string>
 #include <vector>
 
-/// An open key, closed when destroyed. Accessors give false, 0 or an empty result when they fail; errorMessage tells of
-/// the last call that one of them made to the system. A name of no characters is that of the key's default value. A name
-/// or a path with a zero inside is refused, with status 87, before the system is asked. One key is for one thread at a
-/// time; several keys need no care.
+/// An open key. The destructor closes it. Accessors return false, 0 or an empty result when they fail; status and
+/// errorMessage say why the last call to the system failed. The empty name is that of the key's default value. A name or a
+/// path with a zero inside is refused with status 87, without a call to the system. Only one thread may use a key at a time;
+/// different keys are independent.
 class ORN_API RegKey {
 public:
-    /// The roots that keys are opened below, as the system numbers them: programs' classes, the user's settings, those of
-    /// the machine, those of all users. Elsewhere than on Windows all of them are the user's own.
+    /// The roots, with the numbers that the system gives them: the classes of programs, the settings of the user, of the
+    /// machine, and of all users. Off Windows all of them are the user's own.
     /// @{
     static HKEY classesRoot() noexcept { return root(0x80000000); }
     static HKEY currentUser() noexcept { return root(0x80000001); }
@@ -36,69 +37,73 @@ public:
     RegKey& operator=(RegKey const&) = delete;
 
     bool valid() const noexcept { return valid_; }  ///< whether the key was opened or created
-    HKEY key() const noexcept { return key_; }      ///< stays this object's; means something only when valid
+    HKEY key() const noexcept { return key_; }      ///< the handle, which this object keeps; only for a valid key
 
-    DWORD status() const noexcept { return lastStatus_; }  ///< of that last call; 0 when it went well
+    DWORD status() const noexcept { return lastStatus_; }  ///< of the last call to the system; 0 for success
 
     /// The key's path and, when the last call failed and the system has a text for its status, a line end and that text.
     std::wstring errorMessage();
 
-    /// A string; one of the expandable type with its references %NAME% to the environment replaced, where there is such a
-    /// variable. Empty when it fails.
+    /// Reads a string. In one of the expandable type, references %NAME% to existing environment variables are replaced.
+    /// `value` is empty when it fails.
     bool getString(std::wstring const& name, std::wstring& value) const;
 
-    /// A list of strings; it ends before the first empty one. Empty when it fails.
+    /// Reads a list of strings, up to the first empty one. `values` is empty when it fails.
     bool getMultiString(std::wstring const& name, std::vector<std::wstring>& values) const;
 
-    /// A 32-bit number; `value` is set only on success.
+    /// Reads a 32-bit number. `value` is set only on success.
     [[nodiscard]] bool getDword(std::wstring const& name, DWORD& value) const;
 
-    /// Reads a binary value of at most `size` bytes into `data`; returns how many there were. A longer one gives 0; what
-    /// `data` holds after a failure is not said.
+    /// Reads a binary value of at most `size` bytes into `data`, and returns how many bytes it has. Returns 0 for a longer
+    /// value. After a failure `data` may hold anything.
     [[nodiscard]] DWORD getBinary(std::wstring const& name, void* data, DWORD size) const;
 
-    /// More of the kind. A value of another type fails with status 0, and what failed leaves nothing in its last argument,
-    /// but a number as it was. A 64-bit number may have fewer than its eight bytes, and then ends with zeros.
+    /// Read a string as it was written, a 64-bit number, and a binary value of any length. A value of another type fails with
+    /// status 0. After a failure the last argument is empty, but a number keeps its value. A stored 64-bit number may have
+    /// fewer than eight bytes; the missing high ones are zeros.
     /// @{
-    bool getUnexpandedString(std::wstring const& name, std::wstring& value) const;      ///< a string as it was written
-    [[nodiscard]] bool getQword(std::wstring const& name, std::uint64_t& value) const;  ///< a 64-bit number
-    bool getBinary(std::wstring const& name, std::vector<BYTE>& bytes) const;  ///< a binary value of any length
+    bool getUnexpandedString(std::wstring const& name, std::wstring& value) const;
+    [[nodiscard]] bool getQword(std::wstring const& name, std::uint64_t& value) const;
+    bool getBinary(std::wstring const& name, std::vector<BYTE>& bytes) const;
     /// @}
 
-    /// The bytes of a value of any type, and the type as the system numbers it: 1 for a string, 2 for an expandable one, 3
-    /// binary, 4 and 11 for numbers of 32 and 64 bits, 7 for a list of strings. Texts are in UTF-16, little-endian.
+    /// Reads the bytes of a value of any type, and the system's number of that type: 1 for a string, 2 for an expandable
+    /// string, 3 for a binary value, 4 and 11 for numbers of 32 and 64 bits, 7 for a list of strings. Texts are in UTF-16,
+    /// little-endian.
     bool getValue(std::wstring const& name, DWORD& type, std::vector<BYTE>& bytes) const;
 
-    /// The names of the keys and of the values that are directly in this one, in no order of meaning; empty when it fails.
-    /// What others make or delete meanwhile may be among them or not.
+    /// Read the names of the keys, or of the values, directly in this key, in any order. `names` is empty when it fails. A
+    /// name that another program makes or deletes meanwhile may be among them or not.
     /// @{
     bool getSubKeys(std::vector<std::wstring>& names) const;
-    bool getValueNames(std::vector<std::wstring>& names) const;  ///< the default value's is empty
+    bool getValueNames(std::vector<std::wstring>& names) const;  ///< the default value has the empty name
     /// @}
 
 protected:
     /// What a key is opened for.
     enum class Mode {
-        read,  ///< an existing one
-        write  ///< for reading too; a missing one is made
+        read,  ///< for reading, if it exists
+        write  ///< for reading and writing; a missing key is made
     };
 
-    /// Opens the sub-key of a root or of another key. `access` are extra rights, as those for the 32-bit or 64-bit view
-    /// (which mean nothing elsewhere than on Windows).
+    /// Opens the sub-key of a root or of another key. `access` are extra rights, such as those for the 32-bit or the 64-bit
+    /// view, which mean nothing off Windows.
     /// @{
     RegKey(Mode mode, HKEY root, std::wstring const& subKey, DWORD access);
     RegKey(Mode mode, RegKey const& parent, std::wstring const& subKey, DWORD access);
     /// @}
 
-    /// Takes the other's key over and leaves it as one that is not valid, with status 0 and no path. A key that this had is
-    /// closed first.
+    /// Takes over the key of `other`, which is then not valid, with status 0 and no path. Closes the key that this had.
     /// @{
     RegKey(RegKey&& other) noexcept;
     RegKey& operator=(RegKey&& other) noexcept;
     /// @}
 
-    bool keepStatus(DWORD status) const noexcept;          ///< whether it is that of success
-    bool mayAsk(std::wstring const& name) const noexcept;  ///< whether there is a key, and the name can be one
+    /// Keeps the status of a call, and returns whether it is that of success.
+    bool keepStatus(DWORD status) const noexcept;
+
+    /// Whether the key is valid and the name has no zero inside. Keeps status 87 for a name that has.
+    bool mayAsk(std::wstring const& name) const noexcept;
 
 private:
     static HKEY root(std::uint32_t number) noexcept {
@@ -117,15 +122,14 @@ private:
 /// A key opened for reading; not valid when there is none.
 class ORN_API RegReadKey : public RegKey {
 public:
-    /// Opens the sub-key, by names divided by backslashes, of a root or of another key. `access` are extra rights, 0 for
-    /// none.
+    /// Opens the sub-key of a root or of another key. Backslashes divide the names of its path. `access` are extra rights, 0
+    /// for none.
     /// @{
     RegReadKey(HKEY root, std::wstring const& subKey, DWORD access = 0);
     RegReadKey(RegKey const& parent, std::wstring const& subKey, DWORD access = 0);
     /// @}
 
-    /// Takes the other's key over and leaves it as one that is not valid, with status 0 and no path. A key that this had is
-    /// closed first.
+    /// Takes over the key of `other`, which is then not valid, with status 0 and no path. Closes the key that this had.
     /// @{
     RegReadKey(RegReadKey&& other) noexcept;
     RegReadKey& operator=(RegReadKey&& other) noexcept;
@@ -133,10 +137,10 @@ public:
     ~RegReadKey() override;
 };
 
-/// A key opened for reading and writing, made when there is none.
+/// A key opened for reading and writing. A missing key is made.
 class ORN_API RegWriteKey : public RegKey {
 public:
-    /// Opens or makes the sub-key, and all that is missing on the way to it.
+    /// Opens the sub-key, or makes it together with all keys that are missing above it.
     /// @{
     RegWriteKey(HKEY root, std::wstring const& subKey, DWORD access = 0);
     RegWriteKey(RegWriteKey const& parent, std::wstring const& subKey, DWORD access = 0);
@@ -149,23 +153,27 @@ public:
     /// @}
     ~RegWriteKey() override;
 
-    bool setString(std::wstring const& name, std::wstring const& value) const;  ///< writes one that is not expandable
+    /// Writes a string that is not expandable.
+    bool setString(std::wstring const& name, std::wstring const& value) const;
 
-    /// More of the kind. A list with an empty string, or one with a zero inside, could not be read again and is refused with
-    /// status 87, and so is what has more than 0xFFFFFFFF bytes. Nothing is written then.
+    /// Write values of the other types; setValue takes the type's number, as getValue gives it. In the text of
+    /// setExpandString, getString replaces references %NAME%. A list is refused with status 87 when one of its strings is
+    /// empty or has a zero inside, because it could not be read again; so is a value of more than 0xFFFFFFFF bytes. Nothing
+    /// is written then.
     /// @{
-    bool setExpandString(std::wstring const& name, std::wstring const& value) const;  ///< with %NAME%, for getString
+    bool setExpandString(std::wstring const& name, std::wstring const& value) const;
     bool setMultiString(std::wstring const& name, std::vector<std::wstring> const& values) const;
     bool setDword(std::wstring const& name, DWORD value) const;
     bool setQword(std::wstring const& name, std::uint64_t value) const;
     bool setBinary(std::wstring const& name, void const* data, std::size_t size) const;
-    bool setValue(std::wstring const& name, DWORD type, void const* data, std::size_t size) const;  ///< see getValue
+    bool setValue(std::wstring const& name, DWORD type, void const* data, std::size_t size) const;
     /// @}
 
-    bool deleteValue(std::wstring const& name) const;  ///< also true when there was none
+    /// Deletes a value. Also true when there is no such value.
+    bool deleteValue(std::wstring const& name) const;
 
-    /// With everything below it; also true when there was none. A name of no characters, or of backslashes alone, would be
-    /// this key itself and is refused with status 87.
+    /// Deletes a sub-key and everything below it. Also true when there is no such key. The empty name and names of
+    /// backslashes alone would mean this key itself, and are refused with status 87.
     bool deleteSubKey(std::wstring const& name) const;
 
 private:

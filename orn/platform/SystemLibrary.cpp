@@ -10,7 +10,7 @@ namespace ORN {
 
 namespace {
 
-/// Windows drops blanks and dots at the end of a part, so more than ".." may lead upwards.
+/// Windows drops blanks and dots at the end of a part, so that not only ".." leads upwards.
 bool staysInside(std::wstring_view name) {
     for (std::size_t first = 0; first <= name.size();) {
         std::wstring_view const part = name.substr(first, name.find_first_of(L"/\\", first) - first);

@@ -16,13 +16,13 @@ namespace {
 
 os::Uuid systemForm(UUID const& uuid) noexcept { return std::bit_cast<os::Uuid>(uuid); }
 
-/// Throws what a call of the system refused.
+/// Throws when a call of the system has failed.
 void require(LONG status, wchar_t const* format) {
     if (status != 0) throw OrnError{stringPrintf(format, status)};
 }
 
 bool parse(std::wstring const& text, os::Uuid& uuid) noexcept {
-    // The system reads up to the terminator; what follows an inner one is part of the text, too.
+    // The system reads up to the first zero. So the length is checked here, in case the text has a zero inside.
     return text.size() == 36 && os::parseUuid(text.c_str(), uuid) == 0;
 }
 

@@ -13,8 +13,8 @@
 
 namespace ORN {
 
-/// A 128-bit identifier: a plain value of sixteen bytes, ordered field by field. What the system refuses is thrown as
-/// ORN::OrnError with the name of the refused call and its status.
+/// A 128-bit identifier: a plain value of sixteen bytes, ordered field by field. Where the system refuses a call, these
+/// functions throw ORN::OrnError with the name of the call and its status.
 class ORN_API UUID {
 public:
     /// The sixteen bytes as a Windows GUID lays them out.
@@ -28,14 +28,15 @@ public:
     UUID();                                                          ///< the nil identifier, all zeros
     explicit UUID(PODTYPE const& value) noexcept : value_{value} {}  ///< any sixteen bytes
 
-    /// Reads the 36 characters of XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX, digits in either case. Throws ORN::OrnError with
-    /// the catalogue's message 218 for any other text.
+    /// Reads the 36 characters of XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX, with digits in either case. Throws ORN::OrnError
+    /// with the catalogue's message 218 for any other text.
     explicit UUID(std::wstring const& text);
 
-    /// A new one, unlike any other anywhere. Also throws when the system warrants that for this computer only.
+    /// Makes a new identifier that is unique everywhere. Also throws when the system can make it unique on this computer only.
     [[nodiscard]] static UUID create();
 
-    [[nodiscard]] static bool valid(std::wstring const& text) noexcept;  ///< whether the text can be read
+    /// Whether the constructor can read the text.
+    [[nodiscard]] static bool valid(std::wstring const& text) noexcept;
 
     PODTYPE toPod() const noexcept { return value_; }  ///< the sixteen bytes
     std::wstring toString() const;                     ///< the 36 characters, digits in upper case
@@ -44,7 +45,7 @@ public:
     friend ORN_API bool operator==(UUID const& a, UUID const& b);  ///< all sixteen bytes
     friend ORN_API bool operator!=(UUID const& a, UUID const& b);  ///< all sixteen bytes
 
-    /// The first field, the second, the third, then the eight bytes in turn, all as unsigned numbers.
+    /// Compares the first field, the second, the third, then byte by byte, all as unsigned numbers.
     friend std::strong_ordering operator<=>(UUID const& a, UUID const& b) { return compare(a, b) <=> 0; }
 
 private:
@@ -69,7 +70,7 @@ struct std::less<ORN::UUID> {
     bool operator()(ORN::UUID const& a, ORN::UUID const& b) const { return ORN::UUID::compare(a, b) < 0; }
 };
 
-/// Good for tables of any size, also of identifiers that count up.
+/// Spreads well in tables of any size, even for identifiers that count up.
 template <>
 struct std::hash<ORN::UUID> {
     /// Equal for equal identifiers.

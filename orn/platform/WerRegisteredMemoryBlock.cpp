@@ -22,7 +22,7 @@ void find(Function*& function, HINSTANCE library, char const* name) {
 
 struct Load {
     Load() {
-        // Other libraries must not be loaded while this one is.
+        // This runs under the loader's lock, where no library may be loaded.
         HINSTANCE const library = os::errorReportLibrary();
         find(WerRegisterMemoryBlock, library, "WerRegisterMemoryBlock");
         find(WerUnregisterMemoryBlock, library, "WerUnregisterMemoryBlock");

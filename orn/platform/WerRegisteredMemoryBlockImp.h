@@ -1,4 +1,4 @@
-/// The system's functions that registered blocks go to.
+/// The system's functions that register blocks.
 #pragma once
 
 #include "orn/os/Types.h"
@@ -8,7 +8,7 @@ namespace ORN {
 using RegisterMemoryBlock = HRESULT(void* address, DWORD size);
 using UnregisterMemoryBlock = HRESULT(void* address);
 
-/// Null where the system has none. Filled when the library is loaded.
+/// Set when the library is loaded. Null where the system has no such functions.
 extern RegisterMemoryBlock* WerRegisterMemoryBlock;
 extern UnregisterMemoryBlock* WerUnregisterMemoryBlock;
 

@@ -6,8 +6,8 @@
 
 namespace ORN {
 
-/// The figures at the moment of construction: a plain value of one record. On Linux they are the kernel's, with the limits
-/// of the process and of its control groups (of both versions, nested ones included) honoured.
+/// The memory figures at the moment of construction: a plain value of one record. On Linux they are the kernel's figures,
+/// cut to the limits of the process and of its control groups (of both versions, and nested ones).
 class ORN_API WindowsMemoryStatus {
 public:
     /// The system's MEMORYSTATUSEX, field by field.

@@ -6,7 +6,7 @@
 
 namespace ORN::os {
 
-// A string's length lies before it, as with the strings of Windows.
+// As on Windows, the length lies in memory before the characters.
 BSTR allocString(std::wstring_view text) {
     std::size_t const units = text.size();
     auto* const block = static_cast<std::byte*>(std::malloc(sizeof units + (units + 1) * sizeof(wchar_t)));

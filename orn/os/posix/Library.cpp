@@ -19,8 +19,8 @@ struct Free {
     void operator()(char* text) const noexcept { std::free(text); }
 };
 
-/// Empty for a name with a backslash, which parts names by the rules that callers follow, but is a character like any other
-/// here: they would come to a different folder.
+/// Empty for a name with a backslash. Here that is a character like any other, but callers divide paths at it, and would
+/// come to a different folder.
 std::wstring plainName(std::string const& native) {
     return native.find('\\') == std::string::npos ? wideName(native) : std::wstring{};
 }
@@ -29,7 +29,7 @@ std::wstring plainName(std::string const& native) {
 
 std::wstring systemDirectory() {
     if (ORN_OS_REFUSED("GetSystemDirectory")) return {};
-    // Where the loader found the C library of this process: right for every architecture and every layout of folders.
+    // The folder where the loader found this process's C library. That is right for every architecture and distribution.
     void* const runtime = ::dlopen(LIBC_SO, RTLD_LAZY | RTLD_NOLOAD);
     if (runtime == nullptr) return {};
     link_map const* map = nullptr;
@@ -50,7 +50,7 @@ HINSTANCE errorReportLibrary() noexcept { return nullptr; }
 
 HINSTANCE loadLibrary(std::wstring const& file, Needs) {
     std::string const native = nativeName(file);
-    // The loader would search for a name without a slash.
+    // The loader would search its folders for a name without a slash.
     if (!native.starts_with('/')) return nullptr;
     return static_cast<HINSTANCE>(::dlopen(native.c_str(), RTLD_NOW | RTLD_LOCAL));
 }

@@ -14,7 +14,7 @@ unsigned int clipboardFormat(wchar_t const* name) noexcept { return ::RegisterCl
 
 namespace {
 
-/// Whether an installer keeps the program that a shortcut leads to; its path is that of an icon then.
+/// Whether an installer manages the program that a shortcut leads to. The path of such a shortcut is that of an icon.
 bool isInstallersOwn(IShellLinkW& link) {
     void* object = nullptr;
     if (FAILED(link.QueryInterface(IID_IShellLinkDataList, &object)) || object == nullptr) return false;
@@ -30,7 +30,7 @@ bool isInstallersOwn(IShellLinkW& link) {
 DroppedMemory::DroppedMemory(IDataObject& data, unsigned int format) {
     FORMATETC wanted{static_cast<CLIPFORMAT>(format), nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
     if (FAILED(data.GetData(&wanted, &medium_))) {
-        medium_ = {};  // nothing that a failed call left there is ours
+        medium_ = {};  // what a failed call has left there is not ours to free
         return;
     }
     delivered_ = medium_.tymed == TYMED_HGLOBAL && medium_.hGlobal != nullptr;
@@ -62,7 +62,7 @@ std::wstring ShellItem::linkTarget(HWND owner) const {
 
     std::wstring path(0x8000, L'\0');  // more than any path has
     if (link->GetPath(path.data(), static_cast<int>(path.size()), nullptr, 0) != S_OK) return {};
-    // Cut short, an address of the web, or gone meanwhile.
+    // The path may be cut short, be a web address, or lead to a file that is gone.
     return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES ? path.c_str() : std::wstring{};
 }
 
