@@ -23,7 +23,7 @@ namespace DebugStream {
 
 namespace {
 
-// Room for an object that nobody destroys, because other static objects may still write when the process ends.
+// Room for an object that is never destroyed, because the destructors of other static objects may still write.
 template <typename T>
 struct Undying {
     alignas(T) std::byte bytes[sizeof(T)];
@@ -32,24 +32,24 @@ struct Undying {
 constinit Undying<TextWriterBuf> bufferRoom{};
 constinit Undying<std::wostream> streamRoom{};
 
-constinit std::atomic<std::wostream*> madeStream{nullptr};  // null until the file has been made
+constinit std::atomic<std::wostream*> madeStream{nullptr};  // null until the file has been made, or could not be
 constinit std::atomic<ORN::TextWriter*> textWriter{nullptr};
 constinit std::atomic<std::int32_t> activity{0};  // 0 not yet known, positive active, negative inactive
 constinit LONG volatile lockWord = 0;
-constinit LONG volatile makingWord = 0;  // for the first callers, who may come at once and hold the lock shared
+constinit LONG volatile makingWord = 0;  // a second lock: first callers may come at once, all with lockWord shared
 
-/// A new file, named by the template with its first '#' turned into the first number that gives a free name.
+/// A new file. Its name is the template with the first '#' replaced by the first number that gives a free name.
 std::unique_ptr<ORN::RawFileWriter> makeFreeFile(std::wstring const& pattern, std::size_t mark) {
     for (int n = 0;; ++n) {
         std::wstring name = pattern;
         name.replace(mark, 1, decimal(n));
         if (os::fileExists(name)) continue;
-        // Somebody may have made one of that name meanwhile, or a link to follow.
+        // Another process may have made a file of that name, or a link that must not be followed, since the question.
         if (auto* const file = ORN::rawCreateNew(name)) return std::unique_ptr<ORN::RawFileWriter>{file};
     }
 }
 
-/// Null when the environment names no file. Neither the writer nor its file is ever closed.
+/// The writer of the file that the environment names, or null. Neither the writer nor its file is ever closed.
 ORN::TextWriter* openFile() {
     std::wstring const pattern = os::environmentVariable(L"ORNDEBUGPRINTTEMPLATE");
     std::wstring const file = os::environmentVariable(L"ORNDEBUGPRINTFILE");
@@ -90,8 +90,9 @@ std::wostream& made() {
     return *madeStream;
 }
 
-// Once the stream has been made.
-void tellFailure() {
+/// Throws a failure that the buffer has kept. Only after the stream has been made.
+void throwKeptFailure() {
+    // Destructors write diagnostics, too; a second exception would end the program.
     if (std::uncaught_exceptions() != 0) return;
     auto* const buffer = std::launder(reinterpret_cast<TextWriterBuf*>(bufferRoom.bytes));
     if (auto const failure = buffer->takeFailure()) std::rethrow_exception(failure);
@@ -101,8 +102,8 @@ void tellFailure() {
 
 std::wostream& stream() {
     std::wostream& out = made();
-    if (!out.good()) out.clear();  // what an insertion of somebody's left behind is nobody else's affair
-    tellFailure();
+    if (!out.good()) out.clear();  // an insertion that failed must not silence the next writer
+    throwKeptFailure();
     return out;
 }
 
@@ -125,7 +126,7 @@ void flush() {
     if (out == nullptr || textWriter.load() == nullptr) return;
     out->clear();
     out->flush();
-    tellFailure();
+    throwKeptFailure();
 }
 
 LONG volatile& lock() noexcept { return lockWord; }

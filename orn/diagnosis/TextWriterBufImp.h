@@ -13,16 +13,17 @@
 
 namespace DebugStream {
 
-/// Keeps nothing but a leading surrogate whose partner is to come, because a text writer takes only whole characters. What
-/// is none becomes U+FFFD, and what the file's encoding lacks a question mark.
+/// A text writer takes only whole characters, so the buffer holds a leading surrogate until its partner comes, and nothing
+/// else. A unit that is no character becomes U+FFFD; a character that the file's encoding lacks becomes a question mark.
 ///
-/// No failure of the text writer reaches the stream, which would be bad from then on. What the writer refuses is dropped to
-/// the end of its line; at the beginning of each later line, and when the stream is flushed, the buffer tries again.
+/// No failure of the text writer reaches the stream, because the stream would stay bad. When the writer refuses a character,
+/// the buffer drops the rest of the line. It tries again at the beginning of each later line and when the stream is flushed.
 class TextWriterBuf final : public std::wstreambuf {
 public:
-    void setWriter(ORN::TextWriter* writer) noexcept { writer_ = writer; }  ///< not owned; null discards everything
+    /// The caller goes on owning the writer. Without one (null) all text is discarded.
+    void setWriter(ORN::TextWriter* writer) noexcept { writer_ = writer; }
 
-    /// What the first call threw that failed since the writer last did its work; each failure is given out once.
+    /// The exception of the first call that failed since the writer last worked, or null. Gives out each failure once.
     std::exception_ptr takeFailure() noexcept { return std::exchange(failure_, nullptr); }
 
 protected:
@@ -90,10 +91,10 @@ private:
 
     ORN::TextWriter* writer_ = nullptr;
     wchar_t leading_ = 0;
-    bool failing_ = false;       // since the last call of the writer that is known to have reached the file
+    bool failing_ = false;       // a call failed, and no flush has worked since
     bool lineBegins_ = true;     // the next character begins a line
-    bool lineCut_ = false;       // what was dropped began in the midst of one
-    std::uint64_t dropped_ = 0;  // how many characters
+    bool lineCut_ = false;       // the first dropped character stood inside a line
+    std::uint64_t dropped_ = 0;  // number of characters dropped since the last notice
     std::exception_ptr failure_;
 };
 

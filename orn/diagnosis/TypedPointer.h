@@ -1,9 +1,9 @@
-/// Objects named for diagnosis by their run-time type and address, on one line: `TypeName@address` and, with a number,
-/// `TypeName#number@address`. The address is in lower-case hexadecimal digits, the number in decimal ones; the type's name
-/// is what the compiler tells, without the words const, volatile, class and struct.
+/// Names of objects for diagnosis, by run-time type and address: `TypeName@address` and, with a number,
+/// `TypeName#number@address`. The address has lower-case hexadecimal digits, the number decimal ones. The type's name comes
+/// from the compiler, without the words const, volatile, class and struct.
 ///
-/// An object whose class has virtual functions is named by its whole self, through whichever base it is reached; a null
-/// pointer has its static type and the address 0.
+/// An object whose class has virtual functions has the same name through each of its bases: that of the whole object. A null
+/// pointer gives its static type and the address 0.
 #pragma once
 
 #include "orn/Export.h"
@@ -17,25 +17,25 @@
 
 namespace DebugStream {
 
-/// Of an object's run-time type and the address of the whole object; and a number.
+/// The name from a type and the address of the whole object, without and with a number.
 /// @{
 ORN_API std::wstring typedPtrA(std::type_info const& type, void const volatile* address);
 ORN_API std::wstring typedIdPtrA(std::type_info const& type, void const volatile* address, std::int64_t id);
 /// @}
 
-/// The texts of the functions above, into a stream.
+/// Write the names of the functions above into a stream.
 /// @{
 ORN_API void debugPtrA(std::wostream& stream, std::type_info const& type, void const volatile* address);
 ORN_API void debugIdPtrA(std::wostream& stream, std::type_info const& type, void const volatile* address,
                          std::int64_t id);
 /// @}
 
-/// What names an object.
+/// The two parts of an object's name.
 struct TypedPointer {
-    std::type_info const& type;    ///< the run-time type
-    void const volatile* address;  ///< of the whole object
+    std::type_info const& type;    ///< The run-time type.
+    void const volatile* address;  ///< The address of the whole object.
 
-    /// Looks at the object, unless it is null.
+    /// Reads the type from the object, unless the pointer is null.
     template <typename T>
     explicit TypedPointer(T* object) : type{typeOf(object)}, address{whole(object)} {}
 
@@ -56,7 +56,7 @@ private:
     }
 };
 
-/// Of the object at a pointer, which may be null.
+/// The name of the object at a pointer, which may be null.
 /// @{
 template <typename T>
 std::wstring typedPtrA(T* object) {
@@ -70,7 +70,7 @@ std::wstring typedIdPtrA(T* object, std::int64_t id) {
 }
 /// @}
 
-/// The same, for the object itself.
+/// The name of an object.
 /// @{
 template <typename T>
 std::wstring typedPtrRefA(T const& object) {
@@ -82,7 +82,7 @@ std::wstring typedIdPtrRefA(T const& object, std::int64_t id) {
 }
 /// @}
 
-/// The same texts, into a stream.
+/// Write the names of objects into a stream.
 /// @{
 template <typename T>
 void debugPtrA(std::wostream& stream, T* object) {

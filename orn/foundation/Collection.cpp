@@ -9,7 +9,7 @@ CollectionBase::CollectionBase(std::size_t perChunk, std::size_t elementSize, un
     : chunks_{&firstChunk_}, perChunk_{perChunk}, elementSize_{elementSize}, firstChunk_{firstChunk} {}
 
 CollectionBase& CollectionBase::operator=(CollectionBase const& other) {
-    // Elements of one size may still be of two types.
+    // Elements of equal size may still be of different types.
     if (typeid(*this) != typeid(other)) throw std::logic_error{"CollectionBase: assignment of another collection"};
     rawAssign(other);
     return *this;
@@ -80,7 +80,8 @@ void CollectionBase::rawDiscard() noexcept {
     count_ = 0;
 }
 
-/// Constructs the next run of elements, all within one chunk, from a source that goes on by stride.
+/// Constructs a run of elements, all within one chunk. The source moves on by stride after each of them. What a constructor
+/// throws leaves the elements before it counted, and no chunk without elements.
 void CollectionBase::append(std::size_t chunk, std::size_t run, unsigned char const* source, std::size_t stride) {
     std::size_t const offset = count_ % perChunk_;
     unsigned char* slot = (offset == 0 ? addChunk(chunk) : chunks_[chunk]) + offset * elementSize_;
@@ -103,6 +104,7 @@ unsigned char* CollectionBase::addChunk(std::size_t index) {
 }
 
 void CollectionBase::growTable() {
+    // Half as much again, so that a chunk costs constant time on average; the first table holds 11 chunks.
     std::size_t const capacity = capacity_ * 3 / 2 + 10;
     bool const fits = capacity <= max_size() / sizeof *chunks_;
     auto const table = static_cast<unsigned char**>(::operator new(fits ? capacity * sizeof *chunks_ : max_size()));

@@ -1,4 +1,4 @@
-/// Growable sequences in equal-sized chunks that never move, so an element keeps its address while others are appended.
+/// Growable sequences in equal-sized chunks that never move, so that elements keep their addresses while others are appended.
 #pragma once
 
 #include "orn/Export.h"
@@ -21,16 +21,16 @@ namespace ORN {
 /// A derived class constructs and destroys single elements; its destructor calls clear(), which frees every other chunk.
 class ORN_API CollectionBase {
 public:
-    using size_type = std::size_t;  ///< of counts and indices
+    using size_type = std::size_t;  ///< The type of counts and indices.
 
-    /// Copies the fields alone: elements, chunks and table stay the other's. A derived copy constructor calls the
-    /// constructor with its own first chunk instead, then rawInit.
+    /// Copies the fields alone; the other collection goes on owning elements, chunks and table. The copy constructor of a
+    /// derived class therefore calls the protected constructor with its own first chunk instead, and then rawInit.
     CollectionBase(CollectionBase const&) noexcept = default;
 
-    /// rawAssign. Throws std::logic_error, and changes nothing, when the other object is of another class.
+    /// Does rawAssign. Throws std::logic_error, and changes nothing, when the other object is of another class.
     CollectionBase& operator=(CollectionBase const& other);
 
-    virtual ~CollectionBase();  ///< frees the table, neither elements nor chunks
+    virtual ~CollectionBase();  ///< Frees the table, but neither elements nor chunks.
 
     /// As of standard containers; max_size is the largest size_type.
     /// @{
@@ -39,8 +39,8 @@ public:
     constexpr size_type max_size() const noexcept { return static_cast<size_type>(-1); }
     /// @}
 
-    void clear();     ///< destroys the elements from the back, frees all chunks but the first
-    void pop_back();  ///< the collection must not be empty
+    void clear();     ///< Destroys the elements from the back and frees all chunks but the first.
+    void pop_back();  ///< Destroys the last element. The collection must not be empty.
 
 protected:
     /// perChunk is not 0; firstChunk has room for that many elements and lives as long as this object.
@@ -49,10 +49,10 @@ protected:
     /// The slot of element size(), its chunk allocated. The caller constructs the element there and calls rawPushed,
     /// or, when the constructor throws, rawNotPushed.
     void* rawPush();
-    void rawPushed(std::size_t count) noexcept { count_ = count; }  ///< the count with the new element
-    void rawNotPushed() noexcept;                                   ///< the chunk that rawPush allocated goes again
+    void rawPushed(std::size_t count) noexcept { count_ = count; }  ///< Sets the count, which includes the new element.
+    void rawNotPushed() noexcept;                                   ///< Frees the chunk that rawPush allocated.
 
-    /// Addresses: of an element (the index is not tested), of the first and the last one, of the chunks.
+    /// The addresses of an element (the index is not checked), of the first and of the last element, and of the table of chunks.
     /// @{
     void* rawIndex(std::size_t i) const noexcept { return chunks_[i / perChunk_] + i % perChunk_ * elementSize_; }
     void* rawFront() const noexcept { return firstChunk_; }
@@ -64,22 +64,22 @@ protected:
     void rawResize(std::size_t count, void const* source);
 
     /// Appends copies of the other's elements to this empty collection. Throws std::logic_error, and changes nothing, when
-    /// the other's elements or chunks have another size, or this collection has elements. That the elements are of one
-    /// type is the caller's to know.
+    /// the other's elements or chunks have another size, or this collection has elements. The caller must know that both
+    /// have elements of one type.
     void rawInit(CollectionBase const& other);
 
-    /// rawInit after the own elements are gone; nothing for itself. The sizes are compared first.
+    /// Compares the sizes, destroys the own elements, and does rawInit. Does nothing when the other is this collection.
     void rawAssign(CollectionBase const& other);
 
-    /// Takes over the other's count and all chunks but chunk 0, whose elements the caller has moved already. This
-    /// collection is empty; the other one is so afterwards.
+    /// Takes over the other's count and all chunks but chunk 0, whose elements the caller has moved already. This collection
+    /// must be empty; afterwards the other one is.
     void rawTake(CollectionBase& other) noexcept;
 
     /// clear() for elements that need no destruction.
     void rawDiscard() noexcept;
 
 private:
-    virtual void rawConstruct(void* slot, void const* source) = 0;  ///< a copy of source, or a default element
+    virtual void rawConstruct(void* slot, void const* source) = 0;  ///< A copy of source; for null a default element.
     virtual void rawDestroy(void* slot) = 0;
 
     void requireSameSizes(CollectionBase const& other) const;
@@ -90,7 +90,7 @@ private:
 
     std::size_t count_ = 0;
     unsigned char** chunks_;
-    std::size_t capacity_ = 1;  // 1: the table is firstChunk_ itself
+    std::size_t capacity_ = 1;  // of the table; 1 means that the table is firstChunk_ itself
     std::size_t perChunk_;
     std::size_t elementSize_;
     unsigned char* firstChunk_;
@@ -117,7 +117,7 @@ public:
     using const_iterator = Iterator<T const>;
     /// @}
 
-    Collection() noexcept : CollectionBase{PerChunk, sizeof(T), first_} {}  ///< empty
+    Collection() noexcept : CollectionBase{PerChunk, sizeof(T), first_} {}  ///< Makes an empty collection.
     ~Collection() override { clear(); }
 
     /// Copies of the other's elements.
@@ -174,7 +174,7 @@ public:
     void push_back(T&& value) { emplace_back(std::move(value)); }
     template <typename... Arguments>
     T& emplace_back(Arguments&&... arguments) {
-        // The count is read once: the element just constructed might overlie it for all that the compiler knows.
+        // The count is read once: for all that the compiler knows, the new element may have been written over it.
         size_type const count = size();
         void* const slot = count % PerChunk == 0 ? rawPush() : at(count);
         T* element;
@@ -237,7 +237,7 @@ private:
     alignas(T) unsigned char first_[PerChunk * sizeof(T)];
 };
 
-/// A place in a collection, told by its index.
+/// A place in a collection: the collection and an index.
 template <typename T, std::size_t PerChunk>
 template <typename Element>
 class Collection<T, PerChunk>::Iterator {

@@ -12,14 +12,15 @@ namespace ORN {
 
 namespace {
 
-/// Both texts or, when memory runs out, none of them.
+/// Assigns both texts or, when memory runs out, neither. Every step that may throw comes before the first text is lost.
 void assignTexts(std::string& narrow, std::wstring& wide, std::string const& newNarrow, std::wstring const& newWide) {
     std::string copy = newNarrow;
     wide = newWide;
     narrow.swap(copy);
 }
 
-/// An exception is copied where another one would end the program, so what there is no memory for is left out.
+/// Leaves both texts empty when memory runs out. The runtime copies exceptions while it throws them, and another exception
+/// at that moment would end the program.
 void copyTexts(std::string& narrow, std::wstring& wide, std::string const& from,
                std::wstring const& wideFrom) noexcept {
     try {
@@ -27,7 +28,8 @@ void copyTexts(std::string& narrow, std::wstring& wide, std::string const& from,
     } catch (std::bad_alloc const&) {}
 }
 
-// The code of a failed call goes with the narrow message, behind its terminator: neither the layout nor the text knows.
+// WinError keeps its code inside the narrow message, behind the terminator: a zero, then the bytes of the code. So the class
+// has the layout of OrnError, what() shows nothing of it, and copies take it along.
 constexpr std::size_t tailSize = 1 + sizeof(DWORD);
 
 }
@@ -104,7 +106,7 @@ std::wstring inBrackets(HRESULT result) {
     return text;
 }
 
-/// An object's own account of an error, held for the scope.
+/// The IErrorInfo of an object, if it has one. Holds a reference for the scope.
 class ErrorInfo {
 public:
     explicit ErrorInfo(IUnknown* object) {
@@ -158,7 +160,7 @@ WinError::~WinError() = default;
 DWORD WinError::code() const noexcept {
     DWORD code = 0;
     std::size_t const size = narrow_.size();
-    // Another text, assigned or set by a derived class, has no such tail.
+    // A text that was assigned, or set by a derived class, has no tail.
     if (size >= ORN::tailSize && narrow_[size - ORN::tailSize] == '\0')
         std::memcpy(&code, narrow_.data() + size - sizeof code, sizeof code);
     return code;

@@ -11,24 +11,24 @@
 
 namespace ORN {
 
-/// What a handle needs of an object.
+/// The interface through which handles count references to an object.
 class ORN_API IHandlable {
 public:
-    virtual void adref() const = 0;  ///< adds one reference; does not throw
-    virtual void deref() const = 0;  ///< drops one reference, and destroys the object with the last; does not throw
+    virtual void adref() const = 0;  ///< Adds a reference. Does not throw.
+    virtual void deref() const = 0;  ///< Drops a reference; destroys the object with the last one. Does not throw.
     virtual ~IHandlable();
 };
 
-/// The base of classes whose objects are shared. An object starts with no references, is made with `new`, and deletes
-/// itself when its last handle goes; one that no handle ever took is its maker's to delete. References may be added and
-/// dropped on any number of threads at once.
+/// The base of classes whose objects are shared. An object is made with `new` and starts with no references. It deletes
+/// itself when its last handle is destroyed; until a first handle has taken it, its maker must delete it. Any number of
+/// threads may add and drop references at once.
 ///
-/// While the destructor runs the count stands at 1, so a destructor may wrap `this` in handles and drop them again.
+/// While the destructor runs, the count is 1, so that a destructor may create handles to `this` and drop them again.
 class ORN_API Handlable : public IHandlable {
 protected:
     constexpr Handlable() noexcept = default;
-    constexpr Handlable(Handlable const&) noexcept : IHandlable{} {}   ///< a copy has no references yet
-    Handlable& operator=(Handlable const&) noexcept { return *this; }  ///< both objects keep their references
+    constexpr Handlable(Handlable const&) noexcept : IHandlable{} {}   ///< A copy has no references yet.
+    Handlable& operator=(Handlable const&) noexcept { return *this; }  ///< Both objects keep their own references.
     ~Handlable() override;
 
 private:
@@ -43,20 +43,20 @@ private:
     mutable std::atomic<LONG> count_{0};
 };
 
-/// The operations of every handle on the counted object.
+/// What all handles do with the object that they count.
 class ORN_API HandleBase {
 protected:
     constexpr HandleBase() noexcept = default;
-    constexpr HandleBase(HandleBase const&) noexcept = default;          ///< there is nothing to copy
-    HandleBase& operator=(HandleBase const&) noexcept { return *this; }  ///< does nothing
+    constexpr HandleBase(HandleBase const&) noexcept = default;          ///< Copies nothing: the base has no members.
+    HandleBase& operator=(HandleBase const&) noexcept { return *this; }  ///< Does nothing.
     ~HandleBase() = default;
 
-    /// Adds a reference; nothing for null.
+    /// Adds a reference. Does nothing for null.
     static void adref(IHandlable const* p) {
         if (p != nullptr) p->adref();
     }
 
-    /// Drops a reference; nothing for null.
+    /// Drops a reference. Does nothing for null.
     static void deref(IHandlable const* p) {
         if (p != nullptr) p->deref();
     }
@@ -65,21 +65,30 @@ protected:
     static LONG refC(Handlable const* p) noexcept { return p->count_.load(std::memory_order_relaxed); }
 };
 
-/// A pointer that owns one reference to its object, or null, which is written nullptr. A raw pointer becomes a handle only
-/// where that is said, since the object may be deleted with it: `return Handle<T>{p};`.
+/// A pointer that owns one reference to its object, or is null. The conversion from a raw pointer is explicit, because the
+/// object may be deleted together with the handle: `return Handle<T>{p};`.
 ///
 /// Handles to one object may be used on several threads; a single handle may not be changed by one thread while another
 /// uses it.
 template <typename T>
 class Handle : public HandleBase {
 public:
-    constexpr Handle() noexcept = default;        ///< null
-    constexpr Handle(std::nullptr_t) noexcept {}  ///< null
-    explicit Handle(T* p) noexcept;               ///< adds a reference; null gives a null handle
-    Handle(Handle const& other) noexcept;         ///< adds a reference
-    constexpr Handle(Handle&& other) noexcept : pointer_{std::exchange(other.pointer_, nullptr)} {}  ///< leaves null
+    /// A null handle.
+    /// @{
+    constexpr Handle() noexcept = default;
+    constexpr Handle(std::nullptr_t) noexcept {}
+    /// @}
 
-    /// From a handle to a derived class, which it shares or leaves null.
+    /// Another handle to the object, to which it adds a reference. Null gives a null handle.
+    /// @{
+    explicit Handle(T* p) noexcept;
+    Handle(Handle const& other) noexcept;
+    /// @}
+
+    /// Takes the other's reference and leaves the other handle null.
+    constexpr Handle(Handle&& other) noexcept : pointer_{std::exchange(other.pointer_, nullptr)} {}
+
+    /// From a handle to a derived class: shares its object, or takes its reference and leaves it null.
     /// @{
     template <typename Derived>
     requires(std::convertible_to<Derived*, T*> && !std::same_as<Derived, T>) Handle(Handle<Derived> const& other)
@@ -89,22 +98,22 @@ public:
     noexcept : pointer_{std::exchange(other.pointer_, nullptr)} {}
     /// @}
 
-    ~Handle();  ///< drops its reference
+    ~Handle();  ///< Drops the reference.
 
-    /// The object, which the handle goes on owning. It must not be null for the last two.
+    /// The object, which the handle goes on owning. The operators need a handle that is not null.
     /// @{
     T* get() const noexcept;
     T* operator->() const noexcept;
     T& operator*() const noexcept;
     /// @}
 
-    /// Whether there is no object, or is one.
+    /// Whether the handle is null; whether it is not.
     /// @{
     bool null() const noexcept;
     explicit operator bool() const noexcept { return pointer_ != nullptr; }
     /// @}
 
-    /// True when the object has no other reference; meaningful while no other thread takes or drops one.
+    /// True when the object has no other reference. The answer holds only while no other thread adds or drops one.
     bool isLastHandle() const noexcept;
 
     /// Takes the new object before it drops the old one, so assignment to the handle's own object never destroys it.
@@ -115,8 +124,8 @@ public:
         replace(std::exchange(other.pointer_, nullptr));
         return *this;
     }
-    void reset(T* p) noexcept;          ///< as assignment of Handle{p}
-    void swap(Handle& other) noexcept;  ///< not atomic
+    void reset(T* p) noexcept;          ///< The same as assignment of Handle{p}.
+    void swap(Handle& other) noexcept;  ///< Swaps the objects. No other thread may use either handle meanwhile.
 
     /// Identity of the objects, not equality of their values.
     /// @{
@@ -135,8 +144,8 @@ private:
     T* pointer_ = nullptr;
 };
 
-// Outside of the class, because what is inside counts as inline, and inline members of an instantiation are not exported
-// from a DLL.
+// Outside of the class, because members that are defined inside are inline, and a DLL does not export the inline members of
+// an explicit instantiation.
 template <typename T>
 Handle<T>::Handle(T* p) noexcept : pointer_{p} {
     adref(p);
@@ -195,14 +204,14 @@ bool Handle<T>::operator!=(Handle const& other) const noexcept {
     return pointer_ != other.pointer_;
 }
 
-/// A new object, made of the arguments, and its first handle: makeHandle<Layer>(name).
+/// Makes an object from the arguments, and returns its first handle: makeHandle<Layer>(name).
 template <std::derived_from<IHandlable> T, typename... Arguments>
 [[nodiscard]] Handle<T> makeHandle(Arguments&&... arguments) {
     return Handle<T>{new T(std::forward<Arguments>(arguments)...)};
 }
 
-/// A handle to the same object as one of a class derived from it; null when it is none, or there is no object:
-/// handleCast<Derived>(handle).
+/// A handle to the same object through a derived class: handleCast<Derived>(handle). Null when the object is not of that
+/// class, and for a null handle.
 template <typename Derived, typename T>
 [[nodiscard]] Handle<Derived> handleCast(Handle<T> const& handle) noexcept {
     return Handle<Derived>{dynamic_cast<Derived*>(handle.get())};
