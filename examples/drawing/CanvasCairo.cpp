@@ -9,13 +9,6 @@
 #include <new>
 #include <utility>
 
-#if defined(__SANITIZE_THREAD__)
-// Cairo passes memory from thread to thread by atomic exchanges, which the sanitizer sees only in code built with it.
-extern "C" __attribute__((visibility("default"))) char const* __tsan_default_suppressions() {
-    return "called_from_lib:libcairo.so\n";
-}
-#endif
-
 namespace drawing {
 
 namespace {
@@ -41,8 +34,8 @@ Surface surfaceOver(unsigned char* pixels, int width, int height) {
 
 class CairoCanvas final : public Canvas {
 public:
-    CairoCanvas(Surface surface, int top, Colour const& paper)
-        : top_{static_cast<double>(top)}, surface_{std::move(surface)}, context_{cairo_create(surface_.get())} {
+    CairoCanvas(Surface surface, Colour const& paper)
+        : surface_{std::move(surface)}, context_{cairo_create(surface_.get())} {
         check(cairo_status(context_.get()));
         cairo_set_source_rgb(context_.get(), paper.r(), paper.g(), paper.b());
         cairo_paint(context_.get());
@@ -52,7 +45,7 @@ public:
 
     void stroke(std::span<Point<2> const> points, Colour const& colour, double width) override {
         cairo_t* const context = context_.get();
-        for (Point<2> const& p : points) cairo_line_to(context, p.x(), p.y() - top_);
+        for (Point<2> const& p : points) cairo_line_to(context, p.x(), p.y());
         cairo_set_source_rgb(context, colour.r(), colour.g(), colour.b());
         cairo_set_line_width(context, width);
         cairo_stroke(context);
@@ -60,14 +53,11 @@ public:
 
     void finish() override {
         check(cairo_status(context_.get()));
-        cairo_surface_flush(surface_.get());
-        if (cairo_surface_get_type(surface_.get()) == CAIRO_SURFACE_TYPE_IMAGE) return;
         cairo_surface_finish(surface_.get());
         check(cairo_surface_status(surface_.get()));
     }
 
 private:
-    double top_;
     Surface surface_;
     Context context_;
 };
@@ -94,14 +84,10 @@ cairo_status_t append(void* closure, unsigned char const* bytes, unsigned int co
 
 }
 
-std::unique_ptr<Canvas> Canvas::create(Band const& band, Colour const& paper) {
-    return std::make_unique<CairoCanvas>(surfaceOver(band.pixels, band.width, band.height), band.top, paper);
-}
-
 std::unique_ptr<Canvas> pdfCanvas(ORN::RawWriter& file, int width, int height, Colour const& paper) {
     Surface surface{cairo_pdf_surface_create_for_stream(writeTo, &file, width, height)};
     check(cairo_surface_status(surface.get()));
-    return std::make_unique<CairoCanvas>(std::move(surface), 0, paper);
+    return std::make_unique<CairoCanvas>(std::move(surface), paper);
 }
 
 std::vector<unsigned char> pngFile(DIBitmap const& bitmap) {

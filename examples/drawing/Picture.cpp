@@ -60,12 +60,13 @@ void saveText(std::string const& text, std::wstring const& name) {
     save(name, [&](ORN::RawWriter& file) { file.write(text.data(), text.size()); });
 }
 
-void savePicture(Drawing const& drawing, Page const& page, Format format, std::wstring const& name) {
+void savePicture(Drawing const& drawing, Page const& page, Format format, std::wstring const& name,
+                 std::function<void(int perCent)> const& progress) {
     save(name, [&](ORN::RawWriter& file) {
         switch (format) {
             case Format::svg: return writeSvg(drawing, page, file);
             case Format::pdf: return writePdf(drawing, page, file);
-            default: writeBitmap(renderPage(drawing, page), format, file);
+            default: writeBitmap(renderPage(drawing, page, progress), format, file);
         }
     });
 }

@@ -6,6 +6,7 @@
 
 #include "orn/colour/DIBitmap.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -29,7 +30,9 @@ void savePicture(DIBitmap const& bitmap, std::wstring const& name);
 /// Writes a text into a file, or to standard output; otherwise the same.
 void saveText(std::string const& text, std::wstring const& name);
 
-/// Draws the drawing into a file, or into standard output; otherwise the same. Not every system makes PDF.
-void savePicture(Drawing const& drawing, Page const& page, Format format, std::wstring const& name);
+/// Draws the drawing into a file, or into standard output; otherwise the same. Not every system makes PDF. Progress is
+/// told for bitmaps, as renderPage does.
+void savePicture(Drawing const& drawing, Page const& page, Format format, std::wstring const& name,
+                 std::function<void(int perCent)> const& progress = {});
 
 }

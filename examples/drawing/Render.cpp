@@ -1,65 +1,98 @@
 #include "drawing/Render.h"
 
+#include "drawing/Canvas.h"
 #include "drawing/Flatten.h"
+
+#include "orn/threading/Scheduler.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <exception>
+#include <memory>
 #include <mutex>
-#include <system_error>
 #include <thread>
 
 namespace drawing {
 
 namespace {
 
-// With the snapping below, a quarter of a pixel in all.
+// With the rounding of the strokes' points, a quarter of a pixel in all.
 constexpr double flatness = 0.2;
 
-// To a pixel. So fine that it does not show, and so coarse that moving a point to its band is exact: then every band
-// gets the same shapes.
-constexpr double gridSteps = 256;
+/// A worker of the library that runs one job in the background. The job comes to its end by itself.
+class Helper final : public ORN::Threading::SchedulerBase, private ORN::Threading::TaskBase {
+public:
+    explicit Helper(std::function<void()> job) : SchedulerBase{0}, job_{std::move(job)} {}
+    ~Helper() override {
+        finish(ORN::Threading::BoringWaiter{});
+    }  // drops a job that has not begun, and waits for one that has
+    Helper(Helper const&) = delete;
+    Helper& operator=(Helper const&) = delete;
 
-Point<2> snapped(Point<2> const& p) {
-    return {std::floor(p.x() * gridSteps + 0.5) / gridSteps, std::floor(p.y() * gridSteps + 0.5) / gridSteps};
-}
-
-Colour colourOf(std::uint32_t rgb) { return Colour::argb(0xFF000000 | rgb); }
-
-/// Whether an arc can touch the rows at all: it keeps within a disc around the middle of its chord.
-bool touches(ORN::Arc<2> const& arc, AffineTransform<2> const& transform, double stretch, double from, double to) {
-    Vector<2> const chord = arc.end() - arc.start();
-    double const reach = chord.length() * 0.5 * std::max(1.0, std::fabs(arc.bulge())) * stretch;
-    double const y = ((arc.start() + chord * 0.5) * transform).y();
-    return y + reach >= from && y - reach <= to;
-}
-
-}
-
-void renderBand(Drawing const& drawing, Page const& page, Band const& band) {
-    double const width = page.lineWidth();
-    double const stretch = largestStretch(page.transform());
-    double const from = band.top - width - 1, to = band.top + band.height + width + 1;
-
-    std::unique_ptr<Canvas> const canvas = Canvas::create(band, colourOf(page.paper()));
-    std::vector<Point<2>> points;
-    for (Entity const& entity : drawing.entities()) {
-        if (!touches(entity.arc, page.transform(), stretch, from, to)) continue;
-        flatten(entity.arc, page.transform(), stretch, flatness, points);
-        for (Point<2>& p : points) p = snapped(p);
-        bool const dot = std::all_of(points.begin(), points.end(), [&](Point<2> const& p) { return p == points[0]; });
-        if (dot) points.back() += Vector<2>{1 / gridSteps, 0};  // not every library draws a line without length
-        canvas->stroke(points, colourOf(entity.rgb), width);
+    void start() {
+        ExclusiveLock guard{lockWord()};
+        startThread(guard);
+        isQueued_ = true;
+        wakeWorker(guard);
     }
-    canvas->finish();
-    for (std::ptrdiff_t i = 0, count = std::ptrdiff_t{band.width} * band.height; i < count; ++i) {
-        band.pixels[i * 4 + 3] = 0xFF;
+
+private:
+    void processTasks() override {
+        ExclusiveLock guard{lockWord()};
+        if (!isQueued_) return;
+        isQueued_ = false;
+        isRunning_ = true;
+        setCancelled(false);
+        guard.unlock();
+        job_();
+        guard.lock();
+        isRunning_ = false;
+        tellStopped();
+    }
+    void abort() override {}
+    void eraseWholeQueue() override { isQueued_ = false; }
+    TaskBase* taskInProgress() const override { return isRunning_ ? const_cast<Helper*>(this) : nullptr; }
+    char const* threadName() const override { return "drawing"; }
+    void onThreadStart() override {}
+    void onThreadExit() override {}
+
+    std::function<void()> job_;
+    bool isQueued_ = false, isRunning_ = false;  // under the lock
+};
+
+}
+
+Renderer::Renderer(Drawing const& drawing, Page const& page) : drawing_{&drawing}, page_{&page} {
+    double const stretch = largestStretch(page.transform()), margin = page.lineWidth() + 1;
+    reaches_.reserve(drawing.entities().size());
+    for (Entity const& entity : drawing.entities()) {
+        // An arc keeps within a disc around the middle of its chord.
+        Vector<2> const chord = entity.arc.end() - entity.arc.start();
+        double const radius = chord.length() * 0.5 * std::max(1.0, std::fabs(entity.arc.bulge())) * stretch + margin;
+        double const y = ((entity.arc.start() + chord * 0.5) * page.transform()).y();
+        reaches_.push_back({static_cast<float>(y - radius), static_cast<float>(y + radius)});
+    }
+}
+
+void Renderer::draw(Band const& band) const {
+    auto* const pixels = reinterpret_cast<std::uint32_t*>(band.pixels);
+    std::fill_n(pixels, std::ptrdiff_t{band.width} * band.height, 0xFF000000 | page_->paper());
+    double const stretch = largestStretch(page_->transform());
+    auto const top = static_cast<float>(band.top), bottom = static_cast<float>(band.top + band.height);
+    Strokes strokes{band, page_->lineWidth()};
+    std::vector<Point<2>> points;
+    for (std::size_t i = 0; i < reaches_.size(); ++i) {
+        if (!(reaches_[i].bottom >= top && reaches_[i].top <= bottom)) continue;
+        Entity const& entity = drawing_->entities()[i];
+        flatten(entity.arc, page_->transform(), stretch, flatness, points);
+        strokes.draw(points, 0xFF000000 | entity.rgb);
     }
 }
 
 void writePdf(Drawing const& drawing, Page const& page, ORN::RawWriter& file) {
     auto const [width, height] = page.size();
+    auto const colourOf = [](std::uint32_t rgb) { return Colour::argb(0xFF000000 | rgb); };
     std::unique_ptr<Canvas> const canvas = pdfCanvas(file, width, height, colourOf(page.paper()));
     double const fine = flatness / 10;  // who looks at it may enlarge it
     double const stretch = largestStretch(page.transform());
@@ -71,21 +104,23 @@ void writePdf(Drawing const& drawing, Page const& page, ORN::RawWriter& file) {
     canvas->finish();
 }
 
-DIBitmap renderPage(Drawing const& drawing, Page const& page) {
+DIBitmap renderPage(Drawing const& drawing, Page const& page, std::function<void(int perCent)> const& progress) {
     auto const [width, height] = page.size();
     DIBitmap bitmap{static_cast<unsigned int>(width), -height, 32, 0};
+    Renderer const renderer{drawing, page};
 
-    // A few bands for every processor, each of at most a million pixels to bound what a canvas may need besides.
+    // A few bands for each processor: what crosses a border is drawn twice.
     int const threads = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
-    int const rows = std::clamp(std::min((1 << 20) / width, height / (3 * threads)), 1, height);
+    int const rows = std::max(1, height / (4 * threads));
     std::atomic<int> nextTop{0};
     std::mutex failing;
     std::exception_ptr failure;
-    auto const work = [&, width = width, height = height] {
+    auto const work = [&, width = width, height = height](std::function<void(int)> const& tell) {
         try {
             for (int top; (top = nextTop.fetch_add(rows)) < height;) {
                 unsigned char* const pixels = bitmap.bits() + std::ptrdiff_t{width} * top * 4;
-                renderBand(drawing, page, {pixels, width, top, std::min(rows, height - top)});
+                renderer.draw({pixels, width, top, std::min(rows, height - top)});
+                if (tell) tell(static_cast<int>(100 * std::int64_t{top + rows} / height));
             }
         } catch (...) {
             std::lock_guard const lock{failing};
@@ -94,12 +129,12 @@ DIBitmap renderPage(Drawing const& drawing, Page const& page) {
         }
     };
     {
-        std::vector<std::jthread> helpers;
-        try {
-            while (static_cast<int>(helpers.size()) + 1 < threads) helpers.emplace_back(work);
-        } catch (std::system_error const&) {  // then with fewer
+        std::vector<std::unique_ptr<Helper>> helpers;
+        while (static_cast<int>(helpers.size()) + 1 < threads) {
+            helpers.push_back(std::make_unique<Helper>([&] { work({}); }));
+            helpers.back()->start();
         }
-        work();
+        work(progress);
     }
     if (failure) std::rethrow_exception(failure);
     return bitmap;

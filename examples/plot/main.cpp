@@ -16,17 +16,17 @@
 
 namespace {
 
-/// A line on a terminal that says how far reading is, once it takes longer than a second.
+/// A line on a terminal that says how far the work is, once it takes longer than a second.
 class Progress {
 public:
     ~Progress() { clear(); }
 
-    void show(std::uint64_t rows) {
+    void show(std::uint64_t count, char const* what) {
         Clock::time_point const now = Clock::now();
         if (!drawing::errorIsTerminal() || now - latest_ < std::chrono::seconds{1}) return;
         latest_ = now - std::chrono::milliseconds{800};  // from now on more often
         shown_ = true;
-        std::fprintf(stderr, "\r%llu entities read", static_cast<unsigned long long>(rows));
+        std::fprintf(stderr, "\r%llu %s", static_cast<unsigned long long>(count), what);
         std::fflush(stderr);
     }
 
@@ -42,17 +42,18 @@ private:
     bool shown_ = false;
 };
 
-drawing::Drawing read(plot::Options const& options) {
-    Progress progress;
+drawing::Drawing read(plot::Options const& options, Progress& progress) {
     drawing::ReadingOptions reading;
     reading.ink = drawing::inkOn(options.view.paper);
     reading.tolerance = options.tolerance;
-    reading.progress = [&](std::uint64_t entities) { progress.show(entities); };
+    reading.progress = [&](std::uint64_t entities) { progress.show(entities, "entities read"); };
     reading.remark = [&](std::wstring const& what) {
         progress.clear();
         if (!options.quiet) drawing::remark("orn-plot", options.drawing, what);
     };
-    return drawing::readDrawing(options.drawing, reading);
+    drawing::Drawing drawing = drawing::readDrawing(options.drawing, reading);
+    progress.clear();
+    return drawing;
 }
 
 std::wstring shownName(plot::Options const& options) {
@@ -99,9 +100,12 @@ void checkFiles(plot::Options const& options) {
 void run(plot::Options const& options) {
     checkFiles(options);
     ContextGdiplus const graphics;
-    drawing::Drawing const drawing = chosen(read(options), options);
+    Progress progress;
+    drawing::Drawing const drawing = chosen(read(options, progress), options);
     drawing::Page const page = placed(drawing, options);
-    drawing::savePicture(drawing, page, options.format, options.picture);
+    drawing::savePicture(drawing, page, options.format, options.picture,
+                         [&](int perCent) { progress.show(static_cast<std::uint64_t>(perCent), "% drawn"); });
+    progress.clear();
     if (!options.table.empty()) drawing::saveText(plot::table(drawing), options.table);
 }
 

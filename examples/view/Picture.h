@@ -4,6 +4,7 @@
 #include "view/Sheet.h"
 
 #include "drawing/Page.h"
+#include "drawing/Render.h"
 
 #include "orn/colour/DIBitmap.h"
 
@@ -26,6 +27,9 @@ public:
     /// Throws what Page does.
     Picture(Sheet const& sheet, Request const& request);
 
+    Picture(Picture const&) = delete;
+    Picture& operator=(Picture const&) = delete;
+
     drawing::PageSize size() const noexcept { return page_.size(); }
     DIBitmap const& bitmap() const noexcept { return bitmap_; }
 
@@ -33,11 +37,9 @@ public:
     int drawBand(int top);
 
 private:
-    drawing::Drawing const& visible() const noexcept { return rest_ ? *rest_ : sheet_->drawing(); }
-
-    Sheet const* sheet_;
-    std::optional<drawing::Drawing> rest_;  ///< when layers are hidden
+    std::optional<drawing::Drawing> rest_;  ///< what is shown, when layers are hidden
     drawing::Page page_;
+    drawing::Renderer renderer_;
     DIBitmap bitmap_;
 };
 

@@ -1,0 +1,85 @@
+/// Anti-aliased lines in the memory of a picture.
+#pragma once
+
+#include "orn/geometry/Point.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace drawing {
+
+/// Rows of pixels in the memory of a top-down 32-bit bitmap: blue, green, red and a byte without meaning for each.
+struct Band {
+    unsigned char* pixels;  ///< of the first row
+    int width;              ///< pixels in a row, and from row to row
+    int top;                ///< the row of the page that the first row is
+    int height;             ///< number of rows
+};
+
+/// Draws polylines of one width, with round joins and ends, into a band of the page. Points are in pixels of the page, y
+/// downwards; they are rounded to 1/256 of a pixel. The band gets the pixels that these rows have in the whole page; what
+/// lies outside is cut off. One thread at a time; objects over different rows share nothing.
+///
+/// A line covers the area that a regular polygon, the pen, sweeps over. Each row of pixels is sampled along fifteen lines;
+/// a row that all edges cross from top to bottom without meeting is measured by trapezoids instead.
+class Strokes {
+public:
+    Strokes(Band const& band, double width);
+
+    /// Draws over what is there. A polyline without length is a dot.
+    void draw(std::span<Point<2> const> points, std::uint32_t rgb);
+
+private:
+    /// In steps of 1/256 of a pixel, from the top left corner of the band.
+    struct Place {
+        std::int32_t x, y;
+        friend bool operator==(Place const&, Place const&) = default;
+        friend Place operator+(Place const& a, Place const& b) { return {a.x + b.x, a.y + b.y}; }
+        friend Place operator-(Place const& a, Place const& b) { return {a.x - b.x, a.y - b.y}; }
+        friend Place operator-(Place const& a) { return {-a.x, -a.y}; }
+    };
+
+    /// A side of the area, between two lines of samples. x and step have 32 more bits than a Place.
+    struct Edge {
+        std::int64_t x;     ///< where it meets the next line of samples
+        std::int64_t step;  ///< from one line of samples to the next
+        int first, last;    ///< lines of samples; the last one is not met
+        int sign;           ///< 1 downwards, -1 upwards
+        int next;           ///< the next edge that begins in the same row of pixels, or -1
+    };
+
+    /// What a pixel of the row in work adds: lines that the area covers from here on to the right, and what of these
+    /// lines lies beside the area in this pixel, in halves of a step.
+    struct Cell {
+        std::int32_t covered, beside;
+    };
+
+    Place offset(Place const& from, Place const& to) const;
+    void add(Point<2> const& p);
+    void fill(std::uint32_t rgb);
+    void addOutline();
+    void addJoin(Place const& at, Place const& in, Place const& out);
+    void addFan(Place const& around, Place const& from, Place const& to);
+    void addEdge(Place const& from, Place const& to);
+    void fillOutline(std::uint32_t rgb);
+    bool measureRow(int row);
+    void sampleRow(int row);
+    void addSpan(std::int64_t from, std::int64_t to);
+    void addTrapezoid(Edge const& edge, int sign);
+    Cell& cell(std::int64_t column);
+    void blendRow(int row, std::uint32_t rgb);
+
+    Band band_;
+    double radius_;  // in steps
+    std::vector<Place> pen_;
+    std::vector<Place> places_;
+    std::vector<Edge> edges_;
+    std::vector<int> begins_;  // for each row of pixels the first edge that begins there, or -1
+    std::vector<int> active_;  // the edges that cross the row in work
+    std::vector<std::int64_t> crossings_;
+    std::vector<Cell> cells_;  // for the row in work, with one more at each end for what lies outside
+    int firstCell_ = 0, lastCell_ = 0, firstRow_ = 0, lastRow_ = 0;
+};
+
+}
