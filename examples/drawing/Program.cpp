@@ -46,6 +46,8 @@ int runProgram(std::string const& name, int argc, char* const argv[],
     }
 }
 
+void complain(std::wstring const& what) { tell(utf8(what)); }
+
 void remark(std::string const& program, std::wstring const& file, std::wstring const& what) {
     tell(program + ": " + utf8(file == L"-" ? L"standard input" : file) + ": " + utf8(what));
 }

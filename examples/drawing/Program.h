@@ -7,11 +7,13 @@
 
 namespace drawing {
 
-/// Calls `body` with the arguments behind the program's name. Gives the exit code: 0, or 1 (2 for a
-/// CommandLineError) after one line on standard error
-/// that says what `body` threw.
+/// Calls `body` with the arguments behind the program's name. Returns the exit code: 0, or 1 (2 for a CommandLineError)
+/// after one line on standard error that says what `body` threw.
 int runProgram(std::string const& name, int argc, char* const argv[],
                std::function<void(std::vector<std::wstring> const&)> const& body);
+
+/// One line on standard error about what is wrong.
+void complain(std::wstring const& what);
 
 /// One line on standard error about a file.
 void remark(std::string const& program, std::wstring const& file, std::wstring const& what);

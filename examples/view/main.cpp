@@ -4,6 +4,7 @@
 #include "view/Player.h"
 
 #include "orn/colour/ContextGdiplus.h"
+#include "orn/foundation/Error.h"
 
 #include <algorithm>
 #include <deque>
@@ -31,15 +32,27 @@ void serve(Views const& views, view::Player& player) {
     }
 }
 
-void run(view::Options const& options) {
-    std::vector<view::Command> commands;
-    if (!options.script.empty()) commands = view::readScript(options.script, options.drawings.size());
+/// The drawings that can be read. What is wrong with the others is said; it ends the program when none is left.
+std::deque<view::Sheet> readSheets(view::Options const& options) {
     std::deque<view::Sheet> sheets;
     for (std::wstring const& drawing : options.drawings) {
-        sheets.emplace_back(drawing, [&](std::wstring const& what) {
-            if (!options.quiet) drawing::remark("orn-view", drawing, what);
-        });
+        try {
+            sheets.emplace_back(drawing, [&](std::wstring const& what) {
+                if (!options.quiet) drawing::remark("orn-view", drawing, what);
+            });
+        } catch (ORN::OrnError const& error) {
+            bool const isLast = &drawing == &options.drawings.back();
+            if (sheets.empty() && isLast) throw;
+            drawing::complain(error.wWhat());
+        }
     }
+    return sheets;
+}
+
+void run(view::Options const& options) {
+    std::deque<view::Sheet> const sheets = readSheets(options);
+    std::vector<view::Command> commands;
+    if (!options.script.empty()) commands = view::readScript(options.script, sheets.size());
 
     view::Log log{options.log};
     {
