@@ -7,17 +7,18 @@
 
 namespace ORN::os {
 
-/// Null when it fails. A name that the system's file names cannot hold fails like a missing file. mode is that of fopen, x
-/// for a file that must be new included; programs that this one starts do not inherit the file.
+/// Opens a file; null when that fails. A name that no file can have fails like a missing file. The mode is that of
+/// fopen, and may have an x for a file that must be new. Programs that this one starts do not inherit the file.
 std::FILE* openFile(std::wstring const& name, std::wstring const& mode);
 
-/// Whether anything, file or folder, bears the name.
+/// Whether a file or a folder has the name.
 bool fileExists(std::wstring const& name);
 
-/// Standard input, as bytes. Nobody closes it.
+/// Standard input, as bytes. It must not be closed.
 std::FILE* standardInput() noexcept;
 
-/// Both return the bytes moved; failed: the stream's error indicator was set by this call.
+/// Read or write, and return how many bytes that were. `failed` tells whether this call set the stream's error
+/// indicator.
 std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& failed) noexcept;
 std::size_t writeFile(std::FILE* file, void const* buffer, std::size_t count, bool& failed) noexcept;
 

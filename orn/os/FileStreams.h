@@ -1,4 +1,4 @@
-/// The part of File.h that is the C library's on every system; each system's File.cpp includes it once.
+/// The part of File.h that is the same on every system, by the C library. Each system's File.cpp includes it once.
 #pragma once
 
 #include "orn/os/Fault.h"
@@ -24,7 +24,7 @@ std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& fai
 }
 
 std::size_t writeFile(std::FILE* file, void const* buffer, std::size_t count, bool& failed) noexcept {
-    if (ORN_OS_REFUSED("fwrite")) {  // as a disk does that gets full
+    if (ORN_OS_REFUSED("fwrite")) {  // like a disk that becomes full half-way
         std::size_t const done = std::fwrite(buffer, 1, count / 2, file);
         errno = ENOSPC;
         failed = true;

@@ -5,16 +5,18 @@
 
 #include <string>
 
-/// Switches one category (LC_ALL, LC_CTYPE, LC_COLLATE, ...) of the calling thread to the user's locale, and back when it
-/// ends. Other threads notice nothing; guards nest. Where no such locale is installed the current one stays.
+/// Switches one category (LC_ALL, LC_CTYPE, LC_COLLATE, ...) of the calling thread to the user's locale, and back at
+/// the end of the scope. Other threads keep their locale, and guards may nest. When the system lacks the user's locale,
+/// the current one stays.
 ///
-/// What follows: uppercase, lowercase, collateStrings, QuarkCollatesLess, analyzeFileType and, for LC_NUMERIC, the decimal
-/// point of stringPrintf; elsewhere than under the older runtime of Windows, which has one locale a process, also the
-/// program's own calls of the C runtime. Numbers and CSV never do, nor the multibyte code page.
+/// These functions obey it: uppercase, lowercase, collateStrings, QuarkCollatesLess, analyzeFileType and, for
+/// LC_NUMERIC, stringPrintf with its decimal point. The program's own calls of the C runtime obey it as well, but not
+/// with the older runtime of Windows, which has one locale for the process. Numbers, CSV and the multibyte code page do
+/// not depend on it.
 ///
-/// What the thread set in the category inside the scope is dropped with it; a locale object that the program had set
-/// (uselocale) is in place again, and must live as long as the guard. A guard ends on the thread that made it. One scope
-/// costs ten to twenty microseconds, with LC_ALL ten times that.
+/// The end of the scope undoes what the thread has set in the category meanwhile. It puts a locale object that the
+/// program had set (uselocale) back in place, so that object must live as long as the guard. A guard must end on the
+/// thread that made it. One scope costs ten to twenty microseconds, and with LC_ALL ten times that.
 class ORN_API AutoLocale {
 public:
     [[nodiscard]] explicit AutoLocale(int category);  ///< the category as for setlocale

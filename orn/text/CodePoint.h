@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <string>
 
-/// One code point: any 32-bit value, held as given, lone surrogates and values beyond Unicode included.
+/// One code point: any 32-bit value as it was given, unpaired surrogates and values above U+10FFFF included.
 class ORN_API CodePoint {
 public:
     /// What a code point means for lines.
@@ -31,7 +31,7 @@ public:
     /// or more.
     [[nodiscard]] std::size_t utf8(char* buffer, std::size_t size) const noexcept;
 
-    EOLCode eolCode() const noexcept;  ///< CR LF is the caller's to join
+    EOLCode eolCode() const noexcept;  ///< the caller joins CR LF
 
     /// By value.
     /// @{
@@ -58,7 +58,7 @@ public:
         : current_{first}, end_{end} {}
     /// @}
 
-    explicit CodePointEnumerator(std::wstring const&& text) = delete;  // it would be gone at once
+    explicit CodePointEnumerator(std::wstring const&& text) = delete;  // a temporary text would be gone at once
 
     /// Non-null while there is a current code point.
     operator void*() const noexcept { return current_ != end_ ? const_cast<CodePointEnumerator*>(this) : nullptr; }

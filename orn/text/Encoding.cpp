@@ -16,8 +16,9 @@ namespace {
 
 // ---- UTF-8
 
-// Converts a text piece by piece: what is built on the stack and appended never leaves the nearest cache. How much is
-// reserved is told by what the text has yielded so far; a text that turns out otherwise gives back what is too much.
+// Converts a text piece by piece, because a piece that is built on the stack and then appended stays in the nearest
+// cache. The room for the whole result is estimated from the pieces converted so far, and returned where it was far too
+// much.
 template <typename To, std::size_t most, std::size_t spill, typename From, typename Convert>
 std::basic_string<To> converted(From const* p, std::size_t length, Convert convert) {
     std::ptrdiff_t const step = 1024;
@@ -49,7 +50,7 @@ bool isASCII(unsigned char const* p, std::size_t length) noexcept {
 
 // ---- The multibyte code page
 
-// Where a code point begins, near the middle of two others; 0 when there is none between them.
+// A place near the middle of two others where a code point begins; 0 when there is none between them.
 int codePointBetween(std::wstring_view text, int first, int last) noexcept {
     int const middle = first + (last - first) / 2;
     auto const unit = [&](int at) { return static_cast<unsigned int>(text[static_cast<std::size_t>(at)]); };
@@ -69,7 +70,7 @@ std::string utf8(wchar_t const* text, std::size_t length) {
     return converted<char, most, spill>(text, length, encode);
 }
 
-// An ASCII text is widened by the string itself, into memory that is written once.
+// ASCII needs no conversion: the string widens it itself, and writes its memory only once.
 std::wstring utf8(char const* text, std::size_t length) {
     using namespace ORN::utf8decode;
     auto const* const bytes = reinterpret_cast<Byte const*>(text);
@@ -97,7 +98,7 @@ unsigned int packTo(wchar_t const* text, std::size_t length, char* buffer, int s
     int const available = size - 1;
     if (length == 0 || available == 0) return 0;
 
-    // True when the prefix is in the buffer, false when it has no room there.
+    // Converts a prefix into the buffer. False when it has no room there.
     unsigned int written = 0;
     auto const fits = [&](int units) {
         int const bytes = ORN::os::wideToMultibyte(text, units, buffer, available);
@@ -111,7 +112,7 @@ unsigned int packTo(wchar_t const* text, std::size_t length, char* buffer, int s
     int unfit = ORN::conversionLength(length);
     if (fits(unfit)) return written;
 
-    // A longer prefix never takes fewer bytes, so the longest that fits is found by halving.
+    // A longer prefix never takes fewer bytes, so halving finds the longest one that fits.
     int fit = 0;
     while (int const middle = codePointBetween({text, length}, fit, unfit)) (fits(middle) ? fit : unfit) = middle;
     fits(fit);

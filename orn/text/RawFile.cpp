@@ -22,8 +22,8 @@ namespace {
 
 constexpr unsigned int cannotOpen = 249, cannotCreate = 250, cannotRead = 251, cannotWrite = 252, cannotClose = 253;
 
-// How many bytes of small pieces a writer collects; a piece is small that takes less than a quarter of them. A log is
-// appended to, and the less of it waits for a crash the better.
+// How many bytes of small pieces a writer collects. A piece is small when it takes less than a quarter of the room.
+// Files that are appended to are often logs, of which a crash should lose little.
 constexpr std::size_t noRoom = 0, logRoom = 2048, fileRoom = 16384;
 
 class RawFileImp final : public RawFileWriter {
@@ -33,7 +33,8 @@ public:
         collected_.reserve(room);
         file_ = os::openFile(name, mode);
         if (file_ == nullptr) fail(failure);
-        // A runtime that fails to empty its own buffer does not tell what the file took of it.
+        // The runtime's own buffer stays unused: when the runtime fails to empty it, nobody learns how much the file
+        // took.
         if (room != 0) std::setvbuf(file_, nullptr, _IONBF, 0);
     }
 
@@ -51,11 +52,11 @@ public:
     std::int64_t read(void* buffer, std::uint64_t count) override {
         turnTo(Way::reading, cannotRead);
         if (std::exchange(ended_, false))
-            os::seekFile(file_, 0, SEEK_CUR);  // or some runtimes would give the end again
+            os::seekFile(file_, 0, SEEK_CUR);  // some runtimes would report the old end again
         bool failed = false;
         std::size_t const done = os::readFile(file_, buffer, count, failed);
         if (failed) {
-            // Nothing has been read: the next call gives these bytes again.
+            // A read that throws counts as having read nothing, so the next one must return these bytes again.
             int const reason = errno;
             if (done != 0) os::seekFile(file_, -static_cast<std::int64_t>(done), SEEK_CUR);
             errno = reason;
@@ -99,7 +100,7 @@ public:
 
     void flush() override {
         checkOpen();
-        if (way_ == Way::reading) return;  // nothing to hand over, and the runtime leaves flushing input undefined
+        if (way_ == Way::reading) return;  // nothing waits, and flushing an input stream is undefined
         if (!writeCollected() || !os::flushFile(file_)) fail(cannotWrite);
     }
 
@@ -110,7 +111,7 @@ private:
         if (file_ == nullptr) throw std::logic_error{"the file is closed"};
     }
 
-    // Between reading and writing the runtime wants a positioning call.
+    // The C standard demands a positioning call between reading and writing.
     void turnTo(Way way, unsigned int failure) {
         checkOpen();
         if (way_ == way) return;
@@ -119,7 +120,8 @@ private:
         way_ = way;
     }
 
-    // False, with errno set, when the file does not take them all; what it took is gone from them.
+    // Hands the collected bytes to the file, and keeps those that it does not take. False, with errno set, when any are
+    // left.
     bool writeCollected() noexcept {
         if (collected_.empty()) return true;
         bool failed = false;
@@ -128,7 +130,7 @@ private:
         return !failed;
     }
 
-    // False, with errno set, when something has failed; the file is closed either way.
+    // Closes the file in any case. False, with errno set, when something failed.
     bool closeFile() noexcept {
         bool const written = writeCollected();
         int const reason = errno;
@@ -150,7 +152,7 @@ private:
     Way way_ = Way::either;
     bool ended_ = false;  // the last read met the end
     std::size_t room_ = noRoom;
-    std::string collected_;  // small pieces that have been written, and not yet to the file
+    std::string collected_;  // small pieces that the file has not got yet
     bool owned_ = true;
 };
 

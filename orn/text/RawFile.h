@@ -1,6 +1,6 @@
-/// Byte streams with a name, and files as such streams. Files are binary, and programs that this one starts do not inherit
-/// them; every failure is an ORN::OrnError that names the file and the runtime's reason. Each call is judged by itself:
-/// after one that failed the next may do. A stream is used by one thread at a time.
+/// Byte streams with a name, and files as such streams. Files are binary, and programs that this one starts do not
+/// inherit them. Every failure is an ORN::OrnError that names the file and the runtime's reason. After a call that
+/// failed, the next one may succeed. Only one thread at a time may use a stream.
 #pragma once
 
 #include "orn/Export.h"
@@ -18,7 +18,7 @@ public:
 
     virtual std::wstring name() const = 0;  ///< for messages
 
-    /// How many of count came; 0 at the end.
+    /// Reads at most count bytes, and returns how many it has read; 0 at the end.
     [[nodiscard]] virtual std::int64_t read(void* buffer, std::uint64_t count) = 0;
 };
 
@@ -32,24 +32,24 @@ public:
     virtual void flush() = 0;                                         ///< hands buffered bytes to the system
 };
 
-/// A file open for reading. Its name is the one given when it was opened. read waits until count bytes have come or the
-/// file ends, a pipe, too; behind the end it gives what others have appended meanwhile.
+/// A file open for reading. Its name is the one given when it was opened. read waits until count bytes have arrived or
+/// the file ends, on a pipe as well. At the end of the file it returns what others have appended since.
 class ORN_API RawFileReader : public RawReader {
 public:
     ~RawFileReader() override;
 
-    /// Moves to offset bytes from the start (origin 0), the current position (1) or the end (any other), and returns the
-    /// new position from the start. seek(0, 1) only asks for the position.
+    /// Moves to offset bytes from the start (origin 0), the current position (1) or the end (any other), and returns
+    /// the new position from the start. seek(0, 1) only asks for the position.
     virtual std::uint64_t seek(std::int64_t offset, std::int32_t origin) = 0;
 
-    /// A second close does nothing. After close, only name, close and deletion are left; all else is a std::logic_error.
+    /// A second close does nothing. After close, every call but name and close throws std::logic_error.
     virtual void close() = 0;
 };
 
-/// A file open for writing, which can also be read and sought; reading and writing may alternate freely. Small pieces are
-/// collected before they go to the system: their failure is told by a later call, which keeps what the file has not taken and
-/// tries again when it is called again. A write of thousands of bytes that throws may have written the head of them; seek(0, 1)
-/// tells how far it came, and a TextWriter knows.
+/// A file open for writing, which can also be read and sought. Reading and writing may alternate freely. The file
+/// collects small pieces before it hands them to the system. When the system does not take them, a later call throws,
+/// keeps the rest, and the call after that tries again. A write of thousands of bytes that throws may have written the
+/// first of them; seek(0, 1) tells how many. A TextWriter takes care of that itself.
 class ORN_API RawFileWriter : public RawFileReader, public RawWriter {
 public:
     ~RawFileWriter() override;
@@ -61,10 +61,10 @@ public:
 [[nodiscard]] ORN_API RawFileReader* rawOpen(std::wstring const& name);    ///< an existing file, to read
 [[nodiscard]] ORN_API RawFileWriter* rawCreate(std::wstring const& name);  ///< a new file, or an old one emptied
 [[nodiscard]] ORN_API RawFileWriter* rawAppend(std::wstring const& name);  ///< new or old; writes always go to the end
-[[nodiscard]] ORN_API RawFileReader* rawStandardInput();                   ///< which stays open when this is closed
+[[nodiscard]] ORN_API RawFileReader* rawStandardInput();                   ///< standard input, which stays open
 
-/// The runtime's stream, which the caller closes; null, with errno set, when the file cannot be opened. mode is that of
-/// fopen. Never throws.
+/// Opens a stream of the runtime, which the caller closes. Null, with errno set, when the file cannot be opened. The
+/// mode is that of fopen. Never throws.
 [[nodiscard]] ORN_API std::FILE* fileOpen(std::wstring const& name, std::wstring const& mode) noexcept;
 
 }

@@ -1,4 +1,4 @@
-/// What files, as raw streams, tell the rest of the library.
+/// What the rest of the library knows of files beyond their public interface.
 #pragma once
 
 #include "orn/foundation/Error.h"
@@ -16,18 +16,18 @@ public:
     ~RawFileError() override = default;
 };
 
-/// A write that the file took only the head of.
+/// A write of which the file took only the first bytes.
 class RawWriteError final : public RawFileError {
 public:
     RawWriteError(std::wstring const& message, std::uint64_t taken) : RawFileError{message}, taken_{taken} {}
 
-    std::uint64_t taken() const noexcept { return taken_; }  ///< in bytes, of that call's
+    std::uint64_t taken() const noexcept { return taken_; }  ///< how many bytes the file took
 
 private:
     std::uint64_t taken_;
 };
 
-/// As rawCreate, but of a file that must be new; null when something bears the name.
+/// As rawCreate, but the file must be new: null when a file or a folder has the name already.
 [[nodiscard]] RawFileWriter* rawCreateNew(std::wstring const& name);
 
 }

@@ -1,13 +1,13 @@
 #include "orn/text/Strings.h"
 
 #include "orn/os/Locale.h"
+#include "orn/os/Scratch.h"
 #include "orn/text/CharacterClass.h"
 #include "orn/text/CodePoint.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cwchar>
-#include <memory>
 #include <stdexcept>
 
 namespace os = ORN::os;
@@ -15,16 +15,10 @@ namespace os = ORN::os;
 namespace {
 
 std::wstring converted(std::wstring const& text, void (*convert)(wchar_t*) noexcept) {
-    wchar_t scratch[64];
-    std::unique_ptr<wchar_t[]> heap;
-    wchar_t* buffer = scratch;
-    if (text.size() + 1 > std::size(scratch)) {
-        heap.reset(new wchar_t[text.size() + 1]);
-        buffer = heap.get();
-    }
-    std::wmemcpy(buffer, text.c_str(), text.size() + 1);
-    convert(buffer);
-    return buffer;
+    os::Scratch<wchar_t, 64> scratch{text.size() + 1};
+    std::wmemcpy(scratch.data(), text.c_str(), text.size() + 1);
+    convert(scratch.data());
+    return scratch.data();
 }
 
 }
@@ -51,7 +45,7 @@ int collateStrings(wchar_t const* a, wchar_t const* b) noexcept {
 std::wstring trimwhitespace(std::wstring const& text) { return trimwhitespace(text.data(), text.size()); }
 
 std::wstring trimwhitespace(wchar_t const* text, std::size_t length) {
-    // Every space is a single unit and no surrogate is one, so that units can stand for code points here.
+    // Every space is a single unit, and no surrogate is a space, so units can be tested as if they were code points.
     auto const isSpace = [](wchar_t unit) { return isUspace(CodePoint::codePoint(static_cast<unsigned int>(unit))); };
     wchar_t const* const first = std::find_if_not(text, text + length, isSpace);
     wchar_t const* last = text + length;

@@ -8,7 +8,8 @@
 #include <string>
 #include <string_view>
 
-/// By the calling thread's current locale (see AutoLocale), keeping the length. A text ends at an embedded zero.
+/// The text in upper or lower case, by the calling thread's current locale (see AutoLocale). The length stays, but the
+/// result ends at the first zero in the text.
 /// @{
 ORN_API std::wstring uppercase(std::wstring const& text);
 ORN_API std::wstring lowercase(std::wstring const& text);
@@ -22,7 +23,7 @@ std::wstring lowercase(View text) {
 }
 /// @}
 
-/// A to Z become a to z and everything else stays, in every locale; embedded zeros are kept.
+/// Maps A to Z to a to z, in every locale. Everything else stays, zeros in the text as well.
 /// @{
 constexpr wchar_t simpleLowercase(wchar_t unit) noexcept {
     return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit + (L'a' - L'A')) : unit;
@@ -34,8 +35,8 @@ std::wstring simpleLowercase(View text) {
 }
 /// @}
 
-/// Compares up to the first zero by the calling thread's current locale: negative, zero or positive. Texts that cannot
-/// be collated count as equal.
+/// Compares two texts, each up to its first zero, by the calling thread's current locale. Returns a negative number, 0
+/// or a positive one. Texts that the system cannot compare count as equal.
 /// @{
 ORN_API int collateStrings(std::wstring const& a, std::wstring const& b) noexcept;
 ORN_API int collateStrings(wchar_t const* a, wchar_t const* b) noexcept;
@@ -45,7 +46,7 @@ int collateStrings(View a, View b) {
 }
 /// @}
 
-/// Without the spaces (isUspace) before the first and behind the last other code point.
+/// The text without the spaces (isUspace) at its beginning and at its end.
 /// @{
 ORN_API std::wstring trimwhitespace(std::wstring const& text);
 ORN_API std::wstring trimwhitespace(wchar_t const* text, std::size_t length);
@@ -55,9 +56,9 @@ std::wstring trimwhitespace(View text) {
 }
 /// @}
 
-/// Copies into a buffer of size units, terminator included, what fits, and returns the number of units before the
-/// terminator. When the first unit that is cut off (at size - 1) is a leading surrogate, the one before it goes, too.
-/// Throws std::logic_error "illegal buffer to pack wstring" for size 0.
+/// Copies as much of the text as fits into a buffer of size units, terminator included. Returns the number of units
+/// before the terminator. When the first unit that does not fit (at size - 1) is a leading surrogate, the one before it
+/// is left out, too. Throws std::logic_error "illegal buffer to pack wstring" for size 0.
 /// @{
 ORN_API std::size_t packTo(std::wstring const& text, wchar_t* buffer, std::size_t size);
 ORN_API std::size_t packTo(wchar_t const* text, std::size_t length, wchar_t* buffer, std::size_t size);

@@ -7,14 +7,16 @@
 #include <iterator>
 #include <string>
 
-/// A position at one line of a text that the caller keeps alive and unchanged. A line end is any run of carriage returns
-/// followed by at most one line feed; one at the text's end adds no empty line. The empty text has one line, the empty one.
+/// A position at one line of a text that the caller keeps alive and unchanged. A line end is any number of carriage
+/// returns followed by at most one line feed. A line end at the end of the text adds no empty line. The empty text has
+/// one line, which is empty.
 ///
-/// Exists for the iterator types char const*, wchar_t const*, std::string::const_iterator, std::wstring::const_iterator.
+/// Exists for the iterator types char const*, wchar_t const*, std::string::const_iterator,
+/// std::wstring::const_iterator.
 template <typename I>
 class TextLineIterator {
 public:
-    /// Dereferenced, it gives a copy: an input iterator that goes both ways.
+    /// An input iterator that moves in both directions: dereferencing it returns a copy.
     /// @{
     using value_type = std::basic_string<typename std::iterator_traits<I>::value_type>;
     using difference_type = std::ptrdiff_t;

@@ -68,8 +68,8 @@ private:
         throw;
     }
 
-    /// Appends what the buffer holds of the line. True when it ends there. A character that is cut off or invalid is left,
-    /// and so is a CR that the buffer ends with.
+    /// Appends what the buffer holds of the line. True when it ends there. A character that is cut off or invalid is
+    /// left, and so is a CR that the buffer ends with.
     bool takeFromBuffer(std::wstring& line) {
         wchar_t units[bufferSize + ascii::block];
         wchar_t* to = units;
@@ -110,7 +110,8 @@ private:
         return unicode::isCharacter(value) ? taken : 0;
     }
 
-    /// Takes the next character, for which it may have to read. Returns how many bytes it took; 0 at the end of the input.
+    /// Takes the next character, for which it may have to read. Returns how many bytes it took; 0 at the end of the
+    /// input.
     std::size_t fetch(unsigned int& value) {
         std::size_t taken = 0;
         while ((taken = decoder_.decodeOne(value, buffer_ + position_, count_ - position_)) == 0) {
@@ -200,7 +201,7 @@ TextReader* TextReader::createByMark(RawReader& raw, TextEncoding withoutMark) {
         if (came <= 0) break;
         count += came;
     }
-    // What has been looked at is kept, because not everything can be sought.
+    // The reader gets the bytes that were read here, because a pipe cannot go back to them.
     Signature const signature = Signature::of(first, count, withoutMark);
     return makeReader(raw, signature.encoding, first + signature.length,
                       static_cast<std::size_t>(count - signature.length));

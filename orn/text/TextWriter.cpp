@@ -63,11 +63,12 @@ public:
     void close() override { flush(); }
 
 protected:
-    /// How many bytes of the destination it took; 0 when the room is short, or the encoding lacks the character.
+    /// Encodes a character and returns how many bytes that took; 0 when there is no room for them, or the encoding
+    /// lacks the character.
     virtual std::uint64_t encode(CodePoint c, unsigned char* destination, std::uint64_t room) const = 0;
 
-    /// Moves `from` behind those units at it that encode would take and that are no line ends, as far as that goes quickly,
-    /// and returns the bytes' end. The destination's is `stop`.
+    /// Encodes units that encode would take and that end no line, as far as it can go quickly and no further than `end`
+    /// and `stop`. Moves `from` behind them, and returns the end of their bytes.
     virtual unsigned char* takeRun(wchar_t const*& from, wchar_t const* end, unsigned char* destination,
                                    unsigned char* stop) const = 0;
 
@@ -114,7 +115,8 @@ private:
         put(feed);
     }
 
-    // A text is taken as a whole or not at all; when its head has gone out and its tail cannot, nothing can follow.
+    // A text is written as a whole or not at all. When its first part is written and the rest cannot be, nothing may
+    // follow.
     void makeRoom() {
         try {
             writeOut();
@@ -152,12 +154,13 @@ private:
     RawWriter& raw_;
     unsigned char buffer_[1024];
     std::uint64_t count_ = 0;
-    std::int64_t begun_ = 0;  // where the text that is being written begins in the buffer; below 0 when it has left it
+    std::int64_t begun_ =
+        0;  // where the text being written begins in the buffer; negative once its first part has left the buffer
     TextLineEnd lineEnd_;
     std::exception_ptr failure_;
 };
 
-// ASCII but line ends. A form feed is none in a text that is written.
+// Takes ASCII up to a line end. In a text that is written, a form feed ends no line.
 void takeASCII(wchar_t const*& from, wchar_t const* end, unsigned char*& to, unsigned char const* stop) noexcept {
     while (end - from >= ascii::block && stop - to >= ascii::block) {
         unsigned int stops = ascii::narrow(from, to);
@@ -174,7 +177,7 @@ void takeASCII(wchar_t const*& from, wchar_t const* end, unsigned char*& to, uns
     }
 }
 
-// All of the basic plane but line ends and surrogates.
+// Takes the basic plane up to a line end or a surrogate.
 unsigned char* takeUTF8(wchar_t const*& from, wchar_t const* end, unsigned char* to, unsigned char* stop) noexcept {
     wchar_t const* p = from;
     auto const continuation = [](unsigned int bits) { return static_cast<unsigned char>(0x80 | (bits & 0x3F)); };
@@ -223,7 +226,7 @@ protected:
 };
 
 #if defined(ORN_SSE2)
-// Eight units, and two bits for each that is a line end, a surrogate or no unit at all.
+// Loads eight units. Two bits of `stops` are set for each that is a line end, a surrogate or no code unit at all.
 inline __m128i lookAtEight(wchar_t const* from, unsigned int& stops) noexcept {
     auto const* const source = reinterpret_cast<__m128i const*>(from);
     __m128i units = _mm_loadu_si128(source), others = _mm_setzero_si128();
@@ -246,7 +249,7 @@ inline __m128i lookAtEight(wchar_t const* from, unsigned int& stops) noexcept {
 }
 #endif
 
-// A unit's low byte goes to the one place of its two, its high byte to the other.
+// A unit's low byte goes to one of its two places, its high byte to the other.
 template <unsigned int low, unsigned int high>
 class UTF16WriterImp final : public TextWriterImp {
 public:
@@ -325,7 +328,7 @@ protected:
     }
 
 private:
-    // Whether the code page takes exactly so many bytes for them.
+    // Whether the code page holds these units, in exactly so many bytes.
     static bool converts(wchar_t const* units, int count, char* bytes, int length) noexcept {
         bool substituted = false;
         return os::wideToMultibyteStrictly(units, count, bytes, length, substituted) == length && !substituted;
@@ -387,7 +390,7 @@ TextWriter* TextWriter::create(RawWriter& raw, TextEncoding encoding, bool write
 
 namespace {
 
-// The encoding of a file without a mark that is appended to is `withoutMark`.
+// An old file without a mark is appended to in the encoding `withoutMark`.
 TextWriter* openWriter(std::wstring const& filename, TextOpenMode mode, TextEncoding encoding, TextEncoding withoutMark,
                        bool writeBOM, TextLineEnd lineEnd) {
     bool const append = mode == textAppend;

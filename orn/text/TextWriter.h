@@ -9,7 +9,7 @@
 
 namespace ORN {
 
-/// What becomes of a file that is there.
+/// What happens to a file that exists.
 enum TextOpenMode : int {
     textCreate,  ///< a new file, or an old one emptied; any value that is no mode counts as this one
     textAppend   ///< at the end of an old file, in its own encoding, or a new file
@@ -18,26 +18,27 @@ enum TextOpenMode : int {
 /// How lines end.
 enum TextLineEnd : int {
     lineEndCRLF,  ///< CR LF
-    lineEndLF     ///< LF alone; also any value that is none of these
+    lineEndLF     ///< LF alone; any other value means this one, too
 };
 
-/// Writes text through a buffer of its own; deleting the writer writes out what is left in it and ignores any failure,
-/// so call close to hear of one. One thread at a time.
+/// Writes text through a buffer of its own. Deleting the writer writes the rest of the buffer and ignores any failure;
+/// call close to learn of one. Only one thread at a time may use a writer.
 ///
-/// When the raw writer refuses bytes, write and writeLine throw and have taken nothing of their text: nothing is lost, and
-/// the call may be made again. flush and close throw and keep what they could not hand over. The writer goes on behind the
-/// last byte that the file took, and writes nothing twice. Only when the head of a text longer than the buffer has gone out
-/// and its tail is refused does the writer stay failed: every later call throws the same, and no more is written.
+/// When the raw writer refuses bytes, write and writeLine throw and take nothing of their text, so that the caller may
+/// repeat the call. flush and close throw and keep what the raw writer refused. The writer goes on behind the last byte
+/// that the file took, and writes nothing twice. There is one exception. When the first part of a text longer than the
+/// buffer has been written and the rest is refused, the writer stays failed: every later call throws the same exception
+/// and writes nothing.
 class ORN_API TextWriter {
 public:
-    /// A new file (for textAppend also an empty one) begins with the encoding's byte order mark. A file that is appended
-    /// to keeps the encoding that its mark names, or the multibyte code page without one, whatever is asked for here.
-    /// Throws OrnError when the file cannot be opened; null, and no file made, for a value that is no encoding where one is
-    /// needed. The caller deletes the writer.
+    /// A new file (for textAppend also an empty one) begins with the encoding's byte order mark. An old file that is
+    /// appended to keeps the encoding that its mark names, or the multibyte code page if it has no mark; the argument
+    /// does not count. Throws OrnError when the file cannot be opened. Returns null, and makes no file, when an
+    /// encoding is needed and the value is none. The caller deletes the writer.
     [[nodiscard]] static TextWriter* create(std::wstring const& filename, TextOpenMode mode, TextEncoding encoding);
 
-    /// The same, with a choice: a new file with or without a mark, and how lines end. A file without a mark that is appended
-    /// to goes on in the encoding given.
+    /// The same, with a choice of a mark for new files and of line ends. An old file without a mark is appended to in
+    /// the encoding given.
     [[nodiscard]] static TextWriter* create(std::wstring const& filename, TextOpenMode mode, TextEncoding encoding,
                                             bool writeBOM, TextLineEnd lineEnd = lineEndCRLF);
 
@@ -50,14 +51,14 @@ public:
 
     virtual ~TextWriter();
 
-    /// LF, CR, CR LF, NEL, LS and PS are all written as the writer's line end, FF as the character that it is. Throws
-    /// OrnError at an unpaired surrogate, a value above U+10FFFF or a character that the encoding lacks, after writing
-    /// what stands before it; nothing is put in its place.
+    /// Writes LF, CR, CR LF, NEL, LS and PS as the writer's line end, and FF as the character itself. Throws OrnError
+    /// at an unpaired surrogate, a value above U+10FFFF or a character that the encoding lacks. What stands before it
+    /// is written, and nothing takes its place.
     virtual void write(std::wstring const& text) = 0;
     virtual void writeLine(std::wstring const& text) = 0;  ///< the text, then a line end
 
-    virtual void flush() = 0;  ///< hands everything to the raw writer, and flushes that
-    virtual void close() = 0;  ///< flush; and closes the file that create opened, once
+    virtual void flush() = 0;  ///< hands everything to the raw writer, and flushes the raw writer
+    virtual void close() = 0;  ///< flushes, and closes the file that create opened, once
 
 protected:
     TextWriter();

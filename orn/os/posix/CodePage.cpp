@@ -71,8 +71,8 @@ private:
 constinit std::once_flag CharacterSet::found_;
 constinit char CharacterSet::name_[64] = {};
 
-// Descriptors of one direction of iconv that nobody uses at the moment. Objects of the threads would do without, but keep
-// the library from being unloaded for as long as the process lives.
+// Descriptors of one direction of iconv that are not in use at the moment. Thread-local ones would be simpler, but
+// their destructors would keep the library from ever being unloaded.
 class IdleDescriptors {
 public:
     constexpr IdleDescriptors() noexcept = default;
@@ -121,7 +121,8 @@ public:
 
     void restart() noexcept { iconv(descriptor_, nullptr, nullptr, nullptr, nullptr); }
 
-    /// 0, or the errno of what stopped it; the pointers and sizes move on. No input: brings out what is held back.
+    /// Converts as iconv does, and returns 0 or the errno that stopped it. Without input, writes what iconv still holds
+    /// back.
     int run(char const** in, std::size_t* inLeft, char** out, std::size_t* outLeft) noexcept {
         std::size_t const result = iconv(descriptor_, const_cast<char**>(in), inLeft, out, outLeft);
         return result == static_cast<std::size_t>(-1) ? errno : 0;
@@ -137,8 +138,8 @@ int failed(DWORD code) noexcept {
     return 0;
 }
 
-// The code point at the units' head, which moves on. An unpaired surrogate, or an element that is no code unit, counts as
-// the replacement character, and substituted is then set.
+// The code point at the units' head, which moves on. An unpaired surrogate, or an element that is no code unit, counts
+// as the replacement character, and substituted is then set.
 unsigned int nextCodePoint(wchar_t const*& units, wchar_t const* end, bool& substituted) noexcept {
     bool const isUnit = static_cast<unsigned int>(*units) <= 0xFFFF;
     unsigned int const value = unicode::readUnits(units, end);

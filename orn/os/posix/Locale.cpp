@@ -18,8 +18,8 @@ namespace ORN::os {
 
 namespace {
 
-/// Frees the locale that a thread still has of its own when it ends. A destructor of a thread-local object would keep the
-/// library from being unloaded; a key's does not, and goes with the library.
+/// Frees the locale that a thread still has of its own when it ends. A destructor of a thread-local object would keep
+/// the library from being unloaded; a key's does not, and goes with the library.
 class ThreadEnd {
 public:
     ThreadEnd() noexcept : made_{pthread_key_create(&key_, end) == 0} {}
@@ -29,7 +29,8 @@ public:
     ThreadEnd(ThreadEnd const&) = delete;
     ThreadEnd& operator=(ThreadEnd const&) = delete;
 
-    /// Null for nothing. Does nothing before this object is built, and when it is gone.
+    /// Remembers the locale to free; null for none. Does nothing before this object is built, and after its
+    /// destruction.
     void frees(locale_t own) noexcept {
         if (made_) pthread_setspecific(key_, own);
     }
@@ -47,10 +48,10 @@ private:
 ThreadEnd threadEnd;
 
 // Locale objects of a thread.
-constinit thread_local locale_t ownLocale = nullptr;      // that this file made and that is in use
-constinit thread_local locale_t foreignLocale = nullptr;  // that the program had set when this file put its own there
+constinit thread_local locale_t ownLocale = nullptr;      // made here, and in use
+constinit thread_local locale_t foreignLocale = nullptr;  // set by the program, and replaced by ownLocale
 
-/// Puts a locale in the place of that of this file.
+/// Replaces the thread's own locale, and frees it.
 void use(locale_t next) noexcept {
     uselocale(next);
     threadEnd.frees(nullptr);
@@ -135,7 +136,8 @@ bool hasPairs(wchar_t const* text) noexcept {
     return false;
 }
 
-/// A text with its pairs as the C library takes them; the text itself where it has none.
+/// A text with one element for each character, as the C library takes it. Where it has no pairs, that is the text
+/// itself.
 class Combined {
 public:
     explicit Combined(wchar_t const* text) noexcept : text_{text} {
@@ -193,7 +195,7 @@ bool setLocale(int category, char const* name) noexcept {
     if (mask == 0 || ORN_OS_REFUSED("setlocale")) return false;
     if (!isPerThread()) return ::setlocale(category, name) != nullptr;
 
-    // A base that the new locale takes nothing from would be neither used nor freed.
+    // newlocale takes the base over, but with LC_ALL it would neither use nor free it.
     locale_t copy = nullptr;
     if (category != LC_ALL) {
         copy = duplocale(uselocale(locale_t{}));

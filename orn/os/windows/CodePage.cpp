@@ -1,6 +1,7 @@
 #include "orn/os/CodePage.h"
 
 #include "orn/os/Fault.h"
+#include "orn/unicode/CodePoints.h"
 
 #include <windows.h>
 
@@ -31,7 +32,7 @@ int wideToMultibyteStrictly(wchar_t const* units, int length, char* bytes, int r
     if (ORN_OS_REFUSED("WideCharToMultiByte")) return SetLastError(ERROR_INVALID_FLAGS), 0;
     if (!usable(length, room)) return 0;
 
-    if (GetACP() == CP_UTF8) {  // takes neither the flag nor the question, but can refuse what is no character
+    if (GetACP() == CP_UTF8) {  // takes neither that flag nor the last argument, but can refuse invalid text
         int const strict =
             WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, units, length, bytes, room, nullptr, nullptr);
         if (strict > 0 || GetLastError() != ERROR_NO_UNICODE_TRANSLATION) return strict;
@@ -52,7 +53,8 @@ int decodeMultibyte(char const* bytes, int length, unsigned int& codePoint) noex
         wchar_t units[2];
         int const count = MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, bytes, size, units, 2);
         if (count == 0) continue;
-        codePoint = count == 1 ? units[0] : 0x10000u + ((units[0] & 0x3FFu) << 10 | (units[1] & 0x3FFu));
+        wchar_t const* head = units;
+        codePoint = unicode::readUnits(head, units + count);
         return codePoint == 0 ? 0 : size;
     }
     return -1;

@@ -15,8 +15,8 @@ namespace ORN::os {
 
 namespace {
 
-// The runtime opens files for programs that are started, too, unless a flag says otherwise that not every runtime knows as
-// a letter. 0 for a mode with letters beyond those of the C standard.
+// The flags of a mode, so that started programs do not inherit the file: not every runtime knows a letter for that. 0
+// for a mode with letters beyond those of the C standard.
 int openFlags(std::wstring const& mode) noexcept {
     if (mode.empty() || mode.find_first_not_of(L"btx+", 1) != std::wstring::npos) return 0;
     bool const both = mode.find(L'+') != std::wstring::npos;
@@ -44,7 +44,7 @@ std::FILE* openFile(std::wstring const& name, std::wstring const& mode) {
         return nullptr;
     }
     int const flags = openFlags(mode);
-    if (flags == 0) return ::_wfopen(name.c_str(), mode.c_str());  // the runtime's judgement of the mode
+    if (flags == 0) return ::_wfopen(name.c_str(), mode.c_str());  // the runtime judges the mode
 
     int const file = ::_wopen(name.c_str(), flags, _S_IREAD | _S_IWRITE);
     if (file == -1) return nullptr;

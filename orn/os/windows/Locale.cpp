@@ -27,7 +27,8 @@ namespace ORN::os {
 
 #if ORN_ONE_LOCALE_A_PROCESS
 
-// The older runtime has one locale a process; the functions below then take the thread's own as an argument.
+// The older runtime has one locale for the process. This file then keeps each thread's own, and hands it to the
+// functions of the runtime that take one.
 
 namespace {
 
@@ -37,8 +38,8 @@ static_assert(LC_ALL == 0 && LC_COLLATE == 1 && LC_CTYPE == 2 && LC_MONETARY == 
 
 constexpr bool isKnown(int category) noexcept { return category >= 0 && category < categoryCount; }
 
-/// The runtime's objects for the few locales that a process ever uses, by their whole names; kept until it ends, because
-/// threads that end at the same time do not free them safely.
+/// The runtime's objects for the few locales that a process ever uses, by their whole names. They are kept until the
+/// process ends, because threads that end at the same time cannot free them safely.
 class LocaleObjects {
 public:
     static _locale_t find(std::string const& name) {
@@ -105,8 +106,8 @@ struct Locale {
     }
 };
 
-/// The calling thread's own locale, or null, in a slot of the system's: this compiler's runtime frees thread-local objects
-/// before it runs their destructors.
+/// The calling thread's own locale, or null, in a fibre-local slot of the system. A thread_local object would not do:
+/// this compiler's runtime frees the memory of such objects before it runs their destructors.
 class ThreadSlot {
 public:
     constexpr ThreadSlot() noexcept = default;
@@ -145,8 +146,9 @@ private:
 
 constinit ThreadSlot threadSlot;
 
-/// What the runtime calls the user's default locale. It knows none with the code page UTF-8 or with no code page, which
-/// some users have; with any other it maps and compares wide texts as well.
+/// The runtime's name of the user's default locale. The runtime knows no locale with the code page UTF-8 or without a
+/// code page, which some users have. It maps and compares wide texts the same way with any code page, so 1252 stands
+/// in.
 std::string userName() {
     auto const part = [](LCTYPE type) {
         char text[128] = "";
@@ -162,7 +164,7 @@ std::string userName() {
 
 bool isPerThread() noexcept { return threadSlot.get() != nullptr; }
 
-/// Makes the object for the names, and the whole the thread's.
+/// Finds the object for the names, and makes the locale the thread's own.
 bool adopt(std::unique_ptr<Locale> next) {
     next->handle = LocaleObjects::find(next->whole());
     if (next->handle == nullptr) return false;

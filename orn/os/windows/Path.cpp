@@ -21,7 +21,7 @@ std::wstring longPath(std::wstring const& name) {
     if (name.find(L'\0') != std::wstring::npos) return {};
     std::wstring buffer(MAX_PATH, L'\0');
     for (;;) {
-        // Too small a buffer is told the size that it needs, terminator included.
+        // When the buffer is too small, the result is the size that it needs, terminator included.
         DWORD const length = ::GetLongPathNameW(name.c_str(), buffer.data(), static_cast<DWORD>(buffer.size()));
         bool const fits = length < buffer.size();
         buffer.resize(length);
