@@ -13,6 +13,7 @@
 
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 
 namespace ORN::decoding {
 
@@ -51,6 +52,15 @@ public:
                 if (stops == 0) continue;
                 if (*p < 0x80 || end - p < 3) break;
             }
+            if (isTwo(p) && end - p >= latinRoom) {
+                to = out;
+                from = p;
+                decodeLatin(to, from);
+                out = to;
+                p = from;
+                if (*p < 0x80 && isLineEnd(*p)) break;
+                continue;
+            }
             // Steps of a constant length, so that one character does not wait for another's length.
             if (*p < 0xE0) {
                 if (!isTail(p[1]) | (two(p) < 0x86)) break;
@@ -71,6 +81,42 @@ public:
     }
 
 private:
+    static constexpr int latinBlock = 64, latinRoom = latinBlock + ascii::block + 2;
+
+    // Decodes ASCII and characters of two bytes in a block, up to a line end or another character. Finds all stops at once,
+    // so that the way to the next stop does not lead through the character before it.
+    [[gnu::noinline]] static void decodeLatin(wchar_t*& to, Byte const*& from) noexcept {
+        std::uint64_t stops = 0;
+        for (int i = latinBlock - ascii::block; i >= 0; i -= ascii::block)
+            stops = stops << ascii::block | ascii::findOthers(from + i) | ascii::find(from + i, 0x0A, 0x0C, 0x0D);
+        wchar_t* out = to;
+        Byte const *p = from, *const blockEnd = from + latinBlock;
+        while (stops != 0) {
+            int const at = std::countr_zero(stops);
+            Byte const* const stop = from + at;
+            widenRun(out, p, stop);
+            if (!isTwo(stop)) break;
+            *out++ = static_cast<wchar_t>(two(stop));
+            p = stop + 2;
+            stops &= ~(std::uint64_t{3} << at);
+        }
+        if (stops == 0 && p < blockEnd) widenRun(out, p, blockEnd);
+        to = out;
+        from = p;
+    }
+
+    // Widens ASCII up to `stop`, and up to a block behind it.
+    static void widenRun(wchar_t*& to, Byte const*& from, Byte const* stop) noexcept {
+        ascii::widen(from, to);
+        for (std::ptrdiff_t done = ascii::block; done < stop - from; done += ascii::block)
+            ascii::widen(from + done, to + done);
+        to += stop - from;
+        from = stop;
+    }
+
+    // Two bytes that are a character which ends no line. C2 leads NEL, too.
+    static bool isTwo(Byte const* p) noexcept { return (p[0] - 0xC3u < 0xE0u - 0xC3u) & isTail(p[1]); }
+
     static bool isTail(Byte byte) noexcept { return unicode::mayFollow<unicode::Leniency::files>(0, 1, byte); }
     static unsigned int two(Byte const* p) noexcept { return (p[0] & 0x1Fu) << 6 | (p[1] & 0x3Fu); }
     static unsigned int three(Byte const* p) noexcept {

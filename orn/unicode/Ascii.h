@@ -69,6 +69,17 @@ unsigned int narrow(wchar_t const* from, Byte* to) noexcept {
 #endif
 }
 
+// A bit for each byte of a block that is not ASCII.
+inline unsigned int findOthers(unsigned char const* from) noexcept {
+#if defined(ORN_SSE2)
+    return static_cast<unsigned int>(_mm_movemask_epi8(_mm_loadu_si128(reinterpret_cast<__m128i const*>(from))));
+#else
+    unsigned int found = 0;
+    for (unsigned int i = 0; i < block; ++i) found |= static_cast<unsigned int>(from[i] >> 7) << i;
+    return found;
+#endif
+}
+
 // A bit for each byte of a block that is one of these.
 template <typename... Byte>
 unsigned int find(unsigned char const* from, Byte... bytes) noexcept {
