@@ -128,7 +128,7 @@ TEST(Colour, DeviceValuesAreRoundedAndNotClamped) {
         {1, 1, 1, {255, 255, 255}, 0x7FFF, 0xFFFFFF},
         {1.2, 0, 0, {0, 0, 50}, 0x9400, 0x000132},          // 306 spills into green, 37 out of the word
         {0, 0, 33 / 31.0, {15, 0, 0}, 0x0021, 0x010F0000},  // 33 and 271 spill
-        {0, 0, -1 / 255.0, {255, 0, 0}, 0x0000, 0xFFFF0000},
+        {0.55 / 255, 0, -1 / 255.0, {255, 0, 1}, 0x0000, 0xFFFF0001},
         {1e300, std::nan(""), 1 / 255.0, {1, 0, 0}, 0x0000, 0x80010000},
     };
     for (auto const& row : rows) {

@@ -140,7 +140,7 @@ TEST(DIBitmap, IsReadFromAndWrittenToAFileAndReachedByItsRows) {
                 ASSERT_EQ(again.fileSize(), bytes.size());
                 EXPECT_EQ(std::memcmp(again.fileData(), bytes.data(), bytes.size()), 0);
             }
-            EXPECT_THROW(bitmap.row(3), std::out_of_range);
+            EXPECT_EQ(thrown([&] { bitmap.row(3); }), L"logic_error: DIBitmap: there is no such row");
         }
     DIBitmap outside{3, 2, 24, 0};
     outside.fileData()[10] = 55;  // the pixels begin one byte later
