@@ -271,9 +271,6 @@ void mostlyShared(benchmark::State& state) {
     report("standard", standard);
     report("absl", absl);
     report("additions", additions);
-    report("guess", g);
-    report("readguess", rg);
-    report("sub", sw);
 }
 
 BENCHMARK(uncontendedShared<Word>);
