@@ -63,9 +63,10 @@ protected:
     ~EVNotified() override = default;
 };
 
-/// A subscription on a list, and the step that calls it. A step calls the first entry with the event's value, unless it is
-/// suppressed, and goes on to the next entries while they have the same step. It returns the first entry that it has not
-/// called. When an entry throws a std::exception, the step stores that entry in `thrower` and lets the exception through.
+/// A subscription on a list, and the step that calls it. A step calls the first entry with the event's value, unless it
+/// is suppressed, and goes on to the next entries while they have the same step. It returns the first entry that it has
+/// not called. When an entry throws a std::exception, the step stores that entry in `thrower` and lets the exception
+/// through.
 template <typename T, typename Callback = typename EVSubscriptionParameter<T>::Callback>
 struct EVSubscriptionEntry;
 
@@ -97,15 +98,15 @@ inline Entry const* callSubscriptions(Entry const* first, Entry const* end, Entr
     }
 }
 
-/// A list of subscriptions. It knows them and does not own them; each of them, and the publisher, holds the list by a
-/// handle. Any number of threads may announce events on one list at once, and callbacks then run on all of them.
+/// A list of subscriptions, which it does not own. Each subscription, and the publisher, holds the list by a handle.
+/// Any number of threads may announce events on one list at once, and callbacks then run on all of them.
 ///
 /// notify() calls every subscription that is not suppressed in the order of their addresses. When one throws a
 /// std::exception, it is called once more, then those after it; what they throw of this kind is dropped, and at the end
 /// the first exception is thrown on. Any other exception leaves notify() at once.
 ///
-/// Subscribing and detaching wait until no notify() runs on the list. So a callback that does either on the list that
-/// calls it waits for ever; it may announce on the same list again, and do anything with others.
+/// Subscribing and detaching wait until no notify() runs on the list. So a callback that subscribes to or detaches from
+/// the list that calls it waits for ever. It may announce on the same list again, and do anything with other lists.
 ///
 /// A copy of a list starts without references and calls the same subscriptions, which do not know of it.
 template <typename T>
@@ -136,7 +137,7 @@ private:
     virtual void insertStepped(EVSubscription<T>* subscription, typename EVSubscriptionEntry<T>::Step step);
 };
 
-/// What every subscription has: a count of reasons not to be called, which any thread may raise and lower.
+/// The base of every subscription: a count of suppressions, which any thread may raise and lower.
 class ORN_API EVSubscriptionBase {
 public:
     virtual ~EVSubscriptionBase();
@@ -156,10 +157,10 @@ private:
     friend class EVSubscription;
 
     std::atomic<LONG> suppressions_{0};
-    LONG volatile detaching_ = 0;  // a lock word: who detaches is alone with the list's handle
+    LONG volatile detaching_ = 0;  // a lock word: one thread at a time uses the list's handle to detach
 };
 
-/// Suppresses a subscription for a scope. A notify() that has begun on another thread may still call it.
+/// Suppresses a subscription for a scope. A notify() that runs on another thread may still call it.
 class [[nodiscard]] EVSuppression {
 public:
     /// The subscription outlives the scope.
@@ -177,13 +178,14 @@ private:
 /// Asks for a subscription that is not attached yet.
 struct EVSubscriptionDetached {};
 
-/// A subscription, attached to its list until destroy() or the destructor; it keeps the list alive so long. Any number of
-/// threads may call destroy(), also while one of them goes on to the destructor: when it returns the subscription is
-/// detached, by whomever, and has let go of the list, once.
+/// A subscription. It is attached to its list until destroy() or the destructor, and keeps the list alive until then.
+/// Any number of threads may call destroy(), also while one of them goes on to the destructor. When destroy() returns,
+/// one of them has detached the subscription, and its reference to the list is dropped.
 ///
-/// notify() must not be called while the class that overrides it is not there: the destructor of the most derived class
-/// calls destroy(), before any part of it goes. Where another thread may announce while a subscription is constructed,
-/// that class also constructs its base with EVSubscriptionDetached, and calls attach() at the end of its constructor.
+/// The list must not call notify() before the overriding class is constructed or after its destruction has begun. So
+/// the destructor of the most derived class calls destroy() first. Where another thread may announce while a
+/// subscription is constructed, that class also constructs its base with EVSubscriptionDetached, and calls attach() at
+/// the end of its constructor.
 template <typename T>
 class EVSubscription : public EVNotified<EVSubscriptionBase, typename EVSubscriptionParameter<T>::Callback>,
                        public EVSubscriptionParameter<T> {
@@ -194,8 +196,8 @@ protected:
     EVSubscription(EVSubscriptionList<T>& list, EVSubscriptionDetached);  ///< not before attach()
     ~EVSubscription() override = 0;
 
-    /// To be called once, after construction with EVSubscriptionDetached. The list calls notify(), or the step, which must
-    /// do the same as notify().
+    /// To be called once, after construction with EVSubscriptionDetached. The list calls notify(), or the step, which
+    /// must do the same as notify().
     /// @{
     void attach();
     void attach(typename EVSubscriptionEntry<T>::Step step);

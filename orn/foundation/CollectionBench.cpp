@@ -23,7 +23,21 @@ void push(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(elements));
 }
 
+template <typename Sequence>
+void sum(benchmark::State& state) {
+    Sequence sequence;
+    for (std::uint64_t i = 0; i < elements; ++i) sequence.push_back(i);
+    for (auto _ : state) {
+        std::uint64_t total = 0;
+        for (std::uint64_t const value : sequence) total += value;
+        benchmark::DoNotOptimize(total);
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(elements));
+}
+
 BENCHMARK(push<ORN::Collection<std::uint64_t, perChunk>>)->Name("collection");
 BENCHMARK(push<std::deque<std::uint64_t>>)->Name("deque");
+BENCHMARK(sum<ORN::Collection<std::uint64_t, perChunk>>)->Name("iterate/collection");
+BENCHMARK(sum<std::deque<std::uint64_t>>)->Name("iterate/deque");
 
 }

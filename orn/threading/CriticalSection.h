@@ -1,14 +1,14 @@
-/// A plain mutual-exclusion lock that its thread may take again, and its scoped guard.
+/// A mutual-exclusion lock that the thread inside may enter again, and its scoped guard.
 #pragma once
 
 #include "orn/Export.h"
 #include "orn/os/CriticalSection.h"
 
-/// The lock; taken and released through OrnSimpleLock only. One thread at a time is inside, as often as it likes; it must
-/// leave as often as it entered. Nobody may be inside, or wait, when it is destroyed. Not copied.
+/// The lock. Only OrnSimpleLock enters and leaves it. One thread at a time is inside; it may enter again, and must
+/// leave as often as it entered. When the section is destroyed, no thread may be inside or wait. It is not copied.
 class ORN_API OrnCriticalSection {
 public:
-    explicit OrnCriticalSection(wchar_t const* label);  ///< label: a name for whoever debugs; not copied, never read
+    explicit OrnCriticalSection(wchar_t const* label);  ///< label: a name for debugging; not copied, never read
     ~OrnCriticalSection();
     OrnCriticalSection(OrnCriticalSection const&) = delete;
     OrnCriticalSection& operator=(OrnCriticalSection const&) = delete;
@@ -23,7 +23,7 @@ private:
     [[maybe_unused]] wchar_t const* label_;
 };
 
-/// Holds a section for a scope. `where` names the place for whoever debugs and is not used. A guard belongs to one thread.
+/// Holds a section for a scope. `where` names the place for debugging and is not used. A guard belongs to one thread.
 class ORN_API OrnSimpleLock {
 public:
     [[nodiscard]] OrnSimpleLock(OrnCriticalSection& section, wchar_t const* where);  ///< enters the section

@@ -54,8 +54,9 @@ void DrawThread::insert(DrawTask& task) {
     Queue made{{window, &task}};
     Queue::node_type entry = made.extract(made.begin());
 
-    // What may fail comes before anything is changed. The windows are asked outside the lock, which others want
-    // meanwhile; while the drawings change as fast as they can be asked, inside.
+    // Everything that may fail is done before anything is changed. The window system is asked outside the lock, because
+    // other threads want the lock meanwhile. When the running task changes faster than the window system answers, it is
+    // asked inside the lock at last.
     ExclusiveLock guard{lockWord()};
     HWND asked = nullptr;
     bool above = false;
@@ -95,7 +96,7 @@ void DrawThread::processTasks() {
     while (highest != queue_.end()) {
         current_ = highest->second;
         hint_ = std::next(highest);
-        Queue::node_type entry = queue_.extract(highest);  // kept, so that to resume the task takes no memory
+        Queue::node_type entry = queue_.extract(highest);  // kept: resuming the task must not need memory
         if (runCurrentTask(guard)) {
             entry.key() = entry.mapped()->key();
             hint_ = queue_.insert(hint_, std::move(entry));
@@ -105,11 +106,11 @@ void DrawThread::processTasks() {
         highest = findHighestWindow();
         setCancelled(false);
     }
-    current_ = before;  // under the lock, because finish may look at it from its thread
+    current_ = before;  // under the lock, because finish may read it on another thread
 }
 
-/// Runs the current task outside the lock, and says inside whether it is to be resumed. Whoever waits for it is told,
-/// however it ended.
+/// Runs the current task outside the lock. True, inside the lock again, when the task is to be resumed. The threads
+/// that wait for the task are woken however it ends.
 bool DrawThread::runCurrentTask(ExclusiveLock& guard) {
     struct Stopped {
         DrawThread& thread;

@@ -1,37 +1,38 @@
-/// The worker that redraws windows in the background, at the lowest priority: of the windows that wait it always draws
-/// next the one that is front-most on the screen.
+/// A worker that redraws windows in the background, at the lowest priority. Of the queued windows it draws the one that
+/// is front-most on the screen first.
 #pragma once
 
 #include "orn/threading/Scheduler.h"
 
 #include <map>
 
-/// A client's job of drawing one window. Its owner keeps it alive until `cancel` of its window with a waiter, or `finish`,
-/// has returned; see Scheduler.h for that and for what a task must not do.
+/// A client's task of drawing one window. Its owner keeps it alive until `cancel` of its window with a waiter, or
+/// `finish`, has returned. Scheduler.h says more about this, and what a task must not do.
 class ORN_API DrawTask : public ORN::Threading::Task<HWND> {
 public:
-    /// Draws, on the worker and without any lock. True when the drawing is complete; false when it stopped early and is
-    /// to be resumed. One that throws a std::exception is dropped, and only that one; any other exception ends the
-    /// process. Since abort() may come before run() has begun, the flag that it sets is taken back where it is obeyed:
+    /// Draws, on the worker and without any lock. True when the drawing is complete; false when it stopped early and
+    /// must be resumed. A task that throws a std::exception is dropped, and no other task; any other exception ends the
+    /// process. Because abort() may be called before run() has begun, run() clears the flag of abort() when it obeys:
     /// `if (aborted_.exchange(false)) return false;`
     virtual bool run() = 0;
 
     ~DrawTask() override;
 };
 
-/// Clients queue one task a window. A task that is queued for a window above the one being drawn, or for that window
-/// itself, interrupts the drawing. The thread start and exit hooks are for the subclass, which calls finish in its own
-/// destructor: when the base's destructor runs, the hooks of the subclass are gone.
+/// Clients queue one task for each window. A task for a window above the one being drawn, or for that window itself,
+/// interrupts the drawing. A subclass defines the thread's start and exit hooks. It must call finish in its own
+/// destructor, because the hooks are gone when the destructor of the base runs.
 class ORN_API DrawThread : public ORN::Threading::Scheduler<HWND> {
 public:
     DrawThread();
     ~DrawThread() override;
 
-    /// Queues a task. While a task is queued for its window, a second one for that window is not stored. When it throws,
-    /// for want of memory, nothing has changed.
+    /// Queues a task. While a task is queued for a window, a second one for that window is not stored. When there is no
+    /// memory it throws std::bad_alloc, and nothing has changed.
     void insert(DrawTask& task);
 
-    /// A window has become active: if it is the one to be drawn first, the drawing in progress is interrupted for it.
+    /// To be called when a window has become active. If that window is the next to be drawn, the drawing in progress is
+    /// interrupted for it.
     void updateActive(HWND window);
 
 protected:

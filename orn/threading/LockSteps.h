@@ -1,9 +1,9 @@
-/// The algorithm of the one-word reader-writer lock, written once over its word and its parking slot, so that a test can
-/// drive it step by step. Each step is one call on the word or on the slot.
+/// The algorithm of the one-word reader-writer lock. It is a template over its word and its parking slot, so that a
+/// test can drive it step by step. Each step is one call on the word or on the slot.
 ///
-/// What makes it lose no wake-up: a thread announces itself and takes its ticket before it reads the word for the last
-/// time, and a releaser changes the word before it looks for announced threads. So either the thread reads the changed
-/// word, or the releaser sees the thread and makes its ticket an old one.
+/// It loses no wake-up for this reason: a thread announces itself and takes its ticket before it reads the word for the
+/// last time, and a releaser changes the word before it looks for announced threads. So either the thread reads the
+/// changed word, or the releaser sees the thread and makes its ticket an old one.
 #pragma once
 
 #include "orn/foundation/Error.h"
@@ -13,7 +13,7 @@
 
 namespace ORN::Threading {
 
-/// A slot of the parking table: how many threads are about to wait or waiting here, and what they sleep on.
+/// A slot of the parking table: the number of threads that wait here or are about to, and the object they sleep on.
 template <typename Parking>
 class ParkingSlot {
 public:

@@ -1,6 +1,6 @@
-/// The process-wide table on which the threads blocked at any lock word are parked. Constant-initialised, so a lock taken
-/// by whatever static object is built first works. What the system must make for it is made when the library loads; when it
-/// refuses, the library does not load.
+/// The process-wide table on which threads that wait for any lock word are parked. It is constant-initialised, so locks
+/// work while static objects are built. The system's objects for it are made when the library loads; when the system
+/// refuses one, the library does not load.
 #pragma once
 
 #include "orn/os/Parking.h"
@@ -33,7 +33,8 @@ inline TableSlot& slotOf(LONG const volatile& word) noexcept {
     return parkingTable[slotNumber(reinterpret_cast<std::uintptr_t>(&word))];
 }
 
-/// Makes what each slot sleeps on, in order. Throws WinError, and leaves nothing behind, when the system refuses one.
+/// Makes the system's objects of each slot, in order. Throws WinError, and leaves nothing behind, when the system
+/// refuses one.
 void createParking();
 void closeParking() noexcept;
 

@@ -24,8 +24,8 @@ SchedulerBase::~SchedulerBase() = default;
 SchedulerBase::SchedulerBase(SchedulerBase const&) { throw NotImplemented{L"SchedulerBase copy constructor"}; }
 SchedulerBase& SchedulerBase::operator=(SchedulerBase const&) { throw NotImplemented{L"SchedulerBase operator=()"}; }
 
-/// An event that lives until the last who may use it lets go: the scheduler, its worker, and those who signal it outside
-/// the lock.
+/// An event that its users share: the scheduler, its worker, and threads that signal it outside the lock. The last of
+/// them deletes it.
 struct SchedulerBase::WakeEvent {
     explicit WakeEvent(HANDLE event) noexcept : handle{event} {}
     ~WakeEvent() { os::closeHandle(handle); }
@@ -57,8 +57,8 @@ private:
     std::atomic<int> users_{1};
 };
 
-/// One thread's wait for the running task, on that thread's stack: linked, under the lock, until the task has stopped or
-/// the thread gives up.
+/// One thread's wait for the running task, on that thread's stack. It is in the scheduler's list, under the lock, until
+/// the task has stopped or the thread gives up.
 struct SchedulerBase::StopWait {
     StopWait(SchedulerBase& scheduler, ExclusiveLock& guard)
         : event{os::createEvent()}, scheduler_{scheduler}, guard_{guard} {
@@ -89,7 +89,8 @@ private:
     ExclusiveLock& guard_;
 };
 
-/// What a worker is given; the event and the handle are its own, whatever becomes of the scheduler's fields.
+/// The argument of a worker. The event and the handle belong to the worker, because the scheduler's fields may change
+/// before the worker reads them.
 struct SchedulerBase::Start {
     SchedulerBase& scheduler;
     WakeEvent::Use wake;
@@ -111,6 +112,7 @@ void SchedulerBase::startThread() {
 void SchedulerBase::startThread(ExclusiveLock& guard) {
     if (workerState_ == Worker::isAwaited) return;
     if (worker_ != nullptr && workerState_ == Worker::stays) {
+        // A worker ends by itself only when a task ends its thread.
         DWORD code = 0;
         if (!os::threadExitCode(worker_, code) || code != os::threadStillActive) {
             WakeEvent::Use const wake{wakeEvent_.exchange(nullptr)};
@@ -160,7 +162,7 @@ unsigned int SchedulerBase::threadMain(void* start) {
 }
 
 void SchedulerBase::serve(WakeEvent& wake) {
-    // When another event is in the field, finish has taken this one out, and waits.
+    // When the field holds another event or none, finish has taken this one out, and waits for this thread.
     while (wakeEvent_.load() == &wake) {
         if (os::waitFor(wake.handle, os::waitForever) != os::waitObject) return;
         for (bool done = false; !done;) {
@@ -168,7 +170,7 @@ void SchedulerBase::serve(WakeEvent& wake) {
                 processTasks();
                 done = true;
             } catch (std::exception const&) {
-                // The task that failed is gone; the others are still to be run.
+                // The task that threw is gone from the queue; the others must still run.
             }
         }
     }
@@ -195,14 +197,15 @@ bool SchedulerBase::finish(Waiter const& waiter) {
         bool ended = false;
         ~End() { scheduler.endFinish(ended); }
     } end{*this};
-    os::lendPriority(worker);  // a worker of low priority would starve beside a waiting thread of higher
+    os::lendPriority(worker);  // a worker of low priority could not end while threads of higher priority are busy
     if (waiter(worker) != os::waitObject) return true;
     end.ended = true;
     DWORD code = 0;
     return os::threadExitCode(worker, code) && code == 0;
 }
 
-/// A worker that has not been seen to end may be in its last task: its handle is kept for whoever has to wait for that.
+/// When the wait gave up, the worker may still be in its last task. Its handle is kept, so that the next worker or the
+/// next finish can wait for it.
 void SchedulerBase::endFinish(bool ended) noexcept {
     ExclusiveLock const guard{lockWord_};
     dropLateTasks();
@@ -212,6 +215,7 @@ void SchedulerBase::endFinish(bool ended) noexcept {
     worker_ = nullptr;
 }
 
+// Tasks that are queued while finish waits would run on a worker that nobody has asked for.
 void SchedulerBase::dropLateTasks() noexcept {
     if (workerState_ == Worker::isAwaited) eraseWholeQueue();
 }

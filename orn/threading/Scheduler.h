@@ -1,16 +1,16 @@
-/// A background worker: one thread that sleeps on an event, wakes to run queued tasks, and can be told to drop queued
-/// work, to abort the task that runs, to wait until it has stopped, and to end. What the queue is and how tasks run is for
-/// derived classes to say.
+/// A background worker: one thread that sleeps on an event and wakes to run queued tasks. Owners can drop queued tasks,
+/// abort the running task, wait until it has stopped, and end the worker. Derived classes define the queue and how
+/// tasks run.
 ///
-/// A task must live, and its key() and abort() be ready for calls, from the moment it is queued until the scheduler has
-/// let go of it, which its owner learns from the scheduler alone: `cancel` with a waiter, or `finish`, has returned. That
-/// the task has told of its own end is not enough, because abort() may still come then, and so may a call to resume it.
+/// A queued task must live, and its key() and abort() must be ready for calls, until `cancel` with a waiter or `finish`
+/// has returned. It is not enough that the task reports its own end, because the scheduler may still call abort() then,
+/// or resume the task.
 ///
-/// What a task does on the worker must not wait for that worker: there `cancel` and `interrupt` with a waiter, and
-/// `finish`, throw std::logic_error and do nothing, and a lock that somebody holds who waits for the worker is never
-/// free. It must not end its thread. Everything else it may call, also what queues tasks.
+/// A task must not wait for its own worker. On the worker, `finish` and `cancel` and `interrupt` with a waiter throw
+/// std::logic_error and do nothing; and a task that wants a lock waits for ever when the lock's holder waits for the
+/// worker. A task must not end its thread. It may call everything else, also operations that queue tasks.
 ///
-/// Every public operation takes the scheduler's lock word exclusively; it is not held while something is waited for.
+/// Every public operation takes the scheduler's lock word exclusively, and releases it while it waits.
 #pragma once
 
 #include "orn/Export.h"
@@ -25,9 +25,9 @@ namespace ORN::Threading {
 /// A unit of work.
 class ORN_API TaskBase {
 public:
-    /// Asks the task to stop as soon as it can. Called from other threads, under the scheduler's lock: it must not wait,
-    /// throw, or call the scheduler. It may come more than once, before the task's work has begun on the worker, and when
-    /// that is over already; so a flag that it sets is taken back by the work when it obeys, not when it begins.
+    /// Asks the task to stop as soon as it can. Other threads call it under the scheduler's lock: it must not wait,
+    /// throw, or call the scheduler. It may be called more than once, before the task's work has begun, and after the
+    /// work has ended. So the work clears the flag that abort() sets when it obeys, and not when it begins.
     virtual void abort() = 0;
 
     virtual ~TaskBase();
@@ -37,15 +37,15 @@ public:
 template <typename Key>
 class Task : public TaskBase {
 public:
-    virtual Key key() const = 0;  ///< what cancel() names; the same at every call, from any thread
+    virtual Key key() const = 0;  ///< the key that cancel() takes; always the same, from any thread
 };
 
-/// The worker, its protocol of cancelling and waiting. The destructor stops nothing: owners call finish before.
+/// The worker with its protocol of cancelling and waiting. The destructor stops nothing: owners call finish before.
 ///
-/// Any number of threads may wait for the running task at once. Each of them is told when the task has stopped, and only
-/// then; a waiter that gives up, or throws, ends its own wait and nobody else's.
+/// Any number of threads may wait for the running task at once. Each of them is woken when the task has stopped, and
+/// not before. A waiter that gives up or throws ends its own wait and no other.
 ///
-/// Whoever derives keeps a queue and says in processTasks how tasks run. All of it is done under the lock, but for the
+/// A derived class keeps a queue and defines in processTasks how tasks run. It holds the lock for everything but the
 /// work itself:
 ///
 ///     insert:        startThread(guard), put the task into the queue, wakeWorker(guard) at the end
@@ -61,41 +61,41 @@ public:
 
     /// Aborts the running task, if there is one. It may be resumed later.
     void interrupt();
-    void interrupt(Waiter const& waiter);  ///< and waits until it has stopped
+    void interrupt(Waiter const& waiter);  ///< also waits until the task has stopped
 
-    /// Drops what is queued, aborts what runs, ends the worker and waits for it. What is queued until it returns is
-    /// dropped, too, whoever queues it, and no worker is started for it: afterwards the scheduler is as it was made, and
-    /// may be destroyed or used again. False when the worker ended with an exit code other than 0; true also when there
-    /// was no worker, or the waiter failed. One thread at a time.
+    /// Drops the queued tasks, aborts the running task, ends the worker and waits for it. Tasks that any thread queues
+    /// before finish returns are dropped too, and no worker is started for them. Afterwards the scheduler is as it was
+    /// when it was made, and may be destroyed or used again. False when the worker ended with an exit code other than
+    /// 0; true also when there was no worker, or the waiter failed. Only one thread at a time may call it.
     ///
-    /// When the waiter gives up or throws, the worker is told to end all the same and may still be busy with its last
-    /// task: the scheduler can be used again at once, a new worker runs nothing before the old one has ended, and only
-    /// another finish, which waits for whichever is left, makes it ready to be destroyed.
+    /// When the waiter gives up or throws, the worker still ends, but may be busy with its last task. The scheduler can
+    /// be used again at once: a new worker runs nothing before the old one has ended. Before the scheduler is
+    /// destroyed, finish must be called again; it waits for the worker that is left.
     bool finish(Waiter const& waiter);
 
 protected:
-    // All but the destructor are called on the worker (the first three) or under the lock (the others).
+    // The worker calls the first three. The others are called under the lock, threadName from any thread.
     virtual void onThreadStart() = 0;  ///< after the worker's set-up
     virtual void onThreadExit() = 0;   ///< before the worker's end
 
-    /// Runs queued tasks until the queue is empty. A std::exception that it throws is discarded, and it is called again at
-    /// once; any other exception ends the process.
+    /// Runs queued tasks until the queue is empty. When it throws a std::exception, the exception is discarded and the
+    /// worker calls it again at once; any other exception ends the process.
     virtual void processTasks() = 0;
 
-    virtual void eraseWholeQueue() = 0;            ///< under the lock; does not throw
-    virtual char const* threadName() const = 0;    ///< for debuggers, and the message about a dead worker; any thread
-    virtual TaskBase* taskInProgress() const = 0;  ///< null between tasks; under the lock
+    virtual void eraseWholeQueue() = 0;            ///< does not throw
+    virtual char const* threadName() const = 0;    ///< for debuggers, and for the message about a dead worker
+    virtual TaskBase* taskInProgress() const = 0;  ///< null between tasks
 
-    /// Makes sure that there is a live worker. One that has died is reported to the user, and replaced. Takes the lock, or
-    /// steps out of it for the report only; threads that call it at once start one worker. When the system refuses, or while
-    /// finish waits, there is none, and nothing is told.
+    /// Makes sure that there is a live worker. A worker that has died is reported to the user and replaced. The first
+    /// form takes the lock, the second releases it for the report only. Threads that call them at once start one
+    /// worker. When the system refuses, or while finish waits, no worker starts and nothing is reported.
     /// @{
     void startThread();
     void startThread(ExclusiveLock& guard);
     /// @}
 
-    /// Aborts the running task (there must be one), for a caller that holds the lock through the guard. With a waiter the
-    /// guard steps out until the task has stopped; std::logic_error when that is the calling thread's own task.
+    /// Aborts the running task (there must be one), for a caller that holds the lock through the guard. With a waiter
+    /// the guard steps out until the task has stopped; std::logic_error when that is the calling thread's own task.
     void doCancelCurrentTask(ExclusiveLock& guard, bool setCancelled, Waiter const* waiter);
 
     LONG volatile& lockWord() const noexcept { return lockWord_; }  ///< the scheduler's (see ReadWriteLock)
@@ -107,11 +107,11 @@ protected:
     bool cancelled() const noexcept { return cancelled_; }  ///< under the lock: the task is not to be resumed
     void setCancelled(bool cancelled) noexcept { cancelled_ = cancelled; }  ///< under the lock
 
-    /// Steps out of the lock, and signals the wake event that there was. (A worker that is woken under the lock has to
-    /// wait once more.) The event lives on meanwhile, whatever finish does.
+    /// Releases the lock and then signals the wake event, because a worker that is woken under the lock has to wait
+    /// once more. The event stays alive meanwhile, whatever finish does.
     void wakeWorker(ExclusiveLock& guard);
 
-    void tellStopped() noexcept;  ///< tells everyone who waits for the task, under the lock
+    void tellStopped() noexcept;  ///< under the lock: wakes all threads that wait for the task
 
 private:
     SchedulerBase(SchedulerBase const&);             // both throw NotImplemented
@@ -121,7 +121,7 @@ private:
     struct StopWait;
     struct Start;
 
-    /// What becomes of the worker: finish ends it and waits for it, or has given up waiting.
+    /// Whether finish has told the worker to end, and waits for it or has given up waiting.
     enum class Worker : unsigned char { stays, isAwaited, isLeftAlone };
 
     static unsigned int threadMain(void* start);
@@ -134,7 +134,7 @@ private:
 
     mutable LONG volatile lockWord_ = 0;
     std::atomic<WakeEvent*> wakeEvent_ = nullptr;  // the worker reads it without the lock
-    StopWait* stopWaits_ = nullptr;                // those who wait for the running task, the latest first
+    StopWait* stopWaits_ = nullptr;                // the waits for the running task, the latest first
     HANDLE worker_ = nullptr;
     bool cancelled_ = false;
     Worker workerState_ = Worker::stays;
@@ -147,8 +147,8 @@ class Scheduler : public SchedulerBase {
 public:
     explicit Scheduler(int priority) noexcept;  ///< as SchedulerBase
 
-    void cancel(Key const& key);                        ///< drops what is queued for the key, aborts it if it runs
-    void cancel(Key const& key, Waiter const& waiter);  ///< and waits until it has stopped: the task may then be freed
+    void cancel(Key const& key);                        ///< drops the queued task of this key, aborts the running one
+    void cancel(Key const& key, Waiter const& waiter);  ///< also waits until it has stopped; the task may then be freed
 
 protected:
     virtual void eraseFromQueue(Key const& key) = 0;  ///< under the lock

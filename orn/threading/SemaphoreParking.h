@@ -1,8 +1,8 @@
-/// Where the threads of one slot of the parking table sleep, over a counting semaphore.
+/// The sleep of the threads of one parking slot, over a counting semaphore.
 ///
-/// A semaphore alone loses wake-ups here. A count is released for every waiting thread, but a woken thread that still
-/// cannot proceed waits again and may take the count of a neighbour, which then sleeps although its lock is free. So the
-/// slot keeps a ledger beside the semaphore, one word with three numbers:
+/// A semaphore alone loses wake-ups here. A release adds a count for every waiting thread, but a woken thread that
+/// still cannot proceed waits again and may take the count of a neighbour. The neighbour then sleeps although its lock
+/// is free. So the slot keeps a ledger beside the semaphore, one word with three numbers:
 ///
 ///   | bits     |         |                                                                             |
 ///   |----------|---------|-----------------------------------------------------------------------------|
@@ -10,9 +10,9 @@
 ///   | 20 to 39 | owed    | those of them for whom a count was released and who have not had it yet     |
 ///   | 40 to 63 | epoch   | moved on by every release that comes to owe somebody a count; a ticket is the epoch of its taking |
 ///
-/// A release moves the epoch on, which makes every ticket that is out an old one, and releases a count for each thread
-/// present that is not owed one already. A thread with an old ticket is owed a count; one with a ticket of this epoch is
-/// not. Whoever has taken a count therefore knows whose it was:
+/// A release moves the epoch on, which makes every ticket an old one, and adds a count for each thread present that is
+/// not owed one already. A thread with an old ticket is owed a count; a thread with a ticket of this epoch is not. A
+/// thread that has taken a count therefore knows to which thread it belongs:
 ///
 ///   | ticket | owed | the count was                | the thread                                       |
 ///   |--------|------|------------------------------|--------------------------------------------------|
@@ -20,13 +20,13 @@
 ///   | new    | > 0  | that of another thread       | puts the count back and steps aside              |
 ///   | new    | 0    | left by one that went away   | keeps it                                         |
 ///
-/// At every moment the counts in the semaphore, in the hands of threads that have not yet looked at the ledger and in the
-/// hands of releasers on their way are no fewer than the threads owed one, so none of those sleeps for good.
+/// At every moment the counts in the semaphore, in the hands of threads that have not yet looked at the ledger and in
+/// the hands of releasers on their way are no fewer than the threads owed one, so none of those sleeps for good.
 ///
-/// Who has put a count back must not go for it again: the thread to which it is owed may be standing still on its way to
-/// the semaphore, and the two steps would go round as long as that lasts. Such a thread waits aside, on a condition of
-/// the ledger, until its ticket is an old one or nobody is owed a count. While a ticket is new the number of those owed
-/// only falls, so a thread puts back one count for each ticket that it holds, at most, however the system schedules.
+/// A thread that has put a count back must not take it again: the thread to which it is owed may stand still on its way
+/// to the semaphore, and the first thread would take and put back without end. So it waits aside, on a condition of the
+/// ledger, until its ticket is an old one or no thread is owed a count. While a ticket is new the number of threads
+/// owed only falls, so a thread puts back at most one count for each ticket, however the system schedules.
 #pragma once
 
 #include "orn/os/Status.h"
@@ -35,8 +35,8 @@
 
 namespace ORN::Threading {
 
-/// Kernel names the atomic types, the semaphore and the room aside, so that a test can drive every step. Fewer than 2^20
-/// threads may hold a ticket at one time. A ticket is mistaken for a new one only if its holder stands still for a
+/// Kernel gives the atomic types, the semaphore and the room aside, so that a test can drive every step. Fewer than
+/// 2^20 threads may hold a ticket at one time. A ticket is mistaken for a new one only if its holder stands still for a
 /// multiple of 2^24 epochs.
 template <typename Kernel>
 class SemaphoreParking {
@@ -51,8 +51,8 @@ public:
 
     Ticket takeTicket() { return epochOf(ledger_.fetch_add(onePresent)); }
 
-    /// Waits for the semaphore, at most `timeout` milliseconds at a time. waitObject after a wake-up, which need not have
-    /// been meant for this thread; the other results are waitTimedOut and waitFailed.
+    /// Waits for the semaphore, at most `timeout` milliseconds at a time. waitObject after a wake-up, which need not
+    /// have been meant for this thread; the other results are waitTimedOut and waitFailed.
     DWORD sleep(Ticket& ticket, DWORD timeout) {
         for (;;) {
             if (DWORD const result = semaphore_.wait(timeout); result != os::waitObject) return result;
@@ -61,14 +61,14 @@ public:
             if (!release(1)) return os::waitFailed;
             if (DWORD const result = stepAside(ticket, timeout); result != os::waitObject) return result;
             if (ledger = ledger_.load(); epochOf(ledger) == ticket) continue;
-            semaphore_.wait(0);  // takes its count along where it is there already
+            semaphore_.wait(0);  // takes the thread's own count, if the semaphore has it already
             settle(ticket, ledger);
             return os::waitObject;
         }
     }
 
-    /// The thread goes away. A count that it is owed is taken along where it is there already; otherwise it stays in the
-    /// semaphore and wakes somebody once for nothing.
+    /// Ends the thread's wait. If the thread is owed a count and the semaphore has one, it is taken; otherwise the
+    /// count stays in the semaphore and wakes another thread once for nothing.
     void giveBack(Ticket ticket) {
         std::uint64_t ledger = ledger_.load();
         bool taken = false, owed = false;
@@ -79,7 +79,8 @@ public:
         if (owed && owedOf(ledger) == 1) tellAside();
     }
 
-    /// Wakes every ticket that is out. False, told by lastError(), when the system refuses; the next call tries again.
+    /// Ends the wait of every ticket. False when the system refuses, with the reason in lastError(); the next call
+    /// tries again.
     bool wake() {
         std::uint64_t ledger = ledger_.load();
         std::uint64_t fresh = 0;
@@ -94,7 +95,7 @@ public:
         return released;
     }
 
-    /// Nobody holds a ticket, and nobody is owed a count.
+    /// Whether no thread holds a ticket, and none is owed a count.
     bool idle() const {
         std::uint64_t const ledger = ledger_.load();
         return presentOf(ledger) == 0 && owedOf(ledger) == 0;
@@ -110,7 +111,8 @@ private:
     static constexpr std::uint64_t owedOf(std::uint64_t ledger) noexcept { return ledger % oneEpoch / oneOwed; }
     static constexpr std::uint64_t epochOf(std::uint64_t ledger) noexcept { return ledger / oneEpoch; }
 
-    /// A count has come to a thread. Where its ticket is an old one it was owed it, is owed no more, and has a new ticket.
+    /// The thread has taken a count. True when its ticket was an old one: it was owed the count, and now has a new
+    /// ticket.
     bool settle(Ticket& ticket, std::uint64_t& ledger) {
         do {
             if (epochOf(ledger) == ticket) return false;
@@ -120,7 +122,7 @@ private:
         return true;
     }
 
-    /// Waits until the ticket is an old one, or nobody is owed a count.
+    /// Waits until the ticket is an old one, or no thread is owed a count.
     DWORD stepAside(Ticket ticket, DWORD timeout) {
         aside_.fetch_add(1);
         room_.lock();
@@ -135,7 +137,7 @@ private:
         return result;
     }
 
-    // Whoever is aside has counted itself before it looked at the ledger, and looks inside the room's lock.
+    // A thread aside has counted itself before it reads the ledger, and it reads inside the room's lock.
     void tellAside() {
         if (aside_.load() == 0) return;
         room_.lock();
@@ -143,7 +145,7 @@ private:
         room_.wakeAll();
     }
 
-    // What the system refuses to release stays owed, and goes out with the next release.
+    // Counts that the system refuses to add stay owed, and are added with the next release.
     bool release(std::uint32_t counts) {
         if (semaphore_.release(counts)) return true;
         withheld_.fetch_add(counts);

@@ -9,15 +9,15 @@ namespace ORN::Threading {
 /// Waits until an event or thread is signalled.
 class ORN_API Waiter {
 public:
-    /// Returns the result of the wait, 0 when the object is signalled. The handle stays the caller's. A wait may end
-    /// otherwise, also by an exception; what was to be waited for then goes on.
+    /// Returns the result of the wait: 0 when the object is signalled. The caller keeps the handle. A waiter may give
+    /// up with another result or an exception; the object of the wait then goes on.
     virtual DWORD operator()(HANDLE handle) const = 0;
 
     virtual ~Waiter();
 };
 
-/// Waits as long as it takes and lets only those messages through that other threads send meanwhile: a thread with
-/// windows can so wait for a worker that sends it messages, without entering its message loop anew.
+/// Waits without a time limit. Meanwhile it delivers only messages that other threads send. So a thread with windows
+/// can wait for a worker that sends it messages, without entering its message loop again.
 class ORN_API BoringWaiter final : public Waiter {
 public:
     DWORD operator()(HANDLE handle) const override;

@@ -6,11 +6,11 @@
 
 namespace ORN {
 
-/// Puts a message into the queue of the window's thread and returns at once. WinError "Error "TEXT" calling PostMessage"
-/// when the window is gone or its queue is full.
+/// Puts a message into the queue of the window's thread and returns at once. WinError "Error "TEXT" calling
+/// PostMessage" when the window is gone or its queue is full.
 ///
-/// Where windows belong to an X server the window receives a client message of five 32-bit words, of type INTEGER: the
-/// message, and of either parameter the low half before the high one.
+/// Where windows belong to an X server, the window receives a client message of five 32-bit words and of type INTEGER:
+/// the message, then each parameter with its low half before its high half.
 ORN_API void OrnPostMessage(HWND window, unsigned int message, unsigned long long wParam, long long lParam);
 
 }

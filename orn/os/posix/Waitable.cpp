@@ -25,8 +25,8 @@ namespace ORN::os {
 
 namespace {
 
-/// What a HANDLE points to. An event's signal is taken by the wait that it ends; an ended thread stays signalled. Each
-/// handle counts, and so does a running thread.
+/// The object of a HANDLE. The wait that an event ends takes the signal; a thread that has ended stays signalled. Each
+/// handle holds a reference, and so does a running thread.
 struct Waitable {
     std::atomic<std::uint32_t> signalled{0};
     std::atomic<std::uint32_t> waiting{0};
@@ -68,7 +68,7 @@ Waitable* threadOf(HANDLE handle) noexcept {
 
 constinit thread_local Waitable* ownThread = nullptr;
 
-/// Marks the thread as ended on every way out, that of exitThread included.
+/// Marks the thread as ended on every way out, also that of exitThread.
 struct ThreadEnd {
     Waitable* thread;
     ~ThreadEnd() {
@@ -89,8 +89,9 @@ void* runThread(void* object) {
     return nullptr;
 }
 
-// The kernel's nice values of the priorities -2 to 2. Most processes may not raise a thread again, so that priority lent
-// to it does nothing: the lowest must still get on, however busy the machine, for whoever waits for its end.
+// The kernel's nice values of the priorities -2 to 2. Most processes may not raise a thread's priority again, so
+// lending it priority does nothing. The lowest must still make progress on a busy machine, for a thread that waits for
+// its end.
 constexpr int niceValues[] = {10, 5, 0, -5, -10};
 
 void setNice(pid_t number, int nice) noexcept {
@@ -98,7 +99,7 @@ void setNice(pid_t number, int nice) noexcept {
 }
 
 pid_t numberOf(Waitable const& thread) noexcept {
-    // A thread that was started a moment ago has yet to tell its number.
+    // A thread that was started a moment ago may not have stored its number yet.
     pid_t number = 0;
     while ((number = thread.number.load()) == 0 && thread.exitCode.load() == threadStillActive) sched_yield();
     return thread.exitCode.load() == threadStillActive ? number : 0;
@@ -126,7 +127,7 @@ void closeHandle(HANDLE handle) noexcept {
     Waitable* const object = waitable(handle);
     if (object == nullptr) return;
     if (object->isThread) {
-        // A thread that has ended is waited for to its last instruction, so that its code may be unloaded.
+        // After this a thread that has ended runs no instruction any more, so its code may be unloaded.
         if (object->signalled.load() != 0 && object != ownThread)
             pthread_join(object->thread, nullptr);
         else

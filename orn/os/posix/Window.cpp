@@ -34,9 +34,9 @@ using Reply = std::unique_ptr<T, Free>;
 
 using Connection = std::shared_ptr<xcb_connection_t>;
 
-/// The process's connection to its display, made at the first use; none where there is no display. xcb lets every thread
-/// use it. It ends when the library is unloaded and nobody uses it any more; a thread that still runs then, as some do
-/// when the process ends, meets no display.
+/// The process's connection to its display, made at the first use; null where there is no display. Every thread may use
+/// it. It ends when the library is unloaded and no thread uses it any more. A thread that still runs then, as happens
+/// when the process ends, finds no display.
 class Display {
 public:
     static Connection connection() noexcept {
@@ -59,7 +59,7 @@ private:
         return connection;
     }
 
-    /// What other threads may come to look at is never destroyed.
+    /// Never destroyed, because other threads may read it at any time.
     union Kept {
         constexpr Kept() noexcept : connection{} {}
         ~Kept() {}
@@ -99,7 +99,7 @@ public:
     xcb_window_t parent() const noexcept { return reply_ ? reply_->parent : XCB_NONE; }
     xcb_window_t root() const noexcept { return reply_ ? reply_->root : XCB_NONE; }
 
-    /// Number 0 is the front-most child; the server tells the back-most first.
+    /// Number 0 is the front-most child; the server lists the back-most first.
     int count() const noexcept { return reply_ ? xcb_query_tree_children_length(reply_.get()) : 0; }
     xcb_window_t child(int number) const noexcept {
         return xcb_query_tree_children(reply_.get())[count() - 1 - number];
