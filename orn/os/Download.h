@@ -7,8 +7,9 @@
 
 namespace ORN::os {
 
-/// Leaves the name of a file that holds the whole of what the URL stands for. Negative for a failure, which leaves the
-/// argument and the cache as they were; its text is in the message table of "urlmon.dll".
+/// Downloads the whole content of a URL, and gives the name of the file with it. Returns a negative status for a
+/// failure, and then changes neither the argument nor the cache. The text for the status is in the message table of
+/// "urlmon.dll".
 HRESULT downloadToCache(wchar_t const* url, std::wstring& file);
 
 }

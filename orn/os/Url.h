@@ -8,13 +8,13 @@
 
 namespace ORN::os {
 
-/// What a result has room in, in units, the zero at its end included.
+/// The room for a result in units, with the zero at its end.
 inline constexpr DWORD urlRoom = 2084;
 
 HRESULT unescapeUrl(wchar_t const* url, std::wstring& result);
 HRESULT canonicalizeUrl(wchar_t const* url, std::wstring& result);  ///< escapes unsafe characters, too
 
-/// Guesses a scheme and a file name. 1, with the result untouched, when there is none to apply.
+/// Adds a scheme by the beginning of the text. Returns 1, with the result unchanged, when there is none to add.
 HRESULT applyUrlScheme(wchar_t const* url, std::wstring& result);
 
 }

@@ -103,6 +103,7 @@ private:
         wchar_t const* const last = end;
         wchar_t const delimiter = format.delimiter;
         while (stop != last && *stop != delimiter && !isLineEnd(*stop)) ++stop;
+        // Blanks at its end stay in the field, because more of it may follow in the next text; endField cuts them.
         wchar_t const* solid = stop;
         while (!format.keepBlanks && solid != position && isBlank(solid[-1])) --solid;
         if (solid != position) keep = field.size() + static_cast<std::size_t>(solid - position);
@@ -140,6 +141,7 @@ private:
         std::wstring& field = record.last();
         field += unit;
         ++position;
+        // Anything but a blank opens the quotes again, and the closing quote is then part of the field.
         state = unit == quote ? FieldState::quoteInQuoted : isBlank(unit) ? FieldState::closed : FieldState::quoted;
         if (state == FieldState::quoted) keep = field.size();
         return false;
@@ -251,6 +253,7 @@ bool HeadedCSVParser::parse(std::vector<std::wstring>& fields, std::wstring cons
             fields[i].clear();
             continue;
         }
+        // The first of several equal columns takes the string out of the record, and the others copy it.
         auto const here = columns_.begin() + static_cast<std::ptrdiff_t>(i);
         auto const earlier = repeated_ ? std::find(columns_.begin(), here, columns_[i]) : here;
         if (earlier != here) {

@@ -1,4 +1,4 @@
-/// Records from comma-separated text, one after the other.
+/// Reads records from comma-separated text, one after the other.
 #pragma once
 
 #include "orn/Export.h"
@@ -15,9 +15,9 @@ namespace ORN {
 
 class TextReader;
 
-/// Reads records by the rules of CSVParser from a text reader, or from a whole text; at the end of the input the last
-/// record needs no line end. Memory is that of one record. Neither the text reader nor the text is copied: they must
-/// outlive the reader. One thread at a time.
+/// Reads records by the rules of CSVParser from a text reader, or from a whole text. The last record needs no line end.
+/// The reader keeps one record in memory. It copies neither the text reader nor the text, which must outlive it. Only
+/// one thread may use a reader at a time.
 ///
 ///     CSVReader rows{lines, L"x,y"};
 ///     for (std::vector<std::wstring> row; rows.read(row);) use(row[0], row[1]);
@@ -46,7 +46,7 @@ public:
     CSVReader(View text, std::wstring_view columns, CSVFormat format = {}) : CSVReader{text, &columns, format} {}
     /// @}
 
-    /// The text would be gone at once.
+    /// These do not compile, because the text would be gone at once.
     /// @{
     explicit CSVReader(std::wstring const&& text) = delete;
     CSVReader(std::wstring const&& text, CSVFormat format) = delete;
@@ -71,8 +71,8 @@ public:
     std::uint64_t lastLine() const noexcept;
     /// @}
 
-    /// For every wanted column, whether the header lacks it. The first read reads the header; until then, and when the
-    /// input is empty, all columns are missing.
+    /// Tells for each wanted column whether the header lacks it. The first read reads the header; before that, and when
+    /// the input is empty, all columns are missing.
     void missingColumns(std::vector<bool>& missing) const;
 
 private:

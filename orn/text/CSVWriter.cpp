@@ -51,7 +51,9 @@ CSVWriter::CSVWriter(std::wstring& text, CSVFormat format, std::wstring_view lin
 CSVWriter& CSVWriter::field(std::wstring_view text) {
     std::wstring& out = text_ != nullptr ? *text_ : record_;
     bool const quoted = needsQuotes(text, format_);
-    makeRoom(out, 3 + (quoted ? 2 * text.size() : text.size()));  // nothing throws behind this
+    makeRoom(out,
+             3 + (quoted ? 2 * text.size()
+                         : text.size()));  // from here on nothing throws, so a field is written whole or not at all
     if (hasFields_)
         out += format_.delimiter;
     else

@@ -1,4 +1,4 @@
-/// Records as comma-separated text, which CSVReader reads back as they were.
+/// Writes records as comma-separated text, which CSVReader reads back unchanged.
 #pragma once
 
 #include "orn/Export.h"
@@ -32,22 +32,22 @@ public:
     /// illegal delimiter.
     explicit CSVWriter(std::wstring& text, CSVFormat format = {}, std::wstring_view lineEnd = L"\r\n");
 
-    /// One field more: at the end of the text at once; for a text writer kept here until the record ends.
+    /// Adds a field. A text gets it at once; for a text writer this object keeps it until the record ends.
     /// @{
     CSVWriter& field(std::wstring_view text);
-    CSVWriter& field(double value);              ///< the shortest text
-    CSVWriter& field(double value, int digits);  ///< with so many digits behind the point
+    CSVWriter& field(double value);              ///< the shortest text that reads back as the same double
+    CSVWriter& field(double value, int digits);  ///< with a fixed number of digits behind the point
     /// @}
 
-    /// What a double cannot hold, and what is no number.
+    /// Integers that a double cannot hold, characters and truth values do not compile.
     template <std::integral Value>
     requires(sizeof(Value) > 4 || sizeof(Value) == 1 || std::same_as<Value, wchar_t>) CSVWriter& field(Value) = delete;
 
-    /// The end of the record, which without any field is an empty line. Throws what the text writer throws; the record
-    /// is then forgotten all the same.
+    /// Ends the record; one without fields is an empty line. Throws what the text writer throws, and the record is then
+    /// lost.
     void endRecord();
 
-    void write(std::span<std::wstring const> fields);  ///< all the fields, and the end of the record
+    void write(std::span<std::wstring const> fields);  ///< adds all fields, and ends the record
 
 private:
     CSVWriter(TextWriter* lines, std::wstring* text, CSVFormat format, std::wstring_view lineEnd);

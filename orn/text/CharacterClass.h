@@ -18,8 +18,9 @@
 ///     26 other (Po) punctuation
 ///     27 math (Sm)             28 currency (Sc)        29 modifier (Sk)         30 other (So) symbol
 inline unsigned char unicodeClass(CodePoint c) noexcept {
-    unsigned int const block = c.value() >> 8;
-    return block < 0x1100 ? ORN::characterTable[block][c.value() & 0xFF] : static_cast<unsigned char>(0);
+    // Without a branch: what is beyond Unicode is looked up in a block of unassigned code points.
+    unsigned int const block = c.value() >> 8, unassigned = 0x300;
+    return ORN::characterTable[block < 0x1100 ? block : unassigned][c.value() & 0xFF];
 }
 
 namespace ORN {
@@ -27,13 +28,13 @@ namespace ORN {
 /// A set of category numbers, a bit each.
 class CategorySet {
 public:
-    /// The numbers from first to last.
+    /// The categories from first to last, both included.
     static constexpr CategorySet range(unsigned int first, unsigned int last) noexcept {
         return CategorySet{(2u << last) - (1u << first)};
     }
-    /// The union.
+    /// The categories of both sets.
     constexpr CategorySet operator|(CategorySet other) const noexcept { return CategorySet{bits_ | other.bits_}; }
-    /// Category is at most 31.
+    /// Whether the category, at most 31, is in the set.
     constexpr bool contains(unsigned char category) const noexcept { return (bits_ >> category & 1) != 0; }
 
 private:

@@ -28,11 +28,13 @@ std::wstring directoryOf(std::wstring const& path, ORN::PathParts const& parts) 
     std::wstring result{parts.drive};
     std::wstring_view directory = parts.directory;
     if (directory.empty()) {
+        // A name behind a bare drive counts as one in the drive's root.
         if (!result.empty()) result += L'\\';
     } else if (!directory.starts_with(L"\\\\"sv)) {
         if (directory.size() > 1) directory.remove_suffix(1);
         result += directory;
     } else {
+        // A server without a share is no directory.
         directory.remove_suffix(1);
         if (directory.find(L'\\', 2) == std::wstring_view::npos) return path;
         result += directory;
@@ -46,7 +48,7 @@ Divided divide(std::wstring const& path) {
     return {directoryOf(path, parts), std::wstring{parts.base}, std::wstring{parts.extension}};
 }
 
-// Categories 2 to 12 and 18 to 30, and 1.
+// A bit for each category of letters, signs, numbers and separators.
 constexpr unsigned int fileCategories = 0x7FFC1FFE;
 
 }

@@ -1,4 +1,4 @@
-/// Small numbers that no two identifiers made in a process share.
+/// Small numbers that are unique in a process.
 #pragma once
 
 #include "orn/Export.h"
@@ -8,7 +8,8 @@
 #include <compare>
 #include <iosfwd>
 
-/// A process-unique number, handed out in the order of creation on any thread: 1, 2, 3, … and after 2³¹ − 1 on from −2³¹.
+/// A process-unique number, handed out in the order of creation on any thread: 1, 2, 3, … and after 2³¹ − 1 on from
+/// −2³¹.
 class ORN_API Identifier {
 public:
     /// The number, for records.
@@ -16,10 +17,11 @@ public:
         LONG value;  ///< as toPod gives it
     };
 
-    Identifier() noexcept;                                                      ///< the next number
-    constexpr explicit Identifier(PODTYPE pod) noexcept : value_{pod.value} {}  ///< this number, whoever has it too
-    constexpr Identifier(Identifier const&) noexcept = default;                 ///< the same number
-    constexpr Identifier& operator=(Identifier const&) noexcept = default;      ///< the same number
+    Identifier() noexcept;  ///< the next number
+    constexpr explicit Identifier(PODTYPE pod) noexcept
+        : value_{pod.value} {}                                   ///< this number, which other identifiers may have
+    constexpr Identifier(Identifier const&) noexcept = default;  ///< the same number
+    constexpr Identifier& operator=(Identifier const&) noexcept = default;  ///< the same number
 
     constexpr PODTYPE toPod() const noexcept { return {value_}; }  ///< the number
 

@@ -10,7 +10,7 @@ namespace {
 
 constexpr bool isBlank(wchar_t unit) noexcept { return unit == L' ' || unit == L'\t'; }
 
-/// The digit's value, or more than 9.
+/// The value of a digit; more than 9 for any other unit.
 constexpr std::uint32_t digitOf(wchar_t unit) noexcept {
     return static_cast<std::uint32_t>(unit) - static_cast<std::uint32_t>(L'0');
 }
@@ -64,6 +64,7 @@ inline double mantissaOf(std::uint64_t digits, int count) noexcept {
     return result * 10.0 + static_cast<double>(static_cast<std::int64_t>(rest));
 }
 
+/// The order of these factors decides the last bits of the result, so it must not change.
 inline double scaled(double value, int power) noexcept {
     if (power >= 0) {
         value *= powers[power & 15];
@@ -175,8 +176,8 @@ namespace ORN {
 
 namespace {
 
-/// The decimal digits and the exponent of a number in a text, however long; what is beyond the digits that can matter is
-/// one digit more.
+/// Gathers the decimal digits and the exponent of a number of any length. Digits beyond those that can matter become
+/// one digit more, so that a tie they break stays broken.
 class DecimalReader {
 public:
     explicit DecimalReader(std::wstring_view text) noexcept

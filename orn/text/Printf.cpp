@@ -21,6 +21,7 @@ bool isGood(wchar_t const* format) noexcept {
     return true;
 }
 
+/// Each attempt uses up an argument list, so it works on a copy.
 int attempt(wchar_t* buffer, std::size_t capacity, wchar_t const* format, std::va_list arguments) noexcept {
     std::va_list copy;
     va_copy(copy, arguments);
@@ -32,6 +33,7 @@ int attempt(wchar_t* buffer, std::size_t capacity, wchar_t const* format, std::v
 }
 
 std::wstring vStringPrintf(wchar_t const* format, std::va_list arguments) {
+    // The runtimes disagree about bad formats, and some end the program.
     if (!isGood(format)) return format;
 
     std::size_t capacity = 1024;

@@ -4,11 +4,11 @@
 /// 16, `hh` 8 (16 where the runtime does not know it), and `I`, `z`, `t` the size of a pointer. `%p` is sixteen
 /// hexadecimal digits. On doubles, `l` and `L` change nothing. Infinities, NaNs, ties and the digits of an exponent
 /// look as the system's runtime writes them. The decimal point is that of the calling thread's locale, a comma in many
-/// of them: what is to be read back by a program is written by ORN::writeDouble. Narrow arguments beyond ASCII are read
-/// as it reads them in the thread's locale on Windows, as getWCS does elsewhere.
+/// of them: ORN::writeDouble writes numbers that programs read back. Narrow arguments beyond ASCII are read in the
+/// thread's locale on Windows, and as getWCS reads them elsewhere.
 ///
-/// A bad format is returned as it stands, and no argument is looked at: one with an unknown conversion, with `%n`, or
-/// cut off inside a conversion.
+/// A bad format is the result as it stands, and no argument is read. A format is bad with an unknown conversion, with
+/// `%n`, or cut off inside a conversion.
 #pragma once
 
 #include "orn/Export.h"
@@ -17,7 +17,7 @@
 #include <string>
 #include <type_traits>
 
-/// The text, of any length. The argument list stays the caller's to end.
+/// Returns the text, of any length. The caller ends the argument list.
 /// @{
 ORN_API std::wstring stringPrintf(wchar_t const* format, ...);
 ORN_API std::wstring vStringPrintf(wchar_t const* format, std::va_list arguments);
@@ -29,7 +29,7 @@ ORN_API std::string stringPrintf(char const* format, ...);
 ORN_API std::string vStringPrintf(char const* format, std::va_list arguments);
 /// @}
 
-/// A class, such as a std::wstring, is no argument: hand in what c_str() gives.
+/// An object of a class, such as a std::wstring, does not compile as an argument. Pass its c_str().
 /// @{
 template <typename... Arguments>
 requires(... || std::is_class_v<std::remove_cvref_t<Arguments>>) std::wstring

@@ -28,6 +28,7 @@ bool QuarkCollatesLess::operator()(Quark const& a, Quark const& b) const {
     wchar_t const* const second = b.value();
     if (first == nullptr || second == nullptr) return first == nullptr && second != nullptr;
 
+    // The system tells a failed comparison only by errno.
     errno = 0;
     int const order = ORN::os::collate(first, second);
     if (errno == 0 && order != 0) return order < 0;

@@ -1,4 +1,4 @@
-/// Interned texts: one pointer for each distinct text.
+/// Interned texts: each distinct text has one pointer.
 #pragma once
 
 #include "orn/Export.h"
@@ -8,8 +8,8 @@
 #include <iosfwd>
 #include <string_view>
 
-/// Stands for one text for the life of the process, and compares by identity: quarks of equal texts hold one pointer.
-/// A default quark, nullQuark, stands for no text at all, which is not the empty text.
+/// A quark stands for one text for the life of the process. Quarks of equal texts hold the same pointer, so comparing
+/// is cheap. A default quark, nullQuark, stands for no text, which is not the empty text.
 struct ORN_API Quark {
     constexpr Quark() noexcept = default;
 

@@ -31,6 +31,7 @@ wchar_t const* QuarkTableImp::value(wchar_t const* stored) const { return stored
 wchar_t const* QuarkTableImp::intern(wchar_t const* text) {
     QuarkKey const key{text};
     if (wchar_t const* const known = known_.find(key)) return known;
+    // Another thread may have added it meanwhile: the ordered index decides.
     ExclusiveLock const lock{lock_};
     return add(key);
 }

@@ -5,8 +5,8 @@
 
 struct Quark;
 
-/// Keeps every distinct text once. The process has one table, which quarks use; it is there before any code of the
-/// library or of its users runs, and goes when the library is unloaded.
+/// Keeps every distinct text once. The process has one table, which quarks use. It exists before any code of the
+/// library or of its users runs, and until the library is unloaded.
 class ORN_API QuarkTable {
 public:
     constexpr QuarkTable() noexcept = default;                           ///< for the implementation

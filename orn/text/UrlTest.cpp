@@ -83,6 +83,7 @@ TEST(Url, SchemesAreGuessed) {
         {L"ftp.h.org/a", L"ftp://ftp.h.org/a"},
         {L"h.org/a b", L"h.org/a%20b"},
         {L"http://h/a b", L"http://h/a%20b"},
+        {L"ftp://h/a", L"ftp://h/a"},
         {L"C:\\a b%20c\\d.txt", L"file:///C:/a%20b%2520c/d.txt"},
         {L"\\\\s\\a b\\c#", L"file://s/a%20b/c%23"},
         {L"file:///C:/a%20b", L"file:///C:/a%20b"},

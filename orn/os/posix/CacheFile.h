@@ -16,8 +16,8 @@ namespace ORN::os {
 
 inline std::string cacheFolder() { return userFolder("XDG_CACHE_HOME", ".cache"); }
 
-/// A file in the making: without a name where the system has such files, so that not even a program that is killed leaves
-/// it behind, else with one that it loses again unless it gets its place. What goes wrong is in errno.
+/// A file that is being written. It has no name where the system has such files, so that not even a killed program
+/// leaves it behind. Elsewhere it has a name, which is removed unless the file gets its place. Failures are in errno.
 class NewFile {
 public:
     explicit NewFile(std::string const& folder) {
@@ -35,7 +35,7 @@ public:
     NewFile(NewFile const&) = delete;
     NewFile& operator=(NewFile const&) = delete;
 
-    /// All or nothing.
+    /// Writes all bytes; false after a failure.
     bool write(void const* bytes, std::size_t count) noexcept {
         auto const* next = static_cast<char const*>(bytes);
         while (count > 0) {
@@ -48,7 +48,7 @@ public:
         return true;
     }
 
-    /// In the same folder; what is there is replaced.
+    /// Gives the file its name, in the same folder. It replaces the file of that name.
     bool place(std::string const& path) {
         if (::fsync(descriptor_) != 0) return false;
         if (name_.empty()) {

@@ -13,7 +13,7 @@ namespace ORN::os {
 
 namespace {
 
-/// A format in the runtime's own spelling: it knows neither z, t, j nor %F.
+/// A format as the runtime spells it, which knows neither z, t, j nor %F.
 class Spelled {
 public:
     explicit Spelled(wchar_t const* format) noexcept : text_{format} {

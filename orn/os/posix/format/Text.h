@@ -16,8 +16,8 @@ void putCharacter(Sink& sink, FormatConversion const& conversion, wchar_t unit) 
 void putCharacter(Sink& sink, FormatConversion const& conversion, char byte) noexcept;
 /// @}
 
-/// Hands on up to `limit` units of a terminated narrow text in the multibyte code page. It reads no byte behind the last of
-/// them, and never cuts a pair. A byte that begins no character is U+FFFD.
+/// Hands on up to `limit` units of a terminated narrow text in the multibyte code page. It reads no byte behind the
+/// last of them, and never cuts a pair. A byte that begins no character is U+FFFD.
 template <typename Put>
 void eachUnit(char const* text, std::size_t limit, Put put) {
     while (limit > 0 && *text != 0) {
