@@ -48,7 +48,7 @@ Divided divide(std::wstring const& path) {
     return {directoryOf(path, parts), std::wstring{parts.base}, std::wstring{parts.extension}};
 }
 
-// A bit for each category of letters, signs, numbers and separators.
+// A bit for each category but unassigned, control and format characters, surrogates and private use.
 constexpr unsigned int fileCategories = 0x7FFC1FFE;
 
 }
