@@ -99,7 +99,8 @@ ORN_LAW(URL) {
     if (auto const canonical = given(canonicalizeUrl, url)) checkCanonical(url, *canonical);
     if (auto const clean = given(cleanupUrl, url)) {
         holds("no longer than there is room", clean->size() <= longest);
-        if (begins(url, L"http:") || begins(url, L"ftp:")) same("clean is the canonical form", *clean, canonicalizeUrl(url));
+        if (begins(url, L"http:") || begins(url, L"ftp:"))
+            same("clean is the canonical form", *clean, canonicalizeUrl(url));
     }
 
     std::string const structured = "http://host" + path(choices);
