@@ -63,12 +63,14 @@ public:
             }
             // Steps of a constant length, so that one character does not wait for another's length.
             if (*p < 0xE0) {
-                if (!isTail(p[1]) | (two(p) < 0x86)) break;
+                int const invalid = !isTail(p[1]);
+                if (invalid | (two(p) < 0x86)) break;
                 *out++ = static_cast<wchar_t>(two(p));
                 p += 2;
             } else if (*p < 0xF0) {
                 unsigned int const value = three(p);
-                bool const invalid = !isTail(p[1]) | !isTail(p[2]) | isSurrogate(value);
+                int const noTail = !isTail(p[1]);
+                int const invalid = noTail | !isTail(p[2]) | isSurrogate(value);
                 if (invalid | (value < 0x86) | ((value & ~1u) == 0x2028)) break;
                 *out++ = static_cast<wchar_t>(value);
                 p += 3;
