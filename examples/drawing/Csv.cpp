@@ -151,7 +151,10 @@ Drawing readCsv(Input& input, ReadingOptions const& options) {
         try {
             return rows.read(row.cells);
         } catch (ORN::OrnError const& error) {
+            // The library's texts name the file, which stands in front already.
             std::wstring text = error.wWhat();
+            std::wstring const named = L"The file \"" + input.name() + L"\"";
+            if (text.starts_with(named)) text.replace(0, named.size(), L"The file");
             if (rows.firstLine() < rows.lastLine()) {
                 text += L" (The row begins in line " + std::to_wstring(rows.firstLine()) + L".)";
             }

@@ -1,15 +1,22 @@
 #include "drawing/Input.h"
 
+#include "drawing/System.h"
+
 #include "orn/foundation/Error.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 namespace drawing {
 
 Input::Input(std::wstring const& file) : name_{file == L"-" ? L"standard input" : file} {
-    if (file != L"-") file_.reset(ORN::rawOpen(file));
+    if (file == L"-") return;
+    std::error_code none;
+    if (std::filesystem::is_directory(pathOf(file), none)) throw ORN::OrnError{file + L": this is a folder"};
+    file_.reset(ORN::rawOpen(file));
 }
 
 Input::~Input() = default;

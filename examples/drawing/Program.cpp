@@ -6,6 +6,7 @@
 #include "orn/foundation/Error.h"
 #include "orn/text/Encoding.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <new>
 #include <stdexcept>
@@ -14,14 +15,13 @@ namespace drawing {
 
 namespace {
 
-void tell(std::string text) {
-    for (char& c : text) {
-        if (static_cast<unsigned char>(c) < ' ') c = ' ';  // one line, whatever a file name or a field holds
-    }
-    std::fprintf(stderr, "%s\n", text.c_str());
+/// One line, whatever a file name or a field holds.
+void tell(std::wstring text) {
+    std::replace_if(text.begin(), text.end(), isControl, L' ');
+    std::fprintf(stderr, "%s\n", utf8(text).c_str());
 }
 
-int fail(std::string const& text) {
+int fail(std::wstring const& text) {
     tell(text);
     return 1;
 }
@@ -35,21 +35,21 @@ int runProgram(std::string const& name, int argc, char* const argv[],
         body(arguments(argc, argv));
         return 0;
     } catch (CommandLineError const& error) {
-        fail(utf8(error.wWhat()));
+        fail(error.wWhat());
         return 2;
     } catch (ORN::OrnError const& error) {
-        return fail(utf8(error.wWhat()));
+        return fail(error.wWhat());
     } catch (std::bad_alloc const&) {
-        return fail(name + ": there is not enough memory");
+        return fail(utf8(name) + L": there is not enough memory");
     } catch (std::exception const& error) {
-        return fail(name + ": " + error.what());
+        return fail(utf8(name) + L": " + getWCS(error.what()));
     }
 }
 
-void complain(std::wstring const& what) { tell(utf8(what)); }
+void complain(std::wstring const& what) { tell(what); }
 
 void remark(std::string const& program, std::wstring const& file, std::wstring const& what) {
-    tell(program + ": " + utf8(file == L"-" ? L"standard input" : file) + ": " + utf8(what));
+    tell(utf8(program) + L": " + (file == L"-" ? L"standard input" : file) + L": " + what);
 }
 
 void print(std::string const& text) {

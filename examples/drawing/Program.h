@@ -12,7 +12,10 @@ namespace drawing {
 int runProgram(std::string const& name, int argc, char* const argv[],
                std::function<void(std::vector<std::wstring> const&)> const& body);
 
-/// One line on standard error about what is wrong.
+/// Whether a terminal would obey the character instead of showing it: C0 without exception, DEL and C1.
+constexpr bool isControl(wchar_t c) { return c < L' ' || (c >= 0x7F && c <= 0x9F); }
+
+/// One line on standard error about what is wrong. A blank stands for each control character.
 void complain(std::wstring const& what);
 
 /// One line on standard error about a file.

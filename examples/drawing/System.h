@@ -20,8 +20,13 @@ std::wstring nameOf(std::filesystem::path const& path);
 void prepareOutput();
 
 /// Bytes in a code page, by its number, as text; empty when the system does not know the page or the bytes are no text.
+/// The library converts UTF-8, UTF-16 and the system's own code page only; DXF files name any that Windows has.
 std::wstring fromCodePage(std::string const& bytes, unsigned int codePage);
 
+/// Whether a standard stream is shown on a terminal or a console.
+/// @{
+bool outputIsTerminal();
 bool errorIsTerminal();
+/// @}
 
 }

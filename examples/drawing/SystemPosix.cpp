@@ -35,6 +35,8 @@ std::wstring fromCodePage(std::string const& bytes, unsigned int codePage) {
     return good ? utf8(out) : std::wstring{};
 }
 
+bool outputIsTerminal() { return isatty(STDOUT_FILENO) != 0; }
+
 bool errorIsTerminal() { return isatty(STDERR_FILENO) != 0; }
 
 }

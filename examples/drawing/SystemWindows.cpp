@@ -13,6 +13,15 @@
 
 namespace drawing {
 
+namespace {
+
+bool isConsole(DWORD stream) {
+    DWORD mode;
+    return GetConsoleMode(GetStdHandle(stream), &mode) != 0;
+}
+
+}
+
 std::vector<std::wstring> arguments(int, char* const[]) {
     struct Free {
         void operator()(wchar_t** texts) const { LocalFree(texts); }
@@ -40,9 +49,8 @@ std::wstring fromCodePage(std::string const& bytes, unsigned int codePage) {
     return text;
 }
 
-bool errorIsTerminal() {
-    DWORD mode;
-    return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
-}
+bool outputIsTerminal() { return isConsole(STD_OUTPUT_HANDLE); }
+
+bool errorIsTerminal() { return isConsole(STD_ERROR_HANDLE); }
 
 }

@@ -205,6 +205,9 @@ TEST_F(Plot, DrawsAndMeasuresTheLayersThatAreAskedFor) {
     // The last row stands for the whole, and no layer has its name.
     std::string const stars = draw("x1,y1,x2,y2,layer\n0,0,0,2,*\n", {"--size=50x50", "d.csv", "p.png"}).out;
     EXPECT_EQ(stars, columns + "*," + b + "**," + b);
+    // A file or another program gets a name as it is.
+    std::string const bell = draw("x1,y1,x2,y2,layer\n0,0,0,2,\x1B[m\x7F\n", {"--size=50x50", "d.csv", "p.png"}).out;
+    EXPECT_EQ(bell, columns + "\x1B[m\x7F," + b + "*," + b);
 }
 
 TEST_F(Plot, HelpAndVersionGoToStandardOutput) {
@@ -219,8 +222,7 @@ TEST_F(Plot, HelpAndVersionGoToStandardOutput) {
 TEST_F(Plot, SaysWhatIsWrongInADrawing) {
     folder_.put("old.png", "the old picture");
     std::string const header = "x1,y1,x2,y2,bulge,layer,colour\n", good = "0,0,1,1,0,a,#000000\n";
-    std::string const utf8Mark = "\xEF\xBB\xBF",
-                      noText = "The file \"d.csv\" holds text that is not valid in its encoding.";
+    std::string const utf8Mark = "\xEF\xBB\xBF", noText = "The file holds text that is not valid in its encoding.";
     struct {
         std::string bytes, message;
     } const drawings[] = {
@@ -236,6 +238,7 @@ TEST_F(Plot, SaysWhatIsWrongInADrawing) {
         {header + "nan,0,1,1\n", ":2: x1: 'nan' is not a number"},
         {header + "0,0,1e309,1\n", ":2: x2: '1e309' is not a number"},
         {header + "0,0,1,\"\x1B[2J\n\"\n", ":2: y2: ' [2J ' is not a number"},
+        {utf8Mark + header + "0,0,1,\x7F\u009B2J\n", ":2: y2: '  2J' is not a number"},
         {header + "0,0,1," + std::string(1000, '7') + "x\n",
          ":2: y2: '" + std::string(40, '7') + "...' is not a number"},
         {header + good + "0,0,1,1,0,a,red\n", ":3: colour: 'red' is not a colour like #C04000"},
@@ -300,6 +303,7 @@ TEST_F(Plot, SaysWhichFilesAreNotThereOrCannotBeWritten) {
     folder_.put("d.csv", "x1,y1,x2,y2\n0,0,1e10,1\n");
     fs::create_directory("folder.png");
     expectFailure({"none.csv", "old.png"}, "The file \"none.csv\" cannot be opened: No such file or directory.");
+    expectFailure({"folder.png", "old.png"}, "folder.png: this is a folder");
     expectFailure({"--layers=1", "d.csv", "old.png"}, "d.csv: there is no layer '1'");
     expectFailure({"--scale", "1e300,1", "d.csv", "old.png"},
                   "d.csv: the drawing is too large, or too small, to be fitted into a page");

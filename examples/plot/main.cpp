@@ -106,7 +106,10 @@ void run(plot::Options const& options) {
     drawing::savePicture(drawing, page, options.format, options.picture,
                          [&](int perCent) { progress.show(static_cast<std::uint64_t>(perCent), "% drawn"); });
     progress.clear();
-    if (!options.table.empty()) drawing::saveText(plot::table(drawing), options.table);
+    if (options.table.empty()) return;
+    bool const onTerminal = options.table == L"-" && drawing::outputIsTerminal();
+    plot::Names const names = onTerminal ? plot::Names::forTerminal : plot::Names::asTheyAre;
+    drawing::saveText(plot::table(drawing, names), options.table);
 }
 
 }

@@ -26,9 +26,10 @@ View::View(Desk& desk, Sheet const& sheet, int number, drawing::PageSize size, C
     window_ = Window::create(sheet.name() + L" - orn-view", corner, layerNames(sheet), *this);
     task_ = std::make_unique<ViewTask>(window_->handle(), number, sheet, desk.log);
     std::size_t const layers = sheet.layers().size(), pieces = sheet.drawing().entities().size();
-    status_.emplace(*window_, events_,
-                    stringPrintf(L"%llu %ls, %llu lines and arcs", static_cast<unsigned long long>(layers),
-                                 layers == 1 ? L"layer" : L"layers", static_cast<unsigned long long>(pieces)));
+    status_.emplace(
+        *window_, events_,
+        stringPrintf(L"%llu %ls, %llu %ls", static_cast<unsigned long long>(layers), layers == 1 ? L"layer" : L"layers",
+                     static_cast<unsigned long long>(pieces), pieces == 1 ? L"line or arc" : L"lines and arcs"));
     layersChanged_.emplace(desk.layers.changed(), [this](Quark layer) { layerChanged(layer); });
     for (std::size_t i = 0; i < layers; ++i) window_->checkLayer(i, desk.layers.shows(sheet.layers()[i]));
     if (!window_->resize(size)) {

@@ -40,6 +40,9 @@ bool Groups::fill() {
 }
 
 /// The next line goes to text_. Lines end at LF, CR LF or CR.
+///
+/// The library's TextReader does not serve here. It must know the encoding before the first line, and a DXF file names its
+/// own in the header. It also ends lines at FF and NEL, which may be bytes of a name in some code pages.
 bool Groups::readLine() {
     text_.clear();
     if (at_ == end_ && !fill()) return false;
