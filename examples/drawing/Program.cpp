@@ -18,7 +18,7 @@ namespace {
 /// One line, whatever a file name or a field holds.
 void tell(std::wstring text) {
     std::replace_if(text.begin(), text.end(), isControl, L' ');
-    std::fprintf(stderr, "%s\n", utf8(text).c_str());
+    writeError(text);
 }
 
 int fail(std::wstring const& text) {

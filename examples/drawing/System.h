@@ -23,6 +23,13 @@ void prepareOutput();
 /// The library converts UTF-8, UTF-16 and the system's own code page only; DXF files name any that Windows has.
 std::wstring fromCodePage(std::string const& bytes, unsigned int codePage);
 
+/// Windows makes a console for a program that it did not start from one. A program with windows gives such a console up;
+/// from then on writeError shows boxes, unless standard error goes to a file. Does nothing elsewhere.
+void leaveOwnConsole();
+
+/// One line on standard error, or in a box.
+void writeError(std::wstring const& line);
+
 /// Whether a standard stream is shown on a terminal or a console.
 /// @{
 bool outputIsTerminal();

@@ -4,6 +4,7 @@
 
 #include <iconv.h>
 #include <unistd.h>
+#include <cstdio>
 
 namespace drawing {
 
@@ -34,6 +35,10 @@ std::wstring fromCodePage(std::string const& bytes, unsigned int codePage) {
     out.resize(out.size() - outLeft);
     return good ? utf8(out) : std::wstring{};
 }
+
+void leaveOwnConsole() {}
+
+void writeError(std::wstring const& line) { std::fprintf(stderr, "%s\n", utf8(line).c_str()); }
 
 bool outputIsTerminal() { return isatty(STDOUT_FILENO) != 0; }
 

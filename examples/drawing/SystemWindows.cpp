@@ -1,6 +1,7 @@
 #include "drawing/System.h"
 
 #include "orn/foundation/Error.h"
+#include "orn/text/Encoding.h"
 
 #include <fcntl.h>
 #include <io.h>
@@ -14,6 +15,8 @@
 namespace drawing {
 
 namespace {
+
+bool showsBoxes = false;
 
 bool isConsole(DWORD stream) {
     DWORD mode;
@@ -47,6 +50,21 @@ std::wstring fromCodePage(std::string const& bytes, unsigned int codePage) {
     std::wstring text(static_cast<std::size_t>(units), L'\0');
     MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, text.data(), units);
     return text;
+}
+
+void leaveOwnConsole() {
+    DWORD process;
+    if (GetConsoleProcessList(&process, 1) != 1) return;  // none, or that of the shell, too
+    showsBoxes = errorIsTerminal();
+    FreeConsole();
+}
+
+void writeError(std::wstring const& line) {
+    if (showsBoxes) {
+        MessageBoxW(nullptr, line.c_str(), nullptr, MB_OK | MB_ICONWARNING);
+    } else {
+        std::fprintf(stderr, "%s\n", utf8(line).c_str());
+    }
 }
 
 bool outputIsTerminal() { return isConsole(STD_OUTPUT_HANDLE); }

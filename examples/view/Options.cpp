@@ -18,6 +18,7 @@ constexpr char const* above =
     "  f, Home                fit the drawing into the window\n"
     "  1 to 9, 0              show or hide the layer of that number (0 for 10), in all windows; a: show all\n"
     "  F5                     draw anew\n"
+    "  o                      open more drawings, which may be dropped onto a window, too (on Windows only)\n"
     "  q, Esc                 close the window\n";
 
 constexpr char const* below =

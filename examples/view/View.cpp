@@ -125,6 +125,7 @@ void View::typed(wchar_t character) {
         case L'+': return zoom(factor, middle);
         case L'-': return zoom(1 / factor, middle);
         case L'f': return fit();
+        case L'o': return window_->askForFiles();
         case L'q': return close();
         case L'a':
             for (Quark const layer : sheet_.layers()) desk_.layers.show(layer, true);
@@ -133,6 +134,10 @@ void View::typed(wchar_t character) {
             if (character >= L'0' && character <= L'9')
                 layerChosen(character == L'0' ? 9 : static_cast<std::size_t>(character - L'1'));
     }
+}
+
+void View::filesCame(std::vector<std::wstring> const& files) {
+    desk_.asked.insert(desk_.asked.end(), files.begin(), files.end());
 }
 
 void View::layerChosen(std::size_t layer) {

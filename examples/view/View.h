@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace view {
 
@@ -18,6 +19,7 @@ struct Desk {
     Log& log;
     Layers layers{};
     ViewThread thread{log};
+    std::vector<std::wstring> asked{};  ///< drawings that the user wants to see and that have no window yet
 };
 
 /// The picture of a drawing in a window, with a status line below. The user or the program may close the window before
@@ -63,6 +65,7 @@ private:
     void layerChosen(std::size_t layer) override;
     void scaled(double factor, Corner about) override { zoom(factor, about); }
     void dragged(int x, int y) override { pan(x, y); }
+    void filesCame(std::vector<std::wstring> const& files) override;
     Shown shown() const override { return {bitmap(), progress_.rows}; }
 
     DIBitmap const* bitmap() const noexcept {

@@ -31,8 +31,9 @@ public:
     virtual void pressed(Key key) = 0;
     virtual void typed(wchar_t character) = 0;
     virtual void layerChosen(std::size_t layer) = 0;
-    virtual void scaled(double factor, Corner about) = 0;  ///< by the wheel, about a place on the picture
-    virtual void dragged(int x, int y) = 0;                ///< by so many pixels
+    virtual void scaled(double factor, Corner about) = 0;                ///< by the wheel, about a place on the picture
+    virtual void dragged(int x, int y) = 0;                              ///< by so many pixels
+    virtual void filesCame(std::vector<std::wstring> const& files) = 0;  ///< drawings that the user wants to see
 
     /// What the window shows: the first rows of a bitmap, if there is one.
     struct Shown {
@@ -68,6 +69,9 @@ public:
     virtual void showNow() = 0;                        ///< they come to the screen before this returns
     virtual void setStatus(std::wstring const& text) = 0;
     virtual void checkLayer(std::size_t layer, bool shown) = 0;
+
+    /// Lets the user choose files, and tells the owner of them; does nothing where the system has no dialogue for that.
+    virtual void askForFiles() {}
 
     /// Waits for the next event of any window and handles it; at most so many milliseconds, where the number is not
     /// negative. False when there will be none any more. Throws what the owner threw.

@@ -6,18 +6,22 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <memory>
+#include <type_traits>
 #include <utility>
 
 #include <windows.h>
 
 #include <commctrl.h>
+#include <commdlg.h>
+#include <shellapi.h>
 #include <windowsx.h>
 
 namespace view {
 
 namespace {
 
-constexpr unsigned int commandRedraw = 1, commandFit = 2, commandFirstLayer = 100;
+constexpr unsigned int commandRedraw = 1, commandFit = 2, commandOpen = 3, commandFirstLayer = 100;
 constexpr std::size_t mostLayersInMenu = 1000;
 constexpr wchar_t const* className = L"orn-view";
 constexpr DWORD style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
@@ -26,6 +30,12 @@ template <typename Result>
 Result checked(Result result, wchar_t const* call) {
     if (!result) throw WinError{call, GetLastError()};
     return result;
+}
+
+/// The program's icon in one of the system's sizes; null when it has none, and the system shows its own.
+HICON icon(int width, int height) {
+    return static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1), IMAGE_ICON,
+                                         GetSystemMetrics(width), GetSystemMetrics(height), LR_SHARED));
 }
 
 std::exception_ptr failure;  // what an owner threw while the system was in between
@@ -48,6 +58,7 @@ public:
     void showNow() override { UpdateWindow(window_); }
     void setStatus(std::wstring const& text) override { SetWindowTextW(bar_, text.c_str()); }
     void checkLayer(std::size_t layer, bool shown) override;
+    void askForFiles() override;
 
 private:
     static void registerClass();
@@ -58,6 +69,7 @@ private:
     void key(WPARAM key);
     void wheel(WPARAM wParam, LPARAM lParam);
     void drag(WPARAM wParam, LPARAM lParam);
+    void drop(HDROP dropped);
     void paint();
 
     WindowOwner& owner_;
@@ -72,6 +84,8 @@ void SystemWindow::registerClass() {
         description.cbSize = sizeof description;
         description.lpfnWndProc = procedure;
         description.hInstance = GetModuleHandleW(nullptr);
+        description.hIcon = icon(SM_CXICON, SM_CYICON);
+        description.hIconSm = icon(SM_CXSMICON, SM_CYSMICON);
         description.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512));  // the arrow
         description.lpszClassName = className;
         return checked(RegisterClassExW(&description), L"RegisterClassEx") != 0;
@@ -98,6 +112,7 @@ SystemWindow::SystemWindow(std::wstring const& title, Corner corner, std::vector
         DestroyWindow(window);
         throw WinError{L"CreateWindowEx", error};
     }
+    DragAcceptFiles(window, TRUE);
     window_ = window;
 }
 
@@ -106,6 +121,7 @@ SystemWindow::~SystemWindow() { DestroyWindow(std::exchange(window_, nullptr)); 
 HMENU SystemWindow::menu(std::vector<std::wstring> const& names) {
     HMENU const bar = checked(CreateMenu(), L"CreateMenu");
     HMENU const picture = CreatePopupMenu(), layers = CreatePopupMenu();
+    AppendMenuW(picture, MF_STRING, commandOpen, L"&Open...\tO");
     AppendMenuW(picture, MF_STRING, commandRedraw, L"&Redraw\tF5");
     AppendMenuW(picture, MF_STRING, commandFit, L"&Fit\tF");
     for (std::size_t i = 0; i < std::min(names.size(), mostLayersInMenu); ++i) {
@@ -159,6 +175,7 @@ LRESULT SystemWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_MOUSEMOVE: drag(wParam, lParam); return 0;
         case WM_LBUTTONUP: ReleaseCapture(); return 0;
+        case WM_DROPFILES: drop(reinterpret_cast<HDROP>(wParam)); return 0;
         case WM_ERASEBKGND: return 1;  // paint() fills everything
         case WM_PAINT: paint(); return 0;
         case WM_CLOSE: owner_.closing(); return 0;
@@ -169,6 +186,7 @@ LRESULT SystemWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
 
 LRESULT SystemWindow::command(unsigned int command) {
     if (command == commandRedraw) owner_.pressed(Key::f5);
+    if (command == commandOpen) askForFiles();
     if (command == commandFit) owner_.pressed(Key::home);
     if (command >= commandFirstLayer) owner_.layerChosen(command - commandFirstLayer);
     return 0;
@@ -194,6 +212,41 @@ void SystemWindow::drag(WPARAM wParam, LPARAM lParam) {
     Corner const before = dragged_;
     dragged_ = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
     if (dragged_.x != before.x || dragged_.y != before.y) owner_.dragged(dragged_.x - before.x, dragged_.y - before.y);
+}
+
+void SystemWindow::drop(HDROP dropped) {
+    struct Finish {
+        void operator()(HDROP drop) const { DragFinish(drop); }
+    };
+    std::unique_ptr<std::remove_pointer_t<HDROP>, Finish> const owned{dropped};
+    std::vector<std::wstring> files(DragQueryFileW(dropped, 0xFFFFFFFF, nullptr, 0));
+    for (UINT i = 0; i < files.size(); ++i) {
+        files[i].resize(DragQueryFileW(dropped, i, nullptr, 0));
+        DragQueryFileW(dropped, i, files[i].data(), static_cast<UINT>(files[i].size()) + 1);
+    }
+    owner_.filesCame(files);
+}
+
+/// The dialogue handles messages of all windows. It locks its owner, which therefore outlives it.
+void SystemWindow::askForFiles() {
+    std::vector<wchar_t> chosen(1 << 15);
+    OPENFILENAMEW dialogue{};
+    dialogue.lStructSize = sizeof dialogue;
+    dialogue.hwndOwner = window_;
+    dialogue.lpstrFilter = L"Drawings (*.dxf, *.csv)\0*.dxf;*.csv\0All files\0*.*\0";
+    dialogue.lpstrFile = chosen.data();
+    dialogue.nMaxFile = static_cast<DWORD>(chosen.size());
+    dialogue.Flags = OFN_EXPLORER | OFN_ALLOWMULTISELECT | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+    if (GetOpenFileNameW(&dialogue) == FALSE) return;
+    // One path; or a folder, and names in it, each behind a zero.
+    std::wstring const first = chosen.data();
+    std::vector<std::wstring> files;
+    for (wchar_t const* name = chosen.data() + first.size() + 1; *name != 0; name += files.back().size() + 1) {
+        files.emplace_back(name);
+    }
+    for (std::wstring& file : files) file.insert(0, first.ends_with(L'\\') ? first : first + L'\\');
+    if (files.empty()) files.push_back(first);
+    owner_.filesCame(files);
 }
 
 drawing::PageSize SystemWindow::pictureSize() const {

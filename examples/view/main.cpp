@@ -1,5 +1,6 @@
 // orn-view: drawings in windows, drawn in the background.
 #include "drawing/Program.h"
+#include "drawing/System.h"
 #include "view/Options.h"
 #include "view/Player.h"
 
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <utility>
 
 namespace {
 
@@ -23,13 +25,10 @@ bool anyOpen(Views const& views) {
     return std::any_of(views.begin(), views.end(), [](auto const& view) { return view->isOpen(); });
 }
 
-/// Until the script says quit, or all windows are closed and the script is played.
-void serve(Views const& views, view::Player& player) {
-    for (;;) {
-        player.play();
-        if (player.quits() || (player.atEnd() && !anyOpen(views))) return;
-        if (!view::Window::handleEvent(player.waitsForFile() ? 50 : -1)) return;
-    }
+void readSheet(std::deque<view::Sheet>& sheets, std::wstring const& drawing, view::Options const& options) {
+    sheets.emplace_back(drawing, [&](std::wstring const& what) {
+        if (!options.quiet) drawing::remark("orn-view", drawing, what);
+    });
 }
 
 /// The drawings that can be read. What is wrong with the others is said; it ends the program when none is left.
@@ -37,9 +36,7 @@ std::deque<view::Sheet> readSheets(view::Options const& options) {
     std::deque<view::Sheet> sheets;
     for (std::wstring const& drawing : options.drawings) {
         try {
-            sheets.emplace_back(drawing, [&](std::wstring const& what) {
-                if (!options.quiet) drawing::remark("orn-view", drawing, what);
-            });
+            readSheet(sheets, drawing, options);
         } catch (ORN::OrnError const& error) {
             bool const isLast = &drawing == &options.drawings.back();
             if (sheets.empty() && isLast) throw;
@@ -49,8 +46,31 @@ std::deque<view::Sheet> readSheets(view::Options const& options) {
     return sheets;
 }
 
+void addView(Views& views, view::Desk& desk, view::Sheet const& sheet, drawing::PageSize size) {
+    int const number = static_cast<int>(views.size()) + 1;
+    views.push_back(std::make_unique<view::View>(desk, sheet, number, size, cornerOf(views.size())));
+}
+
+void hideLayers(view::Desk& desk, view::Sheet const& sheet) {
+    for (Quark const layer : sheet.hiddenByItself()) desk.layers.show(layer, false);
+}
+
+/// Windows for the drawings that the user has dropped or chosen meanwhile.
+void openAsked(view::Desk& desk, std::deque<view::Sheet>& sheets, Views& views, view::Options const& options) {
+    for (std::wstring const& drawing : std::exchange(desk.asked, {})) {
+        try {
+            readSheet(sheets, drawing, options);
+            hideLayers(desk, sheets.back());
+            addView(views, desk, sheets.back(), options.size);
+            views.back()->start();
+        } catch (ORN::OrnError const& error) {
+            drawing::complain(error.wWhat());
+        }
+    }
+}
+
 void run(view::Options const& options) {
-    std::deque<view::Sheet> const sheets = readSheets(options);
+    std::deque<view::Sheet> sheets = readSheets(options);
     std::vector<view::Command> commands;
     if (!options.script.empty()) commands = view::readScript(options.script, sheets.size());
 
@@ -58,18 +78,19 @@ void run(view::Options const& options) {
     {
         ContextGdiplus const graphics;
         view::Desk desk{log};
-        for (view::Sheet const& sheet : sheets) {
-            for (Quark const layer : sheet.hiddenByItself()) desk.layers.show(layer, false);
-        }
+        for (view::Sheet const& sheet : sheets) hideLayers(desk, sheet);
         Views views;
-        for (std::size_t i = 0; i < sheets.size(); ++i) {
-            int const number = static_cast<int>(i) + 1;
-            views.push_back(std::make_unique<view::View>(desk, sheets[i], number, options.size, cornerOf(i)));
-        }
+        for (view::Sheet const& sheet : sheets) addView(views, desk, sheet, options.size);
         std::for_each(views.rbegin(), views.rend(), [](auto const& view) { view->start(); });
 
         view::Player player{desk, views, std::move(commands)};
-        serve(views, player);
+        // Until the script says quit, or all windows are closed and the script is played.
+        for (;;) {
+            player.play();
+            openAsked(desk, sheets, views, options);
+            if (player.quits() || (player.atEnd() && !anyOpen(views))) break;
+            if (!view::Window::handleEvent(player.waitsForFile() ? 50 : -1)) break;
+        }
         for (auto const& view : views) view->close();
     }
     log.write(L"end");
@@ -80,6 +101,7 @@ void run(view::Options const& options) {
 
 int main(int argc, char* argv[]) {
     return drawing::runProgram("orn-view", argc, argv, [](std::vector<std::wstring> const& arguments) {
+        drawing::leaveOwnConsole();
         view::Options const options = view::parseOptions(arguments);
         options.answer.empty() ? run(options) : drawing::print(options.answer);
     });
