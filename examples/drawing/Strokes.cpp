@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
+#include <numeric>
 
 namespace drawing {
 
@@ -11,6 +13,8 @@ namespace {
 constexpr std::int32_t pixel = 256;     // steps
 constexpr std::int32_t lineCount = 15;  // lines of samples in a row of pixels
 constexpr int moreBits = 32;
+constexpr std::int64_t oneLine = std::int64_t{1} << 32;  // of a cell
+constexpr int mostRows = 16;                             // that are sampled at once
 
 // Farther away from the page than this many pixels, polylines are cut off: then no product below overflows.
 constexpr double farthest = 1 << 20;
@@ -50,10 +54,15 @@ std::int64_t quotient(std::int64_t numerator, std::int64_t denominator) {
     return static_cast<std::int64_t>(static_cast<double>(numerator) * 4294967296.0 / static_cast<double>(denominator));
 }
 
-/// Two of a pixel's channels: alpha parts of 255 of the upper ones, and the rest of the lower ones, rounded.
-std::uint32_t blend(std::uint32_t upper, std::uint32_t lower, std::uint32_t alpha) {
-    std::uint32_t const sum = (upper & 0xFF00FF) * alpha + (lower & 0xFF00FF) * (255 - alpha) + 0x800080;
-    return ((sum + ((sum >> 8) & 0xFF00FF)) >> 8) & 0xFF00FF;
+/// The four channels of a pixel, with 16 bits for each.
+std::uint64_t apart(std::uint32_t rgb) { return (rgb & 0xFF00FF) | (std::uint64_t{rgb & 0xFF00FF00} << 24); }
+
+/// Alpha parts of 255 of the upper channels, and the rest of the lower ones, rounded. What the difference borrows from the
+/// next channel, the sum gives back.
+std::uint32_t blend(std::uint64_t upper, std::uint64_t lower, std::uint32_t alpha) {
+    std::uint64_t const sum = lower * 255 + (upper - lower) * alpha + 0x0080'0080'0080'0080;
+    std::uint64_t const parts = (sum + (sum >> 8 & 0x00FF'00FF'00FF'00FF)) >> 8;
+    return static_cast<std::uint32_t>((parts & 0xFF00FF) | (parts >> 24 & 0xFF00FF00));
 }
 
 }
@@ -61,8 +70,9 @@ std::uint32_t blend(std::uint32_t upper, std::uint32_t lower, std::uint32_t alph
 Strokes::Strokes(Band const& band, double width)
     : band_{band},
       radius_{width / 2 * pixel},
-      begins_(static_cast<std::size_t>(band.height), -1),
-      cells_(static_cast<std::size_t>(band.width) + 2, Cell{0, 0}) {
+      rows_(static_cast<std::size_t>(band.height)),
+      ends_(mostRows * lineCount),
+      cells_(static_cast<std::size_t>(band.width) + 2, Cell{0}) {
     // The pen's sides keep within a tenth of a pixel of the circle.
     double const apart = std::acos(std::max(1 - 0.1 / (width / 2), 0.0));
     int const half = std::max(2, static_cast<int>(std::ceil(std::numbers::pi / apart)));
@@ -167,134 +177,156 @@ void Strokes::addFan(Place const& around, Place const& from, Place const& to) {
 
 void Strokes::addEdge(Place const& from, Place const& to) {
     bool const down = to.y > from.y;
-    Place const& upper = down ? from : to;
-    Place const& lower = down ? to : from;
+    Place const upper{down ? from.x : to.x, std::min(from.y, to.y)};
+    Place const lower{down ? to.x : from.x, std::max(from.y, to.y)};
     int const first = std::max(lineAt(upper.y), 0), last = std::min(lineAt(lower.y), band_.height * lineCount);
     if (first >= last) return;
 
     // A line of samples runs through the middle of its share of the row.
     std::int64_t const dx = lower.x - upper.x, dy = std::int64_t{lower.y - upper.y} * lineCount;
     std::int64_t const toFirst = (2 * std::int64_t{first} + 1) * pixel - std::int64_t{upper.y} * lineCount * 2;
-    std::int64_t const x = (std::int64_t{upper.x} << moreBits) + (dx == 0 ? 0 : quotient(dx * toFirst, 2 * dy));
-    std::int64_t const step = dx == 0 ? 0 : quotient(dx * pixel, dy);
-    int const row = first / lineCount;
-    int& begin = begins_[static_cast<std::size_t>(row)];
-    edges_.push_back({x, step, first, last, down ? 1 : -1, begin});
-    begin = static_cast<int>(edges_.size()) - 1;
-    firstRow_ = std::min(firstRow_, row);
-    lastRow_ = std::max(lastRow_, (last - 1) / lineCount);
+    std::int64_t const x = (std::int64_t{upper.x} << moreBits) + quotient(dx * toFirst, 2 * dy);
+    std::int64_t const step = quotient(dx * pixel, dy);
+    int const firstRow = first / lineCount, lastRow = (last - 1) / lineCount;
+    Row& begins = rows_[static_cast<std::size_t>(firstRow)];
+    Row& ends = rows_[static_cast<std::size_t>(lastRow)];
+    edges_.push_back({x, step, first, last, down ? 1 : -1, begins.begin});
+    begins.begin = static_cast<int>(edges_.size()) - 1;
+    begins.isBroken |= first != firstRow * lineCount;
+    ends.isBroken |= last != (lastRow + 1) * lineCount;
+    firstRow_ = std::min(firstRow_, firstRow);
+    lastRow_ = std::max(lastRow_, lastRow);
 }
 
 void Strokes::fillOutline(std::uint32_t rgb) {
     active_.clear();
-    for (int row = firstRow_; row <= lastRow_; ++row) {
-        int& begin = begins_[static_cast<std::size_t>(row)];
-        for (; begin >= 0; begin = edges_[static_cast<std::size_t>(begin)].next) active_.push_back(begin);
+    for (int row = firstRow_, end; row <= lastRow_; row = end) {
+        bool const isBroken = rows_[static_cast<std::size_t>(row)].isBroken;
+        int const last = isBroken ? std::min(lastRow_ + 1, row + mostRows) : row + 1;
+        for (end = row; end < last && rows_[static_cast<std::size_t>(end)].isBroken == isBroken; ++end) {
+            Row& at = rows_[static_cast<std::size_t>(end)];
+            for (int i = at.begin; i >= 0; i = edges_[static_cast<std::size_t>(i)].next) active_.push_back(i);
+            at = {};
+        }
         firstCell_ = band_.width + 1;
         lastCell_ = 0;
-        if (!measureRow(row)) sampleRow(row);
-        std::erase_if(active_,
-                      [&](int i) { return edges_[static_cast<std::size_t>(i)].last <= (row + 1) * lineCount; });
-        blendRow(row, rgb);
+        if (!isBroken && measureRow(row)) {
+            blendRow(row, rgb);
+        } else {
+            sampleRows(row, end, rgb);
+        }
+        if (end > lastRow_) break;
+        std::erase_if(active_, [&](int i) { return edges_[static_cast<std::size_t>(i)].last <= end * lineCount; });
     }
 }
 
-/// False, and nothing done, when an edge begins or ends in the row, or two of them meet there.
+/// False, and nothing done, when two edges meet in a row that all of them cross from top to bottom.
 bool Strokes::measureRow(int row) {
     int const first = row * lineCount;
-    for (int const i : active_) {
-        Edge const& edge = edges_[static_cast<std::size_t>(i)];
-        if (edge.first > first || edge.last < first + lineCount) return false;
-    }
-    auto const isLeft = [&](int a, int b) {
-        return edges_[static_cast<std::size_t>(a)].x < edges_[static_cast<std::size_t>(b)].x;
-    };
-    std::sort(active_.begin(), active_.end(), isLeft);
+    auto const at = [&](int i, int line) { return edges_[static_cast<std::size_t>(i)].at(line); };
+    std::sort(active_.begin(), active_.end(), [&](int a, int b) { return at(a, first) < at(b, first); });
     std::int64_t before = std::numeric_limits<std::int64_t>::min();
     for (int const i : active_) {
-        Edge const& edge = edges_[static_cast<std::size_t>(i)];
-        std::int64_t const below = whole(edge.x + edge.step * lineCount);
+        std::int64_t const below = whole(at(i, first + lineCount));
         if (below < before) return false;
         before = below;
     }
     int winding = 0;
     for (int const i : active_) {
-        Edge& edge = edges_[static_cast<std::size_t>(i)];
+        Edge const& edge = edges_[static_cast<std::size_t>(i)];
         bool const begins = winding == 0;
         winding += edge.sign;
-        if (begins || winding == 0) addTrapezoid(edge, begins ? 1 : -1);
-        edge.x += edge.step * lineCount;
+        if (begins || winding == 0) addTrapezoid(edge, edge.at(first), begins ? 1 : -1);
     }
     return true;
 }
 
-inline void Strokes::addSpan(std::int64_t from, std::int64_t to) {
+void Strokes::sampleRows(int row, int end, std::uint32_t rgb) {
+    int const count = (end - row) * lineCount;
+    crossLines(row * lineCount, count);
+    for (int line = 0; row < end; ++row) {
+        for (int const below = line + lineCount; line < below; ++line) {
+            auto const at = static_cast<std::size_t>(line);
+            if (ends_[at] == line + 2 * count) {  // nearly always
+                std::int32_t const a = crossings_[at], b = crossings_[at + static_cast<std::size_t>(count)];
+                addSpan(std::min(a, b) >> 2, std::max(a, b) >> 2);
+            } else {
+                addSpans(line, ends_[at], count);
+            }
+        }
+        blendRow(row, rgb);
+        firstCell_ = band_.width + 1;
+        lastCell_ = 0;
+    }
+}
+
+/// Where the active edges cross lines of samples, and in the two bits below the edges' directions.
+void Strokes::crossLines(int first, int count) {
+    if (crossings_.size() < active_.size() * static_cast<std::size_t>(count)) {
+        crossings_.resize(active_.size() * static_cast<std::size_t>(count));
+    }
+    std::iota(ends_.begin(), ends_.begin() + count, 0);
     // One cell to the left and one to the right of the band stand for all that lies outside.
-    std::int64_t const end = std::int64_t{band_.width} * pixel;
-    auto const left = static_cast<std::uint32_t>(std::clamp<std::int64_t>(from, -pixel, end) + pixel);
-    auto const right = static_cast<std::uint32_t>(std::clamp<std::int64_t>(to, -pixel, end) + pixel);
-    Cell& first = cells_[left / 256];
-    first.covered += 1;
-    first.beside += static_cast<std::int32_t>(left % 256 * 2);
-    Cell& last = cells_[right / 256];
-    last.covered -= 1;
-    last.beside -= static_cast<std::int32_t>(right % 256 * 2);
+    std::int64_t const leftmost = -pixel, rightmost = std::int64_t{band_.width} * pixel;
+    std::int32_t* const crossings = crossings_.data();
+    for (int const i : active_) {
+        Edge const& edge = edges_[static_cast<std::size_t>(i)];
+        int const begin = std::max(edge.first - first, 0), end = std::min(edge.last - first, count);
+        std::int64_t x = edge.at(first + begin);
+        std::int64_t const step = edge.step;
+        std::int32_t const direction = edge.sign + 1;
+        for (int* line = ends_.data() + begin; line != ends_.data() + end; ++line, x += step) {
+            auto const place = static_cast<std::int32_t>(std::clamp(whole(x), leftmost, rightmost));
+            crossings[*line] = place * 4 + direction;
+            *line += count;
+        }
+    }
+}
+
+/// The spans of a line of samples that any number of edges cross.
+void Strokes::addSpans(int line, int end, int stride) {
+    sorted_.clear();
+    for (int i = line; i < end; i += stride) {
+        std::int32_t const crossing = crossings_[static_cast<std::size_t>(i)];
+        std::size_t place = sorted_.size();
+        sorted_.push_back(crossing);
+        for (; place > 0 && sorted_[place - 1] > crossing; --place) sorted_[place] = sorted_[place - 1];
+        sorted_[place] = crossing;
+    }
+    std::int32_t from = 0, winding = 0;
+    for (std::int32_t const crossing : sorted_) {
+        if (winding == 0) from = crossing >> 2;
+        winding += (crossing & 3) - 1;
+        if (winding == 0) addSpan(from, crossing >> 2);
+    }
+}
+
+inline void Strokes::addSpan(std::int32_t from, std::int32_t to) {
+    auto const left = static_cast<std::uint32_t>(from + pixel), right = static_cast<std::uint32_t>(to + pixel);
+    Cell* const cells = cells_.data();
+    cells[left / 256] += oneLine + left % 256 * 2;
+    cells[right / 256] -= oneLine + right % 256 * 2;
     firstCell_ = std::min(firstCell_, static_cast<int>(left / 256));
     lastCell_ = std::max(lastCell_, static_cast<int>(right / 256));
 }
 
-void Strokes::sampleRow(int row) {
-    // Where edges cross the lines, and in the two bits below the edges' directions.
-    std::size_t const room = active_.size();
-    std::size_t counts[lineCount] = {};
-    crossings_.resize(room * lineCount);
-    int const top = row * lineCount;
-    for (int const i : active_) {
-        Edge& edge = edges_[static_cast<std::size_t>(i)];
-        auto const first = static_cast<std::size_t>(std::max(edge.first - top, 0));
-        auto const last = static_cast<std::size_t>(std::min(edge.last - top, lineCount));
-        std::int64_t x = edge.x;
-        std::int64_t* crossings = crossings_.data() + first * room;
-        for (std::size_t line = first; line < last; ++line, crossings += room, x += edge.step) {
-            crossings[counts[line]++] = whole(x) * 4 + edge.sign + 1;
-        }
-        edge.x = x;
-    }
-    for (std::size_t line = 0; line < lineCount; ++line) {
-        std::int64_t* const begin = crossings_.data() + line * room;
-        if (counts[line] == 2) {  // nearly always
-            addSpan(std::min(begin[0], begin[1]) >> 2, std::max(begin[0], begin[1]) >> 2);
-            continue;
-        }
-        std::sort(begin, begin + counts[line]);
-        std::int64_t from = 0, winding = 0;
-        for (std::int64_t const crossing : std::span{begin, counts[line]}) {
-            if (winding == 0) from = crossing >> 2;
-            winding += (crossing & 3) - 1;
-            if (winding == 0) addSpan(from, crossing >> 2);
-        }
-    }
-}
-
-/// The cell of a column, or that for all the columns to the left or to the right of the band.
-Strokes::Cell& Strokes::cell(std::int64_t column) {
+/// To the cell of a column, or to that for all the columns to the left or to the right of the band.
+void Strokes::addToCell(std::int64_t column, std::int32_t lines, std::int32_t beside) {
     auto const i = static_cast<int>(std::clamp<std::int64_t>(column, -1, band_.width) + 1);
     firstCell_ = std::min(firstCell_, i);
     lastCell_ = std::max(lastCell_, i);
-    return cells_[static_cast<std::size_t>(i)];
+    cells_[static_cast<std::size_t>(i)] += lines * oneLine + std::int64_t{lines} * beside;
 }
 
 /// What lies to the right of an edge in a whole row, in lines of samples for each column.
-void Strokes::addTrapezoid(Edge const& edge, int sign) {
+void Strokes::addTrapezoid(Edge const& edge, std::int64_t x, int sign) {
     // From the middle of the first line to the top of the row; half of an odd number of steps is rounded towards 0.
     std::int64_t const steps = edge.step / (std::int64_t{1} << moreBits), rest = edge.step - (steps << moreBits);
-    std::int64_t const top = edge.x - ((steps / 2) << moreBits) - rest / 2, bottom = top + edge.step * lineCount;
+    std::int64_t const top = x - ((steps / 2) << moreBits) - rest / 2, bottom = top + edge.step * lineCount;
     std::int64_t const left = std::min(top, bottom), right = std::max(top, bottom);
-    auto const within = [](std::int64_t x) { return static_cast<std::int32_t>((x >> moreBits) & 255); };
+    auto const within = [](std::int64_t at) { return static_cast<std::int32_t>((at >> moreBits) & 255); };
     auto const add = [&](std::int64_t column, std::int32_t lines, std::int32_t beside) {
-        Cell& at = cell(column);
-        at.covered += sign * lines;
-        at.beside += sign * lines * beside;
+        addToCell(column, sign * lines, beside);
     };
     std::int64_t const first = left >> (moreBits + 8), last = right >> (moreBits + 8);
     if (first == last) return add(first, lineCount, within(left) + within(right));
@@ -312,16 +344,17 @@ void Strokes::addTrapezoid(Edge const& edge, int sign) {
 
 void Strokes::blendRow(int row, std::uint32_t rgb) {
     auto* const pixels = reinterpret_cast<std::uint32_t*>(band_.pixels) + std::ptrdiff_t{row} * band_.width;
-    std::int32_t covered = 0;
+    std::uint64_t const upper = apart(rgb);
+    std::int64_t covered = 0;
     for (int i = firstCell_; i <= lastCell_; ++i) {
         Cell& cell = cells_[static_cast<std::size_t>(i)];
-        covered += cell.covered;
-        std::int32_t const area = covered * 2 * pixel - cell.beside;  // of 15 * 512
-        cell = {0, 0};
+        auto const beside = static_cast<std::int32_t>(cell);
+        covered += (cell - beside) >> 32;
+        cell = 0;
+        if (i == 0 || i > band_.width) continue;
+        auto const area = static_cast<std::int32_t>(covered) * 2 * pixel - beside;  // of 15 * 512
         auto const alpha = static_cast<std::uint32_t>((area * 17 + 256) >> 9);
-        if (alpha == 0 || i == 0 || i > band_.width) continue;
-        std::uint32_t& lower = pixels[i - 1];
-        lower = alpha == 255 ? rgb : blend(rgb, lower, alpha) | blend(rgb >> 8, lower >> 8, alpha) << 8;
+        pixels[i - 1] = blend(upper, apart(pixels[i - 1]), alpha);
     }
 }
 

@@ -42,18 +42,24 @@ private:
 
     /// A side of the area, between two lines of samples. x and step have 32 more bits than a Place.
     struct Edge {
-        std::int64_t x;     ///< where it meets the next line of samples
+        std::int64_t x;     ///< where it meets its first line of samples
         std::int64_t step;  ///< from one line of samples to the next
         int first, last;    ///< lines of samples; the last one is not met
         int sign;           ///< 1 downwards, -1 upwards
         int next;           ///< the next edge that begins in the same row of pixels, or -1
+
+        std::int64_t at(int line) const { return x + step * (line - first); }
+    };
+
+    /// A row of pixels, while an outline is filled.
+    struct Row {
+        int begin = -1;         ///< the first edge that begins there, or -1
+        bool isBroken = false;  ///< an edge begins or ends between its first line of samples and its last one
     };
 
     /// What a pixel of the row in work adds: lines that the area covers from here on to the right, and what of these
-    /// lines lies beside the area in this pixel, in halves of a step.
-    struct Cell {
-        std::int32_t covered, beside;
-    };
+    /// lines lies beside the area in this pixel, in halves of a step. One sum holds both: the lines count 2^32 each.
+    using Cell = std::int64_t;
 
     Place offset(Place const& from, Place const& to) const;
     void add(Point<2> const& p);
@@ -64,10 +70,12 @@ private:
     void addEdge(Place const& from, Place const& to);
     void fillOutline(std::uint32_t rgb);
     bool measureRow(int row);
-    void sampleRow(int row);
-    void addSpan(std::int64_t from, std::int64_t to);
-    void addTrapezoid(Edge const& edge, int sign);
-    Cell& cell(std::int64_t column);
+    void addTrapezoid(Edge const& edge, std::int64_t x, int sign);
+    void addToCell(std::int64_t column, std::int32_t lines, std::int32_t beside);
+    void sampleRows(int row, int end, std::uint32_t rgb);
+    void crossLines(int first, int count);
+    void addSpans(int line, int end, int stride);
+    void addSpan(std::int32_t from, std::int32_t to);
     void blendRow(int row, std::uint32_t rgb);
 
     Band band_;
@@ -75,10 +83,12 @@ private:
     std::vector<Place> pen_;
     std::vector<Place> places_;
     std::vector<Edge> edges_;
-    std::vector<int> begins_;  // for each row of pixels the first edge that begins there, or -1
-    std::vector<int> active_;  // the edges that cross the row in work
-    std::vector<std::int64_t> crossings_;
-    std::vector<Cell> cells_;  // for the row in work, with one more at each end for what lies outside
+    std::vector<Row> rows_;
+    std::vector<int> active_;              // the edges that cross the rows in work
+    std::vector<std::int32_t> crossings_;  // the first one of every line of samples, the second one of every line ...
+    std::vector<std::int32_t> sorted_;     // the crossings of one line
+    std::vector<int> ends_;                // for every line of samples in work, the place after its last crossing
+    std::vector<Cell> cells_;              // for the row in work, with one more at each end for what lies outside
     int firstCell_ = 0, lastCell_ = 0, firstRow_ = 0, lastRow_ = 0;
 };
 
