@@ -57,12 +57,16 @@ std::int64_t quotient(std::int64_t numerator, std::int64_t denominator) {
 /// The four channels of a pixel, with 16 bits for each.
 std::uint64_t apart(std::uint32_t rgb) { return (rgb & 0xFF00FF) | (std::uint64_t{rgb & 0xFF00FF00} << 24); }
 
-/// Alpha parts of 255 of the upper channels, and the rest of the lower ones, rounded. What the difference borrows from the
-/// next channel, the sum gives back.
+/// Alpha parts of 255 of each channel, rounded.
+std::uint64_t times(std::uint64_t channels, std::uint32_t alpha) {
+    std::uint64_t const product = channels * alpha + 0x0080'0080'0080'0080;
+    return (product + (product >> 8 & 0x00FF'00FF'00FF'00FF)) >> 8 & 0x00FF'00FF'00FF'00FF;
+}
+
+/// Alpha parts of 255 of the upper channels, and the rest of the lower ones. Each product is rounded.
 std::uint32_t blend(std::uint64_t upper, std::uint64_t lower, std::uint32_t alpha) {
-    std::uint64_t const sum = lower * 255 + (upper - lower) * alpha + 0x0080'0080'0080'0080;
-    std::uint64_t const parts = (sum + (sum >> 8 & 0x00FF'00FF'00FF'00FF)) >> 8;
-    return static_cast<std::uint32_t>((parts & 0xFF00FF) | (parts >> 24 & 0xFF00FF00));
+    std::uint64_t const sum = times(upper, alpha) + times(lower, 255 - alpha);
+    return static_cast<std::uint32_t>(sum | sum >> 24);
 }
 
 }
@@ -116,10 +120,24 @@ void Strokes::fill(std::uint32_t rgb) {
     places_.clear();
 }
 
-/// From a segment to its right side, y downwards.
-Strokes::Place Strokes::offset(Place const& from, Place const& to) const {
-    double const dx = to.x - from.x, dy = to.y - from.y, scale = radius_ / std::sqrt(dx * dx + dy * dy);
-    return {nearest(-dy * scale), nearest(dx * scale)};
+/// The right side of a segment, y downwards.
+Strokes::Side Strokes::rightSide(Place const& from, Place const& to) const {
+    Place const way = to - from;
+    double const dx = way.x, dy = way.y, scale = radius_ / std::sqrt(dx * dx + dy * dy);
+    std::size_t corner = 0;
+    std::int64_t reach = std::numeric_limits<std::int64_t>::min();
+    for (std::size_t i = 0; i < pen_.size(); ++i) {
+        std::int64_t const farther = std::int64_t{way.x} * pen_[i].y - std::int64_t{way.y} * pen_[i].x;
+        corner = farther >= reach ? i : corner;
+        reach = std::max(farther, reach);
+    }
+    return {{nearest(-dy * scale), nearest(dx * scale)}, corner};
+}
+
+/// The left side of the same segment. The pen has an even number of corners.
+Strokes::Side Strokes::opposite(Side const& side) const {
+    std::size_t const half = pen_.size() / 2;
+    return {-side.offset, side.corner < half ? side.corner + half : side.corner - half};
 }
 
 /// Along the right sides of the segments, and back along the left ones.
@@ -128,51 +146,49 @@ void Strokes::addOutline() {
     edges_.clear();
     firstRow_ = band_.height;
     lastRow_ = -1;
-    Place const first = offset(places[0], places[1]);
-    Place right = first;
+    Side const first = rightSide(places[0], places[1]);
+    Side right = first;
     for (std::size_t i = 1;; ++i) {
-        addEdge(places[i - 1] + right, places[i] + right);
-        addEdge(places[i] - right, places[i - 1] - right);
+        addEdge(places[i - 1] + right.offset, places[i] + right.offset);
+        addEdge(places[i] - right.offset, places[i - 1] - right.offset);
         if (i + 1 == places.size()) break;
-        Place const next = offset(places[i], places[i + 1]);
+        Side const next = rightSide(places[i], places[i + 1]);
         addJoin(places[i], right, next);
         right = next;
     }
-    addFan(places.back(), right, -right);
-    addFan(places.front(), -first, first);
+    addFan(places.back(), right, opposite(right), true);
+    addFan(places.front(), opposite(first), first, true);
 }
 
-void Strokes::addJoin(Place const& at, Place const& in, Place const& out) {
-    bool const rightwards = std::int64_t{in.x} * out.y - std::int64_t{in.y} * out.x >= 0;
+void Strokes::addJoin(Place const& at, Side const& in, Side const& out) {
+    Place const& before = in.offset;
+    Place const& after = out.offset;
+    bool const rightwards = std::int64_t{before.x} * after.y - std::int64_t{before.y} * after.x >= 0;
+    // At right turns the fan leaves out the corners at its ends: then the pictures are those of Cairo, as measured.
     if (rightwards) {
-        addEdge(at + in, at);
-        addEdge(at, at + out);
-        addFan(at, -out, -in);
+        addEdge(at + before, at);
+        addEdge(at, at + after);
+        addFan(at, opposite(out), opposite(in), false);
     } else {
-        addFan(at, in, out);
-        addEdge(at - out, at);
-        addEdge(at, at - in);
+        addFan(at, in, out, true);
+        addEdge(at - after, at);
+        addEdge(at, at - before);
     }
 }
 
-/// From one offset to another, by way of the pen's corners between them. Both turn anticlockwise on the page.
-void Strokes::addFan(Place const& around, Place const& from, Place const& to) {
-    auto const isBetween = [&](Place const& p) {
-        return std::int64_t{from.x} * p.y < std::int64_t{from.y} * p.x &&
-               std::int64_t{to.x} * p.y > std::int64_t{to.y} * p.x;
-    };
-    std::size_t const count = pen_.size();
-    std::size_t i = 0;
-    while (i < count && isBetween(pen_[i])) ++i;  // the corners between them may lie around the list's end
-    Place at = around + from;
-    for (std::size_t n = 0; n < count; ++n) {
-        i = i + 1 < count ? i + 1 : 0;
-        if (!isBetween(pen_[i])) continue;
-        Place const next = around + pen_[i];
-        addEdge(at, next);
-        at = next;
+/// From one side to another, anticlockwise on the page, by way of the pen's corners between those that reach farthest
+/// there, with or without these two.
+void Strokes::addFan(Place const& around, Side const& from, Side const& to, bool withEnds) {
+    auto const next = [&](std::size_t i) { return i + 1 < pen_.size() ? i + 1 : 0; };
+    Place at = around + from.offset;
+    if (from.corner != to.corner) {
+        std::size_t const end = withEnds ? next(to.corner) : to.corner;
+        for (std::size_t i = withEnds ? from.corner : next(from.corner); i != end; i = next(i)) {
+            addEdge(at, around + pen_[i]);
+            at = around + pen_[i];
+        }
     }
-    addEdge(at, around + to);
+    addEdge(at, around + to.offset);
 }
 
 void Strokes::addEdge(Place const& from, Place const& to) {
@@ -265,6 +281,7 @@ void Strokes::crossLines(int first, int count) {
     if (crossings_.size() < active_.size() * static_cast<std::size_t>(count)) {
         crossings_.resize(active_.size() * static_cast<std::size_t>(count));
     }
+    if (sorted_.size() < active_.size()) sorted_.resize(active_.size());
     std::iota(ends_.begin(), ends_.begin() + count, 0);
     // One cell to the left and one to the right of the band stand for all that lies outside.
     std::int64_t const leftmost = -pixel, rightmost = std::int64_t{band_.width} * pixel;
@@ -285,16 +302,12 @@ void Strokes::crossLines(int first, int count) {
 
 /// The spans of a line of samples that any number of edges cross.
 void Strokes::addSpans(int line, int end, int stride) {
-    sorted_.clear();
-    for (int i = line; i < end; i += stride) {
-        std::int32_t const crossing = crossings_[static_cast<std::size_t>(i)];
-        std::size_t place = sorted_.size();
-        sorted_.push_back(crossing);
-        for (; place > 0 && sorted_[place - 1] > crossing; --place) sorted_[place] = sorted_[place - 1];
-        sorted_[place] = crossing;
-    }
+    std::int32_t* const sorted = sorted_.data();
+    std::int32_t* last = sorted;
+    for (int i = line; i < end; i += stride) *last++ = crossings_[static_cast<std::size_t>(i)];
+    std::sort(sorted, last);
     std::int32_t from = 0, winding = 0;
-    for (std::int32_t const crossing : sorted_) {
+    for (std::int32_t const crossing : std::span{sorted, last}) {
         if (winding == 0) from = crossing >> 2;
         winding += (crossing & 3) - 1;
         if (winding == 0) addSpan(from, crossing >> 2);

@@ -36,16 +36,21 @@ Pixels drawnElsewhere(std::vector<Polyline> const& lines, std::vector<std::uint3
 }
 
 TEST(Strokes, AreThoseOfAnotherLibrary) {
+    // Two things differ by more than two levels. Where a level line's end lies between two of the pen's corners, the other
+    // library does not always take the same one; and it shortens lines that leave the page.
     std::mt19937 random{3};
     struct {
-        double width, size;
+        double width, size, margin;
         std::size_t points;
-        int count, most;
-    } const cases[] = {{1.5, 3, 2, 9000, 12}, {1.5, 20, 2, 300, 12}, {1.5, 5, 4, 2000, 16}, {1, 40, 3, 300, 16},
-                       {6, 30, 3, 200, 16},   {20, 60, 2, 40, 10},   {3, 0.003, 2, 900, 12}};
+        int count, most, beyond;
+        double rise = 1;
+    } const cases[] = {{1.5, 3, 5, 2, 9000, 2, 0},     {1.5, 20, 22, 2, 300, 2, 0},    {1.5, 5, 17, 4, 2000, 2, 0},
+                       {1, 20, 42, 3, 300, 2, 0},      {6, 20, 44, 3, 200, 2, 0},      {20, 40, 51, 2, 40, 2, 0},
+                       {3, 0.003, 3, 2, 900, 3, 5},    {6, 20, 22, 2, 60, 12, 400, 0}, {1.5, 3, -5, 2, 9000, 3, 5},
+                       {1.5, 20, -5, 2, 300, 12, 400}, {1, 40, -5, 3, 300, 16, 400},   {6, 30, -5, 3, 200, 16, 400}};
     for (auto const& c : cases) {
         SCOPED_TRACE(testing::Message() << c.points << " points, " << c.size << " apart, width " << c.width);
-        std::uniform_real_distribution<double> place{-5, side + 5.0}, step{-c.size, c.size};
+        std::uniform_real_distribution<double> place{c.margin, side - c.margin}, step{-c.size, c.size};
         std::vector<Polyline> lines(static_cast<std::size_t>(c.count));
         std::vector<std::uint32_t> colours;
         auto const onGrid = [](double x, double y) {
@@ -56,7 +61,7 @@ TEST(Strokes, AreThoseOfAnotherLibrary) {
         for (Polyline& line : lines) {
             line.push_back(onGrid(place(random), place(random)));
             while (line.size() < c.points) {
-                line.push_back(onGrid(line.back().x() + step(random), line.back().y() + step(random)));
+                line.push_back(onGrid(line.back().x() + step(random), line.back().y() + c.rise * step(random)));
             }
             if (line[0] == line[1]) line[1] += Vector<2>{1 / 256.0, 0};
             colours.push_back(static_cast<std::uint32_t>(random() & 0xFFFFFF));
@@ -73,7 +78,7 @@ TEST(Strokes, AreThoseOfAnotherLibrary) {
             }
         }
         EXPECT_LE(worst, c.most);
-        EXPECT_LE(beyond, side * side * 3 / 100);
+        EXPECT_LE(beyond, c.beyond);
     }
 }
 
