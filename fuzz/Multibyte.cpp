@@ -10,8 +10,9 @@
 
 namespace {
 
-bool const isUTF8 = std::strcmp(fuzz::codePage(), "UTF-8") == 0;
-std::size_t const longest = isUTF8 ? 4 : 2;
+// Asked anew each time: libFuzzer's programs set their code page after the statics are there.
+bool isUTF8() { return std::strcmp(fuzz::codePage(), "UTF-8") == 0; }
+std::size_t longest() { return isUTF8() ? 4 : 2; }
 
 std::optional<std::string> toUTF16(std::string_view bytes) {
     return fuzz::converted("UTF-16LE", fuzz::codePage(), bytes);
@@ -20,8 +21,8 @@ std::optional<std::string> toUTF16(std::string_view bytes) {
 // Whether these bytes could be the head of a character; what may follow in UTF-8 changes at multiples of 16 only.
 bool beginsCharacter(std::string const& head) {
     if (toUTF16(head)) return true;
-    if (head.size() == longest) return false;
-    for (int next = isUTF8 ? 0x80 : 0x30; next < (isUTF8 ? 0xC0 : 0x100); next += isUTF8 ? 0x10 : 1)
+    if (head.size() == longest()) return false;
+    for (int next = isUTF8() ? 0x80 : 0x30; next < (isUTF8() ? 0xC0 : 0x100); next += isUTF8() ? 0x10 : 1)
         if (beginsCharacter(head + static_cast<char>(next))) return true;
     return false;
 }
@@ -34,7 +35,7 @@ struct Head {
 // The first character, or what is replaced as a whole: in UTF-8 as long a head of a character as there is, elsewhere a
 // byte, or all that is left when only its end is missing.
 Head first(std::string_view bytes) {
-    for (std::size_t size = 1; size <= std::min(longest, bytes.size()); ++size)
+    for (std::size_t size = 1; size <= std::min(longest(), bytes.size()); ++size)
         if (auto const units = toUTF16(bytes.substr(0, size))) {
             std::wstring text;
             for (std::size_t i = 0; i != units->size(); i += 2)
@@ -43,10 +44,10 @@ Head first(std::string_view bytes) {
             return {size, text};
         }
     std::size_t size = 1;
-    if (isUTF8) {
-        while (size < std::min(longest, bytes.size()) && beginsCharacter(std::string{bytes.substr(0, size + 1)}))
+    if (isUTF8()) {
+        while (size < std::min(longest(), bytes.size()) && beginsCharacter(std::string{bytes.substr(0, size + 1)}))
             ++size;
-    } else if (bytes.size() < longest && beginsCharacter(std::string{bytes})) {
+    } else if (bytes.size() < longest() && beginsCharacter(std::string{bytes})) {
         size = bytes.size();
     }
     return {size, L"\xFFFD"};
@@ -63,7 +64,8 @@ std::wstring read(std::string_view bytes) {
 }
 
 std::string write(CodePoint c) {
-    return fuzz::converted(fuzz::codePage(), "UTF-16LE", fuzz::littleEndian(c)).value_or(isUTF8 ? "\xEF\xBF\xBD" : "?");
+    return fuzz::converted(fuzz::codePage(), "UTF-16LE", fuzz::littleEndian(c))
+        .value_or(isUTF8() ? "\xEF\xBF\xBD" : "?");
 }
 
 }
