@@ -120,11 +120,22 @@ int times20ns() {
     return static_cast<int>(20.0 * many / fastest + 0.5);
 }
 
+/// The processors that the process may use, asked before any thread is moved.
+cpu_set_t const& allowedProcessors() {
+    static cpu_set_t const allowed = [] {
+        cpu_set_t set;
+        CPU_ZERO(&set);
+        sched_getaffinity(0, sizeof set, &set);
+        return set;
+    }();
+    return allowed;
+}
+
 /// Moves the calling thread to the processor of this number among those that the process may use.
 bool moveTo(int number) {
-    cpu_set_t allowed, one;
+    cpu_set_t const& allowed = allowedProcessors();
+    cpu_set_t one;
     CPU_ZERO(&one);
-    if (sched_getaffinity(0, sizeof allowed, &allowed) != 0) return false;
     for (int processor = 0; processor < CPU_SETSIZE; ++processor) {
         if (!CPU_ISSET(processor, &allowed) || number-- > 0) continue;
         CPU_SET(static_cast<std::size_t>(processor), &one);
