@@ -24,9 +24,8 @@ constexpr double flatness = 0.2;
 class Helper final : public ORN::Threading::SchedulerBase, private ORN::Threading::TaskBase {
 public:
     explicit Helper(std::function<void()> job) : SchedulerBase{0}, job_{std::move(job)} {}
-    ~Helper() override {
-        finish(ORN::Threading::BoringWaiter{});
-    }  // drops a job that has not begun, and waits for one that has
+    /// Drops a job that has not begun, and waits for one that has.
+    ~Helper() override { finish(ORN::Threading::BoringWaiter{}); }
     Helper(Helper const&) = delete;
     Helper& operator=(Helper const&) = delete;
 

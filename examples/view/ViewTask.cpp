@@ -66,7 +66,7 @@ bool ViewTask::run() {
     return true;
 }
 
-/// A request that comes later is for the next run: whoever requests inserts the task, too.
+/// A request that comes later is for the next run: the caller that requests it inserts the task, too.
 void ViewTask::beginPicture() {
     std::unique_lock lock{mutex_};
     if (begun_ != wanted_) {

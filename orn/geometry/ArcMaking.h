@@ -21,7 +21,7 @@ ORN_API double bulgeOf(double sweep) noexcept;
 /// About a centre, from one direction to another. Both directions are seen from the centre; the ends lie at the radius.
 /// @{
 /// Anticlockwise, by less than a whole turn: equal directions give a single point. Directions that rounding alone tells
-/// apart give next to nothing or next to the whole circle; whoever knows the angle between them says it.
+/// apart give next to nothing or next to the whole circle; where the angle between them is known, give it.
 ORN_API Arc<2> arcAbout(Point<2> const& centre, double radius, Angle const& from, Angle const& to) noexcept;
 /// By an angle in radians between −2π and 2π, anticlockwise when it is positive.
 ORN_API Arc<2> arcAbout(Point<2> const& centre, double radius, Angle const& from, double sweep) noexcept;

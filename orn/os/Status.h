@@ -48,6 +48,7 @@ inline constexpr DWORD errorNotRegistryFile = 1017;
 inline constexpr DWORD errorKeyDeleted = 1018;
 inline constexpr DWORD errorNoUnicodeTranslation = 1113;
 inline constexpr DWORD errorInvalidWindow = 1400;
+inline constexpr DWORD errorUuidInvalidText = 1705;
 inline constexpr DWORD errorUuidNoAddress = 1739;
 inline constexpr DWORD errorNotEnoughQuota = 1816;
 inline constexpr DWORD errorUuidLocalOnly = 1824;

@@ -14,16 +14,14 @@ struct Uuid {
     std::uint8_t data4[8];
 };
 
-/// The status of parseUuid for a text that has not the 36-character form.
-inline constexpr LONG uuidInvalidText = 1705;
-
 /// Makes a new identifier. Off Windows it consists of random bits (version 4).
 LONG createUuid(Uuid& uuid) noexcept;
 
 /// Gives the identifier of sixteen zeros.
 LONG createNilUuid(Uuid& uuid) noexcept;
 
-/// Reads a terminated text of the 36-character form, in either case. Leaves the value alone when it fails.
+/// Reads a terminated text of the 36-character form, in either case. Another text gives errorUuidInvalidText and leaves
+/// the value alone.
 LONG parseUuid(wchar_t const* text, Uuid& uuid) noexcept;
 
 bool uuidIsNil(Uuid const& uuid, LONG& status) noexcept;

@@ -4,6 +4,7 @@
 #include "orn/foundation/MultibyteImp.h"
 #include "orn/os/CodePage.h"
 #include "orn/os/ErrorText.h"
+#include "orn/os/Status.h"
 #include "orn/unicode/DecodeUtf8.h"
 #include "orn/unicode/EncodeUtf8.h"
 
@@ -105,8 +106,8 @@ unsigned int packTo(wchar_t const* text, std::size_t length, char* buffer, int s
         DWORD const error = bytes > 0 ? 0 : ORN::os::lastError();
         buffer[bytes] = '\0';
         written = static_cast<unsigned int>(bytes);
-        DWORD const insufficientBuffer = 122;
-        if (bytes == 0 && error != insufficientBuffer) throw WinError{L"WideCharToMultiByte in packTo", error};
+        if (bytes == 0 && error != ORN::os::errorInsufficientBuffer)
+            throw WinError{L"WideCharToMultiByte in packTo", error};
         return bytes > 0;
     };
     int unfit = ORN::conversionLength(length);

@@ -143,7 +143,7 @@ private:
             std::size_t i = hash & mask;
             while (slots()[i].load(std::memory_order_relaxed) != free) i = (i + 1) & mask;
             hashes()[i] = hash;
-            slots()[i].store(slot, std::memory_order_release);  // whoever sees the address sees the text
+            slots()[i].store(slot, std::memory_order_release);  // a thread that sees the address sees the text
         }
     };
 

@@ -8,7 +8,7 @@
 ///   |----------|---------|-----------------------------------------------------------------------------|
 ///   | 0 to 19  | present | threads that hold a ticket                                                  |
 ///   | 20 to 39 | owed    | those of them for whom a count was released and who have not had it yet     |
-///   | 40 to 63 | epoch   | moved on by every release that comes to owe somebody a count; a ticket is the epoch of its taking |
+///   | 40 to 63 | epoch   | moved on by every release that owes a new count; a ticket is the epoch of its taking |
 ///
 /// A release moves the epoch on, which makes every ticket an old one, and adds a count for each thread present that is
 /// not owed one already. A thread with an old ticket is owed a count; a thread with a ticket of this epoch is not. A

@@ -2,6 +2,7 @@
 
 #include "orn/os/ErrorText.h"
 #include "orn/os/Fault.h"
+#include "orn/os/Status.h"
 #include "orn/unicode/CodePoints.h"
 
 #include <iconv.h>
@@ -18,8 +19,6 @@
 namespace ORN::os {
 
 namespace {
-
-DWORD const invalidParameter = 87, insufficientBuffer = 122, invalidFlags = 1004, noTranslation = 1113;
 
 iconv_t noDescriptor() noexcept { return reinterpret_cast<iconv_t>(-1); }
 
@@ -182,7 +181,7 @@ int utf8ToWide(char const* bytes, int length, wchar_t* units, int room) noexcept
             codePoint = unicode::replacement;
             read = -read;
         }
-        if (!append(target, codePoint)) return failed(insufficientBuffer);
+        if (!append(target, codePoint)) return failed(errorInsufficientBuffer);
         bytes += read;
         length -= read;
     }
@@ -192,13 +191,13 @@ int utf8ToWide(char const* bytes, int length, wchar_t* units, int room) noexcept
 int wideToUTF8(wchar_t const* units, int length, char* bytes, int room, bool& substituted) noexcept {
     Target<char> target{bytes, bytes + room};
     for (wchar_t const* const end = units + length; units != end;)
-        if (!append(target, nextCodePoint(units, end, substituted))) return failed(insufficientBuffer);
+        if (!append(target, nextCodePoint(units, end, substituted))) return failed(errorInsufficientBuffer);
     return static_cast<int>(target.next - bytes);
 }
 
 int convertToWide(char const* bytes, int length, wchar_t* units, int room) noexcept {
     Converter converter{toCodePoints, "WCHAR_T", CharacterSet::name()};
-    if (!converter.isOpen()) return failed(noTranslation);
+    if (!converter.isOpen()) return failed(errorNoUnicodeTranslation);
 
     Target<wchar_t> target{units, units + room};
     auto left = static_cast<std::size_t>(length);
@@ -217,14 +216,14 @@ int convertToWide(char const* bytes, int length, wchar_t* units, int room) noexc
             left -= skipped;
         }
         for (wchar_t const* p = codePoints; p != end; ++p)
-            if (!append(target, static_cast<unsigned int>(*p))) return failed(insufficientBuffer);
+            if (!append(target, static_cast<unsigned int>(*p))) return failed(errorInsufficientBuffer);
     }
     return static_cast<int>(target.next - units);
 }
 
 int convertFromWide(wchar_t const* units, int length, char* bytes, int room, bool& substituted) noexcept {
     Converter converter{fromCodePoints, CharacterSet::name(), "WCHAR_T"};
-    if (!converter.isOpen()) return failed(noTranslation);
+    if (!converter.isOpen()) return failed(errorNoUnicodeTranslation);
 
     char* out = bytes;
     auto outLeft = static_cast<std::size_t>(room);
@@ -240,28 +239,28 @@ int convertFromWide(wchar_t const* units, int length, char* bytes, int room, boo
             int const error = converter.run(&in, &inLeft, &out, &outLeft);
             if (error == 0) continue;
             if (error != EILSEQ || codePoints[count - inLeft / sizeof(wchar_t)] == L'?')
-                return failed(error == E2BIG ? insufficientBuffer : noTranslation);
+                return failed(error == E2BIG ? errorInsufficientBuffer : errorNoUnicodeTranslation);
             codePoints[count - inLeft / sizeof(wchar_t)] = L'?';
             substituted = true;
         }
     }
-    if (converter.run(nullptr, nullptr, &out, &outLeft) != 0) return failed(insufficientBuffer);
+    if (converter.run(nullptr, nullptr, &out, &outLeft) != 0) return failed(errorInsufficientBuffer);
     return static_cast<int>(out - bytes);
 }
 
 }
 
 int multibyteToWide(char const* bytes, int length, wchar_t* units, int room) noexcept {
-    if (ORN_OS_REFUSED("MultiByteToWideChar")) return failed(invalidFlags);
-    if (length <= 0 || room <= 0) return failed(invalidParameter);
+    if (ORN_OS_REFUSED("MultiByteToWideChar")) return failed(errorInvalidFlags);
+    if (length <= 0 || room <= 0) return failed(errorInvalidParameter);
     bool const utf8 = *CharacterSet::name() == '\0';
     return utf8 ? utf8ToWide(bytes, length, units, room) : convertToWide(bytes, length, units, room);
 }
 
 int wideToMultibyteStrictly(wchar_t const* units, int length, char* bytes, int room, bool& substituted) noexcept {
     substituted = false;
-    if (ORN_OS_REFUSED("WideCharToMultiByte")) return failed(invalidFlags);
-    if (length <= 0 || room <= 0) return failed(invalidParameter);
+    if (ORN_OS_REFUSED("WideCharToMultiByte")) return failed(errorInvalidFlags);
+    if (length <= 0 || room <= 0) return failed(errorInvalidParameter);
     return *CharacterSet::name() == '\0' ? wideToUTF8(units, length, bytes, room, substituted)
                                          : convertFromWide(units, length, bytes, room, substituted);
 }

@@ -4,6 +4,7 @@
 #include "orn/os/ErrorText.h"
 #include "orn/os/Fault.h"
 #include "orn/os/File.h"
+#include "orn/os/Status.h"
 #include "orn/os/posix/CacheFile.h"
 #include "orn/os/posix/ServiceLibrary.h"
 
@@ -38,10 +39,6 @@ namespace {
 // clang-format on
 ORN_SERVICE_LIBRARY(liblcms2, ORN_LIBLCMS2_FUNCTIONS)
 
-DWORD const cannotOpen = 4, accessDenied = 5, writeFault = 29, invalidParameter = 87;
-DWORD const insufficientBuffer = 122, invalidProfile = 2011, tagNotFound = 2012, invalidColourSpace = 2017,
-            invalidTransform = 2020;
-
 bool fail(DWORD error) noexcept {
     setLastError(error);
     return false;
@@ -51,7 +48,7 @@ bool failByErrno(int error, DWORD otherwise) noexcept { return fail(windowsError
 
 bool isRefused([[maybe_unused]] char const* call) noexcept {
     if (!ORN_OS_REFUSED(call)) return false;
-    setLastError(accessDenied);
+    setLastError(errorAccessDenied);
     return true;
 }
 
@@ -59,7 +56,7 @@ bool isRefused([[maybe_unused]] char const* call) noexcept {
 bool fits(void const* buffer, DWORD& size, std::size_t needed) noexcept {
     bool const enough = buffer != nullptr && size >= needed;
     size = static_cast<DWORD>(needed);
-    return enough || fail(insufficientBuffer);
+    return enough || fail(errorInsufficientBuffer);
 }
 
 // The header of every profile, and in it the time at which it was made.
@@ -128,7 +125,7 @@ constinit MemoryFile memoryFile;
 // the same bytes to files of their own; the one renamed last stays. Without a place in the cache it is held in memory.
 bool standardFile(std::string& place) {
     std::vector<unsigned char> const bytes = standardBytes();
-    if (bytes.empty()) return fail(invalidProfile);
+    if (bytes.empty()) return fail(errorInvalidProfile);
     std::string const folder = cacheFolder() + "/orn";
     place = folder + "/sRGB.icc";
     if (holds(place, bytes)) return true;
@@ -140,7 +137,7 @@ bool standardFile(std::string& place) {
         if (file.write(bytes.data(), bytes.size()) && file.place(place)) return true;
         refusal = errno;
     }
-    return memoryFile.hold(bytes, place) || failByErrno(refusal, writeFault);
+    return memoryFile.hold(bytes, place) || failByErrno(refusal, errorWriteFault);
 }
 
 std::wstring nameIn(ProfileSource const& source) {
@@ -151,13 +148,13 @@ std::wstring nameIn(ProfileSource const& source) {
 cmsHPROFILE openFileProfile(ProfileSource const& source) {
     std::FILE* const file = openFile(nameIn(source), L"rb");
     if (file == nullptr) {
-        failByErrno(errno, cannotOpen);
+        failByErrno(errno, errorTooManyOpenFiles);  // the code for reasons that Windows has none for
         return nullptr;
     }
     cmsIOHANDLER* const handler = cmsOpenIOhandlerFromStream(nullptr, file);
     if (handler == nullptr) std::fclose(file);
     cmsHPROFILE const profile = handler != nullptr ? cmsOpenProfileFromIOhandlerTHR(nullptr, handler) : nullptr;
-    if (profile == nullptr) fail(invalidProfile);
+    if (profile == nullptr) fail(errorInvalidProfile);
     return profile;
 }
 
@@ -205,7 +202,7 @@ HPROFILE openProfile(ProfileSource const& source) {
     }
     if (source.kind == ProfileKind::fileName) return openFileProfile(source);
     cmsHPROFILE const profile = cmsOpenProfileFromMem(source.data, source.size);
-    if (profile == nullptr) fail(invalidProfile);
+    if (profile == nullptr) fail(errorInvalidProfile);
     return profile;
 }
 
@@ -215,7 +212,7 @@ bool profileBytes(HPROFILE profile, void* buffer, DWORD& size) {
     if (isRefused("GetColorProfileFromHandle")) return false;
     cmsIOHANDLER* const file = cmsGetProfileIOhandler(profile);
     if (!fits(buffer, size, file->ReportedSize)) return buffer == nullptr;
-    return (file->Seek(file, 0) && file->Read(file, buffer, size, 1) == 1) || fail(invalidProfile);
+    return (file->Seek(file, 0) && file->Read(file, buffer, size, 1) == 1) || fail(errorInvalidProfile);
 }
 
 bool profileHeader(HPROFILE profile, ProfileHeader& header) {
@@ -228,15 +225,15 @@ bool profileElement(HPROFILE profile, DWORD tag, void* buffer, DWORD& size) {
     if (isRefused("GetColorProfileElement")) return false;
     auto const signature = static_cast<cmsTagSignature>(tag);
     DWORD const stored = cmsReadRawTag(profile, signature, nullptr, 0);
-    if (stored == 0) return fail(tagNotFound);
+    if (stored == 0) return fail(errorTagNotFound);
     if (!fits(buffer, size, stored)) return buffer == nullptr;
-    return cmsReadRawTag(profile, signature, buffer, size) == stored || fail(invalidProfile);
+    return cmsReadRawTag(profile, signature, buffer, size) == stored || fail(errorInvalidProfile);
 }
 
 HTRANSFORM createTransform(HPROFILE const* profiles, DWORD count, DWORD intent) {
     if (isRefused("CreateMultiProfileTransform")) return nullptr;
     if (intent > INTENT_ABSOLUTE_COLORIMETRIC || std::count(profiles, profiles + count, nullptr) != 0) {
-        fail(invalidParameter);
+        fail(errorInvalidParameter);
         return nullptr;
     }
 
@@ -258,7 +255,7 @@ HTRANSFORM createTransform(HPROFILE const* profiles, DWORD count, DWORD intent) 
     cmsHTRANSFORM const transform = cmsCreateMultiprofileTransform(
         chain.data(), static_cast<cmsUInt32Number>(chain.size()), formatOf(chain.front(), false),
         formatOf(chain.back(), connection), intent, cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE);
-    if (transform == nullptr) fail(invalidColourSpace);
+    if (transform == nullptr) fail(errorInvalidColourSpace);
     return transform;
 }
 
@@ -268,7 +265,7 @@ bool translateColours(HTRANSFORM transform, DeviceColour* colours, DWORD count) 
     if (isRefused("TranslateColors")) return false;
     bool const ofRGB =
         cmsGetTransformInputFormat(transform) == deviceFormat && cmsGetTransformOutputFormat(transform) == deviceFormat;
-    if (!ofRGB) return fail(invalidTransform);
+    if (!ofRGB) return fail(errorInvalidTransform);
     cmsDoTransform(transform, colours, colours, count);
     return true;
 }

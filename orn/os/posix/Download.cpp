@@ -1,6 +1,7 @@
 #include "orn/os/Download.h"
 
 #include "orn/os/Fault.h"
+#include "orn/os/Status.h"
 #include "orn/os/posix/CacheFile.h"
 #include "orn/os/posix/NativeName.h"
 #include "orn/os/posix/ServiceLibrary.h"
@@ -59,8 +60,7 @@ enum class Failure : DWORD {
 HRESULT statusOf(Failure failure) noexcept { return static_cast<HRESULT>(failure); }
 
 HRESULT fileFailure(int error) noexcept {
-    DWORD const writeFault = 29;
-    return static_cast<HRESULT>(0x80070000 | windowsError(error, writeFault));
+    return static_cast<HRESULT>(0x80070000 | windowsError(error, errorWriteFault));
 }
 
 /// Starts libcurl once and never ends it: a program that did not start it itself would lose it, too.

@@ -56,15 +56,15 @@ LONG parseUuid(wchar_t const* text, Uuid& uuid) noexcept {
     for (int position = 0; position < 36; ++position) {
         wchar_t const c = text[position];
         if (position == 8 || position == 13 || position == 18 || position == 23) {
-            if (c != L'-') return uuidInvalidText;
+            if (c != L'-') return errorUuidInvalidText;
             continue;
         }
         int const value = digit(c);
-        if (value < 0) return uuidInvalidText;
+        if (value < 0) return errorUuidInvalidText;
         bytes[digits / 2] = static_cast<unsigned char>(bytes[digits / 2] << 4 | value);
         ++digits;
     }
-    if (text[36] != L'\0') return uuidInvalidText;
+    if (text[36] != L'\0') return errorUuidInvalidText;
     uuid = fromBytes(bytes);
     return 0;
 }

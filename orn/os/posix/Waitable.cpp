@@ -42,7 +42,7 @@ struct Waitable {
     explicit Waitable(bool ofThread) noexcept : isThread{ofThread} {}
 
     void signal() noexcept {
-        if (signalled.exchange(1) != 0) return;  // the earlier signal has woken somebody already
+        if (signalled.exchange(1) != 0) return;  // the earlier signal has woken a thread already
         if (waiting.load() != 0) futexWake(signalled, isThread ? INT_MAX : 1);
     }
 
@@ -144,7 +144,7 @@ DWORD waitFor(HANDLE handle, DWORD timeout) noexcept {
     }
     if (object->take()) return waitObject;
 
-    // A signal that comes after the count sees that somebody waits; one that came before is taken by the next look.
+    // A signal that comes after the count sees that a thread waits; one that came before is taken by the next look.
     Deadline const deadline{timeout};
     object->waiting.fetch_add(1);
     DWORD result = waitObject;

@@ -40,6 +40,7 @@ static_assert(errorKeyDeleted == ERROR_KEY_DELETED);
 static_assert(errorNoUnicodeTranslation == ERROR_NO_UNICODE_TRANSLATION);
 static_assert(errorInvalidWindow == ERROR_INVALID_WINDOW_HANDLE);
 static_assert(errorNotEnoughQuota == ERROR_NOT_ENOUGH_QUOTA);
+static_assert(errorUuidInvalidText == RPC_S_INVALID_STRING_UUID);
 static_assert(errorUuidNoAddress == RPC_S_UUID_NO_ADDRESS);
 static_assert(errorUuidLocalOnly == RPC_S_UUID_LOCAL_ONLY);
 static_assert(errorInvalidProfile == ERROR_INVALID_PROFILE);
