@@ -6,19 +6,20 @@
 #
 #   Extent.h, or ExtentImp.h      the public headers of orn, unless the unit belongs to the seam or is INSIDE
 #   Extent.cpp                    the library
-#   ExtentTest.cpp                orn-geometry-test, which sees what an application sees; INSIDE: orn-inner-test
+#   ExtentTest.cpp                orn-geometry-test, which sees what an application sees; INSIDE, FAILING: orn-inner-test
 #   ExtentInnerTest.cpp           orn-inner-test, which sees the inside and lets calls of the system fail
 #   ExtentBench.cpp               a benchmark program of its own
 #
 # A unit of the seam, os/X, has its source in os/windows/X.cpp and os/posix/X.cpp. Its test goes to orn-inner-test, or with
 # CODE_PAGE to orn-code-page-test, which runs in several code pages. It has one only where it has logic of its own: a thin
 # call is held by the tests of the unit above it. A unit below, as os/posix/registry/X, has its source beside its header.
-# Every other unit needs a test. Units that are alike may share one: orn_unit(geometry/Point BY Coordinates) is held by
+# Every other unit needs a test. With FAILING the test goes to orn-inner-test, because it lets calls of the system fail
+# between those that succeed. Units that are alike may share one: orn_unit(geometry/Point BY Coordinates) is held by
 # geometry/CoordinatesTest.cpp.
 #
 # With WINDOWS or POSIX, other systems get the header alone.
 function(orn_unit unit)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS;POSIX;INSIDE;CODE_PAGE" "BY" "")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS;POSIX;INSIDE;FAILING;CODE_PAGE" "BY" "")
   string(REGEX MATCH "^[^/]+" room "${unit}")
   cmake_path(GET unit FILENAME name)
   set(base "${CMAKE_CURRENT_SOURCE_DIR}/${unit}")
@@ -56,7 +57,7 @@ function(orn_unit unit)
     endif()
   else()
     orn_add("${source}" orn-objects)
-    if(arg_INSIDE)
+    if(arg_INSIDE OR arg_FAILING)
       orn_add("${test}" orn-inner-test)
     elseif(ORN_TESTS)
       if(NOT TARGET orn-${room}-test)

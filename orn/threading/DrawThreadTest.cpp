@@ -1,14 +1,12 @@
 #include "orn/threading/DrawThread.h"
 
 #include "orn/threading/WindowMessage.h"
+#include "tests/support/Faults.h"
 #include "tests/support/Tally.h"
 #include "tests/support/TestWindow.h"
-#include "tests/support/Thrown.h"
 
-#include <gtest/gtest.h>
-
+#include <optional>
 #include <random>
-#include <stdexcept>
 #include <thread>
 
 using ORN::Threading::BoringWaiter;
@@ -20,42 +18,20 @@ HWND window(int number) { return reinterpret_cast<HWND>(static_cast<std::uintptr
 /// What was drawn, in order; of the worker's, to be read when it has ended.
 using Log = std::vector<HWND>;
 
-/// Draws until it is aborted or told that it is done; drawn again, it is done.
-class TestTask : public DrawTask {
-public:
-    TestTask(HWND window, Log& log, bool endless = false) : window_{window}, log_{&log}, endless_{endless} {}
+/// Does what it is given, and is complete when that returns true.
+struct TestTask : DrawTask {
+    TestTask(HWND drawn, std::function<bool(TestTask&)> does) : window{drawn}, body{std::move(does)} {}
 
-    HWND key() const override { return window_; }
+    HWND key() const override { return window; }
     void abort() override { ++aborts; }
     bool run() override {
-        log_->push_back(window_);
-        int const before = aborts;
         ++runs;
-        if (!endless_) return true;
-        aborts.reach(before + 1);
-        endless_ = false;
-        return false;
+        return body(*this);
     }
 
+    HWND const window;
+    std::function<bool(TestTask&)> const body;
     Tally runs, aborts;
-
-private:
-    HWND window_;
-    Log* log_;
-    std::atomic<bool> endless_;
-};
-
-/// Holds the worker while a test fills the queue.
-struct Gate : DrawTask {
-    HWND key() const override { return window(0); }
-    void abort() override {}
-    bool run() override {
-        ++inside;
-        open.reach(1);
-        return true;
-    }
-
-    Tally inside, open;
 };
 
 class TestThread : public DrawThread {
@@ -64,80 +40,99 @@ public:
 
     using DrawThread::threadName;
 
-    /// Inserts the tasks and waits until the last of them has been run so often.
-    void insertAndReach(std::initializer_list<TestTask*> tasks, int times = 1) {
-        for (TestTask* task : tasks) insert(*task);
-        (*std::prev(tasks.end()))->runs.reach(times);
+    void insertAndReach(TestTask& task) {
+        insert(task);
+        task.runs.reach(1);
     }
     /// Queues the tasks while nothing is drawn.
     void insertTogether(std::initializer_list<TestTask*> tasks) {
-        Gate gate;
-        insert(gate);
-        gate.inside.reach(1);
+        Tally open;
+        TestTask gate{window(0), [&](TestTask&) { return open.reach(1), true; }};
+        insertAndReach(gate);
         for (TestTask* task : tasks) insert(*task);
-        ++gate.open;
-        cancel(window(0), BoringWaiter{});
+        ++open;
+        cancel(gate.window, BoringWaiter{});
     }
     bool end() { return finish(BoringWaiter{}); }
 
+    std::atomic<int> starts = 0, exits = 0;
+
 private:
-    void onThreadStart() override {}
-    void onThreadExit() override {}
+    void onThreadStart() override { ++starts; }
+    void onThreadExit() override { ++exits; }
 };
 
 class DrawThreadTest : public testing::Test {
 protected:
+    /// Draws a window at once.
+    TestTask drawing(HWND drawn) {
+        return {drawn, [this](TestTask& task) { return log_.push_back(task.window), true; }};
+    }
+    /// Is aborted in its first run, and complete in its second.
+    TestTask longDrawing(HWND drawn) {
+        return {drawn, [this](TestTask& task) {
+                    log_.push_back(task.window);
+                    task.aborts.reach(1);
+                    return task.runs > 1;
+                }};
+    }
+
     Log log_;
     TestThread thread_;
 };
 
+/// With windows on the screen, which tell their order.
+class DrawThreadOnScreenTest : public DrawThreadTest {
+protected:
+    void SetUp() override {
+        if (!TestWindow::possible()) GTEST_SKIP() << "no display";
+        for (auto* shown : {&back_, &middle_, &front_}) shown->emplace();
+    }
+
+    std::optional<TestWindow> back_, middle_, front_;
+};
+
 TEST_F(DrawThreadTest, ATaskForTheWindowBeingDrawnTakesItsPlaceAndAQueuedOneIsKept) {
-    TestTask first{window(1), log_, true}, second{window(1), log_};
+    TestTask first = longDrawing(window(1)), second = drawing(window(1));
     EXPECT_STREQ(thread_.threadName(), "ORN::Draw");
-    thread_.insertAndReach({&first});
-    thread_.insertAndReach({&second});
+    thread_.insertAndReach(first);
+    thread_.insertAndReach(second);
     EXPECT_EQ(first.aborts, 1);
 
-    TestTask kept{window(3), log_}, rejected{window(3), log_};
+    TestTask kept = drawing(window(3)), rejected = drawing(window(3));
     thread_.insertTogether({&kept, &rejected});
+    kept.runs.reach(1);
     thread_.end();
-    EXPECT_EQ(first.runs, 1) << "the task in progress was not to be resumed";
+    EXPECT_EQ(log_, (Log{window(1), window(1), window(3)})) << "the task in progress was not to be resumed";
     EXPECT_EQ(rejected.runs, 0);
 }
 
 TEST_F(DrawThreadTest, AnInterruptedTaskIsResumedAndACancelledOneIsNot) {
-    TestTask task{window(1), log_, true}, dropped{window(2), log_, true};
-    thread_.insertAndReach({&task});
+    TestTask task = longDrawing(window(1)), dropped = longDrawing(window(2));
+    thread_.insertAndReach(task);
     thread_.interrupt(BoringWaiter{});
     task.runs.reach(2);
-    thread_.insertAndReach({&dropped});
+    thread_.insertAndReach(dropped);
     thread_.cancel(window(2), BoringWaiter{});
     thread_.end();
     EXPECT_EQ(dropped.runs, 1);
 }
 
 TEST_F(DrawThreadTest, ATaskThatThrowsIsDroppedAndWhoWaitsForItIsTold) {
-    struct Failing : DrawTask {
-        HWND key() const override { return window(1); }
-        void abort() override { ++aborted; }
-        bool run() override {
-            ++runs;
-            aborted.reach(1);
-            throw std::runtime_error{"cannot draw"};
-        }
-        Tally runs, aborted;
-    } failing;
-    TestTask next{window(2), log_};
-    thread_.insert(failing);
-    failing.runs.reach(1);
+    TestTask failing{window(1), [](TestTask& task) -> bool {
+                         task.aborts.reach(1);
+                         throw std::runtime_error{"cannot draw"};
+                     }};
+    TestTask next = drawing(window(2));
+    thread_.insertAndReach(failing);
     thread_.interrupt(BoringWaiter{});
-    thread_.insertAndReach({&next});
+    thread_.insertAndReach(next);
     thread_.end();
     EXPECT_EQ(failing.runs, 1);
 }
 
 TEST_F(DrawThreadTest, QueuedWindowsThatAreGoneWaitForTheNextWake) {
-    TestTask a{window(1), log_}, b{window(2), log_}, again{window(1), log_};
+    TestTask a = drawing(window(1)), b = drawing(window(2)), again = drawing(window(1));
     thread_.insertTogether({&a, &b});
     EXPECT_EQ(a.runs + b.runs, 0);
     thread_.cancel(window(2));
@@ -147,52 +142,86 @@ TEST_F(DrawThreadTest, QueuedWindowsThatAreGoneWaitForTheNextWake) {
     EXPECT_EQ(b.runs + again.runs, 0);
 }
 
-TEST_F(DrawThreadTest, TheFrontMostQueuedWindowIsDrawnNext) {
-    if (!TestWindow::possible()) GTEST_SKIP() << "no display";
-    TestWindow back, middle, front;
-    TestWindow const child{&back};
-    TestTask drawBack{back.handle(), log_}, drawMiddle{middle.handle(), log_}, drawFront{front.handle(), log_},
-        drawChild{child.handle(), log_};
+TEST_F(DrawThreadOnScreenTest, TheFrontMostQueuedWindowIsDrawnNext) {
+    TestWindow const child{&*back_};
+    TestTask drawBack = drawing(back_->handle()), drawMiddle = drawing(middle_->handle()),
+             drawFront = drawing(front_->handle()), drawChild = drawing(child.handle());
     thread_.insertTogether({&drawBack, &drawMiddle, &drawFront, &drawChild});
     drawBack.runs.reach(1);
     thread_.end();
-    EXPECT_EQ(log_, (Log{front.handle(), middle.handle(), child.handle(), back.handle()}));
+    EXPECT_EQ(log_, (Log{front_->handle(), middle_->handle(), child.handle(), back_->handle()}));
 }
 
-TEST_F(DrawThreadTest, AWindowAboveInterruptsTheDrawingAndOneBelowDoesNot) {
-    if (!TestWindow::possible()) GTEST_SKIP() << "no display";
-    TestWindow back, middle, front;
-    TestTask drawMiddle{middle.handle(), log_, true}, drawBack{back.handle(), log_}, drawFront{front.handle(), log_};
-    thread_.insertAndReach({&drawMiddle});
+TEST_F(DrawThreadOnScreenTest, AWindowAboveInterruptsTheDrawingAndOneBelowDoesNot) {
+    HWND const back = back_->handle(), middle = middle_->handle(), front = front_->handle();
+    TestTask drawMiddle = longDrawing(middle), drawBack = drawing(back), drawFront = drawing(front);
+    thread_.insertAndReach(drawMiddle);
     thread_.insert(drawBack);
-    thread_.updateActive(middle.handle());  // it is not queued
+    thread_.updateActive(middle);  // it is not queued
     EXPECT_EQ(drawMiddle.aborts, 0);
     thread_.insert(drawFront);
     drawBack.runs.reach(1);
     thread_.end();
-    EXPECT_EQ(log_, (Log{middle.handle(), front.handle(), middle.handle(), back.handle()}));
+    EXPECT_EQ(std::exchange(log_, {}), (Log{middle, front, middle, back}));
 
-    log_.clear();
-    TestTask longFront{front.handle(), log_, true}, again{back.handle(), log_};
-    thread_.insertAndReach({&longFront});
+    TestTask longFront = longDrawing(front), again = drawing(back);
+    thread_.insertAndReach(longFront);
     thread_.insert(again);
     EXPECT_EQ(longFront.aborts, 0);
-    back.raise();
-    thread_.updateActive(back.handle());
+    back_->raise();
+    thread_.updateActive(back);
     longFront.runs.reach(2);
     thread_.end();
-    EXPECT_EQ(log_, (Log{front.handle(), back.handle(), front.handle()}));
+    EXPECT_EQ(log_, (Log{front, back, front}));
+}
+
+TEST_F(DrawThreadOnScreenTest, AnInsertAsksTheServerThreeTimes) {
+    auto const wait = [](TestTask& task) { return task.aborts.reach(1), true; };
+    TestTask running{middle_->handle(), wait}, above{front_->handle(), wait}, below{back_->handle(), wait};
+    thread_.insertAndReach(running);
+    for (TestTask* const task : {&below, &above}) {
+        faults::Refuse const refuse{"QueryTree", 3};
+        thread_.insert(*task);
+        EXPECT_EQ(refuse.refusals(), 0);
+        EXPECT_EQ(running.aborts, task == &above ? 1 : 0);
+    }
+    thread_.end();
+}
+
+TEST_F(DrawThreadTest, WithoutMemoryAnInsertChangesNothingAndAnInterruptedTaskIsResumed) {
+    Tally go;
+    std::optional<faults::AllocationFails> fails;  // on the worker, from the end of one run to the next
+    TestTask running{window(1), [&](TestTask& task) {
+                         fails.reset();
+                         go.reach(task.runs);
+                         if (task.runs == 1) fails.emplace(0);
+                         return task.runs == 2;
+                     }};
+    TestTask same = drawing(window(1)), above = drawing(window(2));
+    thread_.insertAndReach(running);
+    auto const insertAbove = [&] { thread_.insert(above); };
+    EXPECT_GE(faults::failEveryAllocation(insertAbove, [&](bool) { EXPECT_EQ(running.aborts, 0); }), 1);
+    thread_.cancel(window(2));
+    ++go;
+    running.runs.reach(2);
+    {
+        faults::AllocationFails const noMemory{0};
+        EXPECT_THROW(thread_.insert(same), std::bad_alloc);
+    }
+    ++go;
+    thread_.end();
+    EXPECT_EQ(same.runs, 0);
 }
 
 TEST_F(DrawThreadTest, ThousandsOfRoundsAgainstABusyWorker) {
-    struct Brief : DrawTask {
-        HWND key() const override { return window(1); }
-        void abort() override { ++aborts; }
-        bool run() override { return ++runs % 3 != 0; }
-        std::atomic<int> runs = 0, aborts = 0;
-    } tasks[3];
-    auto const runs = [&] { return tasks[0].runs + tasks[1].runs + tasks[2].runs; };
-
+    std::atomic<int> runs = 0;
+    auto const draw = [&](TestTask& task) { return ++runs, task.runs % 3 != 0; };
+    TestTask tasks[3]{{window(1), draw}, {window(1), draw}, {window(1), draw}};
+    auto const insert = [&](unsigned int number) {
+        int const before = runs;
+        thread_.insert(tasks[number % 3]);
+        return before;
+    };
     auto const work = [&](unsigned int seed) {
         std::mt19937 random{seed};
         for (int round = 0; round < 2500; ++round) {
@@ -203,9 +232,8 @@ TEST_F(DrawThreadTest, ThousandsOfRoundsAgainstABusyWorker) {
                 case 3: thread_.cancel(window(2)); break;
                 case 4: thread_.updateActive(window(1)); break;
                 default: {
-                    int const before = runs();
-                    thread_.insert(tasks[random() % 3]);
-                    for (int spins = 0; spins < 20 && runs() == before; ++spins) std::this_thread::yield();
+                    int const before = insert(static_cast<unsigned int>(random()));
+                    for (int spins = 0; spins < 20 && runs == before; ++spins) std::this_thread::yield();
                 }
             }
         }
@@ -216,11 +244,10 @@ TEST_F(DrawThreadTest, ThousandsOfRoundsAgainstABusyWorker) {
         for (int round = 0; round < 100; ++round) EXPECT_TRUE(thread_.end());
     }
     // However the last finish met the last insert, the next task is run.
-    int const before = runs();
-    thread_.insert(tasks[0]);
-    while (runs() == before) std::this_thread::yield();
+    for (int const before = insert(0); runs == before;) std::this_thread::yield();
     EXPECT_TRUE(thread_.end());
-    EXPECT_GT(runs(), 100);
+    EXPECT_GT(runs, 100);
+    EXPECT_TRUE(thread_.starts == thread_.exits && thread_.starts <= 102) << "threads that insert at once start one";
 }
 
 TEST(WindowMessage, AllBitsOfTheParametersArriveAndAWindowThatIsGoneIsAnError) {
