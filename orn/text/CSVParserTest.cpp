@@ -1,12 +1,14 @@
 #include "orn/text/CSVParser.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/Cases.h"
 
-#include <tuple>
+#include <gtest/gtest.h>
 
 using namespace ORN;
 
 namespace {
+
+constexpr Cases texts{"orn/text/CSVParserTest.txt"};
 
 // Records as one text: a bar behind every field, a slash behind every record.
 std::wstring shown(std::vector<std::wstring> const& fields) {
@@ -27,37 +29,23 @@ std::wstring parsePieces(CSVParser& parser, std::vector<std::wstring> const& pie
     return records;
 }
 
-std::wstring parseCut(std::wstring const& text, std::size_t size, CSVFormat format = {}) {
-    std::vector<std::wstring> pieces;
-    for (std::size_t i = 0; i < text.size(); i += size) pieces.push_back(text.substr(i, size));
-    return parsePieces(*std::unique_ptr<CSVParser>{CSVParser::create(format)}, pieces);
+// Texts that a sign parts.
+std::vector<std::wstring> parted(std::wstring const& text, wchar_t sign) {
+    std::vector<std::wstring> parts{{}};
+    for (wchar_t const unit : text) unit == sign ? parts.emplace_back() : parts.back() += unit;
+    return parts;
 }
 
-// Without lone CRs, which have their own rule.
-std::tuple<wchar_t const*, wchar_t const*, CSVFormat> const cases[] = {
-    {L"a,b,c\n", L"a|b|c|/", {}},
-    {L"\t\u00A0\uFEFF\u3000 a b\u2003\v\n", L"a b|/", {}},
-    {L",\n", L"||/", {}},
-    {L"a,,\"b\" ,\"\"\n", L"a||b||/", {}},
-    {L"  \" a \"  ,b\n", L" a |b|/", {}},
-    {L"\"a\r\nb\rc\u2028\"\n", L"a\r\nb\rc\u2028|/", {}},
-    {L"a\"b\"\n", L"a\"b\"|/", {}},
-    {L"\"a\"x\n\"\n", L"a\"x\n|/", {}},  // a quoted field again
-    {L"\"a\" \"\n", L"a|/", {}},         // blanks, then a quote that closes it again
-    {L"\"a\" \"\"\n\"\n", L"a\" \"\n|/", {}},
-    {L"a\nb\fc\u0085d\u2028e\u2029", L"a|/b|/c|/d|/e|/", {}},
-    {L"a;b,c;\"d;\" ; e\n", L"a|b,c|d;|e|/", {L';'}},
-    {L"\ta\t \t\"b\"\t\n", L"|a||b||/", {L'\t'}},
-    {L" a , b\t,\" c \" ,\n", L" a | b\t| c ||/", {L',', true}},
-    {L"long field beyond a block of units,second one as long as that\n",
-     L"long field beyond a block of units|second one as long as that|/",
-     {}},
-};
+CSVFormat formatOf(std::wstring const& text) { return {text[0], text.size() > 1}; }
 
 TEST(CSVParser, TheRulesHoldWholeAndInPiecesOfAnySize) {
-    for (auto const& [text, records, format] : cases)
-        for (std::size_t size = std::max<std::size_t>(1, std::wcslen(text)); size != 0; --size)
-            EXPECT_EQ(parseCut(text, size, format), records) << testing::PrintToString(text) << " by " << size;
+    for (auto const& [text, format, records] : texts.of<3>("records"))
+        for (std::size_t size = text.size(); size != 0; --size) {
+            std::unique_ptr<CSVParser> const parser{CSVParser::create(formatOf(format))};
+            std::vector<std::wstring> pieces;
+            for (std::size_t i = 0; i < text.size(); i += size) pieces.push_back(text.substr(i, size));
+            EXPECT_EQ(parsePieces(*parser, pieces), records) << text << " by " << size;
+        }
 }
 
 TEST(CSVParser, ThePartialRecordStaysInsideTheParser) {
@@ -92,31 +80,13 @@ TEST(CSVParser, BehindALoneReturnTheNextTextIsTakenFromItsStart) {
 }
 
 TEST(CSVParser, ColumnsByNameAndTheHeaderIsNeverData) {
-    struct {
-        wchar_t const* columns;
-        std::vector<std::wstring> pieces;
-        std::vector<bool> missing;
-        wchar_t const* records;
-        CSVFormat format = {};
-    } const headed[] = {
-        {L"b,z", {L"a,b,c\n1,2,3\n"}, {false, true}, L"2||/"},
-        {L"c,a", {L"a,b,c\n1,2,3\n4,5\n\n6,7,8,9\n"}, {false, false}, L"3|1|/|4|/||/8|6|/"},
-        {L" \"x,y\" , b", {L"\"x,y\",B\r\n1,2\r\n"}, {false, true}, L"1||/"},
-        {L"a,a,b", {L"b,a,a\n1,2,3\n4,5,6\n"}, {false, false, false}, L"2|2|1|/5|5|4|/"},
-        {L"a", {L"\"a", L"\"\n", L"1\n"}, {false}, L"1|/"},
-        {L"\"a", {L"x\n"}, {true}, L""},
-        {L"", {L"a\n1\n"}, {}, L"/"},
-        {L"b,a", {L"a,b\r", L"1,2\r", L"3,4\r"}, {false, false}, L"2|1|/4|3|/"},
-        {L"b,a", {L"a,b\r", L"\n1,2\r", L"\n3,4\n"}, {false, false}, L"2|1|/4|3|/"},
-        {L"b,a", {L"a,b\r", L"", L"1,2\r\n3,4\n"}, {false, false}, L"2|1|/4|3|/"},
-        {L"b;\"a;\"", {L"\"a;\";b\n1,5;2\n"}, {false, false}, L"2|1,5|/", {L';'}},
-    };
-    for (auto const& [columns, pieces, missing, records, format] : headed) {
-        std::unique_ptr<CSVParser> const parser{CSVParser::create(columns, format)};
-        EXPECT_EQ(parsePieces(*parser, pieces), records) << testing::PrintToString(pieces);
-        std::vector<bool> found(7, true);
+    for (auto const& [columns, format, pieces, records, missing] : texts.of<5>("columns")) {
+        std::unique_ptr<CSVParser> const parser{CSVParser::create(columns, formatOf(format))};
+        EXPECT_EQ(parsePieces(*parser, parted(pieces, L'~')), records) << pieces;
+        std::vector<bool> found(7, true), expected;
         parser->missingColumns(found);
-        EXPECT_EQ(found, missing) << testing::PrintToString(pieces);
+        for (wchar_t const sign : missing) expected.push_back(sign == L'x');
+        EXPECT_EQ(found, expected) << pieces;
     }
 }
 

@@ -1,84 +1,45 @@
 #include "orn/text/Numbers.h"
 
 #include "orn/text/Encoding.h"
+#include "tests/support/Cases.h"
 
 #include <gtest/gtest.h>
 
 #include <bit>
 #include <cmath>
-#include <optional>
+#include <cstdlib>
 #include <random>
-#include <tuple>
 
 using namespace ORN;
 
 namespace {
 
-std::optional<LONG> longOf(std::wstring const& text) {
-    LONG value = 77;
-    if (isLong(&value, text.data(), text.size())) return value;
-    EXPECT_EQ(value, 77) << text;  // a failure writes nothing
-    return std::nullopt;
-}
-
-std::optional<double> doubleOf(std::wstring const& text) {
-    double value = 77;
-    if (isDouble(&value, text.data(), text.size())) return value;
-    EXPECT_EQ(value, 77) << text;
-    return std::nullopt;
-}
-
-TEST(Numbers, AnIntegerIsTheWholeText) {
-    EXPECT_EQ(longOf(L" \t +0000000000000000000012"), 12);
-    EXPECT_EQ(longOf(L"  -2147483648"), -2147483647 - 1);
-    EXPECT_EQ(longOf(L"2147483647"), 2147483647);
-    for (auto const* text : {L"", L"+", L"2147483648", L"-2147483649", L"12 ", L"1.", L"\u0661"})
-        EXPECT_EQ(longOf(text), std::nullopt) << text;
-    LONG value = 0;
-    EXPECT_TRUE(isLong(&value, L"12345", 3));
-    EXPECT_EQ(value, 123);
-}
-
-TEST(Numbers, ADecimalIsTheWholeText) {
-    // With at most 15 digits and a power of ten up to 15 there is one rounding, so that the result is the nearest double.
-    // clang-format off
-    std::pair<wchar_t const*, double> const good[] = {
-        {L"1.5e3", 1500}, {L"1.5D3", 1500}, {L".5", 0.5}, {L"5.", 5}, {L"1e 5", 100000}, {L" \t-0.1", -0.1}, {L"0e309", 0},
-        {L"+3.14159265358979", 3.14159265358979}, {L"0.000000000000001", 1e-15}, {L"123456789.012345", 123456789.012345},
-    };
-    // clang-format on
-    for (auto const& [text, value] : good) EXPECT_EQ(doubleOf(text), value) << text;
-    for (auto const* text : {L"", L".", L".e5", L"1e", L"1e5 ", L"1.2.3", L"1,5", L"0x10", L"inf", L"1e1.5"})
-        EXPECT_EQ(doubleOf(text), std::nullopt) << text;
-    EXPECT_TRUE(std::signbit(*doubleOf(L"-0.0")));
-    double value = 0;
-    EXPECT_TRUE(isDouble(&value, L"1.25e1x", 4));
-    EXPECT_EQ(value, 1.25);
-}
-
-TEST(Numbers, TheEndsOfTheRange) {
-    double const largest = std::numeric_limits<double>::max();
-    for (auto const* text : {L"1.7976931348623157e308", L"17976931348623157e292", L"0.00017976931348623157e312",
-                             L"1.79769313486231570814e308", L"17976931348623157000000e286"})
-        EXPECT_EQ(doubleOf(text), largest) << text;
-    EXPECT_EQ(doubleOf(L"-1.7976931348623157e308"), -largest);
-    for (auto const* text : {L"1.7976931348623158e308", L"-1.7976931348623158e308", L"1.8e308", L"9e308", L"1e309",
-                             L"0.1e310", L"1e310", L"0e310", L"1e2147483647", L"99e2147483647"})
-        EXPECT_EQ(doubleOf(text), std::nullopt) << text;
-    EXPECT_EQ(doubleOf(std::wstring(309, L'9')), std::nullopt);
-    EXPECT_TRUE(doubleOf(std::wstring(309, L'1')));
-
-    for (auto const* text :
-         {L"1e-310", L"9.99e-310", L"1e-400", L"-1e-400", L"4.9e-324", L"1e-2147483648", L"-0.1e-2147483648"}) {
-        auto const value = doubleOf(text);
-        ASSERT_TRUE(value) << text;
-        EXPECT_EQ(std::bit_cast<std::uint64_t>(*value), 0u) << text;
-    }
-}
-
-// ---- The nearest double, and the shortest text
+constexpr Cases numbers{"orn/text/NumbersTest.txt"};
 
 std::uint64_t bitsOf(double value) { return std::bit_cast<std::uint64_t>(value); }
+
+double doubleOf(std::wstring const& text) { return std::strtod(utf8(text).c_str(), nullptr); }
+
+// A failure writes nothing.
+TEST(Numbers, AnIntegerOrADecimalIsTheWholeText) {
+    for (auto const& [text, expected] : numbers.of<2>("integers")) {
+        LONG value = 77;
+        EXPECT_EQ(isLong(&value, text), expected != L"none") << text;
+        EXPECT_EQ(std::to_wstring(value), expected == L"none" ? L"77" : expected) << text;
+    }
+    for (auto const& [text, expected] : numbers.of<2>("decimals")) {
+        double value = 77;
+        EXPECT_EQ(isDouble(&value, text.data(), text.size()), expected != L"none") << text;
+        EXPECT_EQ(bitsOf(value), bitsOf(expected == L"none" ? 77 : doubleOf(expected))) << text;
+    }
+    LONG integer = 0;
+    double number = 0;
+    EXPECT_TRUE(isLong(&integer, L"12345", 3) && integer == 123);
+    EXPECT_TRUE(isDouble(&number, L"1.25e1x", 4) && number == 1.25);
+    // Of 309 digits the value decides.
+    std::wstring const ones(309, L'1'), nines(309, L'9');
+    EXPECT_TRUE(isDouble(&number, ones.data(), 309) && !isDouble(&number, nines.data(), 309));
+}
 
 /// What is read, where the whole text has to be a number.
 double nearest(std::wstring const& text) {
@@ -108,20 +69,12 @@ TEST(Numbers, WhatIsWrittenReadsBackAsTheSameDouble) {
 }
 
 TEST(Numbers, TheShortestTextAndAFixedNumberOfDigits) {
-    // clang-format off
-    std::tuple<double, wchar_t const*, wchar_t const*> const cases[] = {
-        {0, L"0", L"0.000"}, {-0.0, L"-0", L"-0.000"}, {0.1, L"0.1", L"0.100"}, {1e22, L"1e+22", L"10000000000000000000000.000"},
-        {123456789, L"123456789", L"123456789.000"}, {5e-324, L"5e-324", L"0.000"}, {1.0 / 3, L"0.3333333333333333", L"0.333"},
-        {0.0625, L"0.0625", L"0.062"}, {0.1875, L"0.1875", L"0.188"}, {1e-7, L"1e-07", L"0.000"}, {-2.5, L"-2.5", L"-2.500"},
-        {9007199254740992.0, L"9007199254740992", L"9007199254740992.000"}, {9.9999, L"9.9999", L"10.000"},
-    };
-    // clang-format on
     wchar_t room[400];
     char narrow[400];
-    for (auto const& [value, shortest, three] : cases) {
-        EXPECT_EQ(writeDouble(room, value), shortest);
-        EXPECT_EQ(writeDouble(room, value, 3), three);
-        EXPECT_EQ(getWCS(std::string{writeDouble(narrow, value, 3)}), three);
+    for (auto const& [value, shortest, three] : numbers.of<3>("written")) {
+        EXPECT_EQ(writeDouble(room, doubleOf(value)), shortest);
+        EXPECT_EQ(writeDouble(room, doubleOf(value), 3), three);
+        EXPECT_EQ(getWCS(writeDouble(narrow, doubleOf(value), 3)), three);
     }
     EXPECT_EQ(writeDouble(room, 2.5, 0), L"2");
     EXPECT_EQ(writeDouble(room, 2.5, -1), L"2");
@@ -171,53 +124,22 @@ TEST(Numbers, TheLongestTieGoesToEven) {
     EXPECT_EQ(nearest(tie + L"4" + std::wstring(100, L'9')), 0x0.fffffffffffffp-1022);
 }
 
-TEST(Numbers, TheEndsOfTheRangeAreTold) {
-    double const largest = std::numeric_limits<double>::max(), infinity = std::numeric_limits<double>::infinity();
-    double const smallest = std::numeric_limits<double>::denorm_min();
+TEST(Numbers, ANumberIsReadAsFarAsItGoes) {
+    wchar_t const* const states[] = {L"none", L"good", L"overflow", L"underflow"};
+    auto table = numbers.of<4>("read");
     // The point between the largest double and what would be the next one; zeros hide its last digits.
     std::wstring const top =
         L"17976931348623158079372897140530341507993413271003782693617377898044496829276475094664901797758720709633"
         L"02864166928879109465555478519404026306574886715058206819089020007083836762738548458177115317644757302700"
         L"69855571366959622842914819860834936475292719074168444365510704342711559699508093042880177904174497792";
-    std::wstring const below(top.substr(0, top.size() - 1) + L"1" + std::wstring(900, L'9'));
-    using enum DoubleRead::State;
-    std::tuple<std::wstring, double, DoubleRead::State> const cases[] = {
-        {top, infinity, overflow},
-        {L"-" + top + L".0", -infinity, overflow},
-        {below + L"e-900", largest, good},
-        {L"1.797693134862315807e308", largest, good},
-        {L"1.7976931348623158e308", largest, good},
-        {L"1e309", infinity, overflow},
-        {L"1e99999999999999999999", infinity, overflow},
-        {L"0e99999999999999999999", 0, good},
-        {L"2.2250738585072011e-308", 0x0.fffffffffffffp-1022, good},
-        {L"2.4703282292062327209e-324", smallest, good},
-        {L"2.4703282292062327208e-324", 0, underflow},
-        {L"-1e-400", -0.0, underflow},
-        {L"1e-99999999999999999999", 0, underflow},
-        {L"-0e-9", -0.0, good},
-        {L"Inf", infinity, good},
-        {L" -INFINITY", -infinity, good}};
-    for (auto const& [text, value, state] : cases) {
+    std::wstring const below = top.substr(0, top.size() - 1) + L"1" + std::wstring(900, L'9') + L"e-900";
+    for (auto const& [text, value] :
+         {std::pair{top, L"inf"}, {L"-" + top + L".0", L"-inf"}, {below, L"0x1.fffffffffffffp1023"}})
+        table.push_back({text, std::to_wstring(text.size()), value, *value == L'0' ? L"good" : L"overflow"});
+    for (auto const& [text, length, value, state] : table) {
         DoubleRead const read = readDouble(text);
-        EXPECT_EQ(bitsOf(read.value), bitsOf(value)) << text;
-        EXPECT_TRUE(read.state == state && read.length == text.size()) << text;
-    }
-}
-
-TEST(Numbers, ANumberIsReadAsFarAsItGoes) {
-    for (wchar_t const* text : {L"", L" ", L"-", L".", L"+.e5", L"x", L"- 1", L"i", L"na", L"\n1", L"\u0661"})
-        EXPECT_TRUE(readDouble(text).state == DoubleRead::none && readDouble(text).length == 0) << text;
-    std::tuple<wchar_t const*, std::size_t, double> const cases[] = {
-        {L"1x", 1, 1},       {L"\t 1.5.5", 5, 1.5},    {L"1,5", 1, 1},
-        {L"5.", 2, 5},       {L".5-", 2, 0.5},         {L"1e", 1, 1},
-        {L"1e+x", 1, 1},     {L"1e ", 1, 1},           {L"1d 2,", 4, 100},
-        {L"1E-2e", 4, 0.01}, {L"0x10", 1, 0},          {L"infinite", 3, INFINITY},
-        {L"12 34", 2, 12},   {L"1e5000x", 6, INFINITY}};
-    for (auto const& [text, length, value] : cases) {
-        DoubleRead const read = readDouble(text);
-        EXPECT_TRUE(read.length == length && read.value == value) << text << ' ' << read.length;
-        EXPECT_NE(read.state, DoubleRead::none) << text;
+        EXPECT_EQ(bitsOf(read.value), bitsOf(doubleOf(value))) << text;
+        EXPECT_EQ(std::to_wstring(read.length) + states[read.state], length + state) << text;
     }
 }
 

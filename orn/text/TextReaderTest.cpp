@@ -3,6 +3,7 @@
 #include "orn/foundation/Error.h"
 #include "orn/text/CodePoint.h"
 #include "orn/text/Encoding.h"
+#include "tests/support/Cases.h"
 #include "tests/support/MemoryStreams.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
@@ -28,9 +29,8 @@ std::string encode(std::wstring const& text, TextEncoding encoding) {
 }
 
 // The lines, each with a bar behind it, and behind them the failure that ended them.
-std::wstring linesOf(std::string const& bytes, TextEncoding encoding, std::size_t most = std::string::npos) {
-    MemoryReader raw{bytes, most};
-    std::unique_ptr<TextReader> const reader{TextReader::create(raw, encoding)};
+std::wstring linesOf(TextReader* created) {
+    std::unique_ptr<TextReader> const reader{created};
     std::wstring lines, line = L"old";
     std::wstring const failure = thrown([&] {
         while (reader->readLine(line)) lines += line + L'|';
@@ -38,16 +38,25 @@ std::wstring linesOf(std::string const& bytes, TextEncoding encoding, std::size_
     return failure == L"nothing" ? lines : lines + failure;
 }
 
-TEST(TextReader, LineEndsInEveryEncoding) {
-    std::pair<std::wstring, std::wstring> const cases[] = {
-        {L"\r\n", L"|"},
-        {L"a\r\nb\rc\nd", L"a|b|c|d|"},
-        {L"a\fb\u0085c\u2028d\u2029\n\re", L"a|b|c|d|||e|"},
-        {L"a\r\r\nb\r\u2028c\r\u00e9\n", L"a||b||c|\u00e9|"},
-        {L"a\vb\tc\x1F\0d\n"s, L"a\vb\tc\x1F\0d|"s},
-    };
-    for (auto const& [text, lines] : cases)
+std::wstring linesOf(std::string const& bytes, TextEncoding encoding, std::size_t most = std::string::npos) {
+    MemoryReader raw{bytes, most};
+    return linesOf(TextReader::create(raw, encoding));
+}
+
+TEST(TextReader, LinesOfBytes) {
+    Cases const texts{"orn/text/TextReaderTest.txt"};
+    for (auto const& [text, lines] : texts.of<2>("line ends"))
         for (TextEncoding const encoding : unicode) EXPECT_EQ(linesOf(encode(text, encoding), encoding, 3), lines);
+    for (auto const& [bytes, lines] : texts.of<2>("lenient"))
+        EXPECT_EQ(linesOf({bytes.begin(), bytes.end()}, encUTF8), lines) << bytes;
+
+    std::map<std::wstring, TextEncoding> const encodings = {
+        {L"multibyte", encMultibyte}, {L"utf8", encUTF8}, {L"utf16", encUTF16}, {L"utf16be", encUTF16be}};
+    for (auto const& [bytes, withoutMark, lines] : texts.of<3>("marks"))
+        for (std::size_t const most : {1, 2, 100}) {  // bytes at once, as a pipe gives them
+            MemoryReader raw{{bytes.begin(), bytes.end()}, most};
+            EXPECT_EQ(linesOf(TextReader::createByMark(raw, encodings.at(withoutMark))), lines) << bytes;
+        }
 }
 
 TEST(TextReader, CharactersAcrossTheEndOfTheBuffer) {
@@ -72,18 +81,6 @@ TEST(TextReader, EveryCharacterThatIsNoLineEnd) {
             text += std::wstring{c};
     for (TextEncoding const encoding : unicode)
         EXPECT_TRUE(linesOf(encode(text, encoding), encoding) == text + L'|') << encoding;
-}
-
-TEST(TextReader, LenientUTF8) {
-    std::pair<std::string, std::wstring> const cases[] = {
-        {"\x80\x80", L"\0|"s},   // 80..BF lead two bytes
-        {"\xC3\x41", L"\xC1|"},  // 03 << 6 | 01: any byte up to C0 may follow
-        {"\xC3\xC0", L"\xC0|"},
-        {"\xF0\x80\x81\x81", L"A|"},        // a form that is too long
-        {"\xC3\n!", L"\xCA!|"},             // the LF is eaten: 03 << 6 | 0A
-        {"\xC0\x8D\xE0\x80\x8A!", L"|!|"},  // line ends in forms that are too long
-    };
-    for (auto const& [bytes, lines] : cases) EXPECT_EQ(linesOf(bytes, encUTF8), lines) << testing::PrintToString(bytes);
 }
 
 TEST(TextReader, WhatIsNoTextIsAnErrorThatStays) {
