@@ -14,51 +14,23 @@ struct Divided {
     std::wstring directory, base, extension;
 };
 
-Divided divideUrl(std::wstring const& url) {
-    Divided result;
-    for (wchar_t const unit : url) {
-        if (unit == L'.') {
-            result.base += result.extension;
-            result.extension.clear();
-        }
-        (unit == L'.' || !result.extension.empty() ? result.extension : result.base) += unit;
-        if (unit == L'/') {
-            result.directory += result.base + result.extension;
-            result.base.clear();
-            result.extension.clear();
-        }
-    }
+Divided divide(std::wstring const& path, bool url) {
+    std::wstring const drive = !url && path.find(L':', 1) == 1 ? path.substr(0, 2) : L"";
+    std::size_t const begin = std::max(path.find_last_of(url ? L"/" : L"/\\") + 1, drive.size());
+    std::size_t const point = std::max(begin, std::min(path.rfind(L'.'), path.size()));
+    std::size_t const end = path[point] == L'.' ? point : path.size();
+    Divided result{path.substr(0, begin), path.substr(begin, end - begin), path.substr(end)};
+    if (url) return result;
+
+    // The separator at the end of a directory goes, unless it is the root; a server alone is no directory.
+    std::wstring const directory = path.substr(drive.size(), begin - drive.size());
+    if (directory.starts_with(L"\\\\") && directory.find(L'\\', 2) >= directory.size() - 1)
+        result.directory = path;
+    else if (directory.size() > 1)
+        result.directory.pop_back();
+    else if (directory.empty() && !drive.empty())
+        result.directory += L'\\';
     return result;
-}
-
-Divided divide(std::wstring const& path) {
-    std::wstring const drive = path.find(L':', 1) == 1 ? path.substr(0, 2) : L"";
-    std::wstring directory, base, extension;
-    for (wchar_t const unit : path.substr(drive.size())) {
-        if (unit == L'/' || unit == L'\\') {
-            directory += base + extension + unit;
-            base.clear();
-            extension.clear();
-            continue;
-        }
-        if (unit == L'.') {
-            base += extension;
-            extension.clear();
-        }
-        (unit == L'.' || !extension.empty() ? extension : base) += unit;
-    }
-
-    std::wstring result = drive;
-    std::wstring const shorter = directory.substr(0, directory.empty() ? 0 : directory.size() - 1);
-    if (directory.substr(0, 2) == L"\\\\")
-        result = shorter.find(L'\\', 2) == std::wstring::npos ? path : drive + shorter;
-    else if (directory.size() == 1)
-        result += directory;
-    else if (!directory.empty())
-        result += shorter;
-    else if (!drive.empty())
-        result += L'\\';
-    return {result, base, extension};
 }
 
 // The slash that may stand at its end means nothing, nor do more than one at its beginning.
@@ -86,7 +58,7 @@ void checkFullName(std::wstring const& path) {
 ORN_LAW(FileName) {
     std::wstring const path = input.text();
     bool const url = path.find(L"://") != std::wstring::npos;
-    auto const [directory, base, extension] = url ? divideUrl(path) : divide(path);
+    auto const [directory, base, extension] = divide(path, url);
 
     std::wstring name, baseFound, extensionFound;
     same("is a URL", isURL(path), url);

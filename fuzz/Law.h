@@ -9,6 +9,7 @@
 
 #include "fuzz/Input.h"
 
+#include <concepts>
 #include <cstdio>
 #include <string>
 #include <type_traits>
@@ -16,15 +17,7 @@
 
 namespace fuzz {
 
-template <typename T>
-std::string shown(T const& value) requires std::is_arithmetic_v<T> {
-    char text[64];
-    if constexpr (std::is_floating_point_v<T>)
-        std::snprintf(text, sizeof text, "%.17g (%a)", value, value);
-    else
-        std::snprintf(text, sizeof text, "%lld", static_cast<long long>(value));
-    return text;
-}
+inline std::string shown(std::integral auto value) { return std::to_string(value); }
 
 template <typename Unit>
 std::string shown(std::basic_string<Unit> const& text) {

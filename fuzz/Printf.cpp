@@ -32,63 +32,54 @@ Prefix const prefixes[] = {
     {L"j", 64, false, false, false},
 };
 
-// Width and precision: absent, a number, an argument, or (precision alone) a point and nothing else.
-struct Size {
-    enum Form { absent, number, argument, point } form;
-    int value;
-
-    std::wstring spelled() const {
-        return form == number ? std::to_wstring(value) : form == argument ? L"*" : std::wstring{};
-    }
-};
-
 struct Conversion {
-    std::string flags;
-    Size width, precision;
+    std::string flags, sizes;  // as they are written, the sizes perhaps as stars
+    std::vector<int> stars;    // the arguments for them
+    int width, digits;         // what they come to; -1 for no number of digits
     Prefix prefix;
     wchar_t type;
+
+    // A width, or behind a point a precision: absent, a number, an argument, or only the point.
+    int takeSize(unsigned int form, int value, int absent, char const* point) {
+        if (form == 0) return absent;
+        sizes += point + (form == 1 ? std::to_string(value) : form == 2 ? "*" : "");
+        if (form == 2) stars.push_back(value);
+        return form == 3 ? 0 : value;
+    }
 
     bool isAmong(std::wstring_view types) const { return types.find(type) != types.npos; }
 
     std::wstring format() const {
-        std::wstring const point = precision.form == Size::absent ? L"" : L".";
-        return L"<%" + std::wstring{flags.begin(), flags.end()} + width.spelled() + point + precision.spelled() +
-               std::wstring{prefix.text} + type + L">%d";
+        std::string const written = flags + sizes;
+        return L"<%" + std::wstring{written.begin(), written.end()} + std::wstring{prefix.text} + type + L">%d";
     }
 
     // The argument with those before it, and one behind it.
     template <typename Value>
     std::wstring formatted(Value value) const {
         fuzz::Exact<wchar_t> const text{format() + L'\0'};
-        bool const first = width.form == Size::argument, second = precision.form == Size::argument;
-        return first && second ? stringPrintf(text.data(), width.value, precision.value, value, 7)
-               : first         ? stringPrintf(text.data(), width.value, value, 7)
-               : second        ? stringPrintf(text.data(), precision.value, value, 7)
-                               : stringPrintf(text.data(), value, 7);
+        return stars.size() == 2   ? stringPrintf(text.data(), stars[0], stars[1], value, 7)
+               : stars.size() == 1 ? stringPrintf(text.data(), stars[0], value, 7)
+                                   : stringPrintf(text.data(), value, 7);
     }
 
     template <typename Value>
-    std::wstring byTheCLibrary(std::string const& conversion, Value value, int digits) const {
+    std::wstring byTheCLibrary(std::string const& conversion, Value value, int precision) const {
         static char text[8000];
-        int const length = std::snprintf(text, sizeof text, ("%" + flags + "*.*" + conversion).c_str(),
-                                         width.form == Size::absent ? 0 : width.value, digits, value);
+        int const length =
+            std::snprintf(text, sizeof text, ("%" + flags + "*.*" + conversion).c_str(), width, precision, value);
         return L'<' + std::wstring(text, text + length) + L">7";
     }
 
-    int digits() const { return precision.form == Size::absent ? -1 : precision.value; }
-
     std::wstring padded(std::wstring const& text) const {
-        int const wanted = width.form == Size::absent ? 0 : width.value;
-        bool const left = wanted < 0 || flags.find('-') != flags.npos, zero = flags.find('0') != flags.npos;
-        std::size_t const size = static_cast<std::size_t>(std::abs(wanted));
+        bool const left = width < 0 || flags.find('-') != flags.npos, zero = flags.find('0') != flags.npos;
+        std::size_t const size = static_cast<std::size_t>(std::abs(width));
         std::wstring const padding(std::max(size, text.size()) - text.size(), zero && !left ? L'0' : L' ');
         return L'<' + (left ? text + padding : padding + text) + L">7";
     }
 
-    std::wstring cut(std::wstring text) const {
-        if (digits() < 0 || static_cast<std::size_t>(digits()) >= text.size()) return text;
-        text.resize(static_cast<std::size_t>(digits()));
-        return text;
+    std::wstring cut(std::wstring const& text) const {
+        return text.substr(0, static_cast<std::size_t>(digits));  // all of it without a number of digits
     }
 };
 
@@ -117,12 +108,14 @@ ORN_LAW(Printf) {
         if (input.option(2) == 1) c.flags += flag;
     c.type = L"diouxXeEfFgGaApcCsSny"[input.option(21)];
     c.prefix = prefixes[input.option(4) == 0 ? input.option(std::size(prefixes)) : 0];
-    c.width = {static_cast<Size::Form>(input.option(3)),
-               static_cast<int>(input.option(50)) * (input.option(9) == 0 ? 60 : 1)};
-    c.precision = {static_cast<Size::Form>(input.option(4)), static_cast<int>(input.option(40))};
-    if (c.width.form == Size::argument && input.option(2) == 1) c.width.value *= -1;
-    if (c.precision.form == Size::argument && input.option(2) == 1) c.precision.value = -1;
-    if (c.precision.form == Size::point) c.precision.value = 0;
+    unsigned int const widthForm = input.option(3);
+    int width = static_cast<int>(input.option(50)) * (input.option(9) == 0 ? 60 : 1);
+    unsigned int const digitsForm = input.option(4);
+    int digits = static_cast<int>(input.option(40));
+    if (widthForm == 2 && input.option(2) == 1) width *= -1;
+    if (digitsForm == 2 && input.option(2) == 1) digits = -1;
+    c.width = c.takeSize(widthForm, width, 0, "");
+    c.digits = c.takeSize(digitsForm, digits, -1, ".");
     std::int64_t const integer = integers[input.option(std::size(integers))];
     double const number = numbers[input.option(std::size(numbers))];
     char const type = static_cast<char>(c.type);
@@ -133,9 +126,9 @@ ORN_LAW(Printf) {
         std::int64_t const value =
             c.isAmong(L"di") ? static_cast<std::int64_t>(high) >> spare : static_cast<std::int64_t>(high >> spare);
         same("integer", spare == 0 ? c.formatted(integer) : c.formatted(static_cast<int>(integer)),
-             c.byTheCLibrary(std::string{"ll"} + type, value, c.digits()));
+             c.byTheCLibrary(std::string{"ll"} + type, value, c.digits));
     } else if (c.isAmong(L"eEfFgGaA") && c.prefix.number) {
-        same("number", c.formatted(number), c.byTheCLibrary(std::string(1, type), number, c.digits()));
+        same("number", c.formatted(number), c.byTheCLibrary(std::string(1, type), number, c.digits));
     } else if (c.type == L'p' && c.prefix.text.empty()) {
         same("pointer", c.formatted(reinterpret_cast<void const*>(integer)), c.byTheCLibrary("llX", integer, 16));
     } else if (c.isAmong(L"cCsS") && c.prefix.character) {

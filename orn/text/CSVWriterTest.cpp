@@ -1,16 +1,12 @@
 #include "orn/text/CSVWriter.h"
 
 #include "orn/text/CSVReader.h"
-#include "orn/text/Numbers.h"
 #include "orn/text/TextReader.h"
 #include "orn/text/TextWriter.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
-
-#include <cmath>
-#include <random>
 
 using namespace ORN;
 
@@ -79,27 +75,6 @@ TEST(CSVWriter, WhatWouldBeTakenForSomethingElseIsRefused) {
     }
     for (wchar_t const* end : {L"", L"\n\r", L"\r\n\n", L"x", L"\x2028"})
         EXPECT_EQ(thrown([&] { CSVWriter(text, {}, end); }), L"logic_error: illegal line end of CSV");
-}
-
-TEST(CSVWriter, ADrawingIsTheSameAfterTenThousandSaves) {
-    std::mt19937_64 random{7};
-    std::wstring first;
-    for (int row = 0; row < 8; ++row) {
-        CSVWriter rows{first};
-        for (int i = 0; i < 5; ++i)
-            rows.field(std::ldexp(static_cast<double>(random()), -70 - 2 * i)).field(1.0 / (3 + i));
-        rows.endRecord();
-    }
-    std::wstring text = first;
-    for (int save = 0; save < 10000; ++save) {
-        std::wstring next;
-        CSVWriter rows{next};
-        CSVReader reader{text};
-        for (Record record; reader.read(record); rows.endRecord())
-            for (std::wstring const& field : record) rows.field(readDouble(field).value);
-        text.swap(next);
-    }
-    EXPECT_EQ(text, first);
 }
 
 }

@@ -5,21 +5,8 @@
 
 #include <algorithm>
 #include <clocale>
+#include <thread>
 #include <unordered_set>
-
-namespace {
-
-/// The C locale for a test, whatever the user's is: it collates by code units.
-class PlainLocale {
-public:
-    PlainLocale() : former_{std::setlocale(LC_ALL, nullptr)} { std::setlocale(LC_ALL, "C"); }
-    ~PlainLocale() { std::setlocale(LC_ALL, former_.c_str()); }
-
-private:
-    std::string former_;
-};
-
-}
 
 TEST(Quark, EqualTextsAreOneQuark) {
     Quark const abc = Quark::create(L"abc"), empty = Quark::create(L"");
@@ -53,25 +40,20 @@ TEST(Quark, IsAKey) {
     EXPECT_FALSE(QuarkLess{}(nullQuark, nullQuark));
 }
 
-TEST(Quark, CollatesTotally) {
-    PlainLocale const plain;
-    wchar_t const* const ascending[] = {L"", L"A", L"AB", L"B", L"a", L"a b", L"ab", L"\u00e4", L"\xfb01"};
+TEST(Quark, CollatesTotallyByTheLocale) {
+    // The C locale collates by code units.
+    std::string const former = std::setlocale(LC_ALL, nullptr);
+    std::setlocale(LC_ALL, "C");
     QuarkCollatesLess const less;
     std::vector<Quark> quarks{nullQuark};
-    for (wchar_t const* text : ascending) quarks.push_back(Quark::create(text));
+    for (wchar_t const* text : {L"", L"A", L"AB", L"B", L"a", L"a b", L"ab", L"\u00e4", L"\xfb01"})
+        quarks.push_back(Quark::create(text));
     for (std::size_t i = 0; i < quarks.size(); ++i)
         for (std::size_t j = 0; j < quarks.size(); ++j) EXPECT_EQ(less(quarks[i], quarks[j]), i < j) << i << ' ' << j;
-}
-
-TEST(Quark, CollatesByTheLocale) {
-    PlainLocale const plain;
-    char const* const candidates[] = {"en_US.UTF-8", "en_GB.UTF-8", "de_DE.UTF-8", "English_United States.1252"};
-    if (std::ranges::none_of(candidates, [](char const* name) { return std::setlocale(LC_ALL, name) != nullptr; }))
-        GTEST_SKIP() << "there is no language's locale here";
-    Quark const a = Quark::create(L"a"), capital = Quark::create(L"B");
-    EXPECT_TRUE(QuarkCollatesLess{}(a, capital));
-    EXPECT_FALSE(QuarkCollatesLess{}(capital, a));
-    EXPECT_FALSE(QuarkCollatesLess{}(a, Quark::create(L"a")));
+    Quark const small = quarks[5], capital = quarks[4];
+    for (char const* language : {"en_US.UTF-8", "en_GB.UTF-8", "de_DE.UTF-8", "English_United States.1252"})
+        EXPECT_TRUE(std::setlocale(LC_ALL, language) == nullptr || (less(small, capital) && !less(capital, small)));
+    std::setlocale(LC_ALL, former.c_str());
 }
 
 TEST(Quark, IsWrittenWithItsTextByTheDebuggingLevel) {
@@ -90,4 +72,40 @@ TEST(Quark, IsWrittenWithItsTextByTheDebuggingLevel) {
             EXPECT_EQ(written(quark, L'.'), expected + L'.') << level;
         }
     }
+}
+
+TEST(QuarkTable, KeepsEveryTextWhileItGrows) {
+    constexpr int texts = 20000;
+    std::vector<std::wstring> given;
+    std::vector<Quark> quarks;
+    for (int i = 0; i < texts; ++i) {
+        // Lengths from a few units to more than a block, hash and order both far from the order of insertion.
+        given.push_back(std::to_wstring(i * 7919 % texts) + std::wstring(i % 5000 == 0 ? 9000 : i % 40, L'.'));
+        quarks.push_back(Quark::create(given.back().c_str()));
+    }
+    for (int i = 0; i < texts; ++i) {
+        ASSERT_EQ(quarks[i].value(), given[i]) << i;
+        ASSERT_EQ(Quark::create(given[i].c_str()), quarks[i]) << i;
+    }
+}
+
+TEST(QuarkTable, ThreadsThatInternTheSameTextsGetTheSameQuarks) {
+    constexpr int threads = 4;
+    constexpr int texts = 4000;
+    std::vector<std::vector<Quark>> found(threads, std::vector<Quark>(texts));
+    std::vector<std::jthread> workers;
+    for (int worker = 0; worker < threads; ++worker)
+        workers.emplace_back([&found, worker] {
+            for (int step = 0; step < 2 * texts; ++step) {
+                // Two threads go up and two go down, so that they meet on new and on known texts.
+                int const i = worker % 2 == 0 ? step % texts : texts - 1 - step % texts;
+                std::wstring const text = L"shared " + std::to_wstring(i);
+                Quark const quark = Quark::create(text.c_str());
+                if (step >= texts && quark != found[worker][i]) ADD_FAILURE() << "another quark for " << i;
+                if (quark.value() != text) ADD_FAILURE() << "another text for " << i;
+                found[worker][i] = quark;
+            }
+        });
+    workers.clear();
+    for (int worker = 1; worker < threads; ++worker) EXPECT_EQ(found[worker], found[0]) << worker;
 }

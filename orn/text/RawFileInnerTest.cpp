@@ -39,21 +39,6 @@ TEST(RawFileFailures, NothingIsLostOrWrittenTwiceWhenACallIsMadeAgain) {
     }
 }
 
-TEST(RawFileFailures, ATurnFromReadingToWritingThatFailsIsAWriteFailure) {
-    TemporaryFolder const folder;
-    Writer const file{rawAppend(folder.put("file", "content"))};
-    char byte;
-    file->seek(0, 0);
-    EXPECT_EQ(file->read(&byte, 1), 1);
-    {
-        faults::Refuse const refuse{"fseek"};
-        EXPECT_THROW(file->write("x", 1), OrnError);
-    }
-    file->write("y", 1);
-    file->close();
-    EXPECT_EQ(folder.get("file"), "contenty");
-}
-
 #if defined(__linux__)
 TEST(RawFileFailures, AFullDiskIsReportedWhenTheBytesReachIt) {
     Writer const flushed{rawAppend(L"/dev/full")}, closed{rawAppend(L"/dev/full")};

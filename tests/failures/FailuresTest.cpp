@@ -171,6 +171,11 @@ TEST(Failures, OfConversionsAndLocales) {
     faults::failEveryAllocation([] { AutoLocale const guard{LC_ALL}; },
                                 [](bool) { EXPECT_EQ(ORN::os::threadLocaleMode(0), ORN::os::processLocale); });
     EXPECT_EQ(std::setlocale(LC_ALL, nullptr), process);
+
+    // A long text is cut in few conversions.
+    std::string large(400'000, '#');
+    faults::Refuse const sparing{"WideCharToMultiByte", 30};
+    EXPECT_EQ(packTo(std::wstring(1'000'000, L'x'), large.data(), 400'000), 399'999u);
 }
 
 /// Neither stuck nor half stored: a text that there was no memory for goes in when there is some, and once only.
@@ -241,6 +246,10 @@ TEST(Failures, OfRawFiles) {
         file->seek(0, 0);
         return file->read(&byte, 1);
     };
+    auto const appendAfterReading = [&] {
+        readHead();
+        file->write("x", 1), file->flush();
+    };
     auto const closeTwice = [&] {
         std::unique_ptr<ORN::RawFileWriter> const other{ORN::rawAppend(name)};
         std::wstring const failure = thrown([&] { other->close(); });
@@ -259,11 +268,12 @@ TEST(Failures, OfRawFiles) {
                     {"seek", [&] { file->seek(0, 1); }, {{"ftell", says + L"read: *"}}},
                     {"write", [&] { file->write("x", 1), file->flush(); }, {{"fwrite", says + L"written: *"}}},
                     {"flush", [&] { file->flush(); }, {{"fflush", says + L"written: *"}}},
+                    {"write after reading", appendAfterReading, {{"fseek", says + L"written: *", 1}}},
                     {"close", closeTwice, {{"fclose", says + L"closed: *, then nothing"}}},
                     {"a file", [&] { delete ORN::rawOpen(name); }, {}, 2},
                     {"a missing file", openMissing, {}, 4},
                     {"a C file", openAsC, {}, 0}});
-    EXPECT_EQ(folder.get("file"), "contentxxx") << "what could not be written has not been lost";
+    EXPECT_EQ(folder.get("file"), "contentxxxxx") << "what could not be written has not been lost";
     file->write("x", 1);
     faults::Refuse const refuse{"fclose"};
     EXPECT_NO_THROW(file.reset());
