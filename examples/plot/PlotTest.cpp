@@ -1,6 +1,10 @@
-// The program from end to end: the table beside values from elsewhere, the pictures, and everything that can be wrong.
+// The program from end to end: the table beside values from elsewhere, the pictures, and what can be wrong.
+#include "plot/Options.h"
+
 #include "tests/support/ChildProcess.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 
 #include "orn/colour/DIBitmap.h"
 #include "orn/text/Encoding.h"
@@ -129,22 +133,6 @@ TEST_F(Plot, MeasuresDrawingsInEveryEncoding) {
     }
 }
 
-TEST_F(Plot, NumbersOfTheTableAreTheNumbersOfTheFile) {
-    std::mt19937_64 random{3};
-    std::string drawing = "layer,x1,y1,x2,y2\n";
-    std::vector<double> values;
-    for (int i = 0; i < 200; ++i) {
-        values.push_back(std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 60) - 90));
-        char row[64];
-        std::snprintf(row, sizeof row, "l%d,%.17g,0,1e20,1\n", i, values.back());
-        drawing += row;
-    }
-    Rows const printed = rowsOf(draw(drawing, {"--size", "20x20", "numbers.csv", "p.png"}).out);
-    ASSERT_EQ(printed.size(), 202u);
-    for (std::size_t i = 0; i < values.size(); ++i)
-        EXPECT_EQ(std::strtod(printed[i + 1][5].c_str(), nullptr), values[i]);
-}
-
 struct Place {
     int x, y;
 };
@@ -210,6 +198,16 @@ TEST_F(Plot, DrawsAndMeasuresTheLayersThatAreAskedFor) {
     EXPECT_EQ(bell, columns + "\x1B[m\x7F," + b + "*," + b);
 }
 
+TEST(PlotOptions, SayWhatIsWrongOnTheCommandLine) {
+    for (auto const& [given, said] : refusals(ORN_TEXTS "refused-lines.txt")) {
+        std::vector<std::wstring> arguments;
+        std::istringstream words{given};
+        for (std::string word; words >> word;) arguments.push_back(utf8(word));
+        EXPECT_EQ(thrown([&] { plot::parseOptions(arguments); }),
+                  L"OrnError: orn-plot: " + utf8(said) + L" (see --help)");
+    }
+}
+
 TEST_F(Plot, HelpAndVersionGoToStandardOutput) {
     for (char const* option : {"--help", "-h", "--version", "-V"}) {
         Outcome const outcome = run({"--mirror", option, "--nonsense"});
@@ -219,83 +217,11 @@ TEST_F(Plot, HelpAndVersionGoToStandardOutput) {
     }
 }
 
-TEST_F(Plot, SaysWhatIsWrongInADrawing) {
+TEST_F(Plot, SaysInOneLineWhatIsWrong) {
     folder_.put("old.png", "the old picture");
-    std::string const header = "x1,y1,x2,y2,bulge,layer,colour\n", good = "0,0,1,1,0,a,#000000\n";
-    std::string const utf8Mark = "\xEF\xBB\xBF", noText = "The file holds text that is not valid in its encoding.";
-    struct {
-        std::string bytes, message;
-    } const drawings[] = {
-        {"", ":1: the columns x1, y1, x2, y2 are missing"},
-        {"x1;y1;x2;y2\n1;2;3;4\n", ":1: the columns x1, y1, x2, y2 are missing in the header 'x1;y1;x2;y2'"},
-        {"y1,X1,bulge,x2\n1,2,0,3\n", ":1: the columns x1, y2 are missing in the header 'y1,X1,bulge,x2'"},
-        {"x1,y1,x2\n1,2,3\n", ":1: the column y2 is missing in the header 'x1,y1,x2'"},
-        {header + "\n,,,\n", ": there is nothing to draw"},
-        {header + good + "0,0,1,1,abc\n", ":3: bulge: 'abc' is not a number"},
-        {header + good + "\n\r\n0,0,1,1 1,0\n", ":5: y2: '1 1' is not a number"},
-        {header + "0,,1,1\n", ":2: y1: '' is not a number"},
-        {header + "0,0\n", ":2: x2: '' is not a number"},
-        {header + "nan,0,1,1\n", ":2: x1: 'nan' is not a number"},
-        {header + "0,0,1e309,1\n", ":2: x2: '1e309' is not a number"},
-        {header + "0,0,1,\"\x1B[2J\n\"\n", ":2: y2: ' [2J ' is not a number"},
-        {utf8Mark + header + "0,0,1,\x7F\u009B2J\n", ":2: y2: '  2J' is not a number"},
-        {header + "0,0,1," + std::string(1000, '7') + "x\n",
-         ":2: y2: '" + std::string(40, '7') + "...' is not a number"},
-        {header + good + "0,0,1,1,0,a,red\n", ":3: colour: 'red' is not a colour like #C04000"},
-        {header + "0,0,1,1,0,a,#12345\n", ":2: colour: '#12345' is not a colour like #C04000"},
-        {header + "0,0,1,1,0,a,#12345G\n", ":2: colour: '#12345G' is not a colour like #C04000"},
-        {header + "-1e308,0,1e308,0,1\n", ":2: the row is too large to be measured"},
-        {header + good + "0,0,0,1,0,\"b\n" + good, ":4: A quoted field is not closed. (The row begins in line 3.)"},
-        {utf8Mark + header + good + "0,0,1,1,0,\xF8,\n", ":3: " + noText},
-        {utf8Mark + header + good + "0,0,1,1,0,\xE2\x82", ":3: " + noText},
-        {std::string{"\xFF\xFE\x00\xDC\x0A\x00", 6}, ":1: " + noText},
-    };
-    for (auto const& drawing : drawings) {
-        folder_.put("d.csv", drawing.bytes);
-        expectFailure({"d.csv", "old.png"}, "d.csv" + drawing.message);
-    }
-}
-
-TEST_F(Plot, SaysWhatIsWrongOnTheCommandLine) {
-    folder_.put("old.png", "the old picture");
-    folder_.put("d.csv", "x1,y1,x2,y2\n0,0,1,1\n");
-    std::string const limits = " pixels cannot be drawn: at most 30000 a side and 50000000 in all";
-    struct {
-        std::vector<std::string> arguments;
-        std::string message;
-        bool named = true;
-    } const lines[] = {
-        {{}, "a drawing and a picture must be named", false},
-        {{"d.csv"}, "a picture must be named", false},
-        {{"more.png"}, "'old.png' is one name too many"},
-        {{"d.csv", "old.jpg"}, "old.jpg: the name of a picture ends in .png, .bmp, .svg or .pdf", false},
-        {{"d.csv", ".png"}, ".png: the name of a picture ends in .png, .bmp, .svg or .pdf", false},
-        {{"--colour"}, "unknown option --colour"},
-        {{"-x"}, "unknown option -x"},
-        {{"d.csv", "old.png", "--size"}, "--size: the value is missing", false},
-        {{"--size", "100"}, "--size: '100' is not a size like 1200x900"},
-        {{"--size", "axb"}, "--size: 'axb' is not a size like 1200x900"},
-        {{"--size", "0x9"}, "--size: a page of 0x9" + limits},
-        {{"--size", "9x-1"}, "--size: a page of 9x-1" + limits},
-        {{"--size", "30001x1"}, "--size: a page of 30001x1" + limits},
-        {{"--size", "30000x30000"}, "--size: a page of 30000x30000" + limits},
-        {{"--rotate", "left"}, "--rotate: 'left' is not a number"},
-        {{"--scale", "2"}, "--scale: '2' is not a pair of factors like 1,0.5"},
-        {{"--scale", "2,x"}, "--scale: 'x' is not a number"},
-        {{"--scale=0,1"}, "--scale: a factor of 0 leaves nothing to draw"},
-        {{"--size="}, "--size: the value is missing"},
-        {{"--mirror=1"}, "--mirror takes no value"},
-        {{"--format=gif"}, "--format: 'gif' is not png, bmp, svg or pdf"},
-        {{"--background", "#12"}, "--background: '#12' is not a colour like #C04000, black or white"},
-        {{"--tolerance=0"}, "--tolerance: a tolerance is greater than 0"},
-        {{"--layers=\"a"}, "--layers: '\"a' is not a list of names like walls,\"doors, windows\""},
-        {{"--table=-", "d.csv", "-"}, "the picture and the table cannot both go to -", false},
-    };
-    for (auto const& line : lines) {
-        std::vector<std::string> arguments = line.arguments;
-        if (line.named) arguments.insert(arguments.end(), {"d.csv", "old.png"});
-        expectFailure(arguments, "orn-plot: " + line.message + " (see --help)", 2);
-    }
+    folder_.put("d.csv", "x1,y1,x2,y2\n0,0,1,\"\x1B[2J\n\x7F\xC2\x9B\"\n");
+    expectFailure({"d.csv", "old.png"}, "d.csv:2: y2: ' [2J   ' is not a number");
+    expectFailure({"d.csv", "old.png", "--colour"}, "orn-plot: unknown option --colour (see --help)", 2);
 }
 
 TEST_F(Plot, SaysWhichFilesAreNotThereOrCannotBeWritten) {

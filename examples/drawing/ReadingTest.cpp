@@ -4,6 +4,8 @@
 #include "drawing/dxf/Colours.h"
 #include "drawing/dxf/Reader.h"
 
+#include "tests/support/MemoryStreams.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
 
@@ -11,8 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <sstream>
+#include <algorithm>
 
 namespace {
 
@@ -37,22 +38,6 @@ std::string blocks(std::string const& content, std::string const& entities) {
     return section("BLOCKS", content) + model(entities);
 }
 
-class Bytes final : public ORN::RawReader {
-public:
-    explicit Bytes(std::string bytes) : bytes_{std::move(bytes)} {}
-    std::wstring name() const override { return L"d.dxf"; }
-    std::int64_t read(void* buffer, std::uint64_t count) override {
-        std::size_t const size = std::min<std::size_t>({static_cast<std::size_t>(count), bytes_.size() - at_, 7});
-        std::memcpy(buffer, bytes_.data() + at_, size);
-        at_ += size;
-        return static_cast<std::int64_t>(size);
-    }
-
-private:
-    std::string bytes_;
-    std::size_t at_ = 0;
-};
-
 struct Outcome {
     Drawing drawing;
     std::wstring remarks;
@@ -62,73 +47,43 @@ Outcome read(std::string const& bytes, dxf::Limits const& limits = {}) {
     Outcome outcome;
     drawing::ReadingOptions options;
     options.remark = [&](std::wstring const& what) { outcome.remarks += what + L'\n'; };
-    Bytes raw{bytes};
+    MemoryReader raw{bytes, 7};
     outcome.drawing = dxf::read(raw, options, limits);
     return outcome;
 }
 
-TEST(Dxf, SaysWhereAFileIsWrong) {
-    std::string const insertion = "0|INSERT|2|A|10|0|20|0";
-    struct {
-        std::string bytes;
-        std::wstring message;
-    } const cases[] = {
-        {"", L"0: the file ends before the group 0 EOF"},
-        {lines("0|SECTION|2"), L"3: the value of the last group is missing"},
-        {lines("0|SECTION|2|ENTITIES|") + lines(aLine), L"5: '' is not a group code of DXF"},
-        {lines("0|SECTION|2|ENTITIES|" + aLine + "|0|EOF"), L"18: the file ends before ENDSEC"},
-        {lines("0|SECTION|2|OBJECTS|0|EOF"), L"6: the file ends before ENDSEC"},
-        {lines("0|SECTION|2|ENTITIES|" + aLine), L"16: the file ends before the group 0 EOF"},
-        {lines("zero|SECTION"), L"1: 'zero' is not a group code of DXF"},
-        {lines("99999999999|SECTION"), L"1: '99999999999' is not a group code of DXF"},
-        {"Some Binary DXF\r\n\x1a", L"1: a binary DXF file cannot be read, only ASCII DXF"},
-        {std::string{"\xFF\xFE\x30\x00", 4}, L"1: a DXF file is not UTF-16"},
-        {model("0|LINE|10|1|20|2x"), L"10: group 20: '2x' is not a number"},
-        {model("0|LINE|10|1|20|1e999"), L"10: group 20: '1e999' is not a number"},
-        {model("0|LINE|62|red"), L"8: group 62: 'red' is not a whole number"},
-        {model("0|LINE|10|1|20|2|11|3"), L"6: LINE lacks its group 21"},
-        {model("0|CIRCLE|10|1|20|2"), L"6: CIRCLE lacks its group 40"},
-        {model("0|CIRCLE|10|1|20|2|40|3|210|0|220|0|230|0"), L"6: the extrusion direction has no length"},
-        {model("0|CIRCLE|10|1|20|2|40|1e200"), L"6: the entity is too large to be measured"},
-        {model("0|SPLINE|71|3|10|1|20|2|40|0"), L"6: the knots of a SPLINE do not fit its degree and its points"},
-        {model("0|SPLINE|71|99|10|1|20|2|40|0"), L"6: a SPLINE of degree 99 cannot be drawn"},
-        {model("0|SPLINE|71|1|10|1|20|2|10|1|20|3|40|0|40|0|40|1|40|1|41|0|41|1"),
-         L"6: the weights of a SPLINE do not fit its points"},
-        {model("0|INSERT|10|1|20|2"), L"6: INSERT lacks its group 2"},
-        {blocks("0|BLOCK|2|A|" + aLine, insertion), L"22: a block ends without ENDBLK"},
-        {blocks("0|BLOCK|2|A|" + insertion + "|0|ENDBLK", insertion), L"26: the block 'A' inserts itself"},
-        {blocks("0|BLOCK|2|A|0|INSERT|2|B|10|0|20|0|0|ENDBLK|0|BLOCK|2|b|" + insertion + "|0|ENDBLK", insertion),
-         L"40: the block 'A' inserts itself"},
-    };
-    for (auto const& c : cases) {
-        std::wstring const message = thrown([&] { read(c.bytes); });
-        EXPECT_EQ(message, L"OrnError: d.dxf:" + c.message) << c.bytes;
+TEST(Reading, SaysWhereAFileIsWrong) {
+    TemporaryFolder const folder;
+    for (auto const& [bytes, said] : refusals(ORN_TEXTS "refused-drawings.txt")) {
+        std::size_t const nameEnds = said.find(':');
+        std::wstring const file = folder.put(said.substr(0, nameEnds), bytes);
+        EXPECT_EQ(thrown([&] { drawing::readDrawing(file); }), L"OrnError: " + file + utf8(said.substr(nameEnds)));
     }
 }
 
 /// Whatever a file of few bytes asks for ends soon.
 TEST(Dxf, BoundsWhatAFileMayAskFor) {
-    std::string chain = "0|BLOCK|2|0|0|ENDBLK", ending = "0|INSERT|2|N|10|0|20|0";
+    auto const expectRefusal = [](std::string const& bytes, dxf::Limits const& limits, std::wstring const& what) {
+        EXPECT_NE(thrown([&] { read(bytes, limits); }).find(what), std::wstring::npos) << bytes;
+    };
+    auto const times = [](int count, std::string const& groups) {
+        std::string all;
+        for (int i = 0; i < count; ++i) all += "|" + groups;
+        return all;
+    };
+    std::string chain = "0|BLOCK|2|0|0|ENDBLK";
     for (int i = 1; i <= 70; ++i) {
         chain += "|0|BLOCK|2|" + std::to_string(i) + "|0|INSERT|2|" + std::to_string(i - 1) +
                  "|70|30000|71|30000|10|0|20|0|0|ENDBLK";
     }
-    auto const inserted = [&](std::string const& name) { return blocks(chain, "0|INSERT|2|" + name + "|10|0|20|0"); };
-    EXPECT_NE(thrown([&] { read(inserted("1"), {.steps = 100000}); }).find(L"more than 100000 entities"),
-              std::wstring::npos);
-    EXPECT_NE(thrown([&] { read(inserted("70")); }).find(L"more than 64 deep"), std::wstring::npos);
+    expectRefusal(blocks(chain, "0|INSERT|2|1|10|0|20|0"), {.steps = 100000}, L"more than 100000 entities");
+    expectRefusal(blocks(chain, "0|INSERT|2|70|10|0|20|0"), {}, L"more than 64 deep");
 
     dxf::Limits const few{.pieces = 3, .steps = 100, .numbers = 40};
-    EXPECT_EQ(read(model(aLine + "|" + aLine + "|" + aLine), few).drawing.entities().size(), 3u);
-    EXPECT_NE(thrown([&] {
-                  read(model(aLine + "|" + aLine + "|" + aLine + "|" + aLine), few);
-              }).find(L"more than 3 lines and arcs"),
-              std::wstring::npos);
-    std::string vertices = "0|LWPOLYLINE|70|1";
-    for (int i = 0; i < 20; ++i) vertices += "|10|1|20|2";
-    EXPECT_NE(thrown([&] { read(model(vertices), few); }).find(L"too many points"), std::wstring::npos);
-    std::string const block = "0|BLOCK|2|A|" + aLine + "|" + aLine + "|" + aLine + "|" + aLine + "|0|ENDBLK";
-    EXPECT_NE(thrown([&] { read(blocks(block, aLine), few); }).find(L"more than can be kept"), std::wstring::npos);
+    EXPECT_EQ(read(model(times(3, aLine).substr(1)), few).drawing.entities().size(), 3u);
+    expectRefusal(model(times(4, aLine).substr(1)), few, L"more than 3 lines and arcs");
+    expectRefusal(model("0|LWPOLYLINE|70|1" + times(20, "10|1|20|2")), few, L"too many points");
+    expectRefusal(blocks("0|BLOCK|2|A" + times(4, aLine) + "|0|ENDBLK", aLine), few, L"more than can be kept");
 }
 
 TEST(Dxf, NamesAreTextInTheFilesOwnCodePage) {
@@ -181,15 +136,12 @@ TEST(Dxf, ColoursAndLayersComeFromWhereTheFileSays) {
     for (auto const& [index, rgb] : indices) EXPECT_EQ(dxf::colourOfIndex(index, 0xABCDEF), rgb) << index;
 }
 
-TEST(Dxf, FilesAreToldApartByNameOrBeginning) {
+TEST(Reading, FilesAreToldApartByNameOrBeginning) {
     TemporaryFolder const folder;
-    std::string const bytes = lines("999|a comment") + model(aLine);
     for (char const* name : {"named.DXF", "unnamed.csv"}) {
-        EXPECT_EQ(drawing::readDrawing(folder.put(name, bytes)).total().length, 5) << name;
+        std::wstring const file = folder.put(name, lines("999|a comment") + model(aLine));
+        EXPECT_EQ(drawing::readDrawing(file).total().length, 5) << name;
     }
-    std::wstring const empty = folder.put("empty.dxf", "x1,y1,x2,y2\n");
-    EXPECT_EQ(thrown([&] { drawing::readDrawing(empty); }),
-              L"OrnError: " + empty + L":1: 'x1,y1,x2,y2' is not a group code of DXF");
 }
 
 }
