@@ -219,7 +219,7 @@ TEST_F(Plot, HelpAndVersionGoToStandardOutput) {
 
 TEST_F(Plot, SaysInOneLineWhatIsWrong) {
     folder_.put("old.png", "the old picture");
-    folder_.put("d.csv", "x1,y1,x2,y2\n0,0,1,\"\x1B[2J\n\x7F\xC2\x9B\"\n");
+    folder_.put("d.csv", "\xEF\xBB\xBFx1,y1,x2,y2\n0,0,1,\"\x1B[2J\n\x7F\xC2\x9B\"\n");
     expectFailure({"d.csv", "old.png"}, "d.csv:2: y2: ' [2J   ' is not a number");
     expectFailure({"d.csv", "old.png", "--colour"}, "orn-plot: unknown option --colour (see --help)", 2);
 }
