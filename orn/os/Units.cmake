@@ -13,6 +13,8 @@ orn_unit(os/Library)
 orn_unit(os/Locale CODE_PAGE)
 orn_unit(os/Memory)
 orn_unit(os/MemoryStatus)
+set_source_files_properties(os/MemoryStatusTest.cpp PROPERTIES
+  COMPILE_DEFINITIONS ORN_TEST_KERNELS="${CMAKE_CURRENT_SOURCE_DIR}/os/MemoryStatusTest.txt")
 orn_unit(os/Parking)
 orn_unit(os/Path)
 orn_unit(os/Registry)
