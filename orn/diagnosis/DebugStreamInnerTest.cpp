@@ -1,24 +1,30 @@
-#include "orn/diagnosis/TextWriterBufImp.h"
+#include "orn/diagnosis/DebugStream.h"
 
-#include "orn/text/Encoding.h"
+#include "orn/diagnosis/TextWriterBufImp.h"
+#include "orn/os/Types.h"
 #include "orn/text/RawFileImp.h"
+#include "orn/threading/Lock.h"
 #include "tests/support/MemoryStreams.h"
+#include "tests/support/Tally.h"
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <regex>
 #include <sstream>
+#include <thread>
 
 namespace {
 
 /// A stream as the debug stream is, over memory.
+template <typename Memory = MemoryWriter>
 struct Written {
-    MemoryWriter memory;
+    Memory memory;
     std::unique_ptr<ORN::TextWriter> writer{ORN::TextWriter::create(memory, ORN::encUTF8, false)};
     DebugStream::TextWriterBuf buffer;
     std::wostream stream{&buffer};
 
-    Written() { buffer.setWriter(writer.get()); }
+    explicit Written(auto... arguments) : memory{arguments...} { buffer.setWriter(writer.get()); }
     std::string bytes() {
         stream.flush();
         return memory.bytes;
@@ -26,7 +32,7 @@ struct Written {
 };
 
 TEST(TextWriterBuf, WritesCharactersOneByOneAndHoldsALeadingSurrogateForItsPartner) {
-    Written written;
+    Written<> written;
     written.stream << L"a\r\nb" << wchar_t{0xD83D};
     EXPECT_EQ(written.memory.bytes, "");
     EXPECT_EQ(written.bytes(), "a\r\n\r\nb") << "a CR and a LF that come apart are two ends";
@@ -38,7 +44,7 @@ TEST(TextWriterBuf, WritesCharactersOneByOneAndHoldsALeadingSurrogateForItsPartn
 TEST(TextWriterBuf, WritesWhatIsNoCharacterAsAReplacement) {
     wchar_t const texts[][4] = {{0xD83D, L'x'}, {0xDE00, L'x'}, {0xD83D, 0xD83D, L'x'}};
     for (auto const& text : texts) {
-        Written written;
+        Written<> written;
         written.stream << L"before" << text << L"after";
         EXPECT_EQ(written.bytes(), std::string{"before\xEF\xBF\xBD"} + (text[2] ? "\xEF\xBF\xBD" : "") + "xafter");
         EXPECT_EQ(written.buffer.takeFailure(), nullptr);
@@ -65,11 +71,8 @@ private:
 TEST(TextWriterBuf, AFullDiskIsAFailureOnceAndInTheFileAsSoonAsThereIsRoom) {
     for (int sound = 0; sound != 6; ++sound)
         for (int const lines : {1, 2, 40, 200}) {
-            Disk disk{sound};
-            std::unique_ptr<ORN::TextWriter> const writer{ORN::TextWriter::create(disk, ORN::encUTF8, false)};
-            DebugStream::TextWriterBuf buffer;
-            buffer.setWriter(writer.get());
-            std::wostream stream{&buffer};
+            Written<Disk> written{sound};
+            auto& [disk, writer, buffer, stream] = written;
             std::string all;
             int number = 0, roomAt = -1;
             auto const line = [&] {
@@ -85,13 +88,11 @@ TEST(TextWriterBuf, AFullDiskIsAFailureOnceAndInTheFileAsSoonAsThereIsRoom) {
             roomAt = number + lines - 1;  // in the midst of the last line that is dropped
             for (int more = 0; more != lines; ++more) line();
             if (lines != 2) line();
-            stream.flush();
-            EXPECT_EQ(buffer.takeFailure(), nullptr) << "once";
-
             // The whole text; or its head, how much was dropped, and its tail from the beginning of a line on.
-            std::string const file = std::regex_replace(disk.bytes, std::regex{"\r"}, "");
+            std::string const file = std::regex_replace(written.bytes(), std::regex{"\r"}, "");
             std::regex const notice{"([^[]*)\\[(\\d+) characters were dropped\\]\n((?:line [^[]*)?)"};
             std::smatch parts;
+            EXPECT_EQ(buffer.takeFailure(), nullptr) << "once";
             if (!std::regex_match(file, parts, notice)) {
                 EXPECT_EQ(file, all);
                 continue;
@@ -104,26 +105,48 @@ TEST(TextWriterBuf, AFullDiskIsAFailureOnceAndInTheFileAsSoonAsThereIsRoom) {
         }
 }
 
-TEST(TextWriterBuf, DropsEverythingWithoutAWriterAndWritesAQuestionMarkForWhatAnEncodingLacks) {
-    Written written;
+TEST(TextWriterBuf, DropsEverythingWithoutAWriter) {
+    Written<> written;
     EXPECT_EQ(written.buffer.sputc(L'a'), 0u);
     written.buffer.setWriter(nullptr);
     written.stream << L"nothing" << std::flush;
     EXPECT_TRUE(written.stream.good());
     written.buffer.setWriter(written.writer.get());
     EXPECT_EQ(written.bytes(), "a");
+}
 
-    std::unique_ptr<ORN::TextWriter> const multibyte{ORN::TextWriter::create(written.memory, ORN::encMultibyte, false)};
-    written.buffer.setWriter(multibyte.get());
-    std::wstring const text = L"\u0416\u4e00\xD83D\xDE00z";
-    written.stream << text;
-    std::string expected = "a";
-    for (CodePointEnumerator e{text}; e; ++e) {
-        std::wstring const character = *e;
-        expected += getWCS(getMBS(character)) == character ? getMBS(character) : "?";
+TEST(DebugStream, WritesIntegersInBothBases) {
+    EXPECT_EQ(DebugStream::decimal(-1) + DebugStream::decimal(INT_MIN), L"-1-2147483648");
+    EXPECT_EQ(DebugStream::hexadecimal(-1) + DebugStream::hexadecimal(0x1AF) + DebugStream::hexadecimal(0),
+              L"ffffffff1af0");
+}
+
+TEST(DebugStream, FlushWaitsForThoseWhoWrite) {
+    DebugStream::stream();
+    Tally flushed;
+    std::thread flusher;
+    {
+        ExclusiveLock const writing{DebugStream::lock()};
+        flusher = std::thread{[&] {
+            DebugStream::flush();
+            ++flushed;
+        }};
+        // Long enough for a flush that does not wait.
+        std::this_thread::sleep_for(std::chrono::milliseconds{20});
+        EXPECT_EQ(flushed, 0);
     }
-    EXPECT_EQ(written.bytes(), expected);
-    EXPECT_EQ(written.buffer.takeFailure(), nullptr);
+    flusher.join();
+    EXPECT_EQ(flushed, 1);
+    EXPECT_EQ(DebugStream::lock(), 0);
+}
+
+TEST(DebugStream, NamesTheCallingThread) {
+    std::wostringstream here, again, there;
+    here << DebugStream::GCTID{};
+    again << DebugStream::GCTID{};
+    std::thread{[&] { there << DebugStream::GCTID{}; }}.join();
+    EXPECT_TRUE(here.str() == again.str() && here.str() != there.str());
+    EXPECT_EQ((here.str() + there.str()).find_first_not_of(L"0123456789"), std::wstring::npos);
 }
 
 }
