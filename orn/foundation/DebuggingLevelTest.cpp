@@ -9,27 +9,23 @@
 using namespace DebugStream;
 
 TEST(DebuggingLevel, HoldsFromItsInsertionToTheEndOfItsScope) {
-    std::vector<int> levels;
-    auto const note = [&] { levels.push_back(debuggingLevel()); };
     std::wostringstream other;
-    note();
+    EXPECT_EQ(debuggingLevel(), 2);
     {
         SetVerbose const outer{debugEverything};
         other << outer;
-        note();
+        EXPECT_EQ(debuggingLevel(), 2);
         stream() << outer;
-        note();
         {
             SetVerbose const inner{debugNothing};
-            note();
+            EXPECT_EQ(debuggingLevel(), 3);
             stream() << inner;
-            note();
+            EXPECT_EQ(debuggingLevel(), 0);
         }
-        note();
+        EXPECT_EQ(debuggingLevel(), 3);
     }
-    note();
-    stream() << SetVerbose{debugFailures} << (note(), L"");
-    note();
-    EXPECT_EQ(levels, (std::vector{2, 2, 3, 3, 0, 3, 2, 1, 2}));
+    int within = -1;
+    stream() << SetVerbose{debugFailures} << (within = debuggingLevel());
+    EXPECT_TRUE(within == 1 && debuggingLevel() == 2);
     EXPECT_EQ(other.str(), L"");
 }
