@@ -1,8 +1,5 @@
 #include "orn/platform/SystemLibrary.h"
 
-#include "orn/platform/WerRegisteredMemoryBlock.h"
-#include "tests/support/Thrown.h"
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -15,14 +12,6 @@ TEST(SystemLibrary, FindsTheSystemsOwnByTheirNames) {
     EXPECT_NE(ORN::LoadSystemLibrary(L"libc.so.6") != nullptr, windows);
     EXPECT_EQ(ORN::LoadProgramLibrary(L"kernel32.dll"), nullptr);
     EXPECT_EQ(ORN::LoadProgramLibrary(L"libc.so.6"), nullptr);
-}
-
-TEST(SystemLibrary, TakesNoMoreForAnErrorReportThanTheSystemCanCount) {
-    bool const windows = ORN::LoadSystemLibrary(L"kernel32.dll") != nullptr;
-    int data = 0;
-    EXPECT_EQ(thrown([&] { ORN::WerRegisteredMemoryBlock const block(&data, sizeof data); }), L"nothing");
-    EXPECT_EQ(thrown([&] { ORN::WerRegisteredMemoryBlock const block(&data, 0x100000000); }),
-              windows ? L"OrnError: integer value right out of range" : L"nothing");
 }
 
 TEST(SystemLibrary, WhatLiesBesideTheProgramIsFoundThereOnly) {

@@ -24,6 +24,7 @@ TEST(WerRegisteredMemoryBlockInner, WhatWasRegisteredIsUnregisteredOnce) {
     bool const windows = ORN::LoadSystemLibrary(L"Kernel32.dll") != nullptr;
     EXPECT_TRUE((ORN::WerRegisterMemoryBlock != nullptr) == windows &&
                 (ORN::WerUnregisterMemoryBlock != nullptr) == windows);
+    EXPECT_NO_THROW((ORN::WerRegisteredMemoryBlock{data, sizeof data}));
     auto* const systemsRegister = ORN::WerRegisterMemoryBlock;
     auto* const systemsUnregister = ORN::WerUnregisterMemoryBlock;
     ORN::WerRegisterMemoryBlock = [](void* address, DWORD size) {

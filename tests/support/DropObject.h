@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <map>
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -75,20 +74,16 @@ private:
 
 namespace drop {
 
-inline unsigned int itemLists() { return RegisterClipboardFormatW(L"Shell IDList Array"); }
-
-struct FreeList {
-    void operator()(ITEMIDLIST* list) const noexcept { CoTaskMemFree(list); }
-};
-using List = std::unique_ptr<ITEMIDLIST, FreeList>;
-
-/// From the desktop on.
-inline List listOf(std::filesystem::path const& path) { return List{ILCreateFromPathW(path.c_str())}; }
+/// A list of the shell's item identifiers, from the desktop on.
+/// @{
+using List = std::shared_ptr<ITEMIDLIST>;
+inline List listOf(std::filesystem::path const& path) { return {ILCreateFromPathW(path.c_str()), CoTaskMemFree}; }
 inline List listOf(int place) {
     ITEMIDLIST* list = nullptr;
     SHGetSpecialFolderLocation(nullptr, place, &list);
-    return List{list};
+    return {list, CoTaskMemFree};
 }
+/// @}
 
 inline void append(std::vector<std::byte>& block, void const* bytes, std::size_t count) {
     auto const* const first = static_cast<std::byte const*>(bytes);
@@ -96,27 +91,26 @@ inline void append(std::vector<std::byte>& block, void const* bytes, std::size_t
 }
 
 /// The first list is the folder's.
-inline std::vector<std::byte> itemListArray(std::vector<ITEMIDLIST const*> const& lists) {
+inline std::vector<std::byte> itemListArray(std::vector<List> const& lists) {
     std::vector<std::byte> block, contents;
     auto const count = static_cast<UINT>(lists.size());
     UINT const items = count - 1;
     append(block, &items, 4);
-    for (ITEMIDLIST const* list : lists) {
+    for (List const& list : lists) {
         UINT const offset = static_cast<UINT>(4 + 4 * count + contents.size());
         append(block, &offset, 4);
-        append(contents, list, ILGetSize(list));
+        append(contents, list.get(), ILGetSize(list.get()));
     }
     append(block, contents.data(), contents.size());
     return block;
 }
 
 /// The texts with the terminators that are in them.
-template <typename Unit>
-std::vector<std::byte> fileNames(std::basic_string<Unit> const& names) {
-    DROPFILES const header{sizeof(DROPFILES), {}, FALSE, sizeof(Unit) > 1};
+inline std::vector<std::byte> fileNames(std::wstring const& names) {
+    DROPFILES const header{sizeof(DROPFILES), {}, FALSE, TRUE};
     std::vector<std::byte> block;
     append(block, &header, sizeof header);
-    append(block, names.data(), names.size() * sizeof(Unit));
+    append(block, names.data(), 2 * names.size());
     return block;
 }
 

@@ -2,22 +2,26 @@
 /// key in a file of its own, which ORN_REGISTRY names meanwhile.
 #pragma once
 
-#include "orn/os/Types.h"
+#include "orn/platform/RegistryKey.h"
+#include "tests/support/TemporaryFolder.h"
 
-#include <memory>
+#include <cstdlib>
 #include <string>
 
 class TestRegistry {
 public:
-    TestRegistry();
-    ~TestRegistry();
-    TestRegistry(TestRegistry const&) = delete;
-    TestRegistry& operator=(TestRegistry const&) = delete;
+#if defined(__linux__)
+    TestRegistry() { setenv("ORN_REGISTRY", (folder_.path() / "registry.db").c_str(), 1); }
+    ~TestRegistry() { unsetenv("ORN_REGISTRY"); }
+#else
+    ~TestRegistry() { RegWriteKey{root(), L"Software"}.deleteSubKey(folder_.path().filename().wstring()); }
+#endif
 
-    HKEY root() const;                 ///< the user's root
-    std::wstring const& path() const;  ///< below it; there is no such key yet
+    HKEY root() const { return RegKey::currentUser(); }
+    /// Below the root; there is no such key yet.
+    std::wstring const& path() const { return path_; }
 
 private:
-    struct Imp;
-    std::unique_ptr<Imp> imp_;
+    TemporaryFolder folder_;
+    std::wstring path_ = L"Software\\" + folder_.path().filename().wstring();
 };

@@ -4,15 +4,6 @@
 
 #include <stdexcept>
 
-struct ChildProcess::Imp {
-    HANDLE process = nullptr;
-    bool ended = false;
-
-    ~Imp() {
-        if (process != nullptr) CloseHandle(process);
-    }
-};
-
 namespace {
 
 std::wstring wide(std::string const& utf8) {
@@ -25,16 +16,11 @@ void setVariables(std::map<std::string, std::filesystem::path> const& variables,
         SetEnvironmentVariableW(wide(name).c_str(), present ? value.c_str() : nullptr);
 }
 
-/// As the C runtime takes an argument apart again.
+/// As the C runtime takes an argument apart again, if it has no backslash before a quote or at its end.
 std::wstring quoted(std::wstring const& argument) {
     std::wstring text = L"\"";
-    std::size_t backslashes = 0;
-    for (wchar_t const c : argument) {
-        if (c == L'"') text.append(backslashes + 1, L'\\');
-        backslashes = c == L'\\' ? backslashes + 1 : 0;
-        text += c;
-    }
-    return text.append(backslashes, L'\\') + L'"';
+    for (wchar_t const c : argument) text += c == L'"' ? L"\\\"" : std::wstring{c};
+    return text + L'"';
 }
 
 HANDLE file(std::filesystem::path const& path) {
@@ -43,12 +29,13 @@ HANDLE file(std::filesystem::path const& path) {
                        FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
+HANDLE handle(std::intptr_t process) { return reinterpret_cast<HANDLE>(process); }
+
 }
 
 ChildProcess::ChildProcess(std::filesystem::path const& program, std::vector<std::string> const& arguments,
                            std::map<std::string, std::filesystem::path> const& environment,
-                           std::filesystem::path const& output, std::filesystem::path const& errors)
-    : imp_{std::make_unique<Imp>()} {
+                           std::filesystem::path const& output, std::filesystem::path const& errors) {
     wchar_t self[MAX_PATH];
     GetModuleFileNameW(nullptr, self, MAX_PATH);
     std::wstring line = quoted((std::filesystem::path{self}.parent_path() / program).wstring());
@@ -68,26 +55,26 @@ ChildProcess::ChildProcess(std::filesystem::path const& program, std::vector<std
     CloseHandle(start.hStdOutput);
     if (!started) throw std::runtime_error{"CreateProcess of " + program.string()};
     CloseHandle(child.hThread);
-    imp_->process = child.hProcess;
+    process_ = reinterpret_cast<std::intptr_t>(child.hProcess);
 }
 
-ChildProcess::~ChildProcess() { kill(); }
+ChildProcess::~ChildProcess() {
+    kill();
+    CloseHandle(handle(process_));
+}
 
-std::optional<int> ChildProcess::wait(std::chrono::seconds limit) {
-    auto const milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(limit).count();
-    if (WaitForSingleObject(imp_->process, static_cast<DWORD>(milliseconds)) != WAIT_OBJECT_0) {
-        kill();
-        return std::nullopt;
-    }
-    imp_->ended = true;
+std::optional<int> ChildProcess::wait(std::chrono::milliseconds limit) {
+    if (WaitForSingleObject(handle(process_), static_cast<DWORD>(limit.count())) != WAIT_OBJECT_0)
+        return kill(), std::nullopt;
+    ended_ = true;
     DWORD code = 0;
-    GetExitCodeProcess(imp_->process, &code);
+    GetExitCodeProcess(handle(process_), &code);
     return static_cast<int>(code);
 }
 
 void ChildProcess::kill() {
-    if (imp_->ended) return;
-    TerminateProcess(imp_->process, 9);
-    WaitForSingleObject(imp_->process, INFINITE);
-    imp_->ended = true;
+    if (ended_) return;
+    TerminateProcess(handle(process_), 9);
+    WaitForSingleObject(handle(process_), INFINITE);
+    ended_ = true;
 }
