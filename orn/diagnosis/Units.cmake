@@ -1,2 +1,2 @@
-orn_unit(diagnosis/DebugStream)
+orn_unit(diagnosis/DebugStream FAILING)
 orn_unit(diagnosis/TypedPointer)

@@ -13,7 +13,7 @@ namespace {
 
 using Names = std::vector<std::wstring>;
 
-class DropFilesInner : public testing::Test {
+class DropFiles : public testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(SUCCEEDED(CoInitialize(nullptr))); }
     void TearDown() override { CoUninitialize(); }
@@ -49,7 +49,7 @@ protected:
     unsigned int const items = RegisterClipboardFormatW(L"Shell IDList Array");
 };
 
-TEST_F(DropFilesInner, ItemsOfTheShellGiveTheirPathsAndShortcutsWhatTheyLeadTo) {
+TEST_F(DropFiles, ItemsOfTheShellGiveTheirPathsAndShortcutsWhatTheyLeadTo) {
     fs::path deep = root;
     for (char const letter : "wxyz"s) fs::create_directory(deep /= std::string(40, letter));
     fs::path const a = put("a b.txt"), b = put("b.txt"), file = deep / "c.dwg";
@@ -67,7 +67,7 @@ TEST_F(DropFilesInner, ItemsOfTheShellGiveTheirPathsAndShortcutsWhatTheyLeadTo) 
     EXPECT_EQ(object.delivered, 1);
 }
 
-TEST_F(DropFilesInner, WithoutItemsTheListOfFilesIsRead) {
+TEST_F(DropFiles, WithoutItemsTheListOfFilesIsRead) {
     EXPECT_EQ(dropped(), Names{});
     object.blocks[CF_HDROP] = {};
     EXPECT_EQ(dropped(), Names{});
@@ -80,7 +80,7 @@ TEST_F(DropFilesInner, WithoutItemsTheListOfFilesIsRead) {
     EXPECT_EQ(dropped(), Names{});
 }
 
-TEST_F(DropFilesInner, WhateverFailsAllIsGivenBack) {
+TEST_F(DropFiles, WhateverFailsAllIsGivenBack) {
     fs::path const file = put("a.txt");
     object.blocks[items] = drop::itemListArray({drop::listOf(CSIDL_DESKTOP), drop::listOf(file)});
     faults::Case files{"files", [this] { return dropped().size(); }, {{"GetUIObjectOf", L"1"}}, 3};

@@ -20,7 +20,7 @@ std::string calls;
 
 std::string nameOf(void* address) { return address == data ? "a" : address == data + 1 ? "b" : "?"; }
 
-TEST(WerRegisteredMemoryBlockInner, WhatWasRegisteredIsUnregisteredOnce) {
+TEST(WerRegisteredMemoryBlock, WhatWasRegisteredIsUnregisteredOnce) {
     bool const windows = ORN::LoadSystemLibrary(L"Kernel32.dll") != nullptr;
     EXPECT_TRUE((ORN::WerRegisterMemoryBlock != nullptr) == windows &&
                 (ORN::WerUnregisterMemoryBlock != nullptr) == windows);
