@@ -18,6 +18,7 @@ struct Plain {
 template <typename T>
 struct Box {};
 struct Construct {};
+struct Nonconst {};
 struct Größe {};
 
 }
@@ -64,6 +65,8 @@ TEST(TypedPointer, CleansTheNameOfWholeWordsOnly) {
     for (wchar_t const* word : {L"class ", L"struct ", L"const ", L"volatile "})
         EXPECT_EQ(name.find(word), std::wstring::npos) << word;
     EXPECT_EQ(name.find(L"Shapes::Box<"), 0u);
+    std::wstring const inner = DebugStream::typedPtrA(typeid(Shapes::Box<Shapes::Nonconst volatile*>), nothing);
+    EXPECT_NE(inner.find(L"Shapes::Nonconst "), std::wstring::npos) << inner.c_str();
     EXPECT_EQ(DebugStream::typedPtrA(typeid(Shapes::Construct const volatile), nothing), L"Shapes::Construct@0");
     EXPECT_EQ(DebugStream::typedPtrA(typeid(Shapes::Größe), nothing), L"Shapes::Gr\u00f6\u00dfe@0");
 }

@@ -130,7 +130,8 @@ TEST(Collection, IsARandomAccessSequence) {
     EXPECT_EQ(first[49], 49 * 37 % 50);
     std::ranges::sort(numbers);
     EXPECT_TRUE(std::ranges::equal(std::as_const(numbers), std::views::iota(0, 50)));
-    EXPECT_TRUE(*(7 + numbers.cbegin()) == 7 && numbers.front() == 0 && numbers.back() == 49);
+    EXPECT_TRUE(*(7 + numbers.cbegin()) == 7 && std::as_const(numbers).front() == 0 &&
+                std::as_const(numbers).back() == 49);
 }
 
 TEST(Collection, DoesWhatAVectorDoes) {

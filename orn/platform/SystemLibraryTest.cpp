@@ -30,7 +30,8 @@ TEST(SystemLibrary, WhatALibraryNeedsIsTakenFromBesideItAndNotFromTheWorkingFold
 }
 
 TEST(SystemLibrary, NamesLeadIntoTheFolderAndNotOut) {
-    for (std::wstring const lead : {L"../bin/", L"..\\bin\\", L"beside/../", L".. /bin/", L".../", L"/../bin/"}) {
+    for (std::wstring const lead :
+         {L"./", L"../bin/", L"..\\bin\\", L"beside/../", L".. /bin/", L".../", L"/../bin/"}) {
         EXPECT_EQ(ORN::LoadProgramLibrary((lead + L"orn-beside.library").c_str()), nullptr) << lead.c_str();
     }
     for (wchar_t const* name : {L"", L".", L"..", L"/", L"orn-nowhere.library", static_cast<wchar_t const*>(nullptr)}) {
