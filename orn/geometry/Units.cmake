@@ -20,7 +20,9 @@ if(ORN_TESTS AND NOT CMAKE_CROSSCOMPILING)
   find_package(PkgConfig REQUIRED)
   pkg_check_modules(mpfr REQUIRED IMPORTED_TARGET mpfr)
   target_link_libraries(orn-inner-test PRIVATE PkgConfig::mpfr)
-  set_source_files_properties(geometry/ElementaryTest.cpp PROPERTIES COMPILE_DEFINITIONS ORN_TEST_MPFR)
+  set_property(SOURCE geometry/ElementaryTest.cpp APPEND PROPERTY COMPILE_DEFINITIONS ORN_TEST_MPFR)
 endif()
+set_property(SOURCE geometry/ElementaryTest.cpp APPEND PROPERTY
+  COMPILE_DEFINITIONS "ORN_HARD_ANGLES=\"${PROJECT_SOURCE_DIR}/tools/data/hard-angles.txt\"")
 set_source_files_properties(geometry/ArcFunctionsTest.cpp PROPERTIES
   COMPILE_DEFINITIONS "ORN_ARC_VALUES=\"${PROJECT_SOURCE_DIR}/tools/data/arc-functions.txt\"")

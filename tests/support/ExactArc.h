@@ -90,6 +90,7 @@ private:
 template <int N>
 void expectMeasured(ORN::Arc<N> const& arc) {
     ExactArc const exact{arc};
+    EXPECT_LE(ExactArc::distance(arc.midpoint(), exact.point(0.5)), 1e-14 * exact.size()) << arc.bulge();
     for (double const part : {-0.5, 0.0, 1e-9, 0.3, 0.5, 1.0, 1.5}) {
         Point<N> point;
         Vector<N> tangent;
