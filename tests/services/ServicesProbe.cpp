@@ -8,11 +8,14 @@
 #include "orn/threading/WindowMessage.h"
 
 #include <grp.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
+#include <map>
 #include <string>
 
 namespace {
@@ -60,14 +63,20 @@ int forked() {
     return failed != 0 ? failed : status;
 }
 
-/// Reads and tries to write as somebody who owns nothing.
-int asNobody() {
+/// Reads and tries to write what the user has forbidden himself, and once he has allowed it. Root, who may do everything,
+/// becomes the user of no rights first.
+int onlyReading() {
     if (::geteuid() == 0 && (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0)) return 1;
     std::wstring text;
-    RegReadKey{user, L"key"}.getString(L"name", text);
+    RegReadKey const readable{user, L"key"};
+    readable.getString(L"name", text);
     RegWriteKey writable{user, L"key"};
     std::printf("%s; %s\n", utf8(text).c_str(), utf8(writable.errorMessage()).c_str());
-    return writable.setString(L"name", L"changed") || RegWriteKey{user, L"new"}.valid() ? 2 : 0;
+    if (writable.setString(L"name", L"changed") || RegWriteKey{user, L"new"}.valid()) return 2;
+    if (!readable.getString(L"name", text)) return 3;
+    for (char const* end : {"", "-wal", "-shm"})
+        ::chmod((std::getenv("ORN_REGISTRY") + std::string{end}).c_str(), 0600);
+    return RegWriteKey{user, L"key"}.setString(L"name", L"changed") ? 0 : 4;
 }
 
 /// With the rights of another user: what the environment says must lead to no file.
@@ -97,13 +106,12 @@ int all() {
 
 }
 
-int main(int count, char** words) {
-    std::string const use = count > 1 ? words[1] : "";
-    if (use == "write") return write(getWCS(words[2]));
-    if (use == "churn") return churn();
-    if (use == "fork") return forked();
-    if (use == "nobody") return asNobody();
-    if (use == "privileged") return privileged();
-    if (use == "all") return all();
-    return 64;
+int main(int, char** words) {
+    std::map<std::string, std::function<int()>> const uses{{"write", [words] { return write(getWCS(words[2])); }},
+                                                           {"churn", churn},
+                                                           {"fork", forked},
+                                                           {"only-reading", onlyReading},
+                                                           {"privileged", privileged},
+                                                           {"all", all}};
+    return uses.at(words[1])();
 }
