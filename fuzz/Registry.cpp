@@ -3,9 +3,8 @@
 #include "orn/os/Registry.h"
 #include "fuzz/Input.h"
 #include "fuzz/Law.h"
-#include "orn/platform/RegistryKey.h"
 #include "orn/text/Encoding.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestRegistry.h"
 
 #include <cstdlib>
 #include <optional>
@@ -14,24 +13,16 @@
 
 namespace {
 
-// A registry of this process's own, and an environment to expand that has a long, an empty and a strange name in it.
-class Surroundings {
-public:
+// A key, and an environment to expand that has a long, an empty and a strange name in it.
+struct Surroundings {
     Surroundings() {
-        setenv("ORN_REGISTRY", utf8(folder_ / L"registry.db").c_str(), 1);
         setenv("S", "short", 1);
         setenv("EMPTY", "", 1);
         setenv("LONG", std::string(200, 'x').c_str(), 1);
         setenv("\xC3\xA9 \xF0\x9F\x98\x80", "%S%\xE2\x82\xAC", 1);
-        key_.emplace(user(), L"fuzz", 0);
-        fuzz::holds("the key is made", key_->valid());
     }
-    RegWriteKey const& key() const { return *key_; }
-    static HKEY user() { return reinterpret_cast<HKEY>(static_cast<std::intptr_t>(ORN::os::rootUser)); }
-
-private:
-    TemporaryFolder folder_;
-    std::optional<RegWriteKey> key_;
+    TestRegistry registry;
+    RegWriteKey const key{registry.root(), registry.path()};
 };
 
 // The second sign of a name that nothing has begins no other.
@@ -93,16 +84,16 @@ std::optional<DWORD> readNumber(DWORD type, std::string const& bytes) {
 
 ORN_LAW(Registry) {
     static Surroundings const surroundings;
+    RegWriteKey const& written = surroundings.key;
     DWORD const types[] = {1, 2, 3, 4, 7, 0, 11, 0xFFFFFFFF};
     DWORD const type = types[input.option(8)];
     Exact<char> const room{input.option(64)};
     Exact<char> const data{input.bytes()};
     std::string const bytes = input.bytes();
-    RegWriteKey const& written = surroundings.key();
     DWORD const status = ORN::os::setValue(written.key(), L"Value", type, data.data(), static_cast<DWORD>(data.size()));
     same("the value is set", status, 0u);
 
-    RegReadKey const key{surroundings.user(), L"FUZZ", 0};
+    RegReadKey const key{surroundings.registry.root(), surroundings.registry.path()};
     std::wstring text = L"before";
     auto const expectedText = readString(type, bytes);
     same("is a string", key.getString(L"value", text), expectedText.has_value());

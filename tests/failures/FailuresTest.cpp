@@ -429,41 +429,39 @@ TEST(Failures, OfTheRegistry) {
     Fields texts;
     std::vector<BYTE> bytes;
     DWORD number = 0;
-    struct {
-        std::string name, call;
-        std::function<bool()> use;
-    } const accessors[] = {
-        {"getString", "RegQueryValueExW", [&] { return key.getString(L"s", text); }},
-        {"getUnexpandedString", "RegQueryValueExW", [&] { return key.getUnexpandedString(L"s", text); }},
-        {"getMultiString", "RegQueryValueExW", [&] { return key.getMultiString(L"m", texts); }},
-        {"getDword", "RegQueryValueExW", [&] { return key.getDword(L"d", number); }},
-        {"getBinary", "RegQueryValueExW", [&] { return key.getBinary(L"b", &number, 4) != 0; }},
-        {"getBinary, all", "RegQueryValueExW", [&] { return key.getBinary(L"b", bytes); }},
-        {"getSubKeys", "RegEnumKeyExW", [&] { return key.getSubKeys(texts); }},
-        {"getValueNames", "RegEnumValueW", [&] { return key.getValueNames(texts) && texts.size() >= 4; }},
-        {"setString", "RegSetValueExW", [&] { return key.setString(L"another value", L"a text of some length"); }},
-        {"setMultiString", "RegSetValueExW", [&] { return key.setMultiString(L"m", {L"a text of some length"}); }},
-        {"deleteValue", "RegDeleteValueW", [&] { return key.setString(L"gone", L"") && key.deleteValue(L"gone"); }},
-        {"deleteSubKey", "SHDeleteKeyW", [&] {
-             return RegWriteKey{key, L"gone", 0}.valid() && key.deleteSubKey(L"gone");
-         }}};
     ASSERT_TRUE(key.setString(L"s", longText) && key.setMultiString(L"m", {longText}) && key.setDword(L"d", 5) &&
                 key.setBinary(L"b", "1234", 4));
-    auto const open = [&] { return RegReadKey(registry.root(), registry.path(), 0).valid(); };
-    auto const create = [&] { return RegWriteKey(key, L"a\\b\\c", 0).valid(); };
-    std::vector<faults::Case> table{{"open", open, {{"RegOpenKeyExW", L"0"}}, 0},
-                                    {"create", create, {{"RegCreateKeyExW", L"0"}}, 0}};
-    for (auto const& accessor : accessors) {
-        auto const use = [&] {
-            bool const done = accessor.use();
+    auto const accessor = [&](char const* name, char const* call, std::function<bool()> const& use) {
+        auto const used = [&, use] {
+            bool const done = use();
             std::wstring{}.swap(text);  // so that it allocates again
             Fields{}.swap(texts);
             EXPECT_TRUE(done ? key.errorMessage().size() == path : key.errorMessage().size() > path + 2);  // says why
             return done;
         };
-        table.push_back({accessor.name, use, {{accessor.call, L"0"}}, 0});
-    }
-    expectFailures(table);
+        return faults::Case{name, used, {{call, L"0"}}, 0};
+    };
+    char const *const query = "RegQueryValueExW", *const set = "RegSetValueExW";
+    auto const open = [&] { return RegReadKey(registry.root(), registry.path(), 0).valid(); };
+    auto const create = [&] { return RegWriteKey(key, L"a\\b\\c", 0).valid(); };
+    auto const deleteValue = [&] { return key.setString(L"gone", L"") && key.deleteValue(L"gone"); };
+    auto const deleteSubKey = [&] { return RegWriteKey(key, L"gone").valid() && key.deleteSubKey(L"gone"); };
+    expectFailures({
+        {"open", open, {{"RegOpenKeyExW", L"0"}}, 0},
+        {"create", create, {{"RegCreateKeyExW", L"0"}}, 0},
+        accessor("getString", query, [&] { return key.getString(L"s", text); }),
+        accessor("getUnexpandedString", query, [&] { return key.getUnexpandedString(L"s", text); }),
+        accessor("getMultiString", query, [&] { return key.getMultiString(L"m", texts); }),
+        accessor("getDword", query, [&] { return key.getDword(L"d", number); }),
+        accessor("getBinary", query, [&] { return key.getBinary(L"b", &number, 4) != 0; }),
+        accessor("getBinary, all", query, [&] { return key.getBinary(L"b", bytes); }),
+        accessor("getSubKeys", "RegEnumKeyExW", [&] { return key.getSubKeys(texts); }),
+        accessor("getValueNames", "RegEnumValueW", [&] { return key.getValueNames(texts) && texts.size() >= 4; }),
+        accessor("setString", set, [&] { return key.setString(L"another value", L"a text of some length"); }),
+        accessor("setMultiString", set, [&] { return key.setMultiString(L"m", {L"a text of some length"}); }),
+        accessor("deleteValue", "RegDeleteValueW", deleteValue),
+        accessor("deleteSubKey", "SHDeleteKeyW", deleteSubKey),
+    });
 }
 
 TEST(Failures, OfThePlatform) {

@@ -1,9 +1,9 @@
-/* tint: three threads mix paints, a ledger listens, and the pots stand along a half circle. */
+/* tint: three threads mix paints, and a ledger listens. */
 #include "orn/orn.h"
 
-#include <array>
 #include <cstdio>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -34,18 +34,13 @@ class Ledger final : public EVSubscription<Quark> {
 int main() {
   auto const mixed = EVSubscriptionList<Quark>::create();
   Ledger const ledger{*mixed};
-  std::array<std::thread, 3> mixers;
-  for (std::thread &mixer : mixers)
-    mixer = std::thread{[&mixed] { for (int pot = 0; pot < 100; ++pot) mixed->notify(Quark::create(L"ochre")); }};
-  for (std::thread &mixer : mixers) mixer.join();
-  std::printf("mixed: %d\n", ledger.pots);
-
+  std::vector<std::jthread> mixers;
+  while (mixers.size() < 3)
+    mixers.emplace_back([&mixed] { for (int pot = 0; pot < 100; ++pot) mixed->notify(Quark::create(L"ochre")); });
+  mixers.clear();
   try {
     mixed->notify(Quark::create(L"vermilion"));
   } catch (NotStocked const &refusal) {
-    std::printf("refused: %s\n", utf8(refusal.wWhat()).c_str());
+    std::printf("mixed: %d\nrefused: %s\n", ledger.pots, utf8(refusal.wWhat()).c_str());
   }
-
-  ORN::Arc<2> const tray{Point<2>{2, 0}, 1, Point<2>{-2, 0}};
-  std::printf("tray: %.4f\n", tray.length());
 }

@@ -5,42 +5,24 @@
 
 #include <iostream>
 #include <map>
-#include <string>
 #include <vector>
-
-struct Bed
-{
-    double length = 0;
-    Extent<2> box;
-};
 
 int main()
 {
-    const std::wstring sides =
-        L"bed,x1,y1,x2,y2,bulge\n"
-        L"\u00D6stliches Beet,0,0,3,0,\n"
-        L"\u00D6stliches Beet,3,0,3,4,\n"
-        L"\u00D6stliches Beet,3,4,0,0,\n"
-        L"\"Pond, round\",-2,0,2,0,1\n"
-        L"\"Pond, round\",2,0,-2,0,1\n";
-
-    std::map<Quark, Bed, QuarkCollatesLess> beds;
-    ORN::CSVReader rows(sides, L"bed,x1,y1,x2,y2,bulge");
-    for (std::vector<std::wstring> row; rows.read(row);) {
-        double numbers[5] = {};
-        for (std::size_t i = 0; i < 5; ++i)
-            if (!isDouble(&numbers[i], row[i + 1].data(), row[i + 1].size()))
-                numbers[i] = 0;
-        const ORN::Arc<2> side(Point<2>(numbers[0], numbers[1]), numbers[4], ORN::Point<2>(numbers[2], numbers[3]));
-        Bed &bed = beds[Quark::create(row[0].c_str())];
-        bed.length += side.length();
-        bed.box |= side.extent();
-    }
+    std::map<Quark, std::vector<ORN::Arc<2>>, QuarkCollatesLess> beds;
+    const Point<2> a(0, 0), b(3, 0), c(3, 4), west(-2, 0), east(2, 0);
+    beds[Quark::create(L"\u00D6stliches Beet")] = {{a, 0, b}, {b, 0, c}, {c, 0, a}};
+    beds[Quark::create(L"Pond, round")] = {{west, 1, east}, {east, 1, west}};
 
     const auto turned = UniformTransform<2>::rotation(Angle::degrees(90));
-    for (const auto &[name, bed] : beds) {
-        const Extent<2> box = bed.box * turned;
-        std::cout << utf8(stringPrintf(L"%ls: %.4f m of edging, turned sheet %.0f x %.0f\n", name.value(), bed.length,
+    for (const auto &[name, sides] : beds) {
+        double length = 0;
+        Extent<2> box;
+        for (const ORN::Arc<2> &side : sides) {
+            length += side.length();
+            box |= side.extent() * turned;
+        }
+        std::cout << utf8(stringPrintf(L"%ls: %.4f m of edging, turned sheet %.0f x %.0f\n", name.value(), length,
                                        box.hi().x() - box.lo().x(), box.hi().y() - box.lo().y()));
     }
 
