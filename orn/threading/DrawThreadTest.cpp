@@ -2,7 +2,7 @@
 
 #include "orn/threading/WindowMessage.h"
 #include "tests/support/Faults.h"
-#include "tests/support/Tally.h"
+#include "tests/support/TestThread.h"
 #include "tests/support/TestWindow.h"
 
 #include <optional>
@@ -13,54 +13,8 @@ using ORN::Threading::BoringWaiter;
 
 namespace {
 
-HWND window(int number) { return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(0x7F00 + number)); }
-
 /// What was drawn, in order; of the worker's, to be read when it has ended.
 using Log = std::vector<HWND>;
-
-/// Does what it is given, and is complete when that returns true.
-struct TestTask : DrawTask {
-    TestTask(HWND drawn, std::function<bool(TestTask&)> does) : window{drawn}, body{std::move(does)} {}
-
-    HWND key() const override { return window; }
-    void abort() override { ++aborts; }
-    bool run() override {
-        ++runs;
-        return body(*this);
-    }
-
-    HWND const window;
-    std::function<bool(TestTask&)> const body;
-    Tally runs, aborts;
-};
-
-class TestThread : public DrawThread {
-public:
-    ~TestThread() override { end(); }
-
-    using DrawThread::threadName;
-
-    void insertAndReach(TestTask& task) {
-        insert(task);
-        task.runs.reach(1);
-    }
-    /// Queues the tasks while nothing is drawn.
-    void insertTogether(std::initializer_list<TestTask*> tasks) {
-        Tally open;
-        TestTask gate{window(0), [&](TestTask&) { return open.reach(1), true; }};
-        insertAndReach(gate);
-        for (TestTask* task : tasks) insert(*task);
-        ++open;
-        cancel(gate.window, BoringWaiter{});
-    }
-    bool end() { return finish(BoringWaiter{}); }
-
-    std::atomic<int> starts = 0, exits = 0;
-
-private:
-    void onThreadStart() override { ++starts; }
-    void onThreadExit() override { ++exits; }
-};
 
 class DrawThreadTest : public testing::Test {
 protected:
@@ -75,6 +29,16 @@ protected:
                     task.aborts.reach(1);
                     return task.runs > 1;
                 }};
+    }
+
+    /// Queues the tasks while nothing is drawn.
+    void insertTogether(std::initializer_list<TestTask*> tasks) {
+        Tally open;
+        TestTask gate{window(0), [&](TestTask&) { return open.reach(1), true; }};
+        thread_.insertAndReach(gate);
+        for (TestTask* task : tasks) thread_.insert(*task);
+        ++open;
+        thread_.cancel(gate.window, BoringWaiter{});
     }
 
     Log log_;
@@ -100,7 +64,7 @@ TEST_F(DrawThreadTest, ATaskForTheWindowBeingDrawnTakesItsPlaceAndAQueuedOneIsKe
     EXPECT_EQ(first.aborts, 1);
 
     TestTask kept = drawing(window(3)), rejected = drawing(window(3));
-    thread_.insertTogether({&kept, &rejected});
+    insertTogether({&kept, &rejected});
     kept.runs.reach(1);
     thread_.end();
     EXPECT_EQ(log_, (Log{window(1), window(1), window(3)})) << "the task in progress was not to be resumed";
@@ -118,22 +82,18 @@ TEST_F(DrawThreadTest, AnInterruptedTaskIsResumedAndACancelledOneIsNot) {
     EXPECT_EQ(dropped.runs, 1);
 }
 
-TEST_F(DrawThreadTest, ATaskThatThrowsIsDroppedAndWhoWaitsForItIsTold) {
-    TestTask failing{window(1), [](TestTask& task) -> bool {
-                         task.aborts.reach(1);
-                         throw std::runtime_error{"cannot draw"};
-                     }};
-    TestTask next = drawing(window(2));
+TEST_F(DrawThreadTest, WhoWaitsForATaskThatThrowsIsToldAndItIsDropped) {
+    TestTask failing{window(1),
+                     [](TestTask& task) { return task.aborts.reach(1), throw std::runtime_error{"fails"}, true; }};
     thread_.insertAndReach(failing);
     thread_.interrupt(BoringWaiter{});
-    thread_.insertAndReach(next);
     thread_.end();
     EXPECT_EQ(failing.runs, 1);
 }
 
 TEST_F(DrawThreadTest, QueuedWindowsThatAreGoneWaitForTheNextWake) {
     TestTask a = drawing(window(1)), b = drawing(window(2)), again = drawing(window(1));
-    thread_.insertTogether({&a, &b});
+    insertTogether({&a, &b});
     EXPECT_EQ(a.runs + b.runs, 0);
     thread_.cancel(window(2));
     thread_.insert(again);  // a is still queued; the wake finds it alone
@@ -146,10 +106,20 @@ TEST_F(DrawThreadOnScreenTest, TheFrontMostQueuedWindowIsDrawnNext) {
     TestWindow const child{&*back_};
     TestTask drawBack = drawing(back_->handle()), drawMiddle = drawing(middle_->handle()),
              drawFront = drawing(front_->handle()), drawChild = drawing(child.handle());
-    thread_.insertTogether({&drawBack, &drawMiddle, &drawFront, &drawChild});
+    insertTogether({&drawBack, &drawMiddle, &drawFront, &drawChild});
     drawBack.runs.reach(1);
     thread_.end();
     EXPECT_EQ(log_, (Log{front_->handle(), middle_->handle(), child.handle(), back_->handle()}));
+}
+
+// The inserts leave one wake behind, which alone would not lead to the third task.
+TEST_F(DrawThreadOnScreenTest, AfterTasksThatThrowTheQueueGoesOn) {
+    auto const fail = [](TestTask&) -> bool { throw std::runtime_error{"cannot draw"}; };
+    TestTask first{front_->handle(), fail}, second{middle_->handle(), fail}, third = drawing(back_->handle());
+    insertTogether({&first, &second, &third});
+    third.runs.reach(1);
+    thread_.end();
+    EXPECT_TRUE(first.runs == 1 && second.runs == 1 && thread_.starts == 1);
 }
 
 TEST_F(DrawThreadOnScreenTest, AWindowAboveInterruptsTheDrawingAndOneBelowDoesNot) {

@@ -1,6 +1,7 @@
 #include "orn/threading/Lock.h"
 
-#include <gtest/gtest.h>
+#include "orn/threading/ParkingTable.h"
+#include "tests/support/Faults.h"
 
 #include <chrono>
 #include <mutex>
@@ -9,11 +10,46 @@
 
 namespace {
 
+using namespace ORN::Threading;
+using std::chrono::milliseconds;
+
 constexpr LONG exclusive = 0x10000000, shared = 1;
 constexpr LONG exclusiveMask = -1, sharedMask = static_cast<LONG>(0xF0000000u);
 
 static_assert(std::is_same_v<ExclusiveLock, ReadWriteLock<0x10000000, -1>>);
 static_assert(std::is_same_v<SharedLock, ReadWriteLock<1, static_cast<LONG>(0xF0000000u)>>);
+
+void awaitWaiter(LONG volatile& word) {
+    while (slotOf(word).waiters() == 0) std::this_thread::yield();
+}
+
+void expectNobodyWaits(LONG volatile& word) {
+    EXPECT_EQ(slotOf(word).waiters(), 0u);
+    EXPECT_TRUE(slotOf(word).parking().idle());
+}
+
+TEST(ParkingTable, TheSlotIsTheTopFiveBitsOfTheProduct) {
+    struct {
+        std::uint64_t address;
+        std::size_t slot;
+    } const cases[] = {
+        {0x0, 0},
+        {0x1, 19},
+        {0x4, 15},
+        {0x10, 28},
+        {0x1000, 14},
+        {0x140003A58, 26},
+        {0x7FFDEADBEEF0, 10},
+        {0xFFFFFFFFFFFFFFFF, 12},
+        {0x4EB24FD71E58, 17},  // an odd factor would give 18, 8, 10 and 26 from here
+        {0x790D44AF5D08, 7},
+        {0x7F98E9F7E16C, 9},
+        {0x5F1AC7C22D88, 25},
+    };
+    for (auto const& one : cases) EXPECT_EQ(slotNumber(one.address), one.slot) << std::hex << one.address;
+    LONG volatile word = 0;
+    EXPECT_EQ(&slotOf(word), &parkingTable[slotNumber(reinterpret_cast<std::uintptr_t>(&word))]);
+}
 
 TEST(Lock, EachOperationOnEachStateOfTheWord) {
     struct {
@@ -40,17 +76,6 @@ TEST(Lock, EachOperationOnEachStateOfTheWord) {
         if (acquired) readWriteLockUnlock(word, one.add);
         EXPECT_EQ(word, one.before) << std::hex << one.before << ' ' << one.add;
     }
-}
-
-TEST(Lock, ATimeLimitBoundsTheWaitInMillisecondsAndIsNotReachedByATimedWaitThatIsWoken) {
-    LONG volatile word = exclusive;
-    auto const start = std::chrono::steady_clock::now();
-    EXPECT_FALSE(readWriteLockLock(word, shared, sharedMask, 990));  // a second begins meanwhile
-    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds{970});
-
-    std::jthread const waiter{[&] { EXPECT_TRUE(readWriteLockLock(word, shared, sharedMask, 100'000)); }};
-    std::this_thread::sleep_for(std::chrono::milliseconds{20});
-    readWriteLockUnlock(word, exclusive);
 }
 
 TEST(Lock, GuardsStepOutAndBackIn) {
@@ -92,6 +117,68 @@ TEST(Lock, TheStandardGuardsTakeItsWords) {
     EXPECT_TRUE(a == 0 && b == 0);
 }
 
+TEST(Lock, AWaitThatTimesOutIsRefusedOrIsWokenLeavesNobodyBehind) {
+    LONG volatile word = exclusive;
+    auto const start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(readWriteLockLock(word, shared, sharedMask, 990));  // a second begins meanwhile
+    EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds{970});
+    expectNobodyWaits(word);
+    {
+        faults::Refuse const refuse{"parkingWait"};
+        EXPECT_EQ(thrown([&] { SharedLock const lock{word}; }), L"WinError: " + formatMessage(DWORD{6}, nullptr));
+        EXPECT_EQ(refuse.refusals(), 1);
+    }
+    EXPECT_EQ(word, exclusive);
+    expectNobodyWaits(word);
+    {
+        std::jthread const waiter{[&] { EXPECT_TRUE(readWriteLockLock(word, shared, sharedMask, 100'000)); }};
+        std::this_thread::sleep_for(milliseconds{20});
+        readWriteLockUnlock(word, exclusive);
+    }
+    EXPECT_EQ(word, shared);
+    expectNobodyWaits(word);
+}
+
+TEST(Lock, ARefusedWakeUpIsToldTheWordIsFreeAndTheNextReleaseMakesUpForIt) {
+    LONG volatile word = 0;
+    ExclusiveLock lock{word};
+    std::thread waiter{[&] { ExclusiveLock const other{word}; }};
+    awaitWaiter(word);
+    std::this_thread::sleep_for(milliseconds{200});
+    {
+        faults::Refuse const refuse{"parkingWake"};
+        EXPECT_THROW(lock.unlock(), WinError);
+        EXPECT_EQ(refuse.refusals(), 1);
+    }
+    EXPECT_EQ(word, 0);
+    EXPECT_NO_THROW(lock.unlock());  // it is not held, and so not released again
+    EXPECT_EQ(slotOf(word).waiters(), 1u);
+
+    lock.lock();
+    lock.unlock();
+    waiter.join();
+    EXPECT_EQ(word, 0);
+    expectNobodyWaits(word);
+}
+
+TEST(Lock, ParkingThatCannotBeMadeIsToldAndLeavesNothing) {
+    closeParking();
+    {
+        faults::Refuse const refuse{"parkingCreate", 5};
+        std::wstring const told = thrown([] { createParking(); });
+        EXPECT_EQ(told == L"nothing", refuse.refusals() == 0)
+            << told;  // there is nothing to make, and to refuse, on Linux
+    }
+    createParking();
+    LONG volatile word = exclusive;
+    {
+        std::jthread const waiter{[&] { SharedLock const lock{word}; }};
+        awaitWaiter(word);
+        readWriteLockUnlock(word, exclusive);
+    }
+    EXPECT_EQ(word, 0);
+}
+
 /// What a lock protects: a writer leaves the two equal, and a reader must find them so.
 struct Account {
     LONG volatile word = 0;
@@ -109,24 +196,15 @@ struct Account {
     }
 };
 
-/// Accounts whose words share a slot, which is the top five bits of a product.
-std::vector<Account*> neighbours(std::vector<Account>& room, std::size_t count) {
-    auto const slotOf = [](Account const& one) {
-        return std::uint64_t{reinterpret_cast<std::uintptr_t>(&one.word)} * 0x9E3779B97F4A7C14u >> 59;
-    };
-    std::vector<Account*> found;
-    for (Account& one : room)
-        if (found.size() < count && slotOf(one) == slotOf(room.front())) found.push_back(&one);
-    EXPECT_EQ(found.size(), count);
-    return found;
-}
-
 // Many words of one slot, one of them busier than the rest, and one word whose writer waits for its readers.
 TEST(Lock, ACrowdOfReadersAndWriters) {
     std::vector<Account> room(4096);
+    std::vector<Account*> neighbours;
+    for (Account& one : room)
+        if (&slotOf(one.word) == &slotOf(room.front().word)) neighbours.push_back(&one);
     for (std::size_t const words : {6, 1}) {
         constexpr std::uint32_t threads = 4, rounds = 150'000;
-        auto const accounts = neighbours(room, words);
+        ASSERT_GE(neighbours.size(), words);
         std::atomic<long> torn{0};
         {
             std::vector<std::jthread> crowd;
@@ -136,16 +214,15 @@ TEST(Lock, ACrowdOfReadersAndWriters) {
                     for (std::uint32_t round = 0; round < rounds; ++round) {
                         random = random * 1664525u + 1013904223u;
                         bool const write = words == 1 ? thread == 0 && round % 8 == 0 : round % 4 == 0;
-                        accounts[random >> 24 & 1 ? 0 : random % words]->visit(write, torn);
+                        neighbours[random >> 24 & 1 ? 0 : random % words]->visit(write, torn);
                     }
                 });
         }
         EXPECT_EQ(torn, 0);
         long writes = 0;
-        for (Account* const account : accounts) {
-            EXPECT_EQ(account->word, 0);
-            EXPECT_EQ(account->left, account->right);
-            writes += std::exchange(account->left, account->right = 0);
+        for (Account& account : room) {
+            EXPECT_TRUE(account.word == 0 && account.left == account.right);
+            writes += std::exchange(account.left, account.right = 0);
         }
         EXPECT_EQ(writes, words == 1 ? rounds / 8 : threads * rounds / 4);
     }

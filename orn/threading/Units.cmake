@@ -1,5 +1,5 @@
 orn_unit(threading/CriticalSection)
-orn_unit(threading/Lock)
+orn_unit(threading/Lock FAILING)
 orn_unit(threading/Waiter BY Scheduler FAILING)
 orn_unit(threading/Scheduler FAILING)
 orn_unit(threading/DrawThread FAILING)

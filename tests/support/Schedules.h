@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <random>
 #include <utility>
 #include <vector>
 
@@ -25,7 +24,7 @@ public:
 
     enum class End { done, stuck, endless };
 
-    void add(std::function<void()> body) { threads_.push_back({std::move(body), {}, false, nullptr, false, -1}); }
+    void add(std::function<void()> body) { threads_.emplace_back().body = std::move(body); }
 
     /// The thread stands still for good after so many steps. Nobody waits for its end.
     void halt(std::size_t thread, int steps) { threads_[thread].left = steps; }
@@ -37,26 +36,27 @@ public:
 
     /// `stuck`: somebody has not ended and nobody can go on. `endless`: more than `limit` steps were done.
     End run(Chooser const& choose, int limit = 2000) {
-        Machine* const outer = std::exchange(current, this);
+        current = this;
         for (std::size_t thread = 0; thread < threads_.size(); ++thread) advance(thread, 0);
         End const end = steps(choose, limit);
-        current = outer;
+        current = nullptr;
         return end;
     }
 
     std::size_t self() const noexcept { return running_; }
 
-    /// One step of the running thread.
+    /// One step of the running thread. Where no machine runs, the operation is simply done.
     template <typename Operation>
     static std::uint64_t step(Operation operation) {
-        return current->perform(nullptr, false, [&] { return static_cast<std::uint64_t>(operation()); });
+        return await({}, false, operation);
     }
 
     /// A step that can be done only when `ready`; where `timed`, it can give up instead and is then `timedOut`. `ready` is
     /// asked after the body was left, so it must own what it looks at or name what outlives the body.
     template <typename Operation>
     static std::uint64_t await(std::function<bool()> ready, bool timed, Operation operation) {
-        return current->perform(std::move(ready), timed, [&] { return static_cast<std::uint64_t>(operation()); });
+        auto const result = [&] { return static_cast<std::uint64_t>(operation()); };
+        return current != nullptr ? current->perform(std::move(ready), timed, result) : result();
     }
 
     static inline constinit Machine* current = nullptr;
@@ -66,10 +66,10 @@ private:
     struct Thread {
         std::function<void()> body;
         std::vector<std::uint64_t> results;
-        bool done;
+        bool done = false;
         std::function<bool()> ready;
-        bool timed;
-        int left;  // steps until it stands still; negative: never
+        bool timed = false;
+        int left = -1;  // steps until it stands still; negative: never
     };
     struct Way {
         std::size_t thread;
@@ -79,22 +79,20 @@ private:
     End steps(Chooser const& choose, int limit) {
         for (int done = 0; done < limit; ++done) {
             std::vector<Way> ways;
-            bool ended = true;
+            bool ended = true, anyGoesOn = false, lastGoesOn = false;
             for (std::size_t thread = 0; thread < threads_.size(); ++thread) {
                 Thread const& one = threads_[thread];
                 if (one.done || one.left == 0) continue;
                 ended = false;
-                if (!one.ready || one.ready()) ways.push_back({thread, false});
+                bool const goesOn = !one.ready || one.ready();
+                anyGoesOn |= goesOn;
+                lastGoesOn |= goesOn && thread == running_;
+                if (goesOn) ways.push_back({thread, false});
                 if (one.timed) ways.push_back({thread, true});
             }
-            if (ended) return End::done;
-            if (ways.empty()) return End::stuck;
-            auto const goesOn = [](Way way) { return !way.givesUp; };
-            bool const anyGoesOn = std::ranges::any_of(ways, goesOn);
-            bool const lastGoesOn =
-                std::ranges::any_of(ways, [&](Way way) { return goesOn(way) && way.thread == running_; });
+            if (ways.empty()) return ended ? End::done : End::stuck;
             auto const isTurn = [&, last = running_](Way way) {
-                return (lastGoesOn && way.thread != last) || (anyGoesOn && way.givesUp);
+                return way.givesUp ? anyGoesOn : lastGoesOn && way.thread != last;
             };
             if (turns_ == 0) std::erase_if(ways, isTurn);
             Way const way = ways[ways.size() == 1 ? 0 : choose(ways.size())];
@@ -163,16 +161,6 @@ private:
     std::size_t depth_ = 0;
 };
 
-/// The schedule of a seed, the same on every system.
-class SeededSchedule {
-public:
-    explicit SeededSchedule(std::uint64_t seed) : random_{seed} {}
-    std::size_t operator()(std::size_t count) { return static_cast<std::size_t>(random_() % count); }
-
-private:
-    std::mt19937_64 random_;
-};
-
 /// An atomic word whose every use is a step.
 template <typename T>
 class Atomic {
@@ -182,28 +170,26 @@ public:
     T load() const {
         return static_cast<T>(Machine::step([this] { return value_; }));
     }
-    T fetch_add(T term) { return change(std::plus<T>{}, term); }
-    T fetch_sub(T term) { return change(std::minus<T>{}, term); }
-    T fetch_or(T bits) { return change(std::bit_or<T>{}, bits); }
+    T fetch_add(T term) {
+        return change([term](T value) { return value + term; });
+    }
+    T fetch_sub(T term) {
+        return change([term](T value) { return value - term; });
+    }
     T exchange(T next) {
-        return change([](T, T given) { return given; }, next);
+        return change([next](T) { return next; });
     }
     bool compare_exchange_strong(T& expected, T next) {
-        T const seen = static_cast<T>(Machine::step([&] {
-            T const before = value_;
-            if (before == expected) value_ = next;
-            return before;
-        }));
+        T const seen = change([=](T value) { return value == expected ? next : value; });
         return std::exchange(expected, seen) == seen;
     }
 
-    T now() const noexcept { return value_; }  ///< outside of any schedule
+    T now() const noexcept { return value_; }  ///< within another step
 
 private:
-    template <typename Change>
-    T change(Change next, T operand) {
-        return static_cast<T>(
-            Machine::step([&] { return std::exchange(value_, static_cast<T>(next(value_, operand))); }));
+    template <typename Next>
+    T change(Next next) {
+        return static_cast<T>(Machine::step([&] { return std::exchange(value_, static_cast<T>(next(value_))); }));
     }
 
     T value_;
