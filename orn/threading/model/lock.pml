@@ -12,7 +12,6 @@
 #define EXCLUSIVE 16
 
 byte word[2];
-byte waiters;
 byte through[2];
 
 #define mustWait(seen) ((add == EXCLUSIVE && seen != 0) || seen >= EXCLUSIVE)
@@ -95,57 +94,41 @@ inline wake() {
 
 /* ---- The lock ---- */
 
-#define swap(next) \
-    atomic { \
-        swapped = (word[at] == seen); \
-        when(swapped, word[at] = next); \
-        when(!swapped, seen = word[at]) \
-    }
+/* A swap that fails is left out: another thread's has succeeded instead. */
 
 inline waitFor() {
-    waiters++;
     atomic { ledger = ledger + ONE_PRESENT; ticket = epoch(ledger) };
-    seen = word[at];
     do
-    :: mustWait(seen) ->
+    :: mustWait(word[at]) ->
        sleep();
-       when(timedOut, break);
-       seen = word[at]
+       when(timedOut, break)
     :: else -> break
     od;
-    giveBack();
-    waiters--
+    giveBack()
 }
 
 inline acquire() {
     timedOut = false;
-    seen = word[at];
     do
-    :: mustWait(seen) ->
+    :: mustWait(word[at]) ->
        waitFor();
        when(timedOut, break)
-    :: else ->
-       swap(seen + add);
-       when(swapped, break)
+    :: atomic { !mustWait(word[at]) -> word[at] = word[at] + add; break }
     od
 }
 
+/* Whoever waits is in the ledger, so the count of those who wait is not needed. */
 inline release() {
-    seen = word[at];
-    do
-    :: swap(seen - add);
-       when(swapped, break)
-    od;
-    when(waiters != 0, wake());
-    seen = 0
+    word[at] = word[at] - add;
+    wake()
 }
 
 /* ---- The threads ---- */
 
 #define LOCALS \
-    byte seen, ticket, fresh; \
+    byte ticket, fresh; \
     short old; \
-    bool swapped, taken, settled, anothers, timedOut
+    bool taken, settled, anothers, timedOut
 
 proctype Visitor(byte at; byte add; bool timed; byte rounds) {
     LOCALS;
