@@ -83,8 +83,10 @@ TEST_F(DrawThreadTest, AnInterruptedTaskIsResumedAndACancelledOneIsNot) {
 }
 
 TEST_F(DrawThreadTest, WhoWaitsForATaskThatThrowsIsToldAndItIsDropped) {
-    TestTask failing{window(1),
-                     [](TestTask& task) { return task.aborts.reach(1), throw std::runtime_error{"fails"}, true; }};
+    TestTask failing{window(1), [](TestTask& task) -> bool {
+                         task.aborts.reach(1);
+                         throw std::runtime_error{"cannot draw"};
+                     }};
     thread_.insertAndReach(failing);
     thread_.interrupt(BoringWaiter{});
     thread_.end();

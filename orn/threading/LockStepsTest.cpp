@@ -56,8 +56,6 @@ struct Futex {
 struct Semaphore {
     long counts = 0;
 
-    bool create() noexcept { return true; }
-    void close() noexcept {}
     DWORD wait(DWORD timeout) {
         auto const take = [this] { return counts > 0 ? (--counts, 0) : 258; };
         auto const ready = [this] { return counts > 0; };
@@ -144,21 +142,15 @@ struct Setting {
     bool holder = false;
 };
 
-/// A thread that stands still for good after so many steps.
-struct Halt {
-    std::size_t thread = 0;
-    int steps = -1;
-};
-
 constexpr char const* lost = "a wake-up was lost";
 constexpr char const* endless = "went on and on";
 
-/// Plays a setting in the order that `choose` says; empty when all went well, as far as the others get where one halts.
+/// Plays a setting in the order that `choose` says, limited as `limit` says; empty when all went well, as far as the others
+/// get where one halts.
 template <typename Parking>
-std::string play(Setting const& setting, Machine::Chooser const& choose, Halt halt = {}, int turns = -1) {
+std::string play(Setting const& setting, Machine::Chooser const& choose, auto limit) {
     Futex::sleepers = {};
     Machine machine;
-    machine.limitTurns(turns);
     schedules::Atomic<LONG> first{setting.holder ? exclusive : 0}, second{first};
     bool crowded = false;
     ParkingSlot<Parking> slot;
@@ -179,11 +171,11 @@ std::string play(Setting const& setting, Machine::Chooser const& choose, Halt ha
             Machine::step([&] { return ++through[visit.word]; });
         });
 
-    machine.halt(halt.thread, halt.steps);
+    limit(machine);
     Machine::End const end = machine.run(choose);
-    if (end != Machine::End::done) return end == Machine::End::stuck ? lost : endless;
+    if (end > Machine::End::halted) return end == Machine::End::stuck ? lost : endless;
     if (crowded) return "somebody was inside together with a writer";
-    if (halt.steps >= 0) return "";
+    if (end == Machine::End::halted) return "";
     if (first.now() != 0 || second.now() != 0) return "a word is not free";
     return slot.waiters() != 0 || !slot.parking().idle() ? "a waiter is left over" : "";
 }
@@ -212,13 +204,12 @@ Setting const threeThreads[] = {
 template <typename Parking>
 void playEveryOrder(std::span<Setting const> settings, int turns) {
     for (Setting const& setting : settings) {
-        schedules::EverySchedule every;
-        long count = 0;
-        do {
-            ASSERT_EQ(play<Parking>(setting, std::ref(every), {}, turns), "")
-                << "setting " << &setting - settings.data() << ", schedule " << count;
-            ++count;
-        } while (every.next());
+        std::string fault;
+        long const count = schedules::forEverySchedule([&](Machine::Chooser const& choose) {
+            fault = play<Parking>(setting, choose, [=](Machine& machine) { machine.limitTurns(turns); });
+            return fault.empty();
+        });
+        EXPECT_EQ(fault, "") << "setting " << &setting - settings.data() << ", schedule " << count;
         EXPECT_GE(count, 100) << "setting " << &setting - settings.data();
     }
 }
@@ -230,8 +221,10 @@ int outcomesWhereOneHalts(char const* outcome, std::span<Setting const> settings
     for (Setting const& setting : settings)
         for (std::size_t thread = 0; thread < threads; ++thread)
             for (int steps = 0; steps < 28; ++steps)
-                for (std::uint64_t seed = 1; seed <= 10; ++seed)
-                    count += play<Parking>(setting, seeded(seed), {thread, steps}) == outcome;
+                for (std::uint64_t seed = 1; seed <= 10; ++seed) {
+                    auto const halt = [=](Machine& machine) { machine.halt(thread, steps); };
+                    count += play<Parking>(setting, seeded(seed), halt) == outcome;
+                }
     return count;
 }
 
@@ -246,12 +239,13 @@ TYPED_TEST(LockSchedules, EveryOrderOfFewTurns) {
 }
 
 TYPED_TEST(LockSchedules, ThreeThreadsInSeededOrders) {
+    auto const freely = [](Machine&) {};
     int losses = 0;
     for (Setting const& setting : threeThreads)
         for (std::uint64_t seed = 1; seed <= 1000; ++seed) {
-            EXPECT_EQ(play<TypeParam>(setting, seeded(seed)), "")
+            EXPECT_EQ(play<TypeParam>(setting, seeded(seed), freely), "")
                 << "setting " << &setting - threeThreads << ", seed " << seed;
-            if (seed <= 100) losses += play<Late<TypeParam>>(setting, seeded(seed)) == lost;
+            if (seed <= 100) losses += play<Late<TypeParam>>(setting, seeded(seed), freely) == lost;
         }
     EXPECT_GT(losses, 0) << "without the cure these schedules lose a wake-up";
 }

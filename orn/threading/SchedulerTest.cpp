@@ -4,11 +4,12 @@
 #include "orn/threading/ThreadName.h"
 #include "tests/support/Faults.h"
 #include "tests/support/TestThread.h"
-#include "tests/support/ThreadName.h"
 
 #include <algorithm>
 #include <chrono>
 #include <deque>
+#include <filesystem>
+#include <fstream>
 #include <thread>
 
 using namespace ORN::Threading;
@@ -35,6 +36,14 @@ struct TestWaiter : Waiter {
     Tally mutable waits;
 };
 
+/// Expects a name of the calling thread. On Windows only a debugger learns it.
+void expectName(std::string const& expected) {
+    std::ifstream file{"/proc/thread-self/comm"};
+    std::string name;
+    bool const known = std::filesystem::path::preferred_separator == L'/' && std::getline(file, name);
+    EXPECT_TRUE(!known || name == expected) << name;
+}
+
 /// The scheduler is the library's own, the draw thread.
 class SchedulerTest : public testing::Test {
 protected:
@@ -43,7 +52,7 @@ protected:
 };
 
 TEST_F(SchedulerTest, AWorkerStartsWithTheFirstTaskAndEndsWithFinish) {
-    thread_.atStart = [] { EXPECT_EQ(nameOfThisThread().value_or("ORN::Draw"), "ORN::Draw"); };
+    thread_.atStart = [] { expectName("ORN::Draw"); };
     EXPECT_TRUE(thread_.finish(waiter_));
     thread_.interrupt(waiter_);
     thread_.cancel(window(1), waiter_);
@@ -223,7 +232,7 @@ TEST(ThreadName, IsCutToWhatTheSystemTakesAndAThreadRunsOnWhateverNameItIsGiven)
         ORN::setThreadName("", 0xFFFFFFFF);
         ORN::setThreadName("nobody", 0x7FFFFFFF);
         ORN::setThreadName("orn-test-thread that is cut", 0xFFFFFFFF);
-        EXPECT_EQ(nameOfThisThread().value_or("orn-test-thread"), "orn-test-thread");
+        expectName("orn-test-thread");
     }};
 }
 

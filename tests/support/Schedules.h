@@ -22,11 +22,11 @@ public:
     /// Picks one of `count` ways to go on, 0 to count - 1.
     using Chooser = std::function<std::size_t(std::size_t count)>;
 
-    enum class End { done, stuck, endless };
+    enum class End { done, halted, stuck, endless };
 
     void add(std::function<void()> body) { threads_.emplace_back().body = std::move(body); }
 
-    /// The thread stands still for good after so many steps. Nobody waits for its end.
+    /// The thread stands still for good after so many steps.
     void halt(std::size_t thread, int steps) { threads_[thread].left = steps; }
 
     /// Limits the schedules to those in which at most so often another thread goes first though the last one could go on,
@@ -34,11 +34,12 @@ public:
     /// so limited far longer algorithms can be walked in every order.
     void limitTurns(int most) { turns_ = most; }
 
-    /// `stuck`: somebody has not ended and nobody can go on. `endless`: more than `limit` steps were done.
-    End run(Chooser const& choose, int limit = 2000) {
+    /// `halted`: all have ended but one that stands still. `stuck`: somebody has not ended and nobody can go on. `endless`:
+    /// 2,000 steps were not enough.
+    End run(Chooser const& choose) {
         current = this;
         for (std::size_t thread = 0; thread < threads_.size(); ++thread) advance(thread, 0);
-        End const end = steps(choose, limit);
+        End const end = steps(choose);
         current = nullptr;
         return end;
     }
@@ -76,21 +77,23 @@ private:
         bool givesUp;
     };
 
-    End steps(Chooser const& choose, int limit) {
-        for (int done = 0; done < limit; ++done) {
+    End steps(Chooser const& choose) {
+        for (int done = 0; done < 2000; ++done) {
             std::vector<Way> ways;
-            bool ended = true, anyGoesOn = false, lastGoesOn = false;
+            End end = End::done;
+            bool anyGoesOn = false, lastGoesOn = false;
             for (std::size_t thread = 0; thread < threads_.size(); ++thread) {
                 Thread const& one = threads_[thread];
-                if (one.done || one.left == 0) continue;
-                ended = false;
+                if (one.done) continue;
+                end = std::max(end, one.left == 0 ? End::halted : End::stuck);
+                if (one.left == 0) continue;
                 bool const goesOn = !one.ready || one.ready();
                 anyGoesOn |= goesOn;
                 lastGoesOn |= goesOn && thread == running_;
                 if (goesOn) ways.push_back({thread, false});
                 if (one.timed) ways.push_back({thread, true});
             }
-            if (ways.empty()) return ended ? End::done : End::stuck;
+            if (ways.empty()) return end;
             auto const isTurn = [&, last = running_](Way way) {
                 return way.givesUp ? anyGoesOn : lastGoesOn && way.thread != last;
             };
@@ -135,31 +138,26 @@ private:
     int turns_ = -1;  // negative: any number
 };
 
-/// Every schedule in turn: the depth-first walk of the tree of choices.
-class EverySchedule {
-public:
-    std::size_t operator()(std::size_t count) {
-        if (depth_ == path_.size()) path_.push_back({0, count});
-        return path_[depth_++].taken;
-    }
-
-    /// False when the schedule just run was the last.
-    bool next() {
-        depth_ = 0;
-        while (!path_.empty() && path_.back().taken + 1 == path_.back().count) path_.pop_back();
-        if (path_.empty()) return false;
-        ++path_.back().taken;
-        return true;
-    }
-
-private:
+/// Calls `run` with a chooser for every schedule in turn: the depth-first walk of the tree of choices. Ends early when `run`
+/// returns false. Returns how many schedules there were.
+template <typename Run>
+long forEverySchedule(Run run) {
     struct Choice {
         std::size_t taken, count;
     };
-
-    std::vector<Choice> path_;
-    std::size_t depth_ = 0;
-};
+    std::vector<Choice> path;
+    for (long schedules = 1;; ++schedules) {
+        std::size_t depth = 0;
+        Machine::Chooser const choose = [&](std::size_t count) {
+            if (depth == path.size()) path.push_back({0, count});
+            return path[depth++].taken;
+        };
+        if (!run(choose)) return schedules;
+        while (!path.empty() && path.back().taken + 1 == path.back().count) path.pop_back();
+        if (path.empty()) return schedules;
+        ++path.back().taken;
+    }
+}
 
 /// An atomic word whose every use is a step.
 template <typename T>

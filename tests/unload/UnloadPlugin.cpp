@@ -6,53 +6,16 @@
 #include "orn/text/Encoding.h"
 #include "orn/text/Quark.h"
 #include "orn/text/Url.h"
-#include "orn/threading/DrawThread.h"
-#include "tests/support/Tally.h"
+#include "tests/support/TestThread.h"
 
 #include <clocale>
 #include <cstdint>
 #include <ostream>
-#include <thread>
 
 namespace {
 
-/// A worker's first drawing is complete; another runs until it is aborted.
-class Drawing final : public DrawTask {
-public:
-    void abort() override { ++aborts; }
-    HWND key() const override { return reinterpret_cast<HWND>(std::uintptr_t{16}); }
-    bool run() override {
-        static_cast<void>(Quark::create(L"drawn"));
-        if (++runs == 1) return true;
-        aborts.reach(1);
-        return false;
-    }
-
-    Tally runs, aborts;
-};
-
-class Drawer final : public DrawThread {
-public:
-    ~Drawer() override { finish(ORN::Threading::BoringWaiter{}); }
-
-protected:
-    void onThreadStart() override {}
-    void onThreadExit() override {}
-};
-
-bool draw() {
-    Drawing drawing;
-    Drawer drawer;
-    for (int runs : {1, 2}) {
-        drawer.insert(drawing);
-        drawing.runs.reach(runs);
-    }
-    drawer.cancel(drawing.key(), ORN::Threading::BoringWaiter{});
-    return drawer.finish(ORN::Threading::BoringWaiter{});
-}
-
-/// A thread waits for the lock, and so the parking table is in use.
-bool lockAmongThreads() {
+/// Two threads wait for the lock, and so the parking table is in use. A second drawing runs until it is aborted.
+bool drawAndLock() {
     LONG volatile word = 0;
     int count = 0;
     auto const work = [&] {
@@ -61,10 +24,18 @@ bool lockAmongThreads() {
             ++count;
         }
     };
-    std::thread other{work};
+    TestTask drawing{window(1), [&](TestTask& task) {
+                         static_cast<void>(Quark::create(L"drawn"));
+                         if (task.runs == 1) return work(), true;
+                         return task.aborts.reach(1), false;
+                     }};
+    TestThread thread;
+    thread.insertAndReach(drawing);
     work();
-    other.join();
-    return count == 2000;
+    thread.insert(drawing);
+    drawing.runs.reach(2);
+    thread.cancel(drawing.window, ORN::Threading::BoringWaiter{});
+    return thread.end() && count == 2000;
 }
 
 /// Whether an address at which nobody answers is found out.
@@ -93,7 +64,7 @@ extern "C" __attribute__((visibility("default"))) int useLibrary(int round) {
         if (getWCS(getMBS(name).c_str()) != name) return 2;
         if (DebugStream::isActive()) return 3;
         DebugStream::stream() << DebugStream::GCTID{} << L" in " << name << std::endl;
-        if (!lockAmongThreads() || !failToDownload() || !draw()) return 4;
+        if (!failToDownload() || !drawAndLock()) return 4;
         return round < 3 && !useRegistry(name) ? 5 : 0;  // each waits for the disk
     } catch (std::exception const&) {
         return 6;

@@ -7,7 +7,7 @@ TEST(Unload, LoadingUsingFinishingAndUnloadingNeverHangsNorCrashes) {
     for (std::string const page : {"UTF-8", "ISO-8859-1"}) {
         TemporaryFolder const folder;
         ChildProcess host{"orn-unload-host",
-                          {ORN_UNLOAD_PLUGIN, ORN_UNLOAD_LIBRARY, "10"},
+                          {ORN_UNLOAD_PLUGIN, ORN_UNLOAD_LIBRARY},
                           {{"ORNDEBUGPRINTFILE", ""},
                            {"ORNDEBUGPRINTTEMPLATE", ""},
                            {"ORN_REGISTRY", folder.path() / "registry"},
