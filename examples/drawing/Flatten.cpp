@@ -46,6 +46,12 @@ double largestStretch(AffineTransform<2> const& transform) {
     return std::sqrt((xx + yy + std::hypot(xx - yy, 2 * xy)) / 2);
 }
 
+Disc discAround(ORN::Arc<2> const& arc) {
+    // The farthest points are the ends of the chord, or the point half-way along an arc of more than a semicircle.
+    Vector<2> const half = (arc.end() - arc.start()) * 0.5;
+    return {arc.start() + half, half.length() * std::max(1.0, std::fabs(arc.bulge()))};
+}
+
 void flatten(ORN::Arc<2> const& arc, AffineTransform<2> const& transform, double stretch, double tolerance,
              std::vector<Point<2>>& points) {
     ORN::flatten(arc, tolerance / stretch, points);

@@ -22,6 +22,17 @@ std::unique_ptr<Affine> then(Affine const& first, Affine const& second) {
     return std::unique_ptr<Affine>{first.composeWith(second)};
 }
 
+/// Tells most arcs that add nothing to an extent, in a tenth of the time that their own extents take.
+bool surelyContains(Extent<2> const& extent, ORN::Arc<2> const& arc, Affine const& transform, double stretch) {
+    Disc const disc = discAround(arc);
+    Point<2> const centre = disc.centre * transform;
+    // Far more than the rounding of centre and radius.
+    double const rounding = 1e-12 * (std::fabs(centre.x()) + std::fabs(centre.y()));
+    double const radius = disc.radius * stretch * (1 + 1e-12) + rounding;
+    return centre.x() - radius >= extent.lo(0) && centre.x() + radius <= extent.hi(0) &&
+           centre.y() - radius >= extent.lo(1) && centre.y() + radius <= extent.hi(1);
+}
+
 std::unique_ptr<Affine> turned(View const& view) {
     std::unique_ptr<Affine> transform = std::make_unique<Uniform>();
     if (view.scaleX != 1 || view.scaleY != 1) {
@@ -37,7 +48,10 @@ std::unique_ptr<Affine> turned(View const& view) {
 Page::Page(Drawing const& drawing, PageSize size, View const& view) : size_{size}, paper_{view.paper} {
     std::unique_ptr<Affine> const turn = turned(view);
     Extent<2> extent;
-    for (Entity const& entity : drawing.entities()) extent |= mappedExtent(entity.arc, *turn);
+    double const stretch = largestStretch(*turn);
+    for (Entity const& entity : drawing.entities()) {
+        if (!surelyContains(extent, entity.arc, *turn, stretch)) extent |= mappedExtent(entity.arc, *turn);
+    }
 
     double const filled = 1 - 2 * 0.04;
     double const width = extent.hi().x() - extent.lo().x(), height = extent.hi().y() - extent.lo().y();

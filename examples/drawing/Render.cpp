@@ -66,10 +66,8 @@ Renderer::Renderer(Drawing const& drawing, Page const& page) : drawing_{&drawing
     double const stretch = largestStretch(page.transform()), margin = page.lineWidth() + 1;
     reaches_.reserve(drawing.entities().size());
     for (Entity const& entity : drawing.entities()) {
-        // An arc keeps within a disc around the middle of its chord.
-        Vector<2> const chord = entity.arc.end() - entity.arc.start();
-        double const radius = chord.length() * 0.5 * std::max(1.0, std::fabs(entity.arc.bulge())) * stretch + margin;
-        double const y = ((entity.arc.start() + chord * 0.5) * page.transform()).y();
+        Disc const disc = discAround(entity.arc);
+        double const y = (disc.centre * page.transform()).y(), radius = disc.radius * stretch + margin;
         reaches_.push_back({static_cast<float>(y - radius), static_cast<float>(y + radius)});
     }
 }

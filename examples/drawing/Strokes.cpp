@@ -5,6 +5,7 @@
 #include <limits>
 #include <numbers>
 #include <numeric>
+#include <utility>
 
 namespace drawing {
 
@@ -16,8 +17,9 @@ constexpr int moreBits = 32;
 constexpr std::int64_t oneLine = std::int64_t{1} << 32;  // of a cell
 constexpr int mostRows = 16;                             // that are sampled at once
 
-// Farther away from the page than this many pixels, polylines are cut off: then no product below overflows.
-constexpr double farthest = 1 << 20;
+// Farther away from the page than this many pixels, polylines are cut off: then no product below overflows. (The largest
+// one is the step of an edge that falls by 1/256 of a pixel all the way from left to right: 2^26 * 256 / 15 * 2^32.)
+constexpr double farthest = 1 << 17;
 
 bool isFar(Point<2> const& p) { return !(std::max(std::fabs(p.x()), std::fabs(p.y())) <= farthest); }
 
@@ -50,8 +52,9 @@ int lineAt(std::int32_t y) { return static_cast<int>((std::int64_t{y} * lineCoun
 
 std::int64_t whole(std::int64_t x) { return (x + (std::int64_t{1} << (moreBits - 1))) >> moreBits; }
 
-std::int64_t quotient(std::int64_t numerator, std::int64_t denominator) {
-    return static_cast<std::int64_t>(static_cast<double>(numerator) * 4294967296.0 / static_cast<double>(denominator));
+/// By how much an edge moves to the right from one line of samples to the next, with 32 more bits. Not for level edges.
+std::int64_t stepOf(std::int32_t dx, std::int32_t dy) {
+    return static_cast<std::int64_t>(dx * (pixel * 4294967296.0) / (static_cast<double>(dy) * lineCount));
 }
 
 /// The four channels of a pixel, with 16 bits for each.
@@ -76,13 +79,18 @@ Strokes::Strokes(Band const& band, double width)
       radius_{width / 2 * pixel},
       rows_(static_cast<std::size_t>(band.height)),
       ends_(mostRows * lineCount),
-      cells_(static_cast<std::size_t>(band.width) + 2, Cell{0}) {
+      cells_(static_cast<std::size_t>(band.width) + 2, Cell{0}),
+      firstCell_{band.width + 1} {
     // The pen's sides keep within a tenth of a pixel of the circle.
     double const apart = std::acos(std::max(1 - 0.1 / (width / 2), 0.0));
     int const half = std::max(2, static_cast<int>(std::ceil(std::numbers::pi / apart)));
     for (int i = 0; i < 2 * half; ++i) {
         double const angle = -std::numbers::pi * i / half;
         pen_.push_back({nearest(radius_ * std::cos(angle)), nearest(radius_ * std::sin(angle))});
+    }
+    for (std::size_t i = 0; i < pen_.size(); ++i) {
+        Place const side = pen_[i] - pen_[i > 0 ? i - 1 : pen_.size() - 1];
+        penSteps_.push_back(side.y != 0 ? stepOf(side.x, side.y) : 0);
     }
 }
 
@@ -183,39 +191,49 @@ void Strokes::addFan(Place const& around, Side const& from, Side const& to, bool
     Place at = around + from.offset;
     if (from.corner != to.corner) {
         std::size_t const end = withEnds ? next(to.corner) : to.corner;
-        for (std::size_t i = withEnds ? from.corner : next(from.corner); i != end; i = next(i)) {
-            addEdge(at, around + pen_[i]);
+        std::size_t const begin = withEnds ? from.corner : next(from.corner);
+        for (std::size_t i = begin; i != end; i = next(i)) {
+            addEdge(at, around + pen_[i], i != begin ? &penSteps_[i] : nullptr);
             at = around + pen_[i];
         }
     }
     addEdge(at, around + to.offset);
 }
 
-void Strokes::addEdge(Place const& from, Place const& to) {
+inline void Strokes::addEdge(Place const& from, Place const& to, std::int64_t const* knownStep) {
     bool const down = to.y > from.y;
-    Place const upper{down ? from.x : to.x, std::min(from.y, to.y)};
-    Place const lower{down ? to.x : from.x, std::max(from.y, to.y)};
-    int const first = std::max(lineAt(upper.y), 0), last = std::min(lineAt(lower.y), band_.height * lineCount);
+    Place const& upper = down ? from : to;
+    int const first = std::max(lineAt(std::min(from.y, to.y)), 0);
+    int const last = std::min(lineAt(std::max(from.y, to.y)), band_.height * lineCount);
     if (first >= last) return;
 
-    // A line of samples runs through the middle of its share of the row.
-    std::int64_t const dx = lower.x - upper.x, dy = std::int64_t{lower.y - upper.y} * lineCount;
+    // Lines of samples run through the middle of their shares of the row; toFirst counts 512 from one line to the next.
+    std::int64_t const step = knownStep != nullptr ? *knownStep : stepOf(to.x - from.x, to.y - from.y);
     std::int64_t const toFirst = (2 * std::int64_t{first} + 1) * pixel - std::int64_t{upper.y} * lineCount * 2;
-    std::int64_t const x = (std::int64_t{upper.x} << moreBits) + quotient(dx * toFirst, 2 * dy);
-    std::int64_t const step = quotient(dx * pixel, dy);
+    auto const aside = static_cast<std::int64_t>(static_cast<double>(step) * static_cast<double>(toFirst) / 512);
     int const firstRow = first / lineCount, lastRow = (last - 1) / lineCount;
-    Row& begins = rows_[static_cast<std::size_t>(firstRow)];
-    Row& ends = rows_[static_cast<std::size_t>(lastRow)];
-    edges_.push_back({x, step, first, last, down ? 1 : -1, begins.begin});
-    begins.begin = static_cast<int>(edges_.size()) - 1;
-    begins.isBroken |= first != firstRow * lineCount;
-    ends.isBroken |= last != (lastRow + 1) * lineCount;
+    edges_.push_back({(std::int64_t{upper.x} << moreBits) + aside, step, first, last, down ? 1 : -1, -1});
+    rows_[static_cast<std::size_t>(firstRow)].isBroken |= first != firstRow * lineCount;
+    rows_[static_cast<std::size_t>(lastRow)].isBroken |= last != (lastRow + 1) * lineCount;
     firstRow_ = std::min(firstRow_, firstRow);
     lastRow_ = std::max(lastRow_, lastRow);
 }
 
 void Strokes::fillOutline(std::uint32_t rgb) {
+    if (firstRow_ > lastRow_) return;
+    std::span const rows{rows_.data() + firstRow_, rows_.data() + lastRow_ + 1};
+    active_.resize(edges_.size());
+    // Nearly all outlines of a dense drawing lie in a few rows that are all broken: these are sampled at once.
+    if (rows.size() <= mostRows && std::ranges::all_of(rows, [](Row const& row) { return row.isBroken; })) {
+        std::iota(active_.begin(), active_.end(), 0);
+        std::ranges::fill(rows, Row{});
+        return sampleRows(firstRow_, lastRow_ + 1, rgb);
+    }
     active_.clear();
+    for (std::size_t i = 0; i < edges_.size(); ++i) {
+        Row& begins = rows_[static_cast<std::size_t>(edges_[i].first / lineCount)];
+        edges_[i].next = std::exchange(begins.begin, static_cast<int>(i));
+    }
     for (int row = firstRow_, end; row <= lastRow_; row = end) {
         bool const isBroken = rows_[static_cast<std::size_t>(row)].isBroken;
         int const last = isBroken ? std::min(lastRow_ + 1, row + mostRows) : row + 1;
@@ -224,8 +242,6 @@ void Strokes::fillOutline(std::uint32_t rgb) {
             for (int i = at.begin; i >= 0; i = edges_[static_cast<std::size_t>(i)].next) active_.push_back(i);
             at = {};
         }
-        firstCell_ = band_.width + 1;
-        lastCell_ = 0;
         if (!isBroken && measureRow(row)) {
             blendRow(row, rgb);
         } else {
@@ -257,6 +273,30 @@ bool Strokes::measureRow(int row) {
     return true;
 }
 
+inline void Strokes::addSpan(std::int32_t from, std::int32_t to) {
+    auto const left = static_cast<std::uint32_t>(from + pixel), right = static_cast<std::uint32_t>(to + pixel);
+    Cell* const cells = cells_.data();
+    cells[left / 256] += oneLine + left % 256 * 2;
+    cells[right / 256] -= oneLine + right % 256 * 2;
+    firstCell_ = std::min(firstCell_, static_cast<int>(left / 256));
+    lastCell_ = std::max(lastCell_, static_cast<int>(right / 256));
+}
+
+/// The spans of a line of samples that four edges cross: a stroke with a join. Without branches that depend on the order.
+inline void Strokes::addSpansOfFour(std::int32_t const* crossings, std::ptrdiff_t stride) {
+    std::int32_t const w = crossings[0], x = crossings[stride], y = crossings[2 * stride], z = crossings[3 * stride];
+    std::int32_t const first = std::min(std::min(w, x), std::min(y, z)),
+                       last = std::max(std::max(w, x), std::max(y, z));
+    std::int32_t const p = std::max(std::min(w, x), std::min(y, z)), q = std::min(std::max(w, x), std::max(y, z));
+    std::int32_t const second = std::min(p, q), third = std::max(p, q);
+    if ((first & 3) + (second & 3) == 2) {  // one direction and the other
+        addSpan(first >> 2, second >> 2);
+        addSpan(third >> 2, last >> 2);
+    } else {
+        addSpan(first >> 2, last >> 2);
+    }
+}
+
 void Strokes::sampleRows(int row, int end, std::uint32_t rgb) {
     int const count = (end - row) * lineCount;
     crossLines(row * lineCount, count);
@@ -266,13 +306,13 @@ void Strokes::sampleRows(int row, int end, std::uint32_t rgb) {
             if (ends_[at] == line + 2 * count) {  // nearly always
                 std::int32_t const a = crossings_[at], b = crossings_[at + static_cast<std::size_t>(count)];
                 addSpan(std::min(a, b) >> 2, std::max(a, b) >> 2);
+            } else if (ends_[at] == line + 4 * count) {
+                addSpansOfFour(crossings_.data() + line, count);
             } else {
                 addSpans(line, ends_[at], count);
             }
         }
         blendRow(row, rgb);
-        firstCell_ = band_.width + 1;
-        lastCell_ = 0;
     }
 }
 
@@ -312,15 +352,6 @@ void Strokes::addSpans(int line, int end, int stride) {
         winding += (crossing & 3) - 1;
         if (winding == 0) addSpan(from, crossing >> 2);
     }
-}
-
-inline void Strokes::addSpan(std::int32_t from, std::int32_t to) {
-    auto const left = static_cast<std::uint32_t>(from + pixel), right = static_cast<std::uint32_t>(to + pixel);
-    Cell* const cells = cells_.data();
-    cells[left / 256] += oneLine + left % 256 * 2;
-    cells[right / 256] -= oneLine + right % 256 * 2;
-    firstCell_ = std::min(firstCell_, static_cast<int>(left / 256));
-    lastCell_ = std::max(lastCell_, static_cast<int>(right / 256));
 }
 
 /// To the cell of a column, or to that for all the columns to the left or to the right of the band.
@@ -369,6 +400,8 @@ void Strokes::blendRow(int row, std::uint32_t rgb) {
         auto const alpha = static_cast<std::uint32_t>((area * 17 + 256) >> 9);
         pixels[i - 1] = blend(upper, apart(pixels[i - 1]), alpha);
     }
+    firstCell_ = band_.width + 1;
+    lastCell_ = 0;
 }
 
 }

@@ -77,13 +77,14 @@ private:
     void addOutline();
     void addJoin(Place const& at, Side const& in, Side const& out);
     void addFan(Place const& around, Side const& from, Side const& to, bool withEnds);
-    void addEdge(Place const& from, Place const& to);
+    void addEdge(Place const& from, Place const& to, std::int64_t const* knownStep = nullptr);
     void fillOutline(std::uint32_t rgb);
     bool measureRow(int row);
     void addTrapezoid(Edge const& edge, std::int64_t x, int sign);
     void addToCell(std::int64_t column, std::int32_t lines, std::int32_t beside);
     void sampleRows(int row, int end, std::uint32_t rgb);
     void crossLines(int first, int count);
+    void addSpansOfFour(std::int32_t const* crossings, std::ptrdiff_t stride);
     void addSpans(int line, int end, int stride);
     void addSpan(std::int32_t from, std::int32_t to);
     void blendRow(int row, std::uint32_t rgb);
@@ -91,6 +92,7 @@ private:
     Band band_;
     double radius_;  // in steps
     std::vector<Place> pen_;
+    std::vector<std::int64_t> penSteps_;  // of the side that ends at a corner: an edge's step
     std::vector<Place> places_;
     std::vector<Edge> edges_;
     std::vector<Row> rows_;
