@@ -4,8 +4,8 @@
 #include "drawing/dxf/Colours.h"
 #include "drawing/dxf/Reader.h"
 
+#include "tests/support/Cases.h"
 #include "tests/support/MemoryStreams.h"
-#include "tests/support/Refusals.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
 
@@ -54,10 +54,13 @@ Outcome read(std::string const& bytes, dxf::Limits const& limits = {}) {
 
 TEST(Reading, SaysWhereAFileIsWrong) {
     TemporaryFolder const folder;
-    for (auto const& [bytes, said] : refusals(ORN_TEXTS "refused-drawings.txt")) {
-        std::size_t const nameEnds = said.find(':');
-        std::wstring const file = folder.put(said.substr(0, nameEnds), bytes);
-        EXPECT_EQ(thrown([&] { drawing::readDrawing(file); }), L"OrnError: " + file + utf8(said.substr(nameEnds)));
+    for (auto const& [said, content] : Cases{"examples/drawing/ReadingTest.txt"}.of<2>("refused")) {
+        std::string bytes{content.begin(), content.end()};
+        std::replace(bytes.begin(), bytes.end(), '|', '\n');
+        std::size_t const nameEnds = said.find(L':');
+        std::wstring const file =
+            folder.put({said.begin(), said.begin() + static_cast<std::ptrdiff_t>(nameEnds)}, bytes);
+        EXPECT_EQ(thrown([&] { drawing::readDrawing(file); }), L"OrnError: " + file + said.substr(nameEnds));
     }
 }
 

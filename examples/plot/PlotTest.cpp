@@ -1,8 +1,8 @@
 // The program from end to end: the table beside values from elsewhere, the pictures, and what can be wrong.
 #include "plot/Options.h"
 
+#include "tests/support/Cases.h"
 #include "tests/support/ChildProcess.h"
-#include "tests/support/Refusals.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
 
@@ -199,12 +199,11 @@ TEST_F(Plot, DrawsAndMeasuresTheLayersThatAreAskedFor) {
 }
 
 TEST(PlotOptions, SayWhatIsWrongOnTheCommandLine) {
-    for (auto const& [given, said] : refusals(ORN_TEXTS "refused-lines.txt")) {
+    for (auto const& [given, said] : Cases{"examples/plot/PlotTest.txt"}.of<2>("refused")) {
         std::vector<std::wstring> arguments;
-        std::istringstream words{given};
-        for (std::string word; words >> word;) arguments.push_back(utf8(word));
-        EXPECT_EQ(thrown([&] { plot::parseOptions(arguments); }),
-                  L"OrnError: orn-plot: " + utf8(said) + L" (see --help)");
+        std::wistringstream words{given};
+        for (std::wstring word; words >> word;) arguments.push_back(word);
+        EXPECT_EQ(thrown([&] { plot::parseOptions(arguments); }), L"OrnError: orn-plot: " + said + L" (see --help)");
     }
 }
 
