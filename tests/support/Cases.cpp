@@ -1,19 +1,21 @@
 #include "tests/support/Cases.h"
 
 #include <fstream>
-#include <regex>
 #include <stdexcept>
 
 namespace {
 
 std::wstring column(std::string const& text) {
     std::wstring result;
-    static std::regex const part{"<([0-9A-F]*)>|."};
-    for (std::sregex_iterator p{text.begin(), text.end(), part}, end; p != end; ++p)
-        if (!(*p)[1].matched)
-            result += static_cast<unsigned char>(*(*p)[0].first);
-        else if ((*p)[1].length() > 0)
-            result += static_cast<wchar_t>(std::stoul((*p)[1], nullptr, 16));
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        std::size_t const end = text[i] == '<' ? text.find_first_not_of("0123456789ABCDEF", i + 1) : std::string::npos;
+        if (end == std::string::npos || text[end] != '>') {
+            result += static_cast<unsigned char>(text[i]);
+            continue;
+        }
+        if (end > i + 1) result += static_cast<wchar_t>(std::stoul(text.substr(i + 1, end - i - 1), nullptr, 16));
+        i = end;
+    }
     return result;
 }
 
@@ -22,7 +24,6 @@ std::wstring column(std::string const& text) {
 std::vector<std::vector<std::wstring>> Cases::rows(std::string const& table, std::size_t columns) const {
     std::ifstream stream{std::string{ORN_PROJECT "/"} + file_};
     std::vector<std::vector<std::wstring>> rows;
-    std::regex const apart{"  +"};
     bool inTable = false;
     for (std::string line; std::getline(stream, line);) {
         if (line.empty() || line[0] == '#') continue;
@@ -32,8 +33,11 @@ std::vector<std::vector<std::wstring>> Cases::rows(std::string const& table, std
         }
         if (!inTable) continue;
         auto& row = rows.emplace_back();
-        for (std::sregex_token_iterator p{line.begin(), line.end(), apart, -1}, end; p != end; ++p)
-            row.push_back(column(*p));
+        for (std::size_t i = 0; i < line.size(); i = line.find_first_not_of(' ', i)) {
+            std::size_t const end = std::min(line.find("  ", i), line.size());
+            row.push_back(column(line.substr(i, end - i)));
+            i = end;
+        }
         if (row.size() != columns) throw std::runtime_error{file_ + (": other columns in " + line)};
     }
     if (rows.empty()) throw std::runtime_error{file_ + (": no cases of " + table)};
