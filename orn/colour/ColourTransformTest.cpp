@@ -149,24 +149,19 @@ TEST(ColourTransform, OnlyRGBAndAsManyResultsAsColoursAreConverted) {
 }
 
 TEST(ColourTransform, ThreadsShareATransformAndItsColours) {
-    auto const square = withPower(0x200), linear = withPower(0x100);
-    auto const transform = ColourTransform::create(relative, *square, *linear);
+    auto const transform = ColourTransform::create(relative, *withPower(0x200), *withPower(0x100));
     std::vector<Colour> colours;
     for (int i = 0; i != 500; ++i) colours.push_back(Colour::hsv(Angle{}, 0, i / 499.0));  // RGB is still to compute
-    std::vector<Colour> results[4];
-    {
-        std::vector<std::jthread> threads;
-        for (auto& mine : results)
-            threads.emplace_back([&] {
-                mine.resize(colours.size());
-                for (int round = 0; round != 20; ++round) transform->convert(colours, mine);
-            });
-    }
-    for (auto const& mine : results)
-        for (std::size_t i = 0; i < mine.size(); i += 7) {
-            double const x = static_cast<double>(i) / 499;
-            expectColour(mine[i], x * x, x * x, x * x);
-        }
+    std::vector<std::jthread> threads;
+    for (int k = 0; k != 4; ++k)
+        threads.emplace_back([&] {
+            std::vector<Colour> mine(colours.size());
+            for (int round = 0; round != 20; ++round) transform->convert(colours, mine);
+            for (std::size_t i = 0; i < mine.size(); i += 7) {
+                double const x = static_cast<double>(i) / 499;
+                expectColour(mine[i], x * x, x * x, x * x);
+            }
+        });
 }
 
 }

@@ -45,11 +45,10 @@ TEST(DIBitmap, HeadersAreThoseOfABitmapFile) {
             EXPECT_EQ(field(bitmap, offset, size), value) << "at " << offset;
             offset += size;
         }
-        EXPECT_EQ(bitmap.fileSize(), g.bitsAt + g.imageSize);
-        EXPECT_EQ(bitmap.bitsSize(), g.imageSize);
+        EXPECT_TRUE(bitmap.fileSize() == g.bitsAt + g.imageSize && bitmap.bitsSize() == g.imageSize);
         EXPECT_EQ(bitmap.bits(), bitmap.fileData() + g.bitsAt);
-        EXPECT_EQ(reinterpret_cast<unsigned char*>(bitmap.header()), bitmap.fileData() + 14);
-        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(bitmap.header()) % 4, 0u);
+        auto const header = reinterpret_cast<std::uintptr_t>(bitmap.header());
+        EXPECT_TRUE(header == reinterpret_cast<std::uintptr_t>(bitmap.fileData()) + 14 && header % 4 == 0);
         std::memset(bitmap.bits(), 0x5A, bitmap.bitsSize());  // the pixels are all there
     }
 }
@@ -57,23 +56,16 @@ TEST(DIBitmap, HeadersAreThoseOfABitmapFile) {
 TEST(DIBitmap, AFileCanBeReadIntoIt) {
     DIBitmap const source{3, 2, 24, 0};
     DIBitmap bitmap{source.fileSize() + 10};
-    EXPECT_EQ(field(bitmap, 0, 2), 0u);
-    EXPECT_EQ(field(bitmap, 2, 4), 88u);
-    EXPECT_EQ(bitmap.fileSize(), 88u);
-
+    EXPECT_TRUE(field(bitmap, 0, 2) == 0 && field(bitmap, 2, 4) == 88 && bitmap.fileSize() == 88);
     std::memcpy(bitmap.fileData(), source.fileData(), 54);
     bitmap.fileData()[10] = 64;  // ten bytes between the headers and the pixels
-    DIBitmap const& read = bitmap;
-    EXPECT_EQ(read.bits(), read.fileData() + 64);
-    EXPECT_EQ(read.bitsSize(), 24u);
+    EXPECT_TRUE(std::as_const(bitmap).bits() == bitmap.fileData() + 64 && bitmap.bitsSize() == 24);
 }
 
 TEST(DIBitmap, AFileSmallerThanItsHeadersHasThemAsZeros) {
     for (unsigned int size : {0u, 1u, 13u, 53u}) {
         DIBitmap bitmap{size};
-        EXPECT_EQ(bitmap.fileSize(), size);
-        EXPECT_EQ(bitmap.bits(), bitmap.fileData());
-        EXPECT_EQ(bitmap.bitsSize(), 0u);
+        EXPECT_TRUE(bitmap.fileSize() == size && bitmap.bits() == bitmap.fileData() && bitmap.bitsSize() == 0);
         for (unsigned int i = 6; i < 58; ++i) EXPECT_EQ(bitmap.fileData()[i], 0) << i;
         DIBitmap const copy{bitmap};
         EXPECT_EQ(std::memcmp(copy.fileData(), bitmap.fileData(), 58), 0);
@@ -100,12 +92,11 @@ TEST(DIBitmap, CopiesStandAloneAndMovesKeepTheBuffer) {
             EXPECT_EQ(std::memcmp(target.fileData(), source.fileData(), from), 0);
             target.fileData()[from - 1] = 0x55;
             EXPECT_EQ(source.fileData()[from - 1], 0x33);
-
             DIBitmap moved{std::move(target)};
             target = std::move(source);
+            DIBitmap const none{source};  // of what was moved from
             source = std::move(target);
             EXPECT_TRUE(source.fileData() == buffer && moved.fileData()[from - 1] == 0x55);
-            DIBitmap const none{target};
             moved = none;
             moved = DIBitmap{source};
             EXPECT_EQ(moved.fileData()[from - 1], 0x33);
@@ -154,15 +145,17 @@ std::wstring refusal(std::wstring const& name) {
 
 TEST(DIBitmap, AFileWhoseRowsCannotBeReachedIsRefusedByNameAndNeverWritten) {
     TemporaryFolder const folder;
-    std::wstring const none = L"it is no bitmap file", header = L"its header is of an unknown kind",
-                       bits = L"its pixels have an unknown number of bits", compressed = L"its pixels are compressed",
-                       range = L"its width or height is out of range", end = L"it ends before its pixels do",
-                       table = L"its colour table reaches into its pixels",
-                       size = L"its file size is beyond its buffer";
+    wchar_t const none[] = L"it is no bitmap file", header[] = L"its header is of an unknown kind",
+                  bits[] = L"its pixels have an unknown number of bits", compressed[] = L"its pixels are compressed",
+                  range[] = L"its width or height is out of range", end[] = L"it ends before its pixels do",
+                  table[] = L"its colour table reaches into its pixels", size[] = L"its file size is beyond its buffer";
+    auto const expectNotWritten = [&](DIBitmap const& bitmap, std::wstring const& flaw) {
+        EXPECT_EQ(thrown([&] { bitmap.writeToFile(folder / L"b.bmp"); }), L"logic_error: DIBitmap: " + flaw);
+    };
     // One field of a file of 74 bytes, its two colours at 54 and its three rows from 62 on.
     struct {
         unsigned int at, size, value;
-        std::wstring const& flaw;
+        wchar_t const* flaw;
     } const cases[] = {
         {0, 2, 0x4D41, none},       {14, 4, 39, header},        {26, 2, 2, header},
         {28, 2, 25, bits},          {30, 4, 1, compressed},     {30, 4, 3, compressed},
@@ -178,20 +171,20 @@ TEST(DIBitmap, AFileWhoseRowsCannotBeReachedIsRefusedByNameAndNeverWritten) {
         std::memcpy(bitmap.fileData() + at, &value, length);
         std::wstring const name = folder.put("a.bmp", {bitmap.fileData(), bitmap.fileData() + bitmap.fileSize()});
         EXPECT_EQ(refusal(name), L"OrnError: " + name + L": " + flaw) << at << ' ' << value;
-        EXPECT_EQ(thrown([&] { bitmap.writeToFile(folder / L"b.bmp"); }), L"logic_error: DIBitmap: " + flaw);
+        expectNotWritten(bitmap, flaw);
     }
     for (std::string const& head : {std::string{}, std::string(53, 'B')})
         EXPECT_TRUE(refusal(folder.put("a.bmp", head)).ends_with(none));
     DIBitmap bitmap{3, 2, 24, 0};
     bitmap.fileData()[2] = 79;
-    EXPECT_EQ(thrown([&] { bitmap.writeToFile(folder / L"b.bmp"); }), L"logic_error: DIBitmap: " + size);
-    EXPECT_EQ(thrown([&] { DIBitmap{3, 2, 8, 0}.writeToFile(folder / L"b.bmp"); }), L"logic_error: DIBitmap: " + table);
+    expectNotWritten(bitmap, size);
+    expectNotWritten(DIBitmap{3, 2, 8, 0}, table);
     DIBitmap masked{2, 2, 32, 3};  // the table is the masks, and no colours are listed
     masked.fileData()[30] = 3, masked.fileData()[46] = 0;
     masked.writeToFile(folder / L"a.bmp");
     EXPECT_EQ(refusal(folder / L"a.bmp"), L"nothing");
     masked.fileData()[10] = 65;
-    EXPECT_EQ(thrown([&] { masked.writeToFile(folder / L"b.bmp"); }), L"logic_error: DIBitmap: " + table);
+    expectNotWritten(masked, table);
     EXPECT_EQ(folder.count(), 1);
 
     bitmap.fileData()[2] = 78;

@@ -97,23 +97,14 @@ TEST(Matrix, InverseByHand) {
 }
 
 TEST(Matrix, InvertsManyAsOne) {
-    RandomGeometry random{2};
-    double const infinity = std::numeric_limits<double>::infinity();
-    double const some[] = {0, -0.0, 1e300, 1e-300, 5e-324, infinity, -infinity};
+    AnyGeometry random{2};
     std::vector<Matrix<3>> in, out(1001);
-    for (int i = 0; i < 1001; ++i)
-        in.push_back(made<3>([&] {
-            int const k = random.whole(0, 6 + i);
-            return k < 7 ? some[k] : random.number(-9, 9);
-        }));
+    for (int i = 0; i < 1001; ++i) in.push_back(random.matrix<3>());
     invert(in, out);
     std::vector<Matrix<3>> same = in;
     invert(same, same);
     for (std::size_t i = 0; i < in.size(); ++i)
-        for (int k = 0; k < 9; ++k) {
-            double const one = in[i].inverse()[k / 3][k % 3];
-            EXPECT_TRUE(sameBits(out[i][k / 3][k % 3], one) && sameBits(same[i][k / 3][k % 3], one)) << i << ' ' << k;
-        }
+        EXPECT_TRUE(sameBits(out[i], in[i].inverse()) && sameBits(same[i], out[i])) << i;
     EXPECT_THROW(invert(in, std::span{out}.first(7)), std::logic_error);
 }
 

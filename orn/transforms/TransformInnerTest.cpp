@@ -29,49 +29,6 @@ TEST(TransformInner, AFailedAllocationLeavesNothingBehind) {
     }
 }
 
-/// Notes in which order clones and inverses are taken and destroyed.
-class Noted final : public Transform<2> {
-public:
-    Noted(wchar_t name, std::wstring& notes) : name_{name}, notes_{notes} {}
-    ~Noted() override { notes_ += {L'~', name_}; }
-    Transform* clone() const override { return noted(L'c'); }
-    Transform* pInverse() const override { return noted(L'i'); }
-
-protected:
-    std::wostream& putOn(std::wostream& os) const override { return os << name_; }
-    Point<2> preMultiply(Point<2> const& p) const override { return p; }
-    Point<2> preDivide(Point<2> const& p) const override { return p; }
-
-private:
-    Transform* noted(wchar_t what) const {
-        notes_ += {what, name_};
-        return new Noted{name_, notes_};
-    }
-
-    wchar_t name_;
-    std::wstring& notes_;
-};
-
-TEST(TransformInner, ACompoundTakesTheSecondFirst) {
-    std::wstring notes;
-    Noted const a{L'a', notes};
-    Noted const b{L'b', notes};
-    {
-        std::unique_ptr<Transform<2>> const both{a.composeWith(b)};
-        EXPECT_EQ(notes, L"cbca");
-        notes.clear();
-        std::unique_ptr<Transform<2>> const clone{both->clone()};
-        EXPECT_EQ(notes, L"cbca");
-        EXPECT_EQ(written(*clone), L"a*b");
-        notes.clear();
-        std::unique_ptr<Transform<2>> const inverse{both->pInverse()};
-        EXPECT_EQ(notes, L"iaib");
-        EXPECT_EQ(written(*inverse), L"b*a");
-        notes.clear();
-    }
-    EXPECT_EQ(notes, L"~a~b~b~a~b~a");
-}
-
 TEST(TransformInner, ASliceToOneDimensionMapsExtentsOnly) {
     using Owner = std::unique_ptr<Transform<2>>;
     CompoundTransform<2> const plane{Owner{NonUniformTransform<2>::axes({2, 1}, {100, 100}).clone()},

@@ -12,12 +12,14 @@ namespace {
 
 using transforms::Random;
 
-/// A transform of the application's own: bends the plane, and is no class of the library.
+/// A transform of the application's own: bends the plane, and is no class of the library. It may note when it is copied,
+/// inverted and destroyed.
 class Bend final : public Transform<2> {
 public:
-    explicit Bend(double amount) : amount_{amount} {}
-    Transform* clone() const override { return new Bend{*this}; }
-    Transform* pInverse() const override { return new Bend{-amount_}; }
+    explicit Bend(double amount, std::wostream* notes = nullptr) : amount_{amount}, notes_{notes} {}
+    ~Bend() override { note(L'~'); }
+    Transform* clone() const override { return note(L'c'), new Bend{amount_, notes_}; }
+    Transform* pInverse() const override { return note(L'i'), new Bend{-amount_, notes_}; }
 
 protected:
     std::wostream& putOn(std::wostream& os) const override { return os << L"bend " << amount_; }
@@ -27,7 +29,12 @@ protected:
     Point<2> preDivide(Point<2> const& p) const override { return {p.x() - amount_ * p.y() * p.y(), p.y()}; }
 
 private:
+    void note(wchar_t what) const {
+        if (notes_ != nullptr) *notes_ << what << amount_;
+    }
+
     double amount_;
+    std::wostream* notes_;
 };
 
 /// An application's own kind of similarity, which no value of the library's can stand for.
@@ -155,6 +162,19 @@ TYPED_TEST(TransformOf, AffineOnesMapVectorsBoxesAndHomogeneousRows) {
     bounds[1][N - 1] = 1;
     Extent<N> const empty{bounds};
     EXPECT_TRUE(empty * random.uniform() == empty && empty / random.uniform() == empty);
+}
+
+TEST(Transform, ACompoundTakesTheSecondFirst) {
+    std::wostringstream notes;
+    auto const noted = [&] { return std::exchange(notes, {}).str(); };
+    Bend const a{1, &notes}, b{2, &notes};
+    auto both = compose<2>(a, b);
+    EXPECT_EQ(noted(), L"c2c1");
+    auto clone = cloneOf(*both), inverse = inverseOf(*both);
+    EXPECT_EQ(noted(), L"c2c1i1i2");
+    EXPECT_EQ(written(*clone, *inverse), L"bend 1*bend 2bend -2*bend -1");
+    both.reset();
+    EXPECT_EQ(noted(), L"~2~1");
 }
 
 TEST(Transform, ACompoundMapsExtentsOneMemberAfterTheOther) {

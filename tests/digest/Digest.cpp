@@ -5,13 +5,13 @@
 #include <cstdio>
 
 int main() {
-    constexpr std::uint64_t expected[] = {0x74a2948d85c049a7, 0x3aefeef009cb2e65, 0x523428a3de3cab3b,
-                                          0xc393d4b4d12a58e7, 0x574982b9f1e19e8d};
+    constexpr std::uint64_t expected[] = {0xbb9cea6144991e2e, 0x410bd02e7003e4da, 0x9212376f988f7177,
+                                          0x81aad7038604e12a, 0x05d5290119d73c2d};
     static_assert(std::size(expected) == std::size(walk::rooms));
     bool same = true;
     for (std::size_t k = 0; k < std::size(expected); ++k) {
         auto const& [name, results, rounds] = walk::rooms[k];
-        walk::Numbers numbers;
+        walk::Numbers numbers{20};
         walk::Results digest;
         for (int i = 0; i < rounds; ++i) results(numbers, digest);
         if (digest.value() == expected[k]) continue;

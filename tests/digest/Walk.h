@@ -11,67 +11,17 @@
 #include "orn/transforms/Composition.h"
 #include "orn/transforms/PointMapping.h"
 #include "tests/support/Digest.h"
+#include "tests/support/Random.h"
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <memory>
-#include <random>
 #include <tuple>
 
 namespace walk {
 
 // Arguments are drawn in braces or one by one: compilers evaluate those in parentheses in the order they like.
-class Numbers {
-public:
-    virtual ~Numbers() = default;
-
-    bool chance(unsigned oneIn) { return engine_() % oneIn == 0; }
-    double between(double from, double to) {
-        return from + (to - from) * static_cast<double>(engine_() >> 11) * 0x1p-53;
-    }
-    int whole(int from, int to) { return from + static_cast<int>(engine_() % static_cast<unsigned>(to - from + 1)); }
-
-    // Mostly a coordinate; now and then a whole number, one of any magnitude, or no ordinary one.
-    virtual double number() {
-        using limits = std::numeric_limits<double>;
-        static constexpr double odd[] = {
-            0.0, -0.0, 1.0, limits::infinity(), limits::max(), limits::denorm_min(), limits::quiet_NaN()};
-        if (chance(40)) return odd[whole(0, 6)];
-        if (chance(20)) return whole(-8, 8);
-        return chance(20) ? magnitude(1, 2046) : between(-100, 100);
-    }
-    double bulge() { return chance(4) ? number() : magnitude(1023 - 30, 1023 + 5); }
-    Angle angle() { return chance(2) ? Angle::degrees(number()) : Angle::radians(number()); }
-
-    template <int N>
-    Vector<N> vector() {
-        double c[N];
-        for (double& x : c) x = number();
-        return Vector<N>{c};
-    }
-    template <int N>
-    Point<N> point() {
-        double c[N];
-        vector<N>().packToPod(c);
-        return Point<N>{c};
-    }
-    template <int N>
-    Matrix<N> matrix() {
-        double rows[N][N];
-        for (auto& row : rows) vector<N>().packToPod(row);
-        return Matrix<N>{rows};
-    }
-
-private:
-    // By the exponent as a double keeps it.
-    double magnitude(int least, int most) {
-        double const sign = chance(2) ? -1 : 1, mantissa = between(1, 2);
-        return sign * mantissa * std::bit_cast<double>(static_cast<std::uint64_t>(whole(least, most)) << 52);
-    }
-
-    std::mt19937_64 engine_{20};
-};
+using Numbers = AnyGeometry;
 
 /// Values of geometry are the doubles that they hold.
 template <class T>
@@ -312,7 +262,7 @@ inline void transforms(Numbers& n, Results& r) {
 template <int N>
 void arc(Numbers& n, Results& r, ORN::Arc<N> const& a) {
     r << a << a.midpoint() << a.centre() << a.radius() << a.length() << a.deviation() << a.extent();
-    double const distance = n.chance(4) ? n.number() : a.length() * n.between(-0.5, 1.5);
+    double const distance = n.chance(4) ? n.number() : a.length() * n.number(-0.5, 1.5);
     if (!r.takes(a, distance / a.length())) return;
     Point<N> p;
     Vector<N> tangent;
@@ -340,7 +290,7 @@ inline void arcsMade(Numbers& n, Results& r) {
 }
 
 inline void arcs(Numbers& n, Results& r) {
-    double const b = n.bulge(), t = n.chance(4) ? n.number() : n.between(-1, 1);
+    double const b = n.bulge(), t = n.chance(4) ? n.number() : n.number(-1, 1);
     r << ORNArcLength(b) << ORNArcSegmentArea(b) << ORNArcSegmentCoG(b);
     std::array<double, 6> out;
     ORNArcSplit(t, b, &out[0], &out[1], &out[2], &out[3], &out[4], &out[5]);
@@ -380,7 +330,7 @@ inline void ellipses(Numbers& n, Results& r) {
     auto const [uniform, mirror, nonUniform] = someTransforms<2>(n, r);
     Point<2> const p = n.point<2>(), q = n.point<2>();
     Vector<2> const u = n.vector<2>(), v = n.vector<2>();
-    double const b = n.bulge(), first = n.number(), sweep = n.between(-6, 6), t = n.number();
+    double const b = n.bulge(), first = n.number(), sweep = n.number(-6, 6), t = n.number();
     auto const conjugate = ORN::EllipticArc::conjugate(p, u, v, first, sweep);
     ellipse(r, conjugate, t);
     ellipse(r, conjugate * nonUniform, t);

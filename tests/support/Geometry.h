@@ -1,13 +1,14 @@
-/// What the tests of geometry share: random values, comparisons, and values as they are written.
+/// What the tests of geometry share: comparisons, and values as they are written.
 #pragma once
 
 #include "orn/geometry/Matrix.h"
-#include "orn/geometry/Point.h"
+#include "tests/support/Random.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <bit>
-#include <random>
 #include <sstream>
 #include <string>
 
@@ -22,9 +23,13 @@ std::wstring written(T const&... values) {
     return os.str();
 }
 
-/// Bit for bit, except that one NaN is as good as another.
-inline bool sameBits(double a, double b) {
-    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) || (std::isnan(a) && std::isnan(b));
+/// Bit for bit, except that one NaN is as good as another: of a double, and of what holds doubles only.
+template <class T>
+bool sameBits(T const& a, T const& b) {
+    using Numbers = std::array<double, sizeof(T) / sizeof(double)>;
+    return std::ranges::equal(std::bit_cast<Numbers>(a), std::bit_cast<Numbers>(b), [](double x, double y) {
+        return std::bit_cast<std::uint64_t>(x) == std::bit_cast<std::uint64_t>(y) || (std::isnan(x) && std::isnan(y));
+    });
 }
 
 template <int N>
@@ -37,29 +42,3 @@ void expectNear(Matrix<N> const& actual, Matrix<N> const& expected, double toler
     for (int i = 0; i < N; ++i)
         for (int j = 0; j < N; ++j) EXPECT_NEAR(actual[i][j], expected[i][j], tolerance) << i << ',' << j;
 }
-
-/// Numbers, vectors and points; the same ones for a seed on every system.
-class RandomGeometry {
-public:
-    explicit RandomGeometry(unsigned int seed) : engine_{seed} {}
-
-    double number(double lo, double hi) { return std::uniform_real_distribution<double>{lo, hi}(engine_); }
-    int whole(int lo, int hi) { return std::uniform_int_distribution<int>{lo, hi}(engine_); }
-
-    /// Of either sign, from 10^lo to 10^hi.
-    double magnitude(double lo, double hi) { return (whole(0, 1) == 0 ? -1 : 1) * std::pow(10, number(lo, hi)); }
-
-    template <int N>
-    Vector<N> vector(double size = 10) {
-        double c[N];
-        for (double& component : c) component = number(-size, size);
-        return Vector<N>{c};
-    }
-    template <int N>
-    Point<N> point(double size = 10) {
-        return Point<N>{} + vector<N>(size);
-    }
-
-private:
-    std::mt19937 engine_;
-};
