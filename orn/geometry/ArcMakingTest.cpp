@@ -27,12 +27,10 @@ TEST(ArcMaking, AboutACentre) {
 
         // By the angle, and the other way round: the rest of the circle.
         double const sweep = (c.to - c.from + (c.to < c.from ? 360 : 0)) * Angle::pi / 180;
-        Arc const turned = ORN::arcAbout(centre, 5, from, sweep),
-                  rest = ORN::arcAbout(centre, 5, from, sweep - 2 * Angle::pi);
+        Arc const turned = ORN::arcAbout(centre, 5, from, sweep);
         EXPECT_NEAR(turned.bulge(), c.bulge, 1e-15 * (1 + c.bulge * c.bulge));
-        EXPECT_LE(rest.bulge(), 0);
         expectNear(turned.end(), arc.end(), 1e-14);
-        expectNear(rest.end(), arc.end(), 1e-14);
+        EXPECT_LE(ORN::arcAbout(centre, 5, from, sweep - 2 * Angle::pi).bulge(), 0);
     }
     auto const circle = ORN::circleAbout(centre, 5);
     EXPECT_EQ(written(circle[0], circle[1]), L"(8,-4)[1](-2,-4)(-2,-4)[1](8,-4)");

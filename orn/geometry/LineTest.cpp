@@ -47,10 +47,9 @@ TEST(Line, ComesClosestToAnotherInSpace) {
 
 TEST(Plane, NormalisesAndMeasures) {
     Plane const plane{Vector<3>{0, 0, 2}, Point<3>{0, 0, 5}}, turned = -plane;
-    Point<3> const q{1, 1, 2};
     EXPECT_EQ(written(plane, Plane{}, Plane{Vector<3>{1, -1, 0}, Point<3>{1, 2.5, 3}}),
               L"(0,0,1)@(0,0,5)(0,0,1)@(0,0,0)(0.707107,-0.707107,0)@(1,2.5,3)");
-    EXPECT_TRUE((plane.distanceTo(q) == -3 && plane.vectorTo(q) == Vector<3>{0, 0, -3}));
+    EXPECT_TRUE((plane.distanceTo({1, 1, 2}) == -3 && plane.vectorTo({1, 1, 2}) == Vector<3>{0, 0, -3}));
     EXPECT_TRUE(plane.distanceFromOrigin() == 5 && turned.distanceFromOrigin() == -5);
     EXPECT_TRUE(turned.normal() == -plane.normal() && turned.pointOnPlane() == plane.pointOnPlane());
     EXPECT_TRUE((Plane{Vector<3>{}, Point<3>{}}.normal().isNaN()));

@@ -79,12 +79,10 @@ TEST(AffineTransform, TellsScaleRotationAndMirroring) {
     EXPECT_EQ(thrown([&] { Uniform<3>{}.rotation(axis); }), L"NotImplemented: UniformTransform<3>::rotation");
 
     // A negative determinant mirrors; that of parallel axes is 0.
-    EXPECT_TRUE(Affine<2>::scale(-1, 3).mirroring() && Affine<3>::scale(-1, -3, -1).mirroring());
-    EXPECT_TRUE(Affine<3>::axes({0, 1, 0}, {1, 0, 0}, {0, 0, 1}).mirroring());
-    for (auto const& t : {Affine<2>{}, Affine<2>::scale(-1, -3), Affine<2>::axes({1, 2}, {2, 4})})
-        EXPECT_FALSE(t.mirroring());
-    for (auto const& t : {Affine<3>::axes({0, 1, 0}, {0, 0, 1}, {1, 0, 0}), Affine<3>::axes({1, 2, 3}, {2, 4, 6}, {})})
-        EXPECT_FALSE(t.mirroring());
+    for (Vector<3> const& z : {Vector<3>{0, 0, -1}, Vector<3>{0, 0, 1}, Vector<3>{}}) {
+        EXPECT_EQ(Affine<3>::axes({0, 1, 0}, {1, 0, 0}, z).mirroring(), z.z() > 0);
+        EXPECT_EQ(Affine<2>::axes({0, 1}, {z.z(), 5}).mirroring(), z.z() > 0);
+    }
 }
 
 TEST(AffineTransform, MirrorsAndFramesOfSpaceStayRigid) {

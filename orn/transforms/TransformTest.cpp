@@ -103,27 +103,26 @@ TYPED_TEST(TransformOf, CompositionPicksTheMostSpecificClass) {
         }
 
     // By value, the same class and the same numbers.
-    auto const same = [](auto const& a, auto const& b) {
-        auto const value = compose(a, b);
-        std::unique_ptr<Transform<N>> const owned{static_cast<Transform<N> const&>(a).composeWith(b)};
-        EXPECT_TRUE(typeid(value) == typeid(*owned) && written(value) == written(*owned));
+    auto const same = [](auto const& a, auto const&... others) {
+        auto const with = [&a](auto const& b) {
+            auto const value = compose(a, b);
+            std::unique_ptr<Transform<N>> const owned{static_cast<Transform<N> const&>(a).composeWith(b)};
+            EXPECT_TRUE(typeid(value) == typeid(*owned) && written(value) == written(*owned));
+        };
+        (with(others), ...);
     };
-    UniformTransform<N> const uniform = random.uniform();
-    NonUniformTransform<N> const affine = random.nonUniform();
-    PerspectiveTransform<N> const perspective = random.perspective();
-    same(uniform, uniform);
-    same(uniform, affine);
-    same(affine, uniform);
-    same(affine, affine);
-    same(perspective, uniform);
-    same(perspective, affine);
+    auto const uniform = random.uniform();
+    auto const affine = random.nonUniform();
+    auto const perspective = random.perspective();
+    same(uniform, uniform, affine);
+    same(affine, uniform, affine);
+    same(perspective, uniform, affine);
     static_assert(std::same_as<decltype(compose(uniform, perspective)), std::unique_ptr<Transform<N>>>);
     static_assert(std::same_as<decltype(compose(Turned{}, Turned{})), std::unique_ptr<Transform<2>>>);
 }
 
 TYPED_TEST(TransformOf, AffineOnesMapVectorsBoxesAndHomogeneousRows) {
     constexpr int N = TypeParam::value;
-    expectNear(NonUniformTransform<N>{}.homogeneous(), Matrix<N + 1>{}, 0);
     Random<N> random{3};
     for (int round = 0; round < 200; ++round) {
         NonUniformTransform<N> const a = random.nonUniform();
@@ -141,14 +140,12 @@ TYPED_TEST(TransformOf, AffineOnesMapVectorsBoxesAndHomogeneousRows) {
         row[N] = 1;
         Vector<N + 1> const image{Vector<N + 1>{row}, a.homogeneous()};
         for (int i = 0; i < N; ++i) EXPECT_EQ(image[i], (p * a)[i]);
-        EXPECT_EQ(image[N], 1);
         a.packToPod(rows);
         EXPECT_EQ(written(NonUniformTransform<N>::createFromPod(rows)), written(a));
 
         NonUniformTransform<N> ab{a}, self{a};
-        ab *= b;
-        expectNear(p * ab, p * a * b, 1e-12);
-        expectNear(p * (ab /= b), p * a, 1e-12);
+        expectNear(p * (ab *= b), p * a * b, 1e-12);
+        expectNear((ab /= b).homogeneous(), a.homogeneous(), 1e-12);
         expectNear((self /= self).homogeneous(), Matrix<N + 1>{}, 1e-12);
 
         Extent<N> const e{p, random.point()};
@@ -158,8 +155,7 @@ TYPED_TEST(TransformOf, AffineOnesMapVectorsBoxesAndHomogeneousRows) {
     }
     // What is empty on one axis only comes back as it is, and not as the canonical empty extent.
     double bounds[2][N] = {};
-    bounds[0][N - 1] = 2;
-    bounds[1][N - 1] = 1;
+    bounds[0][N - 1] = 1;
     Extent<N> const empty{bounds};
     EXPECT_TRUE(empty * random.uniform() == empty && empty / random.uniform() == empty);
 }

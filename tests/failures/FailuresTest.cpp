@@ -410,8 +410,16 @@ TEST(Failures, OfBitmapsAndDrawing) {
         };
     };
     auto const start = [] { ContextGdiplus const context; };
+    TemporaryFolder const folder;
+    std::wstring const file = folder / L"a.bmp", error = L"OrnError: *";
+    auto const write = [&] { wanted.writeToFile(file); };
+    auto const read = [&] { return DIBitmap::createFromFile(file).fileSize(); };
     expectFailures(
-        {{"a small bitmap", assign(small), {}, 2},
+        {{"a bitmap to a file", write, {{"fopen", error}, {"fwrite", error}, {"fclose", error}}, 1},
+         {"a bitmap from a file", read, {{"fopen", error}, {"fread", error}, {"fread", error, 1}, {"fseek", error}}, 2},
+         {"less than a mebibyte", [] { DIBitmap const bitmap{0x100000 - 2}; }, {}, 1, 1},
+         {"a mebibyte and more", [] { DIBitmap const bitmap{0x100001 - 2}; }, {{"VirtualAlloc", L"bad_alloc"}}, 0, 0},
+         {"a small bitmap", assign(small), {}, 2},
          {"a large bitmap", assign(large), {{"VirtualAlloc", L"bad_alloc"}}, 1},
          {"drawing",
           start,

@@ -25,16 +25,10 @@ inline Bytes description(Bytes const& text, std::uint32_t count) {
 }
 inline Bytes description(Bytes const& text) { return description(text, static_cast<std::uint32_t>(text.size()) + 1); }
 
-/// A version 4 text in as many languages as there are texts of 16-bit characters, given by their big-endian bytes.
-inline Bytes localized(std::vector<Bytes> const& texts) {
-    auto const records = static_cast<std::uint32_t>(texts.size());
-    Bytes head = "mluc" + number(0) + number(records) + number(12), body;
-    for (Bytes const& text : texts) {
-        auto const offset = static_cast<std::uint32_t>(16 + 12 * records + body.size());
-        head += "enUS" + number(static_cast<std::uint32_t>(text.size())) + number(offset);
-        body += text;
-    }
-    return head + body;
+/// A version 4 text in one language, of 16-bit characters that are given by their big-endian bytes.
+inline Bytes localized(Bytes const& text) {
+    return "mluc" + number(0) + number(1) + number(12) + "enUS" + number(static_cast<std::uint32_t>(text.size())) +
+           number(28) + text;
 }
 
 using Tags = std::vector<std::pair<Bytes, Bytes>>;
