@@ -63,7 +63,10 @@ TEST(FileName, AbsoluteAndLongNames) {
     std::wstring const here = std::filesystem::current_path().wstring(), withZero(L"a\0b", 3);
     EXPECT_EQ(absoluteFilename(L"x://h/../a"), L"x://h/../a");
     EXPECT_TRUE(absoluteFilename(L"") == here && absoluteFilename(L".") == here);
-    EXPECT_EQ(absoluteFilename(L"a"), joinDirectory(here, L"a"));
+    for (wchar_t const* file : {L"a", L"./a", L"no/such/..//../a"})
+        EXPECT_EQ(absoluteFilename(file), joinDirectory(here, L"a"));
+    EXPECT_EQ(absoluteFilename(L"a//"), joinDirectory(here, L"a") + joinDirectory(here, L"")[here.size()]);
+    EXPECT_EQ(absoluteFilename(L"/a/../../.."), std::filesystem::current_path().root_path().wstring());
     EXPECT_EQ(absoluteFilename(withZero), L"");
     for (std::wstring const& none : {L""s, L"no such file"s, L"no\\such\\FILE~1.TXT"s, L"x://h/a"s, withZero})
         EXPECT_EQ(getLongFilename(none), none);

@@ -1,10 +1,12 @@
 #include "orn/text/RawFile.h"
 
+#include "orn/text/Encoding.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstring>
 #include <tuple>
 
@@ -114,9 +116,28 @@ TEST(RawFile, FailuresNameTheFileAndTheReason) {
     for (auto const create : {rawCreate, rawAppend})
         EXPECT_EQ(thrown([&] { delete create(within); }), failure(within, L"created"));
     EXPECT_EQ(thrown([&] { delete rawOpen(std::wstring(L"a\0b", 3)); }).find(L"OrnError: The file \"a"), 0u);
-    EXPECT_EQ(fileOpen(missing, L"rb"), nullptr);
-    EXPECT_EQ(fileOpen(within, L"wb"), nullptr);
     EXPECT_EQ(folder.count(), 0);
+}
+
+TEST(RawFile, AnyNameReachesItsFileAgain) {
+    TemporaryFolder const folder;
+    std::ptrdiff_t files = 0;
+    for (wchar_t const* name : {L"plain.txt", L"caf\u00e9.txt", L"\u56f3\u9762.csv", L"\xD83D\xDCD0.dat"}) {
+        // Where file names are in the code page, it may not hold this one.
+        bool const held = sizeof(wchar_t) == 2 || getWCS(getMBS(name)) == name;
+        std::wstring const path = folder / name;
+        for (wchar_t const* mode : {L"rb", L"wb", L"rb"}) {
+            std::FILE* const file = fileOpen(path, mode);
+            EXPECT_EQ(file != nullptr, held && (*mode == L'w' || folder.count() > files)) << path;
+            EXPECT_TRUE(file == nullptr ? errno == ENOENT : std::fclose(file) == 0);
+        }
+        EXPECT_EQ(folder.count(), files += held);
+    }
+    for (std::wstring const& none : {std::wstring{}, folder / L"plain.txt" + L'\0', folder / L"no/folder/here"}) {
+        EXPECT_EQ(fileOpen(none, L"wb"), nullptr);
+        EXPECT_EQ(errno, ENOENT);
+    }
+    EXPECT_EQ(folder.count(), files);
 }
 
 }

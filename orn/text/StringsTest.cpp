@@ -1,15 +1,16 @@
 #include "orn/text/Strings.h"
 
 #include "orn/text/AutoLocale.h"
-
+#include "tests/support/Cases.h"
 #include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <tuple>
 
 namespace {
+
+constexpr Cases tables{"orn/text/StringsTest.txt"};
 
 TEST(Strings, CaseOfTheLocaleKeepsLengthAndEndsAtAZero) {
     for (std::size_t const length : {0u, 1u, 62u, 63u, 64u, 65u, 1000u}) {  // around the scratch buffer
@@ -56,30 +57,15 @@ TEST(Strings, CollationIsAnOrder) {
 }
 
 TEST(Strings, TrimmingKeepsWhatIsInside) {
-    std::pair<std::wstring, std::wstring> const cases[] = {
-        {L"\t a b\u3000", L"a b"},
-        {L" \t\r\n\v\f\u00A0\uFEFF\u2029 ", L""},
-        {L"\u3000a \u200B", L"a \u200B"},
-        {L"\u0007 ", L"\u0007"},
-        {{L' ', 0xD800, L' ', 0xDC00, 0x2028}, {0xD800, L' ', 0xDC00}},
-        {std::wstring(L" \0 ", 3), std::wstring(1, L'\0')},
-    };
-    for (auto const& [text, trimmed] : cases) {
+    for (auto const& [text, trimmed] : tables.of<2>("trimmed")) {
         EXPECT_EQ(trimwhitespace(text), trimmed);
         EXPECT_EQ(trimwhitespace(std::wstring_view{text}), trimmed);
     }
 }
 
 TEST(Strings, PackingCutsAsLaidDown) {
-    wchar_t const lead = 0xD83D, trail = 0xDE00;
-    std::tuple<std::wstring, std::size_t, std::size_t> const cases[] = {
-        // clang-format off
-        {L"abcde", 1, 0}, {L"abcde", 3, 2}, {L"abcde", 5, 4}, {L"abcde", 6, 5}, {L"abcde", 9, 5}, {L"", 1, 0}, {L"", 4, 0},
-        {{L'a', L'b', lead, trail, L'c'}, 3, 1},  // the first unit cut off leads a pair
-        {{L'a', lead, trail, L'b', L'c'}, 3, 2},  // a pair across the cut is split
-        {{lead, trail}, 1, 0}, {{L'a', L'b', lead}, 4, 3}, {{L'a', lead}, 2, 0}, {std::wstring(L"a\0b", 3), 4, 3},
-    };  // clang-format on
-    for (auto const& [text, size, copied] : cases) {
+    for (auto const& [text, room, units] : tables.of<3>("packed")) {
+        std::size_t const size = std::stoul(room), copied = std::stoul(units);
         std::wstring buffer(12, L'#');
         EXPECT_EQ(packTo(text, buffer.data(), size), copied) << size;
         EXPECT_EQ(packTo(std::wstring_view{text}, buffer.data(), size), copied) << size;

@@ -29,18 +29,20 @@ std::string encode(std::wstring const& text, TextEncoding encoding) {
 }
 
 // The lines, each with a bar behind it, and behind them the failure that ended them.
-std::wstring linesOf(TextReader* created) {
-    std::unique_ptr<TextReader> const reader{created};
+std::wstring linesOf(TextReader& reader) {
     std::wstring lines, line = L"old";
     std::wstring const failure = thrown([&] {
-        while (reader->readLine(line)) lines += line + L'|';
+        while (reader.readLine(line)) lines += line + L'|';
     });
+    EXPECT_EQ(line, L"");
     return failure == L"nothing" ? lines : lines + failure;
 }
 
+using Reader = std::unique_ptr<TextReader>;
+
 std::wstring linesOf(std::string const& bytes, TextEncoding encoding, std::size_t most = std::string::npos) {
     MemoryReader raw{bytes, most};
-    return linesOf(TextReader::create(raw, encoding));
+    return linesOf(*Reader{TextReader::create(raw, encoding)});
 }
 
 TEST(TextReader, LinesOfBytes) {
@@ -55,7 +57,7 @@ TEST(TextReader, LinesOfBytes) {
     for (auto const& [bytes, withoutMark, lines] : texts.of<3>("marks"))
         for (std::size_t const most : {1, 2, 100}) {  // bytes at once, as a pipe gives them
             MemoryReader raw{{bytes.begin(), bytes.end()}, most};
-            EXPECT_EQ(linesOf(TextReader::createByMark(raw, encodings.at(withoutMark))), lines) << bytes;
+            EXPECT_EQ(linesOf(*Reader{TextReader::createByMark(raw, encodings.at(withoutMark))}), lines) << bytes;
         }
 }
 
@@ -89,11 +91,9 @@ TEST(TextReader, WhatIsNoTextIsAnErrorThatStays) {
         for (std::size_t const length : {1, 700}) {
             std::wstring const text(length, L'x');
             MemoryReader raw{encode(text + L'\n' + text, encoding) + bad};
-            std::unique_ptr<TextReader> const reader{TextReader::create(raw, encoding)};
-            std::wstring line;
-            EXPECT_TRUE(reader->readLine(line) && line == text);
-            for (int time : {1, 2})
-                EXPECT_EQ(thrown([&] { static_cast<void>(reader->readLine(line)); }), invalid) << time;
+            Reader const reader{TextReader::create(raw, encoding)};
+            EXPECT_EQ(linesOf(*reader), text + L'|' + invalid);
+            EXPECT_EQ(linesOf(*reader), invalid);
         }
 }
 
@@ -109,45 +109,23 @@ TEST(TextReader, TheMultibyteCodePageReadsAsItConverts) {
 
 TEST(TextReader, TheRawReaderIsCalledOnceABuffer) {
     MemoryReader raw{std::string(20 * 1024, 'x')};
-    std::unique_ptr<TextReader> const reader{TextReader::create(raw, encUTF8)};
+    Reader const reader{TextReader::create(raw, encUTF8)};
     EXPECT_EQ(raw.calls, 0);
-    std::wstring line;
-    EXPECT_TRUE(reader->readLine(line));
-    EXPECT_EQ(raw.calls, 21);
+    linesOf(*reader);
+    EXPECT_EQ(raw.calls, 22);
     for (int const value : {-1, 5, 100}) EXPECT_EQ(TextReader::create(raw, static_cast<TextEncoding>(value)), nullptr);
 }
-
-/// Throws at one call, and goes on at the next one.
-class FailingReader : public MemoryReader {
-public:
-    FailingReader(std::string const& bytes, int sound) : MemoryReader{bytes, 1}, sound_{sound} {}
-    std::int64_t read(void* buffer, std::uint64_t count) override {
-        if (sound_-- == 0) throw OrnError{L"broken"};
-        return MemoryReader::read(buffer, count);
-    }
-
-private:
-    int sound_;
-};
 
 // It fails in the midst of a line, a character or a line end.
 TEST(TextReader, ALineThatAFailureInterruptedIsReadWhole) {
     std::string const bytes = "first\r\nsecond \xE2\x82\xAC\r\rfourth\n\nlast\r";
-    int const calls = static_cast<int>(bytes.size()) + 1;
-    for (int sound = 0; sound != calls; ++sound) {
-        FailingReader raw{bytes, sound};
-        std::unique_ptr<TextReader> const reader{TextReader::create(raw, encUTF8)};
-        std::wstring all, line;
-        int failures = 0;
-        for (bool more = true; more;) try {
-                more = reader->readLine(line);
-                if (more) all += line + L'|';
-            } catch (OrnError const&) {
-                ++failures;
-                EXPECT_EQ(line, L"");
-            }
-        EXPECT_EQ(all, L"first|second \u20ac||fourth||last|") << sound;
-        EXPECT_EQ(failures, 1);
+    for (int call = 0; call <= static_cast<int>(bytes.size()); ++call) {
+        MemoryReader raw{bytes, 1, call};
+        Reader const reader{TextReader::create(raw, encUTF8)};
+        std::wstring const before = linesOf(*reader), failure = L"runtime_error: broken";
+        ASSERT_TRUE(before.ends_with(failure)) << call;
+        EXPECT_EQ(before.substr(0, before.size() - failure.size()) + linesOf(*reader),
+                  L"first|second \u20ac||fourth||last|");
     }
 }
 
@@ -155,11 +133,9 @@ TEST(TextReader, Files) {
     TemporaryFolder const folder;
     EXPECT_THROW(static_cast<void>(TextReader::create(folder / L"missing")), OrnError);
     EXPECT_EQ(TextReader::create(folder / L"missing", static_cast<TextEncoding>(5)), nullptr);
-    std::unique_ptr<TextReader> const reader{TextReader::create(folder.put("file", "\xEF\xBB\xBFtw\xC3\xB6\r\nx\xFF"))};
-    std::wstring line;
-    EXPECT_TRUE(reader->readLine(line));
-    EXPECT_EQ(line, L"tw\u00f6");
-    EXPECT_NE(thrown([&] { static_cast<void>(reader->readLine(line)); }).find(folder / L"file"), std::wstring::npos);
+    Reader const reader{TextReader::create(folder.put("file", "\xEF\xBB\xBFtw\xC3\xB6\r\nx\xFF"))};
+    std::wstring const read = linesOf(*reader);
+    EXPECT_TRUE(read.starts_with(L"tw\u00f6|OrnError") && read.find(folder / L"file") != read.npos) << read;
     reader->close();
     reader->close();
     EXPECT_NO_THROW(folder.removeAll());

@@ -22,20 +22,21 @@ TEST(TextWriterFailures, NothingIsLostWrittenTwiceOrBehindAHole) {
         for (bool const deleted : {false, true}) {
             std::string expected = "\xEF\xBB\xBF";
             auto writer = open(folder);
+            auto const put = [&](int number) {
+                if (number % 50 == 7) return writer->flush();
+                std::string const line =
+                    std::to_string(number) + std::string(static_cast<std::size_t>(number % 40), 'x');
+                writer->writeLine({line.begin(), line.end()});
+                expected += line + "\r\n";
+            };
             std::optional<faults::Refuse> refuse{std::in_place, "fwrite", spared};
-            for (int number = 0; number < 600; ++number) {
-                bool const flushes = number % 50 == 7;
-                std::wstring const line =
-                    std::to_wstring(number) + std::wstring(static_cast<std::size_t>(number % 40), L'x');
-                try {
-                    flushes ? writer->flush() : writer->writeLine(line);
+            for (int number = 0; number < 600; ++number) try {
+                    put(number);
                 } catch (OrnError const&) {
                     if (deleted) break;
                     refuse.reset();
-                    flushes ? writer->flush() : writer->writeLine(line);
+                    put(number);
                 }
-                if (!flushes) expected += std::string{line.begin(), line.end()} + "\r\n";
-            }
             if (deleted) {
                 writer.reset();
                 EXPECT_TRUE(expected.starts_with(folder.get("file"))) << spared;

@@ -14,6 +14,7 @@
 #include "orn/text/CSVParser.h"
 #include "orn/text/CSVReader.h"
 #include "orn/text/Encoding.h"
+#include "orn/text/FileName.h"
 #include "orn/text/Printf.h"
 #include "orn/text/QuarkTableImp.h"
 #include "orn/text/RawFile.h"
@@ -166,6 +167,7 @@ TEST(Failures, OfConversionsAndLocales) {
         {"a long format", [&] { return stringPrintf(L"<%s>", text.c_str()).size() == 5002; }, {}, 4},
         {"uppercase", [&] { return uppercase(name) == std::wstring(100, L'N'); }, {}, 2},
         {"collateStrings", [] { return collateStrings(L"a", L"b"); }, {{"wcscoll", L"0"}}},
+        {"a full name", [] { return absoluteFilename(L"a"); }, {{"_wfullpath", L""}}},
         {"a locale's scope", inScope, {{"_configthreadlocale", L"1"}, {"setlocale", L"1"}}},
     });
     faults::failEveryAllocation([] { AutoLocale const guard{LC_ALL}; },

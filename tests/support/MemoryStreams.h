@@ -9,15 +9,15 @@
 #include <string>
 #include <vector>
 
-/// Gives out bytes, at most so many a call.
+/// Gives out bytes, at most so many a call. The call with the number `failing` throws a std::runtime_error and takes nothing.
 class MemoryReader : public ORN::RawReader {
 public:
-    explicit MemoryReader(std::string bytes, std::size_t most = std::string::npos)
-        : bytes_{std::move(bytes)}, most_{most} {}
+    explicit MemoryReader(std::string bytes, std::size_t most = std::string::npos, int failing = -1)
+        : bytes_{std::move(bytes)}, most_{most}, failing_{failing} {}
 
     std::wstring name() const override { return L"memory"; }
     std::int64_t read(void* buffer, std::uint64_t count) override {
-        ++calls;
+        if (calls++ == failing_) throw std::runtime_error{"broken"};
         std::size_t const some = std::min<std::size_t>({count, most_, bytes_.size() - position_});
         std::memcpy(buffer, bytes_.data() + position_, some);
         position_ += some;
@@ -29,6 +29,7 @@ public:
 private:
     std::string bytes_;
     std::size_t most_, position_ = 0;
+    int failing_;
 };
 
 /// Keeps what is written; a write that would go beyond the room throws a std::runtime_error and keeps nothing.

@@ -23,7 +23,7 @@ struct Free {
 
 /// Empty when the system cannot tell.
 std::wstring currentFolder() {
-    if (ORN_OS_REFUSED("getcwd")) return {};
+    if (ORN_OS_REFUSED("_wfullpath")) return {};
     std::unique_ptr<char, Free> const native{::getcwd(nullptr, 0)};
     if (native == nullptr || native.get()[0] != '/') return {};
     std::size_t const bytes = std::strlen(native.get());
