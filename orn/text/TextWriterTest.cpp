@@ -126,7 +126,8 @@ TEST(TextWriter, CreatingAndAppendingFiles) {
     };
     for (auto const& [before, mode, asked, after, marked, lineEnd] : cases) {
         std::wstring const name = folder.put("file", before);
-        std::unique_ptr<TextWriter> const writer{TextWriter::create(name, mode, asked, marked, lineEnd)};
+        std::unique_ptr<TextWriter> const writer{marked ? TextWriter::create(name, mode, asked)
+                                                        : TextWriter::create(name, mode, asked, false, lineEnd)};
         writer->writeLine(L"x");
         writer->close();
         EXPECT_EQ(folder.get("file"), after) << testing::PrintToString(before);
