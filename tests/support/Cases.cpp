@@ -27,7 +27,7 @@ std::vector<std::vector<std::wstring>> Cases::rows(std::string const& table, std
     bool inTable = false;
     for (std::string line; std::getline(stream, line);) {
         if (line.empty() || line[0] == '#') continue;
-        if (line[0] == '[') {
+        if (line[0] == '[' && line.find("  ") == line.npos) {
             inTable = line == '[' + table + ']';
             continue;
         }
