@@ -20,6 +20,7 @@ public:
         : Imp{lines, text, std::make_unique<HeadedCSVParser>(columns, format)} {}
 
     bool read(std::vector<std::wstring>& fields) {
+        // The parser goes on in its text until it has answered false.
         if (pending_) {
             pending_ = false;
             parser_->parse(fields, piece_);
@@ -31,6 +32,7 @@ public:
                 pending_ = piece_.back() != L'\r';
                 return true;
             }
+            // This piece was the header, which is no record: the first one begins behind it.
             if (raw_.betweenRecords()) first_ = line_ + 1;
         }
         if (!raw_.betweenRecords()) throw OrnError{ornMsg(283)};
@@ -48,6 +50,7 @@ private:
     Imp(TextReader* lines, std::wstring_view text, std::unique_ptr<HeadedCSVParser> parser)
         : lines_{lines}, text_{text}, raw_{parser->parser()}, parser_{std::move(parser)} {}
 
+    // A line counts before it is read: when reading fails, lastLine() is the line that could not be read.
     bool nextPiece() {
         ++line_;
         if (lines_ != nullptr ? nextLine() : nextPartOfText()) return true;
@@ -68,7 +71,7 @@ private:
         bool const last = stop == end;
         if (!last && *stop++ == L'\r' && stop != end && *stop == L'\n') ++stop;
         piece_.assign(begin, stop);
-        if (last) piece_ += L'\n';
+        if (last) piece_ += L'\n';  // the last record needs no line end
         position_ = static_cast<std::size_t>(stop - text_.begin());
         return true;
     }
@@ -76,7 +79,7 @@ private:
     TextReader* lines_;
     std::wstring_view text_;
     std::size_t position_ = 0;
-    RawCSVParser const& raw_;
+    RawCSVParser const& raw_;  // the parser, or the one inside it when there is a header
     std::unique_ptr<CSVParser> parser_;
     std::wstring piece_;
     bool pending_ = false;

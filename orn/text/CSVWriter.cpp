@@ -11,6 +11,7 @@ namespace ORN {
 
 namespace {
 
+// An empty field needs no quotes beside a delimiter; endRecord() looks after the record that has nothing else.
 bool needsQuotes(std::wstring_view text, CSVFormat const& format) noexcept {
     if (text.empty()) return false;
     if (!format.keepBlanks && (csv::isBlank(text.front()) || csv::isBlank(text.back()))) return true;
@@ -19,6 +20,7 @@ bool needsQuotes(std::wstring_view text, CSVFormat const& format) noexcept {
     return false;
 }
 
+// Twice the capacity, so that a text of many fields is copied a bounded number of times.
 void grow(std::wstring& text, std::size_t more) { text.reserve(std::max(text.size() + more, 2 * text.capacity())); }
 
 void makeRoom(std::wstring& text, std::size_t more) {
@@ -51,9 +53,9 @@ CSVWriter::CSVWriter(std::wstring& text, CSVFormat format, std::wstring_view lin
 CSVWriter& CSVWriter::field(std::wstring_view text) {
     std::wstring& out = text_ != nullptr ? *text_ : record_;
     bool const quoted = needsQuotes(text, format_);
-    makeRoom(out,
-             3 + (quoted ? 2 * text.size()
-                         : text.size()));  // from here on nothing throws, so a field is written whole or not at all
+    // A delimiter, two quotes, and every unit of the text twice at most. From here on nothing throws, so a field is written
+    // whole or not at all.
+    makeRoom(out, 3 + (quoted ? 2 * text.size() : text.size()));
     if (hasFields_)
         out += format_.delimiter;
     else
@@ -72,7 +74,7 @@ CSVWriter& CSVWriter::field(double value) {
 }
 
 CSVWriter& CSVWriter::field(double value, int digits) {
-    wchar_t room[512];
+    wchar_t room[512];  // takes every double with up to 200 digits; writeDouble promises what more of them need
     std::wstring_view const text = writeDouble(room, value, digits);
     if (!text.empty()) return field(text);
     std::wstring longer(static_cast<std::size_t>(digits) + 312, L'\0');
@@ -82,12 +84,13 @@ CSVWriter& CSVWriter::field(double value, int digits) {
 void CSVWriter::endRecord() {
     std::wstring& out = text_ != nullptr ? *text_ : record_;
     bool const onlyEmpty = hasFields_ && out.size() == start_;
-    makeRoom(out, 4);
+    makeRoom(out, 4);                          // two quotes and the line end
     if (onlyEmpty) out.append(2, csv::quote);  // an empty line has no field
     out += lineEnd_;
     hasFields_ = false;
     if (lines_ == nullptr) return;
 
+    // A record that cannot be written is forgotten, too, so that the next one begins afresh.
     struct Forget {
         std::wstring& record;
         ~Forget() { record.clear(); }

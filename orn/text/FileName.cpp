@@ -2,7 +2,6 @@
 
 #include "orn/os/Path.h"
 #include "orn/text/CharacterClass.h"
-#include "orn/text/PathPartsImp.h"
 #include "orn/text/Strings.h"
 
 #include <algorithm>
@@ -13,10 +12,28 @@ using namespace std::string_view_literals;
 
 namespace {
 
+// A file name in the four parts of the Windows runtime's splitter; joined in order they are the name.
+struct PathParts {
+    std::wstring_view drive;      // one character and its colon, or empty
+    std::wstring_view directory;  // up to and including the last slash of either kind
+    std::wstring_view base;
+    std::wstring_view extension;  // from the last dot of the name on
+
+    explicit PathParts(std::wstring_view path) noexcept {
+        drive = path.substr(0, path.size() > 1 && path[1] == L':' ? 2 : 0);
+        path.remove_prefix(drive.size());
+        directory = path.substr(0, path.find_last_of(L"/\\") + 1);
+        path.remove_prefix(directory.size());
+        base = path.substr(0, path.rfind(L'.'));
+        extension = path.substr(base.size());
+    }
+};
+
 struct Divided {
     std::wstring directory, base, extension;
 };
 
+// The directory of a URL keeps its last slash. Without any slash, rfind() + 1 is 0 and all of it is the name.
 Divided divideUrl(std::wstring const& url) {
     std::size_t const name = url.rfind(L'/') + 1;
     std::size_t const dot = url.rfind(L'.');
@@ -24,7 +41,7 @@ Divided divideUrl(std::wstring const& url) {
     return {url.substr(0, name), url.substr(name, end - name), url.substr(end)};
 }
 
-std::wstring directoryOf(std::wstring const& path, ORN::PathParts const& parts) {
+std::wstring directoryOf(std::wstring const& path, PathParts const& parts) {
     std::wstring result{parts.drive};
     std::wstring_view directory = parts.directory;
     if (directory.empty()) {
@@ -44,7 +61,7 @@ std::wstring directoryOf(std::wstring const& path, ORN::PathParts const& parts) 
 
 Divided divide(std::wstring const& path) {
     if (isURL(path)) return divideUrl(path);
-    ORN::PathParts const parts{path};
+    PathParts const parts{path};
     return {directoryOf(path, parts), std::wstring{parts.base}, std::wstring{parts.extension}};
 }
 
@@ -57,6 +74,7 @@ bool isURL(std::wstring const& text) { return text.find(L"://") != std::wstring:
 
 bool isFileChar(CodePoint c) noexcept {
     unsigned char const category = unicodeClass(c);
+    // U+FEFF is a format character, and allowed all the same.
     if (c.value() > 127) return (fileCategories >> category & 1) != 0 || c.value() == 0xFEFF;
     return isUalnum(c) ||
            L" $%'-_@~`!(){}^#&+,;=[]."sv.find(static_cast<wchar_t>(c.value())) != std::wstring_view::npos;
@@ -82,8 +100,8 @@ std::wstring joinDirectory(std::wstring const& directory, std::wstring const& na
     result.reserve(directory.size() + 1 + name.size());
     result = directory;
     if (!result.empty() && result.back() != L'\\' && result.back() != L'/') {
-        bool const ofThisSystem =
-            directory.find(L'\\') == std::wstring::npos && ORN::PathParts{directory}.drive.empty();
+        // A backslash or a drive tells a directory of Windows, on whatever system the program runs.
+        bool const ofThisSystem = directory.find(L'\\') == std::wstring::npos && PathParts{directory}.drive.empty();
         result += isURL(directory) ? L'/' : ofThisSystem ? ORN::os::pathSeparator() : L'\\';
     }
     return result += name;
@@ -96,6 +114,7 @@ bool okToAddToAbsolutePath(std::wstring const& path) {
 }
 
 unsigned int analyzeFileType(std::wstring const& path, std::wstring const& extensions) {
+    // An empty list has no member, though an empty text between two slashes is one.
     if (extensions.empty()) return 0;
     std::wstring const wanted = lowercase(divide(path).extension);
     unsigned int number = 1;
@@ -110,6 +129,7 @@ unsigned int analyzeFileType(std::wstring const& path, std::wstring const& exten
 std::wstring abbreviateFilename(std::wstring const& path, std::size_t maxLength) {
     if (path.size() <= maxLength) return path;
     std::wstring name;
+    // In front of the dots stands the beginning of the directory above the file's own.
     std::wstring leading = getDirectory(getDirectory(path, name));
     std::size_t const needed = name.size() + 3;
     if (needed > maxLength) return name;
@@ -117,6 +137,7 @@ std::wstring abbreviateFilename(std::wstring const& path, std::size_t maxLength)
     std::size_t cut = maxLength - needed;
     if (cut < leading.size()) {
         auto const unit = [&](std::size_t i) { return static_cast<unsigned int>(leading[i]); };
+        // Half a pair is no character.
         if (cut > 0 && isSurrogateA(unit(cut - 1)) && isSurrogateB(unit(cut))) --cut;
         leading.resize(cut);
     }

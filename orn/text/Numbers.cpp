@@ -139,6 +139,8 @@ bool isDouble(double* out, wchar_t const* text, std::size_t length) noexcept {
     std::uint64_t digits = 0;
     std::ptrdiff_t kept = 0;
     std::uint32_t digit = 0;
+    // Takes all digits that follow. The first 17 of the number go into the sum, the others only into the count, which raises
+    // the exponent.
     auto const keep = [&] {
         wchar_t const* const begin = at;
         wchar_t const* const stop = end - at > mostDigits - kept ? at + (mostDigits - kept) : end;
@@ -154,7 +156,7 @@ bool isDouble(double* out, wchar_t const* text, std::size_t length) noexcept {
         wchar_t const* const fraction = ++at;
         if (kept == 0) {
             while (at != end && *at == L'0') ++at;
-            exponent = fraction - at;
+            exponent = fraction - at;  // each zero between the point and the first digit lowers it
         }
         keep();
         seen = seen || at != fraction;
@@ -228,6 +230,7 @@ private:
         wchar_t const* at = at_ + 1;
         bool const negative = skipToDigits(at, end_);
         if (at == end_ || digitOf(*at) > 9) return;  // the letter belongs to what follows
+        // Far beyond every exponent that matters, and far from the end of the type.
         std::int64_t const large = std::int64_t{1} << 56;
         std::int64_t written = 0;
         for (; at != end_ && digitOf(*at) <= 9; ++at) written = std::min(written * 10 + digitOf(*at), large);
@@ -238,12 +241,14 @@ private:
     DoubleRead converted() noexcept {
         if (count_ == 0) return result(0.0);
         std::int64_t const magnitude = exponent_ + count_;
+        // Outside of these bounds there are no doubles, and the exponent has more digits than are written below.
         if (magnitude > 400) return result(infinity, DoubleRead::overflow);
         if (magnitude < -400) return result(0.0, DoubleRead::underflow);
         if (more_) {
             digits_[count_++] = '1';
             --exponent_;
         }
+        // The standard library reads the digits as an integer, with an exponent of four digits behind them.
         char* end = digits_ + count_;
         *end++ = 'e';
         if (exponent_ < 0) *end++ = '-';

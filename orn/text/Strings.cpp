@@ -14,6 +14,7 @@ namespace os = ORN::os;
 
 namespace {
 
+// The result ends at the first zero, because the system takes a terminated text.
 std::wstring converted(std::wstring const& text, void (*convert)(wchar_t*) noexcept) {
     os::Scratch<wchar_t, 64> scratch{text.size() + 1};
     std::wmemcpy(scratch.data(), text.c_str(), text.size() + 1);
@@ -36,6 +37,7 @@ int collateStrings(std::wstring const& a, std::wstring const& b) noexcept {
     return collateStrings(a.c_str(), b.c_str());
 }
 
+// The system tells a failed comparison only by errno. Texts that cannot be compared count as equal.
 int collateStrings(wchar_t const* a, wchar_t const* b) noexcept {
     errno = 0;
     int const order = os::collate(a, b);
@@ -59,6 +61,7 @@ std::size_t packTo(std::wstring const& text, wchar_t* buffer, std::size_t size) 
 
 std::size_t packTo(wchar_t const* text, std::size_t length, wchar_t* buffer, std::size_t size) {
     if (size == 0) throw std::logic_error{"illegal buffer to pack wstring"};
+    // What is looked at is the first unit that is cut off: where it leads a pair, one unit less is copied.
     std::size_t room = size;
     if (size > 1 && size - 1 < length && isSurrogateA(static_cast<unsigned int>(text[size - 1]))) --room;
     std::size_t const count = std::min(room - 1, length);

@@ -2,6 +2,8 @@
 
 namespace {
 
+// A line ends with any number of CR and at most one LF behind them, so that the CR CR LF of a file converted twice is one
+// line end.
 template <typename Unit>
 bool isReturn(Unit unit) {
     return unit == Unit{13};
@@ -24,6 +26,7 @@ template <typename I>
 TextLineIterator<I>::TextLineIterator(I textBegin, I lineBegin, I lineEnd, I textEnd, bool atEnd)
     : textBegin_{textBegin}, lineBegin_{lineBegin}, lineEnd_{lineEnd}, textEnd_{textEnd}, atEnd_{atEnd} {}
 
+// Even an empty text has a line, which is empty.
 template <typename I>
 TextLineIterator<I> TextLineIterator<I>::begin(I b, I e) {
     return {b, b, findEOL(b, e), e, false};
@@ -41,6 +44,7 @@ typename TextLineIterator<I>::value_type TextLineIterator<I>::operator*() const 
 
 template <typename I>
 TextLineIterator<I>& TextLineIterator<I>::operator++() {
+    // A line end that ends the text begins no line behind it.
     lineBegin_ = skipEOL(lineEnd_, textEnd_);
     atEnd_ = lineBegin_ == textEnd_;
     lineEnd_ = findEOL(lineBegin_, textEnd_);
@@ -82,6 +86,7 @@ I TextLineIterator<I>::skipEOL(I p, I e) {
     return p;
 }
 
+// The two below take the same line ends as the two above, from their other side.
 template <typename I>
 I TextLineIterator<I>::backFindEOL(I p, I b) {
     while (p != b && !isEOL(p[-1])) --p;
@@ -95,11 +100,13 @@ I TextLineIterator<I>::backSkipEOL(I p, I b) {
     return p;
 }
 
+// In an empty text the first line and the end have the same place: the flag tells them apart.
 template <typename I>
 bool TextLineIterator<I>::eq(TextLineIterator const& other) const {
     return atEnd_ == other.atEnd_ && lineBegin_ == other.lineBegin_;
 }
 
+// The only ones: programs find the members of no other iterator in the library.
 template class ORN_API_DEFINED TextLineIterator<char const*>;
 template class ORN_API_DEFINED TextLineIterator<wchar_t const*>;
 template class ORN_API_DEFINED TextLineIterator<std::string::const_iterator>;

@@ -81,6 +81,7 @@ private:
     void put(std::wstring const& text) {
         wchar_t const *p = text.data(), *const end = p + text.size();
         for (;;) {
+            // A run ends at a line end, at a pair, or near the end of the buffer: there a single character is taken.
             unsigned char* const written = takeRun(p, end, buffer_ + count_, buffer_ + sizeof buffer_);
             count_ = static_cast<std::uint64_t>(written - buffer_);
             if (p == end) return;
@@ -89,7 +90,7 @@ private:
                 if (unit == carriageReturn && p != end && *p == feed) ++p;
                 putLineEnd();
             } else if (isSurrogate(unit)) {
-                unsigned int value = unit;
+                unsigned int value = unit;  // a pair may not be divided between two texts
                 if (p == end || !fromUTF16(value, unit, static_cast<unsigned int>(*p++))) fail(unit);
                 put(value);
             } else {
@@ -140,6 +141,7 @@ private:
         drop(count_);
     }
 
+    // Forgets bytes that the raw writer has taken.
     void drop(std::uint64_t bytes) noexcept {
         count_ -= bytes;
         begun_ -= static_cast<std::int64_t>(bytes);
@@ -154,8 +156,8 @@ private:
     RawWriter& raw_;
     unsigned char buffer_[1024];
     std::uint64_t count_ = 0;
-    std::int64_t begun_ =
-        0;  // where the text being written begins in the buffer; negative once its first part has left the buffer
+    // Where the text being written begins in the buffer; negative once its first part has left the buffer.
+    std::int64_t begun_ = 0;
     TextLineEnd lineEnd_;
     std::exception_ptr failure_;
 };
@@ -163,6 +165,7 @@ private:
 // Takes ASCII up to a line end. In a text that is written, a form feed ends no line.
 void takeASCII(wchar_t const*& from, wchar_t const* end, unsigned char*& to, unsigned char const* stop) noexcept {
     while (end - from >= ascii::block && stop - to >= ascii::block) {
+        // The whole block is stored, but only what stands before the first stop counts.
         unsigned int stops = ascii::narrow(from, to);
         stops |= ascii::find(to, 0x0A, 0x0D);
         std::ptrdiff_t const taken = stops == 0 ? ascii::block : std::countr_zero(stops);
@@ -232,6 +235,7 @@ inline __m128i lookAtEight(wchar_t const* from, unsigned int& stops) noexcept {
     __m128i units = _mm_loadu_si128(source), others = _mm_setzero_si128();
     if constexpr (sizeof(wchar_t) == 4) {
         __m128i const more = _mm_loadu_si128(source + 1);
+        // Packing saturates signed numbers, so the low halves are first extended by their signs. A unit has no high half.
         auto const low = [](__m128i some) { return _mm_srai_epi32(_mm_slli_epi32(some, 16), 16); };
         others = _mm_packs_epi32(_mm_srai_epi32(units, 16), _mm_srai_epi32(more, 16));
         units = _mm_packs_epi32(low(units), low(more));
@@ -300,6 +304,7 @@ using UTF16beWriterImp = UTF16WriterImp<1, 0>;
 class MultibyteWriterImp final : public TextWriterImp {
 public:
     MultibyteWriterImp(RawWriter& raw, TextLineEnd lineEnd) noexcept : TextWriterImp{raw, lineEnd} {
+        // Asked once: nearly every code page keeps ASCII as it is, and where it is UTF-8 there is a quick way for the rest.
         wchar_t all[0x80];
         char bytes[0x80] = {};
         for (int i = 0; i != 0x80; ++i) all[i] = static_cast<wchar_t>(i);
@@ -313,6 +318,7 @@ protected:
     std::uint64_t encode(CodePoint c, unsigned char* destination, std::uint64_t room) const override {
         wchar_t units[2];
         int const count = static_cast<int>(c.wchars(units, 2));
+        // The seam counts in int; no code page has characters as long as this.
         int const most = static_cast<int>(std::min<std::uint64_t>(room, 10));
         bool substituted = false;
         int const written =
@@ -361,7 +367,7 @@ private:
     }
 
     std::unique_ptr<RawFileWriter> raw_;
-    std::unique_ptr<TextWriter> text_;
+    std::unique_ptr<TextWriter> text_;  // destroyed first, because it still writes to the other
     bool closed_ = false;
 };
 
@@ -401,7 +407,7 @@ TextWriter* openWriter(std::wstring const& filename, TextOpenMode mode, TextEnco
         raw->seek(0, 0);
         unsigned char first[Signature::longest];
         if (std::int64_t const count = raw->read(first, sizeof first); count > 0) {
-            raw->seek(0, 2);
+            raw->seek(0, 2);  // between reading and writing a file has to be positioned
             encoding = Signature::of(first, count, withoutMark).encoding;
             writeBOM = false;
         }

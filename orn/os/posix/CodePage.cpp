@@ -32,6 +32,7 @@ public:
 
 private:
     static void find() noexcept {
+        // The order in which the C library looks at them.
         char const* locale = "";
         for (char const* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
             char const* const value = std::getenv(variable);
@@ -42,6 +43,7 @@ private:
         }
         if (*locale == '\0' || std::strcmp(locale, "C") == 0 || std::strcmp(locale, "POSIX") == 0) return;
 
+        // A locale that is not installed still names its character set, behind the full stop.
         if (locale_t const installed = newlocale(LC_CTYPE_MASK, "", nullptr)) {
             take(nl_langinfo_l(CODESET, installed));
             freelocale(installed);
@@ -51,6 +53,7 @@ private:
     }
 
     static void take(char const* set) noexcept {
+        // What iconv does not know counts as UTF-8.
         std::size_t const length = std::strcspn(set, "@");
         if (length == 0 || length >= sizeof name_) return;
         std::memcpy(name_, set, length);
@@ -238,12 +241,14 @@ int convertFromWide(wchar_t const* units, int length, char* bytes, int room, boo
         while (inLeft > 0) {
             int const error = converter.run(&in, &inLeft, &out, &outLeft);
             if (error == 0) continue;
+            // What the code page lacks becomes a question mark, and iconv goes on there. A page without one fails.
             if (error != EILSEQ || codePoints[count - inLeft / sizeof(wchar_t)] == L'?')
                 return failed(error == E2BIG ? errorInsufficientBuffer : errorNoUnicodeTranslation);
             codePoints[count - inLeft / sizeof(wchar_t)] = L'?';
             substituted = true;
         }
     }
+    // A code page with shift states ends in its initial one.
     if (converter.run(nullptr, nullptr, &out, &outLeft) != 0) return failed(errorInsufficientBuffer);
     return static_cast<int>(out - bytes);
 }

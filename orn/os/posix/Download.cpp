@@ -136,6 +136,7 @@ std::string nameInCache(std::string const& url, CURLU* address) {
     uuid_unparse_lower(id, idText);
 
     Text const path = partOf(address, CURLUPART_PATH, 0);
+    // The end of the path, which has the extension; a file name takes no more than 255 bytes.
     std::string_view last = path != nullptr ? path.get() : "";
     last.remove_prefix(last.rfind('/') + 1);
     last.remove_prefix(last.size() - std::min<std::size_t>(last.size(), 64));
@@ -154,6 +155,7 @@ struct Received {
 
     static std::size_t write(char* bytes, std::size_t size, std::size_t count, void* self) noexcept {
         auto& received = *static_cast<Received*>(self);
+        // Any other count than the one given ends the transfer.
         if (ORN_OS_REFUSED("write")) {
             received.error = ENOSPC;
             return 0;
@@ -203,14 +205,16 @@ HRESULT receive(CURLU* address, Received& received) {
     long const stalled = ORN_OS_REFUSED("patience") ? 1 : 60;
     CURL* const t = transfer.get();
     curl_easy_setopt(t, CURLOPT_CURLU, address);
-    curl_easy_setopt(t, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(t, CURLOPT_NOSIGNAL, 1L);  // signals belong to the program
     curl_easy_setopt(t, CURLOPT_PROTOCOLS_STR, "http,https,file");
+    // Nobody on the web may name a file of this machine.
     curl_easy_setopt(t, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(t, CURLOPT_FOLLOWLOCATION, 1L);
     curl_easy_setopt(t, CURLOPT_MAXREDIRS, 20L);
     curl_easy_setopt(t, CURLOPT_FAILONERROR, 1L);
     curl_easy_setopt(t, CURLOPT_CONNECTTIMEOUT, 30L);
     curl_easy_setopt(t, CURLOPT_TIMEOUT, 3600L);
+    // A slow server is waited for, a silent one is not.
     curl_easy_setopt(t, CURLOPT_LOW_SPEED_LIMIT, 1000L);
     curl_easy_setopt(t, CURLOPT_LOW_SPEED_TIME, stalled);
     curl_easy_setopt(t, CURLOPT_USERAGENT, "orn");
@@ -245,6 +249,7 @@ HRESULT downloadToCache(wchar_t const* url, std::wstring& file) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error) return fileFailure(error.value());
+    // Each download writes a file of its own, which takes its place in the cache as a whole: several may have one URL.
     NoPipeSignal const noSignal;
     Received received{NewFile{folder}};
     if (HRESULT const status = receive(address.get(), received); status < 0) return status;

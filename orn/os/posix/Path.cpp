@@ -27,6 +27,7 @@ std::wstring currentFolder() {
     std::unique_ptr<char, Free> const native{::getcwd(nullptr, 0)};
     if (native == nullptr || native.get()[0] != '/') return {};
     std::size_t const bytes = std::strlen(native.get());
+    // In some code pages a byte makes more than one unit.
     std::wstring wide(4 * bytes, L'\0');
     int const units =
         multibyteToWide(native.get(), static_cast<int>(bytes), wide.data(), static_cast<int>(wide.size()));
@@ -47,6 +48,7 @@ std::wstring fullPath(std::wstring const& name) {
         if (!name.empty()) whole += L'/' + name;
     }
 
+    // Above the root there is nothing. A slash at the end names a folder, and stays.
     std::vector<std::wstring_view> parts;
     std::wstring_view rest = whole;
     bool folder = true;

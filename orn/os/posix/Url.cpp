@@ -31,6 +31,7 @@ std::wstring fileUrl(std::string const& name) {
     return url;
 }
 
+// Names of hosts often tell the scheme, as Windows lists them.
 struct Guess {
     std::wstring_view start, scheme;
 };
@@ -39,6 +40,7 @@ constexpr Guess guesses[] = {
     {L"mosaic", L"http://"}, {L"www", L"http://"},
 };
 
+// Refuses what the buffers of the Windows functions could not take, terminator included.
 HRESULT give(std::wstring text, std::wstring& result) {
     if (text.size() >= urlRoom) return invalidPointer;
     result = std::move(text);
@@ -69,6 +71,7 @@ HRESULT applyUrlScheme(wchar_t const* url, std::wstring& result) {
     std::wstring_view const text = url;
     if (!web::schemeOf(text).empty()) return nothingToDo;
     if (web::startsWithDrive(text) || text.starts_with(L"\\\\"sv)) {
+        // In the name of a file a per cent sign begins no escape.
         std::wstring name;
         for (wchar_t const c : text) name += c != L'%' ? std::wstring(1, c) : L"%25";
         return give(web::canonicalUrl(std::move(name)), result);

@@ -9,6 +9,7 @@ namespace ORN::os {
 
 namespace {
 
+// A length of -1 would mean a terminated text, and a room of 0 a question for the length.
 bool usable(int length, int room) noexcept {
     if (length > 0 && room > 0) return true;
     SetLastError(ERROR_INVALID_PARAMETER);
@@ -47,6 +48,7 @@ int wideToMultibyteStrictly(wchar_t const* units, int length, char* bytes, int r
 }
 
 int decodeMultibyte(char const* bytes, int length, unsigned int& codePoint) noexcept {
+    // The system does not tell how many bytes a character takes: the shortest head that it takes is one.
     int const longest = 4;  // of all code pages that can be the ANSI one
     for (int size = 1; size <= length && size <= longest; ++size) {
         if (size == 1 && IsDBCSLeadByte(static_cast<BYTE>(*bytes))) continue;

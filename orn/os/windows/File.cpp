@@ -48,6 +48,7 @@ std::FILE* openFile(std::wstring const& name, std::wstring const& mode) {
 
     int const file = ::_wopen(name.c_str(), flags, _S_IREAD | _S_IWRITE);
     if (file == -1) return nullptr;
+    // The file is open already, and some runtimes refuse this letter.
     std::wstring known = mode;
     std::erase(known, L'x');
     std::FILE* const stream = ::_wfdopen(file, known.c_str());
@@ -60,7 +61,7 @@ bool fileExists(std::wstring const& name) {
 }
 
 std::FILE* standardInput() noexcept {
-    ::_setmode(::_fileno(stdin), _O_BINARY);
+    ::_setmode(::_fileno(stdin), _O_BINARY);  // or a 1A would end it, and CR LF would be one byte
     return stdin;
 }
 
