@@ -73,10 +73,11 @@ std::optional<std::vector<std::wstring>> readStrings(DWORD type, std::string con
     return result;
 }
 
-std::optional<DWORD> readNumber(DWORD type, std::string const& bytes) {
-    if (type != 4 || bytes.size() > 4) return std::nullopt;
-    DWORD value = 0;
-    for (std::size_t i = bytes.size(); i-- > 0;) value = value * 256 + static_cast<unsigned char>(bytes[i]);
+template <typename Number>
+std::optional<Number> readNumber(DWORD wanted, DWORD type, std::string const& bytes) {
+    if (type != wanted || bytes.size() > sizeof(Number)) return std::nullopt;
+    Number value = 0;
+    for (std::size_t i = bytes.size(); i-- > 0;) value = value << 8 | static_cast<unsigned char>(bytes[i]);
     return value;
 }
 
@@ -99,22 +100,33 @@ ORN_LAW(Registry) {
     same("is a string", key.getString(L"value", text), expectedText.has_value());
     same("the string", text, expectedText.value_or(L""));
 
+    auto const expectedForm = readString(type == 2 ? 1 : type, bytes);
+    same("is a string of either type", key.getUnexpandedString(L"value", text), expectedForm.has_value());
+    same("the string as it stands", text, expectedForm.value_or(L""));
+
     std::vector<std::wstring> texts{L"before"};
     auto const expectedTexts = readStrings(type, bytes);
     same("are strings", key.getMultiString(L"VALUE", texts), expectedTexts.has_value());
     same("the strings", texts, expectedTexts.value_or(std::vector<std::wstring>{}));
 
     DWORD number = 4711;
-    auto const expectedNumber = readNumber(type, bytes);
+    auto const expectedNumber = readNumber<DWORD>(4, type, bytes);
     same("is a number", key.getDword(L"value", number), expectedNumber.has_value());
     same("the number", number, expectedNumber.value_or(4711));
+
+    std::uint64_t longNumber = 4711;
+    auto const expectedLong = readNumber<std::uint64_t>(11, type, bytes);
+    same("is a long number", key.getQword(L"value", longNumber), expectedLong.has_value());
+    same("the long number", longNumber, expectedLong.value_or(4711));
 
     bool const fits = type == 3 && bytes.size() <= room.size();
     same("bytes read", key.getBinary(L"value", room.data(), static_cast<DWORD>(room.size())), fits ? bytes.size() : 0);
     if (fits) same("the bytes", std::string{room.data(), bytes.size()}, bytes);
 
     DWORD readType = 0;
-    std::vector<BYTE> read;
+    std::vector<BYTE> read(1);
+    same("are bytes", key.getBinary(L"value", read), type == 3);
+    same("all bytes", std::string(read.begin(), read.end()), type == 3 ? bytes : "");
     holds("any value is read", key.getValue(L"value", readType, read));
     same("its type", readType, type);
     same("its bytes", std::string(read.begin(), read.end()), bytes);

@@ -13,10 +13,10 @@
 #include <cstdint>
 #include <cwchar>
 #include <functional>
-#include <iterator>
 #include <type_traits>
 #include <utility>
 
+using namespace std::string_literals;
 using testing::StartsWith;
 using testing::UnorderedElementsAreArray;
 namespace os = ORN::os;
@@ -65,55 +65,37 @@ TEST_F(RegistryKey, ReferencesToTheEnvironmentAreExpandedAtEveryLength) {
     }
 }
 
-// Each writer's value comes back from its own readers, and from no other.
-TEST_F(RegistryKey, ValuesComeBackAsTheTypeThatTheyWereWrittenAs) {
-    std::wstring const path = L"<%PATH%>";
-    Names const list{L"a", L"b c", std::wstring(300, L'x')};
-    std::vector<BYTE> const bytes(700, BYTE{0xA5});
+TEST_F(RegistryKey, ValuesAreWrittenWithTheirTypeAndBytes) {
+    std::string const longBytes(700, '\xA5');
     struct {
         std::function<bool()> write;
         DWORD type;
-        std::size_t size;
+        std::string bytes;
     } const values[] = {
-        {[&] { return key_.setString(L"v", path); }, 1, 18},
-        {[&] { return key_.setExpandString(L"v", path); }, 2, 18},
-        {[&] { return key_.setMultiString(L"v", list); }, 7, 2 * 308},
-        {[&] { return key_.setMultiString(L"v", {}); }, 7, 2},
-        {[&] { return key_.setDword(L"v", 0x89ABCDEF); }, 4, 4},
-        {[&] { return key_.setQword(L"v", 0x0123456789ABCDEF); }, 11, 8},
-        {[&] { return key_.setBinary(L"v", bytes.data(), bytes.size()); }, 3, 700},
-        {[&] { return key_.setBinary(L"v", nullptr, 0); }, 3, 0},
-        {[&] { return key_.setValue(L"v", 9, bytes.data(), 3); }, 9, 3},
+        {[&] { return key_.setString(L"v", L"%S\u20AC"); }, 1, "%\0S\0\xAC\x20\0\0"s},
+        {[&] { return key_.setExpandString(L"v", L"%S%"); }, 2, "%\0S\0%\0\0\0"s},
+        {[&] {
+             return key_.setMultiString(L"v", {L"a", L"b c"});
+         },
+         7, "a\0\0\0b\0 \0c\0\0\0\0\0"s},
+        {[&] { return key_.setMultiString(L"v", {}); }, 7, "\0\0"s},
+        {[&] { return key_.setDword(L"v", 0x89ABCDEF); }, 4, "\xEF\xCD\xAB\x89"},
+        {[&] { return key_.setQword(L"v", 0x0123456789ABCDEF); }, 11, "\xEF\xCD\xAB\x89\x67\x45\x23\x01"},
+        {[&] { return key_.setBinary(L"v", longBytes.data(), longBytes.size()); }, 3, longBytes},
+        {[&] { return key_.setBinary(L"v", nullptr, 0); }, 3, ""},
+        {[&] { return key_.setValue(L"v", 9, "abc", 3); }, 9, "abc"},
     };
-    for (auto const& [write, type, size] : values) {
-        SCOPED_TRACE(type);
-        ASSERT_TRUE(write());
-        std::wstring name = L"v", unexpanded;
-        Names strings{L"v", L"before"};
-        std::vector<BYTE> binary(1), raw(1);
-        DWORD number = 77, readType = 77;
-        std::uint64_t longNumber = 77;
-        EXPECT_EQ(key_.getUnexpandedString(L"v", unexpanded), type <= 2);
-        EXPECT_EQ(unexpanded, type <= 2 ? path : L"");
-        EXPECT_EQ(key_.getString(name, name), type <= 2);
-        EXPECT_EQ(name == path, type == 1);
-        EXPECT_EQ(key_.getMultiString(strings[0], strings), type == 7);
-        EXPECT_EQ(strings, type == 7 && size > 2 ? list : Names{});
-        EXPECT_EQ(key_.getDword(L"v", number), type == 4);
-        EXPECT_EQ(number, type == 4 ? 0x89ABCDEF : 77);
-        EXPECT_EQ(key_.getQword(L"v", longNumber), type == 11);
-        EXPECT_EQ(longNumber, type == 11 ? 0x0123456789ABCDEF : 77);
-        EXPECT_EQ(key_.getBinary(L"v", binary), type == 3);
-        EXPECT_EQ(binary, type == 3 && size > 0 ? bytes : std::vector<BYTE>{});
-        EXPECT_EQ(key_.status(), 0u);
-        EXPECT_TRUE(key_.getValue(L"v", readType, raw) && readType == type && raw.size() == size);
-    }
-    for (std::wstring const& item : {std::wstring{}, std::wstring{L"a\0b", 3}})
-        EXPECT_TRUE(!key_.setMultiString(L"v", {L"a", item}) && key_.status() == 87);
     DWORD type = 77;
-    std::vector<BYTE> raw(1);
-    EXPECT_FALSE(key_.getValue(L"none", type, raw));
-    EXPECT_TRUE(type == 77 && raw.empty() && key_.status() == 2);
+    std::vector<BYTE> read(1);
+    EXPECT_FALSE(key_.getValue(L"v", type, read));
+    EXPECT_TRUE(type == 77 && read.empty() && key_.status() == 2);
+    for (auto const& [write, expected, bytes] : values) {
+        EXPECT_TRUE(write() && key_.status() == 0 && key_.getValue(L"v", type, read) && key_.status() == 0);
+        EXPECT_EQ(type, expected);
+        EXPECT_EQ(std::string(read.begin(), read.end()), bytes);
+    }
+    for (std::wstring const& item : {L""s, L"a\0b"s})
+        EXPECT_TRUE(!key_.setMultiString(L"v", {L"a", item}) && key_.status() == 87);
 }
 
 TEST_F(RegistryKey, TellsWhatIsInItByTheNamesThatOpenIt) {
