@@ -52,7 +52,7 @@ TEST(MemoryStatus, KernelFiguresAreCutToEveryLimitThatHoldsTheProcess) {
             name = line;
         }
     }
-    EXPECT_EQ(cases, 7);
+    EXPECT_EQ(cases, 8);
 }
 
 TEST(MemoryStatus, KernelFiguresNeedAMachine) {
