@@ -100,6 +100,7 @@ TEST(TextWriterBuf, AFullDiskIsAFailureOnceAndInTheFileAsSoonAsThereIsRoom) {
             std::string const head = parts[1], tail = parts[3];
             EXPECT_TRUE(all.starts_with(head.substr(0, head.size() - 1)) && head.ends_with('\n') &&
                         all.ends_with(tail));
+            EXPECT_EQ(tail.empty(), lines == 2) << "the first line that begins when there is room is written";
             // The end of the line that was cut stands in the head, whether it was dropped or not.
             EXPECT_LE(head.size() + std::stoul(parts[2]) + tail.size() - all.size(), 1u) << sound << " " << lines;
         }
