@@ -50,9 +50,11 @@ TEST(Quark, CollatesTotallyByTheLocale) {
         quarks.push_back(Quark::create(text));
     for (std::size_t i = 0; i < quarks.size(); ++i)
         for (std::size_t j = 0; j < quarks.size(); ++j) EXPECT_EQ(less(quarks[i], quarks[j]), i < j) << i << ' ' << j;
-    Quark const small = quarks[5], capital = quarks[4];
+    // Languages put small letters first, and overlook soft hyphens: then the code units decide.
+    Quark const small = quarks[5], capital = quarks[4], hyphen = Quark::create(L"a\u00ad");
     for (char const* language : {"en_US.UTF-8", "en_GB.UTF-8", "de_DE.UTF-8", "English_United States.1252"})
-        EXPECT_TRUE(std::setlocale(LC_ALL, language) == nullptr || (less(small, capital) && !less(capital, small)));
+        EXPECT_TRUE(std::setlocale(LC_ALL, language) == nullptr ||
+                    (less(small, capital) && !less(capital, small) && less(small, hyphen) != less(hyphen, small)));
     std::setlocale(LC_ALL, former.c_str());
 }
 

@@ -75,6 +75,7 @@ int formatWide(wchar_t* buffer, std::size_t size, wchar_t const* format, std::va
         while (*format != 0 && *format != L'%') ++format;
         sink.put(literal, static_cast<std::size_t>(format - literal));
         if (*format == 0) break;
+        // What does not fit is formed anew in a larger buffer, so the rest of the format is left alone.
         if (sink.full()) {
             result = formatTooLong;
             break;

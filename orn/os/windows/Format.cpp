@@ -20,6 +20,7 @@ public:
         if (!needed(format)) return;
         std::size_t const bound = std::wcslen(format) * 3 + 1;  // "%zu" becomes "%I64u"
         wchar_t* out = scratch_;
+        // Most formats are short; a failure to get memory is the caller's to report.
         if (bound > sizeof scratch_ / sizeof *scratch_) {
             heap_.reset(out = new (std::nothrow) wchar_t[bound]);
             if (out == nullptr) {
@@ -75,7 +76,7 @@ int formatWide(wchar_t* buffer, std::size_t size, wchar_t const* format, std::va
     Spelled const spelled{format};
     if (spelled.get() == nullptr) return formatFailed;
 
-    std::va_list again;
+    std::va_list again;  // formatUnits uses up the other one
     va_copy(again, arguments);
     int length = formatUnits(buffer, size, spelled.get(), arguments);
     // The runtime answers lack of room and an argument that it cannot convert with the same -1.

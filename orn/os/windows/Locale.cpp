@@ -95,6 +95,7 @@ struct Locale {
             names[category] = name;
             return;
         }
+        // What whole() has listed, or one name for all.
         for (int each = LC_COLLATE; each < categoryCount; ++each) {
             std::string const key = std::string{categoryNames[each]} + '=';
             std::size_t const at = name.find(key);
@@ -136,7 +137,7 @@ private:
 
     bool make() noexcept {
         DWORD const slot = FlsAlloc(release);
-        DWORD expected = none;
+        DWORD expected = none;  // where another thread has been faster, its slot stays
         if (slot != none && !slot_.compare_exchange_strong(expected, slot)) FlsFree(slot);
         return slot_ != none;
     }
