@@ -85,6 +85,7 @@ void Colour::getDib24(void* p, unsigned char const* const table) const { getDib2
 void Colour::getDib16(void* p) const {
     RGB const& c = rgb();
     auto const five = [](double x) { return static_cast<std::uint32_t>(rounded(x * 31)); };
+    // Sums, not fields: a component beyond 1 carries into its neighbour, as the interface promises.
     auto const word = static_cast<std::uint16_t>((five(c.red) * 32 + five(c.green)) * 32 + five(c.blue));
     std::memcpy(p, &word, sizeof word);
 }
@@ -99,6 +100,7 @@ COLORREF Colour::colorref() const {
 void Colour::calcHSV() const {
     if (hsv_.valid) return;
     if (hls_.valid) {
+        // The value is the greatest component and 2l − value the least. Black and grey have no saturation.
         double const l = hls_.lightness, s = hls_.saturation;
         hsv_.hue = hls_.hue;
         if (s != 0 && l != 0) {
@@ -152,6 +154,7 @@ void Colour::calcHLS() const {
 
 void Colour::calcRGB() const {
     if (rgb_.valid) return;
+    // HLS is preferred where both are known. hi and lo are the greatest and the least component.
     bool const fromHLS = hls_.valid;
     double hi, lo;
     bool grey;

@@ -15,6 +15,7 @@ namespace ORN {
 
 namespace {
 
+// The numbers of the catalogue's messages.
 unsigned int const nameMessage = 271, descriptionMessage = 282;
 
 [[noreturn]] void throwFailureOf(wchar_t const* call) { throw WinError{call, os::lastError()}; }
@@ -23,6 +24,7 @@ void require(ColourProfileId id, ColourProfileId legal) {
     if (id != legal) throw std::logic_error{"Illegal value of ORN::ColourProfileId"};
 }
 
+// The system's calls take sizes of 32 bits.
 DWORD size32(std::uint64_t size) {
     if (size > std::numeric_limits<DWORD>::max()) throwIntCast();
     return static_cast<DWORD>(size);
@@ -44,6 +46,7 @@ public:
         colourSpace_ = iccSignatureText(header.colourSpace);
         profileClass_ = iccSignatureText(header.profileClass);
 
+        // Read now, so that a damaged text makes no profile, and what is asked later cannot fail.
         manufacturer_ = text(L"dmnd");
         model_ = text(L"dmdd");
         description_ = text(L"desc");
@@ -106,6 +109,7 @@ Handle<ColourProfile> ColourProfile::create(ColourProfileId id) {
     os::standardProfile(nullptr, size);
     std::wstring path(size, L'\0');  // the size counts bytes: more room than it takes
     if (!os::standardProfile(path.data(), size)) throwFailureOf(L"GetStandardColorSpaceProfile");
+    // More than the name's own bytes: what stands behind its terminating zero is not read.
     return open(id, os::ProfileKind::fileName, path.data(), std::uint64_t{size} * 2);
 }
 
@@ -115,6 +119,7 @@ Handle<ColourProfile> ColourProfile::create(ColourProfileId id, unsigned char co
 }
 
 Handle<ColourProfile> ColourProfile::createFromFile(std::wstring const& fileName) {
+    // With the terminating zero, two bytes to a code unit, also where wchar_t is wider.
     std::uint64_t const size = (std::uint64_t{fileName.size()} + 1) * 2;
     return open(ColourProfileId::fromData, os::ProfileKind::fileName, fileName.c_str(), size);
 }

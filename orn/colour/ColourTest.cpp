@@ -1,10 +1,6 @@
 #include "orn/colour/Colour.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <cstring>
-#include <random>
+#include "tests/support/Geometry.h"
 
 namespace {
 
@@ -32,9 +28,7 @@ constexpr Case cases[] = {
 };
 
 void expectRGB(Colour const& colour, double r, double g, double b) {
-    EXPECT_NEAR(colour.r(), r, tolerance);
-    EXPECT_NEAR(colour.g(), g, tolerance);
-    EXPECT_NEAR(colour.b(), b, tolerance);
+    expectNear(Point<3>{colour.r(), colour.g(), colour.b()}, Point<3>{r, g, b}, tolerance);
 }
 
 TEST(Colour, ModelsOfOneColour) {
@@ -62,10 +56,9 @@ TEST(Colour, ModelsOfOneColour) {
 }
 
 TEST(Colour, RGBComesBackThroughEachModel) {
-    std::mt19937 random{6};
-    std::uniform_real_distribution<double> component{0.0, 1.0};
+    RandomGeometry random{6};
     for (int i = 0; i < 2000; ++i) {
-        Colour source = Colour::rgb(component(random), component(random), component(random));
+        Colour source = Colour::rgb(random.number(0, 1), random.number(0, 1), random.number(0, 1));
         expectRGB(Colour::hsv(source.h_hsv(), source.s_hsv(), source.v_hsv()), source.r(), source.g(), source.b());
         expectRGB(Colour::hls(source.h_hls(), source.l_hls(), source.s_hls()), source.r(), source.g(), source.b());
     }
@@ -158,9 +151,8 @@ TEST(Colour, EqualColoursAreTheSameRGBAndOpacityInAnyModelAndWrittenSo) {
         EXPECT_TRUE(same == red && std::hash<Colour>{}(same) == std::hash<Colour>{}(red));
     for (Colour const& other : {Colour::rgba(1, 0, 0, 0.5), Colour::rgb(1, 1e-9, 0), Colour::rgb(1, 0, 1), Colour{}})
         EXPECT_TRUE(other != red && std::hash<Colour>{}(other) != std::hash<Colour>{}(red));
-    std::wostringstream os;
-    os << Colour::rgba(1, 0, 0, 0.5) << Colour::hsv(Angle{}, 1, 0.75);
-    EXPECT_EQ(os.str(), L"Colour::rgba(1,0,0,0.5)Colour::rgba(0.75,0,0,1)");
+    EXPECT_EQ(written(Colour::rgba(1, 0, 0, 0.5), Colour::hsv(Angle{}, 1, 0.75)),
+              L"Colour::rgba(1,0,0,0.5)Colour::rgba(0.75,0,0,1)");
 }
 
 }

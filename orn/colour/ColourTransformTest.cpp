@@ -38,6 +38,11 @@ Colour converted(Transform const& transform, Colour const& colour) {
     return result;
 }
 
+template <class... Profiles>
+Colour through(Colour const& colour, Profiles const&... profiles) {
+    return converted(ColourTransform::create(relative, *profiles...), colour);
+}
+
 TEST(ColourTransform, CurvesAndPrimariesTakeEffect) {
     for (int intent : {0, 1, 2, 3}) {
         // The profiles are gone before the transform is used.
@@ -46,24 +51,19 @@ TEST(ColourTransform, CurvesAndPrimariesTakeEffect) {
         EXPECT_TRUE(toLinear.isLastHandle() && toLinear->handle() != nullptr);
         expectColour(converted(toLinear, Colour::rgba(0.5, 0.25, 0.75, 0.3)), 0.25, 0.0625, 0.5625, 0.3);
     }
-    auto const between = ColourTransform::create(relative, *withPower(0x300), *withPower(0x200));
-    expectColour(converted(between, Colour::rgb(0.64, 0.49, 0.81)), 0.512, 0.343, 0.729);
-
+    auto const linear = withPower(0x100);
+    expectColour(through(Colour::rgb(0.64, 0.49, 0.81), withPower(0x300), withPower(0x200)), 0.512, 0.343, 0.729);
     // The first profile's red is the second one's green, and so on.
     auto const& [red, green, blue] = icc::sRGBPrimaries;
     auto const rotated = opened(icc::profile(icc::tags(icc::power(0x100), {blue, red, green})));
-    auto const turned = ColourTransform::create(relative, *withPower(0x100), *rotated);
-    expectColour(converted(turned, Colour::rgb(0.2, 0.4, 0.6)), 0.6, 0.2, 0.4);
-
+    expectColour(through(Colour::rgb(0.2, 0.4, 0.6), linear, rotated), 0.6, 0.2, 0.4);
     // The standard profile to linear light: ((x + 0.055) / 1.055)^2.4, below 0.04045 x / 12.92.
-    auto const light =
-        ColourTransform::create(relative, *ColourProfile::create(ColourProfileId::sRGB), *withPower(0x100));
-    expectColour(converted(light, Colour::rgb(0.02, 0.5, 0.8)), 0.0015480, 0.2140411, 0.6038273);
+    auto const standard = ColourProfile::create(ColourProfileId::sRGB);
+    expectColour(through(Colour::rgb(0.02, 0.5, 0.8), standard, linear), 0.0015480, 0.2140411, 0.6038273);
 }
 
 TEST(ColourTransform, ComponentsAreClampedAndResultsMayReplaceColours) {
-    auto const linear = withPower(0x100), square = withPower(0x200);
-    auto const transform = ColourTransform::create(relative, *linear, *square);
+    auto const transform = ColourTransform::create(relative, *withPower(0x100), *withPower(0x200));
     double const infinity = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
     expectColour(converted(transform, Colour::rgba(-1, 7, 0.25, 4)), 0, 1, 0.5, 4);
     expectColour(converted(transform, Colour::rgba(nan, infinity, -infinity, -1)), 0, 1, 0, -1);
@@ -106,16 +106,15 @@ TEST(ColourTransform, ProfilesAreJoinedInTheirOrder) {
     Witness const square{withPower(0x200), asked}, half{narrow(0.5), asked}, quarter{narrow(0.25), asked},
         linear{withPower(0x100), asked};
 
-    expectColour(converted(ColourTransform::create(relative, square, linear), Colour::rgb(0.9, 0.6, 0.3)), 0.81, 0.36,
-                 0.09);
+    expectColour(through(Colour::rgb(0.9, 0.6, 0.3), &square, &linear), 0.81, 0.36, 0.09);
     EXPECT_EQ(asked, (std::vector<Witness const*>{&square, &linear}));
 
     asked.clear();
-    auto const three = [&] { return ColourTransform::create(relative, square, half, linear); };
-    auto const four = [&] { return ColourTransform::create(relative, square, half, quarter, linear); };
+    auto const three = [&] { return through(Colour::rgb(0.9, 0.6, 0.3), &square, &half, &linear); };
+    auto const four = [&] { return through(Colour::rgb(0.9, 0.6, 0.3), &square, &half, &quarter, &linear); };
     if (std::getenv("WINEPREFIX") == nullptr) {  // Wine joins two profiles at most
-        expectColour(converted(three(), Colour::rgb(0.9, 0.6, 0.3)), 0.5, 0.36, 0.09);
-        expectColour(converted(four(), Colour::rgb(0.9, 0.6, 0.3)), 0.25, 0.25, 0.09);
+        expectColour(three(), 0.5, 0.36, 0.09);
+        expectColour(four(), 0.25, 0.25, 0.09);
     } else {
         EXPECT_THROW(three(), WinError);
         EXPECT_THROW(four(), WinError);
@@ -127,24 +126,33 @@ TEST(ColourTransform, OnlyRGBAndAsManyResultsAsColoursAreConverted) {
     class Foreign : public ColourTransform {
         HTRANSFORM handle() const override { return nullptr; }
     };
+    // Ends in the space that the second one of its header's names, XYZ.
+    struct Link : Witness {
+        using Witness::Witness;
+        std::wstring profileClass() const override { return L"link"; }
+    };
     auto const rgb = withPower(0x100);
     icc::Tags const greyTags{{"wtpt", icc::xyz({0.9642, 1, 0.8249})}, {"kTRC", icc::power(0x100)}};
     auto const grey = opened(icc::profile(greyTags, "GRAY"));
+    std::vector<Witness const*> asked;
+    Link const link{rgb, asked};
 
     std::vector<Colour> const in{Colour::rgb(0.1, 0.2, 0.3), Colour::rgb(0.4, 0.5, 0.6)};
     std::vector<Colour> out{2, Colour::rgb(0.7, 0.8, 0.9)}, fewer(1), more(3);
     auto const refusal = [&](ColourTransform const& transform, std::vector<Colour>& results) {
         return thrown([&] { transform.convert(in, results); });
     };
+    auto const joined = [&](ColourProfile const& first, ColourProfile const& last) {
+        return refusal(*ColourTransform::create(relative, first, last), out);
+    };
     wchar_t const* const notRGB = L"logic_error: only a transform from RGB to RGB converts colours";
-    EXPECT_EQ(refusal(*ColourTransform::create(relative, *rgb, *grey), out), notRGB);
-    EXPECT_EQ(refusal(*ColourTransform::create(relative, *grey, *rgb), out), notRGB);
-    EXPECT_EQ(refusal(Foreign{}, out), notRGB);
+    for (auto const& failure : {joined(*rgb, *grey), joined(*grey, *rgb), joined(*rgb, link), refusal(Foreign{}, out)})
+        EXPECT_EQ(failure, notRGB);
     auto const transform = ColourTransform::create(relative, *rgb, *rgb);
     for (auto* results : {&fewer, &more})
         EXPECT_EQ(refusal(*transform, *results), L"logic_error: there must be as many results as colours to convert");
     expectColour(out[1], 0.7, 0.8, 0.9);
-    EXPECT_EQ(refusal(*transform, out), L"nothing");
+    EXPECT_EQ(joined(link, *rgb), L"nothing");
     expectColour(out[1], 0.4, 0.5, 0.6);
 }
 

@@ -82,30 +82,25 @@ TEST(DIBitmap, CopiesStandAloneAndMovesKeepTheBuffer) {
     static_assert(std::is_nothrow_move_constructible_v<DIBitmap> && std::is_nothrow_move_assignable_v<DIBitmap>);
     // Heap and virtual memory, in every combination of source and target.
     unsigned int const sizes[] = {100, 0xFFFFE, 0xFFFFF, 3'000'000};
-    for (unsigned int from : sizes) {
-        DIBitmap source = filled(from, 0x33);
-        unsigned char const* const buffer = source.fileData();
+    for (unsigned int from : sizes)
         for (unsigned int to : sizes) {
-            DIBitmap target = filled(to, 0x44);
+            DIBitmap source = filled(from, 0x33), target = filled(to, 0x44);
+            unsigned char const* const buffer = source.fileData();
             target = source;
             ASSERT_EQ(target.fileSize(), from);
-            EXPECT_EQ(std::memcmp(target.fileData(), source.fileData(), from), 0);
+            EXPECT_EQ(std::memcmp(target.fileData(), buffer, from), 0);
             target.fileData()[from - 1] = 0x55;
-            EXPECT_EQ(source.fileData()[from - 1], 0x33);
-            DIBitmap moved{std::move(target)};
-            target = std::move(source);
+            DIBitmap moved{std::move(source)};
             DIBitmap const none{source};  // of what was moved from
-            source = std::move(target);
-            EXPECT_TRUE(source.fileData() == buffer && moved.fileData()[from - 1] == 0x55);
+            target = std::move(moved);
             moved = none;
-            moved = DIBitmap{source};
-            EXPECT_EQ(moved.fileData()[from - 1], 0x33);
+            moved = DIBitmap{target};
+            EXPECT_TRUE(target.fileData() == buffer && moved.fileData()[from - 1] == 0x33);
+            DIBitmap& alias = target;
+            target = alias;
+            target = std::move(alias);
+            EXPECT_EQ(target.fileData()[from - 1], 0x33);
         }
-        DIBitmap& alias = source;
-        source = alias;
-        source = std::move(alias);
-        EXPECT_EQ(source.fileData()[from - 1], 0x33);
-    }
 }
 
 TEST(DIBitmap, IsReadFromAndWrittenToAFileAndReachedByItsRows) {

@@ -15,6 +15,8 @@ constinit char sliceNotImplementedText[] = "Not Implemented";
 
 }
 
+// The classes whose points the operators map in place; those of every other class are mapped by a call. Both ways give the
+// same bits: the table is there for speed only.
 constinit std::type_info const* const ORN::TransformApplication::m_affineKinds[2][2] = {
     {&typeid(UniformTransform<2>), &typeid(NonUniformTransform<2>)},
     {&typeid(UniformTransform<3>), &typeid(NonUniformTransform<3>)}};
@@ -47,6 +49,7 @@ Transform<N - 1>* AffineTransform<N>::pSlice() const {
     if constexpr (N == 2) {
         throwText(sliceNotImplementedText);
     } else {
+        // At z = 0 the row of z has no effect, and the column of z is what the slice leaves out.
         Matrix<3> const& m = matrix_;
         auto plane = std::make_unique<NonUniformTransform<2>>(
             NonUniformTransform<2>::axes({m[0][0], m[0][1]}, {m[1][0], m[1][1]}));
@@ -89,6 +92,7 @@ Matrix<N + 1> AffineTransform<N>::homogeneous() const {
     return Matrix<N + 1>{rows};
 }
 
+// The sign of the determinant is the orientation of the images of the axes. A singular matrix has none and mirrors nothing.
 template <int N>
 bool AffineTransform<N>::mirroring() const {
     return matrix_.determinant() < 0.0;
@@ -110,6 +114,7 @@ Point<N> AffineTransform<N>::preDivide(Point<N> const& p) const {
     return Point<N>{p + -vector_, matrix_.inverse()};
 }
 
+// A displacement is the difference of two points, which has no translation left in it.
 template <int N>
 Vector<N> AffineTransform<N>::preMultiply(Vector<N> const& v) const {
     return Vector<N>{v, matrix_};

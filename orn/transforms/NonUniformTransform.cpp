@@ -27,6 +27,7 @@ NonUniformTransform<N> NonUniformTransform<N>::scale(double sx, double sy, doubl
     return NonUniformTransform{rows};
 }
 
+// Row vectors stand on the left of the matrix, so its rows are the images of the axes.
 template <int N>
 NonUniformTransform<N> NonUniformTransform<N>::axes(Vector<2> const& x, Vector<2> const& y) {
     double rows[2][2];
@@ -56,6 +57,7 @@ NonUniformTransform<N> NonUniformTransform<N>::inverse() const {
     return NonUniformTransform{inverse, Vector<N>{-this->getVector(), inverse}};
 }
 
+// The other may be this object: multiply and divide take what they need of it before they write.
 template <int N>
 NonUniformTransform<N>& NonUniformTransform<N>::operator*=(AffineTransform<N> const& other) {
     this->multiply(other);
@@ -82,6 +84,7 @@ Transform<N>* NonUniformTransform<N>::composeWith(Transform<N> const& other) con
     return AffineTransform<N>::composeWith(other);
 }
 
+// The product of affine transforms is affine. That it might be a similarity is not looked for: rounding would decide it.
 template <int N>
 AffineTransform<N>* NonUniformTransform<N>::composeWith(AffineTransform<N> const& other) const {
     auto result = std::make_unique<NonUniformTransform>(*this);

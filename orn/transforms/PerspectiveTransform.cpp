@@ -51,6 +51,7 @@ Extent<N> boxInFront(Extent<N> const& e, Matrix<N + 1> const& matrix) {
     constexpr double far = std::numeric_limits<double>::max();
     Extent<N> front;
     if (e.degenerate()) return front;
+    // The eye looks along negative w, so that a corner is in front of it where its w is negative.
     Extent<N> back;
     for (unsigned int k = 0; k < 1U << N; ++k) {
         Vector<N + 1> const image = homogeneousImage(e.corner(k), matrix);
@@ -58,6 +59,8 @@ Extent<N> boxInFront(Extent<N> const& e, Matrix<N + 1> const& matrix) {
     }
     if (front.degenerate()) return Extent<N>::nothing();
     if (back.degenerate()) return front;
+    // The image of an edge from a corner in front to one behind runs to infinity, away from the image of the one behind.
+    // The far point is 0 on the other axes, and the comparisons on those see the box that it has grown.
     for (int axis = 0; axis < N; ++axis) {
         if (front.hi(axis) > back.lo(axis)) front += onAxis<N>(axis, far);
         if (back.hi(axis) > front.lo(axis)) front += onAxis<N>(axis, -far);
@@ -83,6 +86,7 @@ PerspectiveTransform<N>::~PerspectiveTransform() = default;
 
 template <int N>
 PerspectiveTransform<N> PerspectiveTransform<N>::inverse() const {
+    // All multiples of a homogeneous matrix map alike, so the inverse needs no scale.
     return PerspectiveTransform{matrix_.inverse()};
 }
 
@@ -124,6 +128,7 @@ Transform<N - 1>* PerspectiveTransform<N>::pSlice() const {
 template <int N>
 Transform<N>* PerspectiveTransform<N>::composeWith(Transform<N> const& other) const {
     auto const* const affine = dynamic_cast<AffineTransform<N> const*>(&other);
+    // Only what is affine keeps the class. Everything else becomes a compound, a second perspective, too.
     if (affine == nullptr) return Transform<N>::composeWith(other);
     auto result = std::make_unique<PerspectiveTransform>(*this);
     result->multiply(*affine);
@@ -160,6 +165,7 @@ Matrix<N + 1> PerspectiveTransform<N>::homogeneous() const {
     return matrix_;
 }
 
+// The other comes first: row vectors meet the left factor before the right one.
 template <int N>
 PerspectiveTransform<N>& PerspectiveTransform<N>::preMultiply(AffineTransform<N> const& other) {
     matrix_ = other.homogeneous() * matrix_;

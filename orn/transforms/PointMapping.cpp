@@ -28,6 +28,7 @@ using Points = std::span<Point<N> const>;
 template <int N>
 using Images = std::span<Point<N>>;
 
+// Products with matrices take vectors. The optimiser sees through the two copies.
 template <int N>
 Vector<N> position(Point<N> const& p) noexcept {
     double coordinates[N];
@@ -42,6 +43,7 @@ Point<N> at(Vector<N> const& position) noexcept {
     return Point<N>{coordinates};
 }
 
+// The map holds what it needs by value: through a reference it would be read again after each point that is written.
 template <int N, typename Map>
 void each(Points<N> in, Images<N> out, Map map) {
     for (std::size_t i = 0; i < in.size(); ++i) out[i] = map(in[i]);
@@ -153,7 +155,7 @@ struct Unmapping {
 template <typename Way, int N>
 void run(Transform<N> const& t, Points<N> in, Images<N> out);
 
-/// Through space and back to the plane, a block at a time.
+/// Through space and back to the plane, a block of 6 KiB at a time, which stays in the nearest cache.
 template <typename Way>
 void runSliced(Transform<3> const& full, Points<2> in, Images<2> out) {
     std::array<Point<3>, 256> block;
@@ -169,6 +171,7 @@ void runSliced(Transform<3> const& full, Points<2> in, Images<2> out) {
 /// Only the library's own classes are known to map points by their data; any other is asked for every point.
 template <typename Way, int N>
 void run(Transform<N> const& t, Points<N> in, Images<N> out) {
+    // The exact class: one that an application derives from these may map its points otherwise.
     std::type_info const& kind = typeid(t);
     if (kind == typeid(UniformTransform<N>) || kind == typeid(NonUniformTransform<N>)) {
         double rows[N + 1][N];
@@ -178,6 +181,7 @@ void run(Transform<N> const& t, Points<N> in, Images<N> out) {
         Way::template perspective<N>(static_cast<PerspectiveTransform<N> const&>(t).homogeneous(), in, out);
     } else if (kind == typeid(CompoundTransform<N>)) {
         auto const& compound = static_cast<CompoundTransform<N> const&>(t);
+        // The second half works in place, so that no buffer is needed.
         run<Way, N>(Way::begin(compound), in, out);
         run<Way, N>(Way::end(compound), out, out);
     } else {
@@ -192,6 +196,7 @@ void run(Transform<N> const& t, Points<N> in, Images<N> out) {
 template <typename Way, int N>
 void runChecked(Transform<N> const& t, Points<N> in, Images<N> out, std::string const& text) {
     if (in.size() != out.size()) throw std::logic_error{text + ": the two ranges differ in length"};
+    // The same range is allowed, for each point is read before it is written. std::less orders any two pointers.
     std::less<Point<N> const*> const before;
     Point<N> const *const from = in.data(), *const to = out.data();
     if (from != to && before(from, to + out.size()) && before(to, from + in.size()))

@@ -10,6 +10,7 @@
 
 namespace {
 
+// Row vectors stand on the left of the matrix, so its rows are the images of the three axes.
 Matrix<3> withRows(Vector<3> const& x, Vector<3> const& y, Vector<3> const& z) {
     double rows[3][3];
     x.packToPod(rows[0]);
@@ -18,7 +19,8 @@ Matrix<3> withRows(Vector<3> const& x, Vector<3> const& y, Vector<3> const& z) {
     return Matrix<3>{rows};
 }
 
-/// The right-handed frame with its first axis along a and its second towards b.
+/// The right-handed frame with its first axis along a and its second towards b. Vectors that are zero or parallel span no
+/// plane: their frame is NaN.
 struct Frame {
     Frame(Vector<3> const& a, Vector<3> const& b)
         : first{a.unit()}, third{cross(first, b).unit()}, second{cross(third, first)} {}
@@ -62,6 +64,7 @@ template <int N>
 UniformTransform<N> UniformTransform<N>::rotation(Angle const& angle) {
     double const c = angle.cos();
     double const s = angle.sin();
+    // The images of the axes: x goes to (cos, sin), and y a quarter turn further.
     double const rows[2][2] = {{c, s}, {-s, c}};
     return UniformTransform{rows};
 }
@@ -134,6 +137,7 @@ double UniformTransform<N>::scale() const {
 
 template <int N>
 Angle UniformTransform<N>::rotation() const {
+    // The image of the x axis is s·(cos, sin); cosSin divides the scale out. A scale of 0 leaves no direction.
     return Angle::cosSin(this->getMatrix()[0][0], this->getMatrix()[0][1]);
 }
 
@@ -149,6 +153,7 @@ UniformTransform<N> UniformTransform<N>::inverse() const {
     return UniformTransform{inverse, Vector<N>{-this->getVector(), inverse}};
 }
 
+// A similarity times a similarity is one, which is why only those may be multiplied in place.
 template <int N>
 UniformTransform<N>& UniformTransform<N>::operator*=(UniformTransform const& other) {
     this->multiply(other);
