@@ -49,6 +49,28 @@ TYPED_TEST(MappingOfDimension, MapsAsOneByOne) {
             }
 }
 
+// Large results are written past the caches.
+TEST(PointMapping, MapsVeryManyAsInPieces) {
+    auto const t = Random<2>{65}.nonUniform();
+    constexpr std::size_t count = 500'003, piece = 100'001;
+    std::vector<double> from(2 * count + 1), whole(from), pieces(from);
+    for (std::size_t i = 0; i < from.size(); ++i) from[i] = 0.37 * static_cast<double>(i);
+    for (int const offset : {0, 1}) {
+        auto const points = [=](std::vector<double>& v) {
+            return std::span{reinterpret_cast<Point<2>*>(&v[0] + offset), count};
+        };
+        using Map = void(Transform<2> const&, std::span<Point<2> const>, std::span<Point<2>>);
+        for (Map* const map : {static_cast<Map*>(mapPoints), static_cast<Map*>(unmapPoints)}) {
+            map(t, points(from), points(whole));
+            for (std::size_t at = 0; at < count; at += piece) {
+                std::size_t const some = std::min(piece, count - at);
+                map(t, points(from).subspan(at, some), points(pieces).subspan(at, some));
+            }
+            EXPECT_TRUE(whole == pieces) << offset;
+        }
+    }
+}
+
 /// The library's own in all but its class, which is called where that is computed in place.
 template <int N>
 class Called final : public NonUniformTransform<N> {
