@@ -16,6 +16,7 @@ namespace DebugStream {
 
 namespace {
 
+// Some compilers give mangled names. Others give readable ones with words like "class" in them, which typeName removes.
 std::string readableName(std::type_info const& type) {
 #if __has_include(<cxxabi.h>)
     int status = 0;
@@ -34,12 +35,14 @@ std::wstring typeName(std::type_info const& type) {
     std::string name = readableName(type);
     for (std::string_view const word : {"const ", "volatile ", "class ", "struct "}) {
         for (std::size_t at = 0; (at = name.find(word, at)) != std::string::npos;) {
+            // A word counts only where it begins: "struct " is also the end of "Construct ".
             if (at > 0 && belongsToWord(name[at - 1]))
                 at += word.size();
             else
                 name.erase(at, word.size());
         }
     }
+    // Compilers keep names in UTF-8.
     return utf8(name);
 }
 

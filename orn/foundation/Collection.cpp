@@ -6,6 +6,7 @@
 namespace ORN {
 
 CollectionBase::CollectionBase(std::size_t perChunk, std::size_t elementSize, unsigned char* firstChunk) noexcept
+    // Up to the second chunk the member firstChunk_ is the whole table, and nothing is allocated.
     : chunks_{&firstChunk_}, perChunk_{perChunk}, elementSize_{elementSize}, firstChunk_{firstChunk} {}
 
 CollectionBase& CollectionBase::operator=(CollectionBase const& other) {
@@ -30,6 +31,7 @@ void CollectionBase::rawNotPushed() noexcept {
 
 void CollectionBase::rawResize(std::size_t count, void const* source) {
     while (count_ > count) {
+        // One chunk a turn: inside a chunk the next element is a step through memory away.
         std::size_t const chunk = (count_ - 1) / perChunk_;
         std::size_t const first = chunk * perChunk_;
         std::size_t const kept = std::max(count, first);
@@ -38,6 +40,7 @@ void CollectionBase::rawResize(std::size_t count, void const* source) {
             rawDestroy(slot);
             --count_;
         }
+        // A chunk lives as long as it has an element.
         if (count_ == first) freeChunk(chunk);
     }
     while (count_ < count) {
@@ -70,6 +73,7 @@ void CollectionBase::rawTake(CollectionBase& other) noexcept {
         if (capacity_ > 1) ::operator delete(chunks_);
         chunks_ = std::exchange(other.chunks_, &other.firstChunk_);
         capacity_ = std::exchange(other.capacity_, 1);
+        // The other's first chunk lies inside the other; only its elements have come over.
         chunks_[0] = firstChunk_;
     }
     count_ = std::exchange(other.count_, 0);
@@ -106,6 +110,7 @@ unsigned char* CollectionBase::addChunk(std::size_t index) {
 void CollectionBase::growTable() {
     // Half as much again, so that a chunk costs constant time on average; the first table holds 11 chunks.
     std::size_t const capacity = capacity_ * 3 / 2 + 10;
+    // A size that cannot be computed asks for all memory, and fails as any other that is too large.
     bool const fits = capacity <= max_size() / sizeof *chunks_;
     auto const table = static_cast<unsigned char**>(::operator new(fits ? capacity * sizeof *chunks_ : max_size()));
     std::copy_n(chunks_, capacity_, table);

@@ -54,6 +54,7 @@ OrnError& OrnError::operator=(OrnError const& other) {
 OrnError::~OrnError() = default;
 
 void OrnError::setup(std::wstring const& message) {
+    // The conversion and the copy may throw; the move may not. So both texts change, or neither.
     std::string narrow = toMultibyte(message);
     wide_ = message;
     narrow_ = std::move(narrow);
@@ -149,6 +150,7 @@ WinError::WinError(HRESULT hresult, IUnknown* object) : OrnError{formatMessage(h
 }
 
 WinError::WinError(wchar_t const* function, HRESULT hresult, IUnknown* object)
+    // A zero inside a description would hide the name of the call from readers of C strings, so the description ends there.
     : OrnError{formatMessage(hresult, object).c_str() + calling(function)} {
     keepCode(static_cast<DWORD>(hresult));
 }
@@ -183,6 +185,7 @@ std::wstring formatMessage(DWORD code, wchar_t const* module) {
 std::wstring formatMessage(HRESULT hresult, IUnknown* object) {
     std::wstring message = inBrackets(hresult);
 
+    // What the object says of its failure is more exact than the text of the code.
     ErrorInfo const info{object};
     if (!info.appendDescription(message)) message += textOf(static_cast<DWORD>(hresult));
     return message;

@@ -16,6 +16,7 @@ unsigned int itemListFormat() {
 std::wstring pathOf(ORN::JoinedItemList const& list, HWND window) {
     ORN::os::ShellItem const item{list.data()};
     if (!item.found()) return {};
+    // A shortcut that leads nowhere stands for its own file.
     if (std::wstring target = item.linkTarget(window); !target.empty()) return target;
     return item.isOfFileSystem() ? item.parsingName() : std::wstring{};
 }
@@ -23,6 +24,8 @@ std::wstring pathOf(ORN::JoinedItemList const& list, HWND window) {
 }
 
 void getDropFiles(IDataObject& data, HWND window, std::vector<std::wstring>& files) {
+    // Items say more than names, because shortcuts are among them. Where there are items, even none, nobody asks for
+    // names.
     if (ORN::os::DroppedMemory const items{data, itemListFormat()}; items.delivered()) {
         ORN::forEachItemList(items.bytes(), [&](ORN::JoinedItemList const& list) {
             if (std::wstring path = pathOf(list, window); !path.empty()) files.push_back(std::move(path));

@@ -30,6 +30,7 @@ struct Data {
     bool isText(std::wstring& text) const {
         if (type != os::typeString && type != os::typeExpandString) return false;
         char16_t const* last = end();
+        // Writers count the terminator in, and some do not write one. Zeros before it belong to the text.
         if (last != begin() && last[-1] == u'\0') --last;
         text.assign(begin(), last);
         return true;
@@ -63,6 +64,7 @@ bool readInto(Result& result, Read read) {
 /// Replaces a text's references to environment variables. Leaves the text as it is when that fails.
 void expand(std::wstring& text) {
     wchar_t shortBuffer[shortUnits];
+    // The count that the system gives includes the terminator.
     DWORD const needed = os::expandEnvironment(text.c_str(), shortBuffer, shortUnits);
     if (needed == 0) return;
     if (needed <= shortUnits) {
@@ -72,6 +74,7 @@ void expand(std::wstring& text) {
     std::wstring longer(needed, L'\0');
     DWORD const given = os::expandEnvironment(text.c_str(), longer.data(), needed);
     if (given == 0 || given > needed) return;  // the environment has changed meanwhile
+    // The environment may also have become shorter.
     longer.resize(std::wcslen(longer.c_str()));
     text.swap(longer);
 }
@@ -105,6 +108,7 @@ RegKey::~RegKey() {
 }
 
 RegKey::RegKey(RegKey&& other) noexcept
+    // The other key is invalid afterwards, and has nothing to close.
     : valid_{std::exchange(other.valid_, false)},
       lastStatus_{std::exchange(other.lastStatus_, 0)},
       key_{std::exchange(other.key_, nullptr)},
@@ -126,6 +130,7 @@ void RegKey::open(Mode mode, HKEY parent, std::wstring const& subKey, DWORD acce
     DWORD const status = !isWhole(subKey)     ? os::errorInvalidParameter
                          : mode == Mode::read ? os::openKey(parent, subKey.c_str(), rights, opened)
                                               : os::createKey(parent, subKey.c_str(), rights, opened);
+    // After a failure the handle stays null, which the system refuses in every call.
     valid_ = keepStatus(status);
     if (valid_) key_ = opened;
 }
@@ -141,6 +146,7 @@ bool RegKey::keepStatus(DWORD status) const noexcept {
 
 std::wstring RegKey::errorMessage() {
     std::wstring text;
+    // A code that the system has no text for leaves the path alone.
     if (lastStatus_ == 0 || !os::systemErrorText(lastStatus_, text)) return path_;
     return path_ + L"\r\n" + text;
 }
@@ -149,6 +155,7 @@ bool RegKey::getString(std::wstring const& name, std::wstring& value) const {
     return readInto(value, [&](std::wstring& text) { return mayAsk(name) && readString(name, text); });
 }
 
+// Every accessor reports its failures as a status, so a lack of memory becomes one, too.
 bool RegKey::readString(std::wstring const& name, std::wstring& text) const {
     try {
         Data data;
@@ -186,6 +193,7 @@ bool RegKey::readMultiString(std::wstring const& name, std::vector<std::wstring>
 
 bool RegKey::getDword(std::wstring const& name, DWORD& value) const {
     if (!mayAsk(name)) return false;
+    // A value of fewer bytes is read as if zeros followed.
     DWORD type = 0, read = 0, size = sizeof read;
     if (!keepStatus(os::queryValue(key_, name.c_str(), type, &read, size)) || type != os::typeDword) return false;
     value = read;
@@ -278,6 +286,7 @@ bool RegWriteKey::setValue(std::wstring const& name, DWORD type, void const* dat
 bool RegWriteKey::setText(std::wstring const& name, DWORD type, std::wstring const& text) const {
     if (!mayAsk(name)) return false;
     try {
+        // The registry keeps UTF-16 on every system, with the terminator.
         std::u16string const units(text.begin(), text.end());
         return setValue(name, type, units.c_str(), 2 * (units.size() + 1));
     } catch (std::bad_alloc const&) {
@@ -298,6 +307,8 @@ bool RegWriteKey::setMultiString(std::wstring const& name, std::vector<std::wstr
     try {
         std::wstring all;
         for (std::wstring const& value : values) {
+            // An empty text ends the list, and a zero would make two texts of one. setText adds the zero that ends the
+            // list.
             if (value.empty() || !isWhole(value)) return keepStatus(os::errorInvalidParameter);
             all += value;
             all += L'\0';
@@ -322,6 +333,7 @@ bool RegWriteKey::setBinary(std::wstring const& name, void const* data, std::siz
 
 bool RegWriteKey::deleteValue(std::wstring const& name) const {
     if (!mayAsk(name)) return false;
+    // What was not there counts as deleted. The status tells it apart.
     DWORD const status = os::deleteValue(key(), name.c_str());
     return keepStatus(status) || status == os::errorFileNotFound;
 }

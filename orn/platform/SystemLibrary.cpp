@@ -21,6 +21,7 @@ bool staysInside(std::wstring_view name) {
 }
 
 HINSTANCE load(std::wstring const& directory, wchar_t const* name, os::Needs needs) {
+    // With an empty folder the system would search places of its own.
     if (directory.empty() || name == nullptr || !staysInside(name)) return nullptr;
     return os::loadLibrary(joinDirectory(directory, name), needs);
 }
@@ -29,6 +30,7 @@ HINSTANCE load(std::wstring const& directory, wchar_t const* name, os::Needs nee
 
 HINSTANCE LoadSystemLibrary(wchar_t const* name) { return load(os::systemDirectory(), name, os::Needs::ofTheSystem); }
 
+// The working folder has no part in this: anybody may have put a library there.
 HINSTANCE LoadProgramLibrary(wchar_t const* name) {
     return load(getDirectory(os::programFile()), name, os::Needs::ofTheProgram);
 }

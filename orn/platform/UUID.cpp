@@ -42,6 +42,7 @@ UUID::UUID(std::wstring const& text) {
 
 UUID UUID::create() {
     os::Uuid created;
+    // A number that is unique on this machine only has a status of its own, and is a failure, too.
     require(os::createUuid(created), L"UuidCreate %ld");
     return UUID{std::bit_cast<PODTYPE>(created)};
 }
@@ -53,6 +54,7 @@ bool UUID::valid(std::wstring const& text) noexcept {
 
 std::wstring UUID::toString() const {
     auto const& last = value_.Data4;
+    // In capitals: the system's own function writes small letters.
     return stringPrintf(L"%08lX-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X", value_.Data1, value_.Data2, value_.Data3,
                         last[0], last[1], last[2], last[3], last[4], last[5], last[6], last[7]);
 }
@@ -64,6 +66,7 @@ bool UUID::isNull() const {
     return nil;
 }
 
+// The order of the fields as unsigned numbers. Their bytes in memory have another one.
 int UUID::compare(UUID const& a, UUID const& b) {
     LONG status;
     int const order = os::compareUuids(systemForm(a), systemForm(b), status);

@@ -34,8 +34,10 @@ Load const load;
 }
 
 WerRegisteredMemoryBlock::WerRegisteredMemoryBlock(void* address, unsigned long long size) : address_{nullptr} {
+    // Where there are no error reports every size will do.
     if (WerRegisterMemoryBlock == nullptr) return;
     if (size > std::numeric_limits<DWORD>::max()) throwIntCast();
+    // The destructor must not unregister a block that the system has refused.
     if (WerRegisterMemoryBlock(address, static_cast<DWORD>(size)) >= 0) address_ = address;
 }
 

@@ -16,6 +16,7 @@ WindowsMemoryStatus::WindowsMemoryStatus() : status_{} {
 }
 
 unsigned long long WindowsMemoryStatus::usefulRam() const noexcept {
+    // A limit on the addresses of a process may be below the memory of the machine.
     return std::min(status_.totalPhysical, status_.totalVirtual);
 }
 

@@ -20,6 +20,7 @@ BSTR allocString(std::wstring_view text) {
 
 std::size_t stringLength(BSTR string) noexcept {
     std::size_t units = 0;
+    // A null string is a valid one, of no characters.
     if (string != nullptr) std::memcpy(&units, reinterpret_cast<std::byte*>(string) - sizeof units, sizeof units);
     return units;
 }

@@ -15,6 +15,7 @@ namespace {
 
 /// Null when there is no such variable. A program with another user's rights gets none, because values name files.
 char const* nativeVariable(std::wstring const& name) {
+    // No code page has a character of more than eight bytes.
     std::string native(8 * name.size() + 1, '\0');
     int const length =
         wideToMultibyte(name.data(), static_cast<int>(name.size()), native.data(), static_cast<int>(native.size()) - 1);
@@ -23,6 +24,7 @@ char const* nativeVariable(std::wstring const& name) {
 }
 
 std::wstring wide(char const* value) {
+    // The conversion takes a length of 0 for an error.
     if (*value == '\0') return {};
     std::size_t const bytes = std::strlen(value);
     std::wstring units(4 * bytes, L'\0');
@@ -49,11 +51,13 @@ DWORD expandEnvironment(wchar_t const* text, wchar_t* buffer, DWORD size) noexce
                 result += *text++;
                 continue;
             }
+            // A reference that names no variable stays with both of its signs. The second one begins no other reference.
             result += value != nullptr ? wide(value) : std::wstring{text, end + 1};
             text = end + 1;
         }
         if (result.size() >= 0xFFFFFFFF) return 0;
         auto const needed = static_cast<DWORD>(result.size() + 1);
+        // The count says how much room is needed, and a buffer with less room stays as it was.
         if (needed <= size) std::wmemcpy(buffer, result.c_str(), needed);
         return needed;
     } catch (std::bad_alloc const&) {

@@ -12,6 +12,7 @@ namespace ORN::os {
 
 namespace {
 
+// As on Windows each thread has its own.
 constinit thread_local DWORD lastErrorCode = 0;
 
 struct Text {
@@ -109,6 +110,7 @@ bool errorText(DWORD code, wchar_t const* module, std::wstring& text) {
     // A download may also fail with one of the system's codes. A COM result 0x8007.... carries such a code.
     bool const carries = code >> 16 == 0x8007;
     if (find(texts, carries ? code & 0xFFFF : code, text)) return true;
+    // A library that could not be opened has a code of its own beyond those of Windows.
     std::wstring missing = ServiceLibrary::textOfMissing(code);
     if (missing.empty()) return false;
     text = std::move(missing);

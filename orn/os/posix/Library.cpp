@@ -34,6 +34,7 @@ std::wstring systemDirectory() {
     if (runtime == nullptr) return {};
     link_map const* map = nullptr;
     std::unique_ptr<char, Free> file;
+    // The loader's name may lead through links, which the folder must not have.
     if (::dlinfo(runtime, RTLD_DI_LINKMAP, &map) == 0) file.reset(::realpath(map->l_name, nullptr));
     ::dlclose(runtime);
     return file != nullptr ? plainName(std::filesystem::path{file.get()}.parent_path().native()) : std::wstring{};
@@ -52,6 +53,7 @@ HINSTANCE loadLibrary(std::wstring const& file, Needs) {
     std::string const native = nativeName(file);
     // The loader would search its folders for a name without a slash.
     if (!native.starts_with('/')) return nullptr;
+    // The names of the library must not take the place of those that other libraries ask for.
     return static_cast<HINSTANCE>(::dlopen(native.c_str(), RTLD_NOW | RTLD_LOCAL));
 }
 

@@ -18,6 +18,7 @@ namespace ORN::os {
 
 namespace {
 
+// A file that is not there reads as an empty one, which is what KernelMemory asks for.
 std::string contents(std::string const& name) {
     std::ifstream file{name, std::ios::binary};
     return {std::istreambuf_iterator<char>{file}, {}};
@@ -40,6 +41,7 @@ bool failed(DWORD error) {
 
 bool memoryStatus(MemoryStatus& status) {
     if (ORN_OS_REFUSED("GlobalMemoryStatusEx")) return failed(errorNotEnoughMemory);
+    // Windows looks at the length, too.
     if (status.length != sizeof status) return failed(errorInvalidParameter);
     return KernelMemory{contents}.fill(status, addressSpace()) || failed(errorInvalidData);
 }

@@ -176,6 +176,7 @@ OpenKey** linkTo(HKEY key) noexcept {
 /// Finds the key that a handle stands for.
 DWORD resolve(HKEY handle, OpenKey& key) noexcept {
     if (RegistryStore::Key const root = rootOf(handle)) {
+        // A root is never opened, so it has all rights.
         key = {nullptr, 0, nullptr, root, queryRight | setRight};
         return 0;
     }
@@ -234,6 +235,7 @@ DWORD open(HKEY parent, wchar_t const* subKey, DWORD rights, bool create, HKEY& 
     opened->rights = rights;
 
     OpenStore* file = nullptr;
+    // find() and make() write to opened->key while they still read where to begin.
     RegistryStore::Key const from = opened->key;
     DWORD status = connect(*opened, create, file);
     if (status == 0) {
@@ -246,6 +248,8 @@ DWORD open(HKEY parent, wchar_t const* subKey, DWORD rights, bool create, HKEY& 
         opened->file = file;
         ++file->keys;
     }
+    // Handles of Windows are multiples of four. A number is given out once, so that a closed handle never means another
+    // key.
     opened->number = lastNumber += 4;
     opened->next = keys;
     keys = opened.release();
@@ -299,6 +303,7 @@ DWORD deleteValue(HKEY handle, wchar_t const* name) noexcept {
 
 DWORD deleteTree(HKEY handle, wchar_t const* subKey) noexcept {
     if (ORN_OS_REFUSED("SHDeleteKeyW")) return errorAccessDenied;
+    // The call needs no right on the key itself, as on Windows.
     return onKey(handle, 0, true, [&](RegistryStore& store, RegistryStore::Key key) -> DWORD {
         RegistryStore::Names names;
         if (DWORD const status = split(subKey, names)) return status;

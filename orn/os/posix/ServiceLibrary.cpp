@@ -20,12 +20,14 @@ bool ServiceLibrary::open() noexcept {
     if (ORN_OS_REFUSED(sonames[service_])) return false;
     if (isOpen_.load(std::memory_order_acquire)) return true;
     void* const library = ::dlopen(sonames[service_], RTLD_NOW | RTLD_LOCAL);
+    // The next call tries again: the library may have been installed meanwhile.
     if (library == nullptr) return false;
     for (LibraryEntry* const entry : entries_) {
         void* const address = ::dlsym(library, entry->name);
         if (address == nullptr) return false;
         entry->address.store(address, std::memory_order_relaxed);
     }
+    // A thread that sees this true sees all addresses. Several threads may come here at once, and write the same ones.
     isOpen_.store(true, std::memory_order_release);
     return true;
 }

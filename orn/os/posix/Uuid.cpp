@@ -28,6 +28,8 @@ Uuid fromBytes(unsigned char const (&bytes)[16]) noexcept {
 /// The value of a hexadecimal digit, or -1 for any other character.
 int digit(wchar_t c) noexcept {
     if (c >= L'0' && c <= L'9') return static_cast<int>(c - L'0');
+    // The bit that tells small letters from capitals. Characters beyond ASCII keep their other bits, and are none of the
+    // six.
     wchar_t const lower = c | 0x20;
     return lower >= L'a' && lower <= L'f' ? static_cast<int>(lower - L'a') + 10 : -1;
 }
@@ -40,6 +42,7 @@ LONG createUuid(Uuid& uuid) noexcept {
     // RFC 4122, section 4.4: version 4, of random bits, in the variant that the document describes.
     bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0F) | 0x40);
     bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3F) | 0x80);
+    // As on Windows the number is there even if its status is a failure.
     uuid = fromBytes(bytes);
     return ORN_OS_REFUSED("UuidCreate") ? LONG{errorUuidLocalOnly} : 0;
 }
@@ -78,6 +81,7 @@ bool uuidIsNil(Uuid const& uuid, LONG& status) noexcept {
 
 int compareUuids(Uuid const& a, Uuid const& b, LONG& status) noexcept {
     status = ORN_OS_REFUSED("UuidCompare") ? LONG{errorInvalidParameter} : 0;
+    // First the three numbers, then the bytes.
     auto order = std::tie(a.data1, a.data2, a.data3) <=> std::tie(b.data1, b.data2, b.data3);
     if (order == 0) {
         order = std::lexicographical_compare_three_way(std::begin(a.data4), std::end(a.data4), std::begin(b.data4),

@@ -82,6 +82,7 @@ bool errorText(DWORD code, wchar_t const* module, std::wstring& text) {
 
 bool systemErrorText(DWORD code, std::wstring& text) {
     DWORD const systemDefaultLanguage = 0x0800;
+    // Inserts are not ignored: a text that has some cannot be formatted, and counts as missing.
     return format(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, systemDefaultLanguage, text);
 }
 

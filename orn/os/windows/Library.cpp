@@ -12,6 +12,7 @@ namespace ORN::os {
 std::wstring systemDirectory() {
     wchar_t buffer[260];
     if (ORN_OS_REFUSED("GetSystemDirectory")) return {};
+    // A folder that does not fit gives the room it needs, which is more than there is.
     UINT const length = ::GetSystemDirectoryW(buffer, std::size(buffer));
     return length < std::size(buffer) ? std::wstring(buffer, length) : std::wstring{};
 }

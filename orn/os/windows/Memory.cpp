@@ -11,6 +11,7 @@ void* allocateLarge(std::size_t size) noexcept {
     return VirtualAlloc(nullptr, size, MEM_COMMIT, PAGE_READWRITE);
 }
 
+// A block is released whole, and then its size must be given as 0.
 void freeLarge(void* block, std::size_t) noexcept { VirtualFree(block, 0, MEM_RELEASE); }
 
 }

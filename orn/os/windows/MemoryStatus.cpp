@@ -24,6 +24,7 @@ bool memoryStatus(MemoryStatus& status) {
         ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return false;
     }
+    // The system fills the record only if its length is right, so the length goes in with it.
     auto record = std::bit_cast<MEMORYSTATUSEX>(status);
     if (::GlobalMemoryStatusEx(&record) == FALSE) return false;
     status = std::bit_cast<MemoryStatus>(record);

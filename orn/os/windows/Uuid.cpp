@@ -28,6 +28,7 @@ LONG createNilUuid(Uuid& uuid) noexcept {
 }
 
 LONG parseUuid(wchar_t const* text, Uuid& uuid) noexcept {
+    // The system may write to its result before it refuses a text.
     ::UUID parsed;
     LONG const status = ::UuidFromStringW(reinterpret_cast<RPC_WSTR>(const_cast<wchar_t*>(text)), &parsed);
     if (status == 0) *system(uuid) = parsed;

@@ -31,6 +31,7 @@ RegistryStore::RegistryStore(std::string path, struct stat const& file)
 RegistryStore::~RegistryStore() { disconnect(); }
 
 bool RegistryStore::isAt(std::string const& path, struct stat const& file) const noexcept {
+    // Another file may have got the name, and the same file may have got another name. Neither is this registry.
     return device_ == file.st_dev && inode_ == file.st_ino && path_ == path;
 }
 
@@ -53,6 +54,7 @@ DWORD RegistryStore::connect(bool forWriting) {
         return forWriting && sqlite3_db_readonly(database_, "main") == 1 ? errorAccessDenied : 0;
     }
     struct stat file;
+    // When the file is gone, so are all keys that were opened in it.
     if (::stat(path_.c_str(), &file) != 0 || !isAt(path_, file)) return errorKeyDeleted;
     if (!S_ISREG(file.st_mode)) return errorNotRegistryFile;
 
@@ -120,6 +122,7 @@ DWORD RegistryStore::check() {
 DWORD RegistryStore::initialise() {
     Transaction const transaction{database_};
     if (transaction.status() != 0) return transaction.status();
+    // All tables are made or none, so that a process that is killed leaves an empty file.
     std::int64_t tables = 0;
     if (DWORD const status = askNumber(database_, "SELECT count(*) FROM sqlite_schema", tables)) return status;
     if (tables != 0) {  // another process has made the tables first
@@ -195,6 +198,7 @@ DWORD RegistryStore::find(Key from, Names const& names, Key& key) {
 }
 
 DWORD RegistryStore::make(Key from, Names const& names, Key& key) {
+    // Most keys are there already, and a look does not keep other processes from writing.
     DWORD const status = find(from, names, key);
     if (status != errorFileNotFound) return status;
     return change(from, [&]() -> DWORD {
@@ -240,6 +244,7 @@ DWORD RegistryStore::read(Key key, std::u16string const& name, DWORD& type, void
     }
     type = static_cast<DWORD>(statement.number(0));
     void const* const bytes = statement.bytes(1);
+    // The caller learns the size even if the room is too small.
     DWORD const room = std::exchange(size, statement.size(1));
     if (bytes == nullptr && size != 0) return errorNotEnoughMemory;
     if (data == nullptr) return 0;
