@@ -93,6 +93,7 @@ bool watchFork() noexcept {
 std::string storePath() {
     if (std::string own = trustedVariable("ORN_REGISTRY"); !own.empty()) {
         if (own[0] == '/') return own;
+        // A relative path counts from the folder in which the program is now, not when SQLite comes to read it.
         std::unique_ptr<char, void (*)(void*)> const here{::getcwd(nullptr, 0), std::free};
         return here != nullptr ? here.get() + ("/" + own) : std::string{};
     }
@@ -140,12 +141,14 @@ DWORD findStore(bool forWriting, OpenStore*& found) {
     if (!watchFork()) return errorNotEnoughMemory;
     std::unique_ptr<OpenStore> opened{new OpenStore{nullptr, 0, {std::move(path), file}}};
     if (DWORD const status = opened->store.connect(forWriting)) return status;
+    // Only one file without open keys stays open: this one, when its keys are closed.
     deleteIdleStores();
     opened->next = stores;
     found = stores = opened.release();
     return 0;
 }
 
+// An element of a wide string holds one code unit, on this system, too.
 std::u16string units(wchar_t const* text) { return {text, text + std::wcslen(text)}; }
 
 /// Splits a path into its names, and leaves empty ones out.

@@ -181,6 +181,8 @@ DWORD RegistryStore::descend(Names const& names, Key& key, std::size_t& depth) {
     for (depth = 0; depth < names.size(); ++depth) {
         bool row = false;
         std::u16string const name = folded(names[depth]);
+        // Roots have no row, so a key below one has the root's negative number for a parent. A row with such a number
+        // itself is damage, and is never found.
         Statement statement{database_, "SELECT id FROM keys WHERE parent = ? AND folded = ? AND id > 0"};
         if (DWORD const status = statement.bind(key).bind(name).step(row)) return status;
         if (!row) return 0;
@@ -268,6 +270,7 @@ DWORD RegistryStore::removeValue(Key key, std::u16string const& name) {
     return change(key, [&]() -> DWORD {
         Statement statement{database_, "DELETE FROM data WHERE key = ? AND folded = ?"};
         if (DWORD const status = statement.bind(key).bind(sought).run()) return status;
+        // Nothing deleted is a failure here. Callers for whom it is none look at the status.
         return sqlite3_changes(database_) != 0 ? 0 : errorFileNotFound;
     });
 }
