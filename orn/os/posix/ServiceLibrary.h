@@ -63,8 +63,10 @@ private:
     std::atomic<bool> isOpen_{false};
 };
 
+// A name that is declared stands in no parentheses.
+// NOLINTNEXTLINE(bugprone-macro-parentheses)
 #define ORN_LIBRARY_FUNCTION(function) inline constinit LibraryFunction<decltype(::function)> function{#function};
-#define ORN_LIBRARY_ENTRY(function) &function,
+#define ORN_LIBRARY_ENTRY(function) &(function),
 
 /// Declares the functions of a list, and the library that has them.
 #define ORN_SERVICE_LIBRARY(library, functions)                                                 \
