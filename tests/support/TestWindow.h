@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 
 class TestWindow {
 public:
@@ -20,12 +19,8 @@ public:
     HWND handle() const;
     void raise();  ///< to the front of its siblings
 
-    struct Message {
-        unsigned int number;
-        std::uint64_t wParam;
-        std::int64_t lParam;
-    };
-    std::optional<Message> nextMessage();  ///< of those posted from number 0x8000 (0x8000 to 0xBFFF) on; waits a second
+    /// Whether the next posted message, of those from 0x8000 to 0xBFFF, is this one. Waits a second for it.
+    bool receives(unsigned int number, std::uint64_t wParam, std::int64_t lParam);
 
 private:
     struct Imp;

@@ -53,7 +53,7 @@ void TestWindow::raise() {
     waitForServer();
 }
 
-std::optional<TestWindow::Message> TestWindow::nextMessage() {
+bool TestWindow::receives(unsigned int number, std::uint64_t wParam, std::int64_t lParam) {
     for (int attempt = 0; attempt < 100; ++attempt) {
         while (xcb_generic_event_t* const event = xcb_poll_for_event(display())) {
             std::unique_ptr<xcb_generic_event_t, void (*)(void*)> const owner{event, std::free};
@@ -62,10 +62,11 @@ std::optional<TestWindow::Message> TestWindow::nextMessage() {
             auto const both = [&](int low) {
                 return client.data.data32[low] | std::uint64_t{client.data.data32[low + 1]} << 32;
             };
-            return Message{client.data.data32[0], both(1), static_cast<std::int64_t>(both(3))};
+            return client.data.data32[0] == number && both(1) == wParam &&
+                   both(3) == static_cast<std::uint64_t>(lParam);
         }
         pollfd connection{xcb_get_file_descriptor(display()), POLLIN, 0};
         poll(&connection, 1, 10);
     }
-    return std::nullopt;
+    return false;
 }

@@ -28,13 +28,13 @@ HWND TestWindow::handle() const { return imp_->window; }
 
 void TestWindow::raise() { SetWindowPos(imp_->window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE); }
 
-std::optional<TestWindow::Message> TestWindow::nextMessage() {
+bool TestWindow::receives(unsigned int number, std::uint64_t wParam, std::int64_t lParam) {
     ULONGLONG const end = GetTickCount64() + 1000;
     do {
         MSG message;
         if (PeekMessageW(&message, imp_->window, 0x8000, 0xBFFF, PM_REMOVE))
-            return Message{message.message, message.wParam, message.lParam};
+            return message.message == number && message.wParam == wParam && message.lParam == lParam;
         Sleep(1);
     } while (GetTickCount64() < end);
-    return std::nullopt;
+    return false;
 }
