@@ -92,6 +92,27 @@ void vector(benchmark::State& state) {
     }
 }
 
+/// One of eight classes that are alike.
+template <int Number>
+struct Numbered : Called {
+    explicit Numbered(int& stored) : last{&stored} {}
+    void call(int value) override { *last = value + Number; }
+    int* last;
+};
+
+void mixedVector(benchmark::State& state) {
+    int last = 0;
+    std::vector<std::unique_ptr<Called>> called;
+    auto const add = [&]<int... Numbers>(std::integer_sequence<int, Numbers...>) {
+        (called.push_back(std::make_unique<Numbered<Numbers>>(last)), ...);
+    };
+    while (static_cast<int>(called.size()) < state.range(0)) add(std::make_integer_sequence<int, 8>{});
+    for (auto _ : state) {
+        for (auto const& one : called) one->call(1);
+        benchmark::DoNotOptimize(last);
+    }
+}
+
 /// What the shortest announcement cannot do without: the lock's two swaps and a virtual call.
 void twoSwapsAndACall(benchmark::State& state) {
     std::atomic<int> word{0};
@@ -111,6 +132,7 @@ BENCHMARK(list)->Arg(1)->Arg(10)->Arg(1000);
 BENCHMARK(mixedList)->Arg(1000);
 BENCHMARK(signals2)->Arg(1)->Arg(10)->Arg(1000);
 BENCHMARK(vector)->Arg(1000);
+BENCHMARK(mixedVector)->Arg(1000);
 BENCHMARK(twoSwapsAndACall);
 
 }
