@@ -22,6 +22,7 @@ public:
 
     void notify(Arguments... arguments) override {
         SharedLock const lock{lock_};
+        // The lock keeps the entries where they are, also while a callback announces on this list again.
         Entry const* next = members_.data();
         Entry const* const end = next + members_.size();
         Entry const* thrower = nullptr;

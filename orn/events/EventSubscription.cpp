@@ -8,6 +8,7 @@ ORN::Handle<EVSubscriptionList<T>> EVSubscriptionList<T>::create() {
 template <typename T>
 EVSubscriptionList<T>::~EVSubscriptionList() = default;
 
+// For lists of applications, which know only of insert().
 template <typename T>
 void EVSubscriptionList<T>::insertStepped(EVSubscription<T>* subscription, typename EVSubscriptionEntry<T>::Step) {
     insert(subscription);
@@ -25,6 +26,7 @@ EVSubscription<T>::EVSubscription(EVSubscriptionList<T>& list, EVSubscriptionDet
 
 template <typename T>
 EVSubscription<T>::~EVSubscription() {
+    // The overriding class has detached it. This is for a constructor of that class that throws.
     EVSubscription::destroy();
 }
 

@@ -36,6 +36,7 @@ bool siblingLiesAbove(HWND a, HWND b, HWND parent) {
 /// An ancestor lies above its descendants, and a window above itself.
 bool liesAbove(HWND a, HWND b) {
     std::vector<HWND> const left = chainOf(a), right = chainOf(b);
+    // Where the chains part, they hold two siblings; where one ends first, it is that of an ancestor.
     auto const [l, r] = std::mismatch(left.begin(), left.end(), right.begin(), right.end());
     if (l == left.end()) return true;
     if (r == right.end()) return false;
@@ -75,6 +76,7 @@ void DrawThread::insert(DrawTask& task) {
     }
 
     if (current_ != nullptr) {
+        // The new task takes the place of the running one, which is not to be resumed beside it.
         if (current_->key() == window) setCancelled(true);
         if (above) current_->abort();
     }
@@ -85,6 +87,7 @@ void DrawThread::insert(DrawTask& task) {
 void DrawThread::updateActive(HWND window) {
     ExclusiveLock const guard{lockWord()};
     auto const highest = findHighestWindow();
+    // A task that is cancelled has been aborted already.
     if (highest != queue_.end() && highest->first == window && current_ != nullptr && !cancelled()) current_->abort();
 }
 
@@ -95,12 +98,13 @@ void DrawThread::processTasks() {
     setCancelled(false);
     while (highest != queue_.end()) {
         current_ = highest->second;
-        hint_ = std::next(highest);
+        hint_ = std::next(highest);                        // where the task belongs when it is resumed
         Queue::node_type entry = queue_.extract(highest);  // kept: resuming the task must not need memory
         if (runCurrentTask(guard)) {
             entry.key() = entry.mapped()->key();
             hint_ = queue_.insert(hint_, std::move(entry));
         }
+        // Threads that wait for the lock come first: what they queue or cancel may change which window is next.
         guard.unlock();
         guard.lock();
         highest = findHighestWindow();
@@ -142,8 +146,10 @@ char const* DrawThread::threadName() const { return "ORN::Draw"; }
 ORN::Threading::TaskBase* DrawThread::taskInProgress() const { return current_; }
 
 DrawThread::Queue::iterator DrawThread::findHighestWindow() {
+    // A single task needs no order, and is run also when its window is gone.
     if (queue_.size() < 2) return queue_.begin();
 
+    // Only windows that hold a queued one are looked into; each of them costs a request where windows belong to a server.
     std::set<HWND> ancestors;
     for (auto const& [window, task] : queue_)
         for (HWND parent = os::parentWindow(window); parent != nullptr && ancestors.insert(parent).second;)

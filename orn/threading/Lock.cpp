@@ -11,7 +11,7 @@ constinit TableSlot parkingTable[parkingSlots];
 void createParking() {
     for (TableSlot& slot : parkingTable) {
         if (slot.parking().create()) continue;
-        WinError const error;
+        WinError const error;  // taken before anything below changes the thread's last error
         closeParking();
         throw error;
     }

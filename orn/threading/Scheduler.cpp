@@ -30,6 +30,7 @@ struct SchedulerBase::WakeEvent {
     explicit WakeEvent(HANDLE event) noexcept : handle{event} {}
     ~WakeEvent() { os::closeHandle(handle); }
 
+    /// Null when the system refuses. There is no worker then, and the next task that is queued tries again.
     static WakeEvent* create() noexcept {
         HANDLE const event = os::createEvent();
         if (event == nullptr) return nullptr;
@@ -67,6 +68,7 @@ struct SchedulerBase::StopWait {
     }
     ~StopWait() {
         guard_.lock();
+        // A wait that was told is in the list no more, because tellStopped has taken the whole list out.
         for (StopWait** link = &scheduler_.stopWaits_; *link != nullptr; link = &(*link)->next_)
             if (*link == this) {
                 *link = next_;
@@ -115,9 +117,11 @@ void SchedulerBase::startThread(ExclusiveLock& guard) {
         // A worker ends by itself only when a task ends its thread.
         DWORD code = 0;
         if (!os::threadExitCode(worker_, code) || code != os::threadStillActive) {
+            // The next worker gets an event of its own, because this one may hold a signal that belongs to the dead worker.
             WakeEvent::Use const wake{wakeEvent_.exchange(nullptr)};
             os::closeHandle(worker_);
             worker_ = nullptr;
+            // The report waits for the user. Meanwhile other threads need the lock, and may start a worker or finish.
             guard.unlock();
             os::showMessage(L"Thread exited unexpectedly", fromMultibyte(threadName()).c_str());
             guard.lock();
@@ -134,7 +138,7 @@ void SchedulerBase::startWorker() {
     unsigned int const stackBytes = 0x40000;
     HANDLE const started = os::startThread(threadMain, start.get(), stackBytes);
     if (started == nullptr) return;
-    static_cast<void>(start.release());
+    static_cast<void>(start.release());  // the worker's from here on
     worker_ = started;
     workerState_ = Worker::stays;
     os::setThreadPriority(worker_, priority_);
@@ -143,11 +147,13 @@ void SchedulerBase::startWorker() {
 unsigned int SchedulerBase::threadMain(void* start) {
     std::unique_ptr<Start const> const own{static_cast<Start const*>(start)};
     SchedulerBase& self = own->scheduler;
+    // Two tasks must never run at once, so a worker that finish has left alone comes to its end first.
     if (own->predecessor != nullptr) {
         os::waitFor(own->predecessor, os::waitForever);
         os::closeHandle(own->predecessor);
     }
     setThreadName(self.threadName(), os::callingThread);
+    // Tasks may use COM, and convert texts by the user's code page, whatever locale the process has.
     bool const apartment = os::enterApartment();
     os::threadLocaleMode(os::perThreadLocale);
     os::setLocale(LC_CTYPE, "");
@@ -186,6 +192,7 @@ bool SchedulerBase::finish(Waiter const& waiter) {
             cancelled_ = true;
             task->abort();
         }
+        // Without its event in the field the worker leaves its loop; the signal only makes it look.
         if (WakeEvent::Use const wake{wakeEvent_.exchange(nullptr)}) os::signalEvent(wake->handle);
         worker = worker_;
         if (worker == nullptr) return true;
@@ -237,6 +244,7 @@ void SchedulerBase::interrupt(Waiter const& waiter) {
 
 void SchedulerBase::doCancelCurrentTask(ExclusiveLock& guard, bool setCancelled, Waiter const* waiter) {
     if (waiter != nullptr) refuseOwnWorker();
+    // The flag comes first: the worker reads it, under the lock, as soon as the task has stopped.
     if (setCancelled) cancelled_ = true;
     taskInProgress()->abort();
     if (waiter != nullptr) waitForTask(guard, *waiter);
@@ -250,6 +258,7 @@ void SchedulerBase::waitForTask(ExclusiveLock& guard, Waiter const& waiter) {
 
 void SchedulerBase::wakeWorker(ExclusiveLock& guard) {
     dropLateTasks();
+    // Used beyond the lock, so finish must not delete it meanwhile.
     WakeEvent::Use const wake = WakeEvent::use(wakeEvent_.load());
     guard.unlock();
     if (wake != nullptr) os::signalEvent(wake->handle);
