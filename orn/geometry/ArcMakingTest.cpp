@@ -51,8 +51,7 @@ TEST(ArcMaking, ThroughAPoint) {
     RandomGeometry random{71};
     for (int i = 0; i < 500; ++i) {
         Arc const arc{random.point<2>(), random.magnitude(-3, 2), random.point<2>()};
-        auto const on = ExactArc{arc}.point(random.number(0.1, 0.9));
-        P const through{static_cast<double>(on[0]), static_cast<double>(on[1])};
+        P const through = ExactArc{arc}.rounded<2>(random.number(0.1, 0.9));
         double const scale = 1e-14 / (arc.end() - arc.start()).length() * (20 + arc.radius());
         EXPECT_NEAR(ORN::arcThrough(arc.start(), through, arc.end()).bulge(), arc.bulge(),
                     scale * (1 + arc.bulge() * arc.bulge()));

@@ -24,17 +24,6 @@ protected:
         else
             return {start, bulge, Vector<3>{0, 0, 1}, end};
     }
-    /// Every other chord is nearly along an axis.
-    static Arc<N> any(RandomGeometry& random, double bulge) {
-        Point<N> const start = random.point<N>();
-        double along[] = {random.number(1, 10), random.magnitude(-18, -2), 0};
-        if (random.whole(0, 1) == 0) std::swap(along[0], along[1]);
-        Vector<N> const chord = random.whole(0, 1) == 0 ? random.vector<N>() : Vector<N>{along};
-        if constexpr (N == 2)
-            return {start, bulge, start + chord};
-        else
-            return {start, bulge, cross(chord, random.vector<3>()), start + chord};
-    }
 };
 TYPED_TEST_SUITE(ArcOf, PlaneAndSpace);
 
@@ -62,7 +51,7 @@ TYPED_TEST(ArcOf, IsMeasuredOffAndBoxedForEveryBulge) {
     RandomGeometry random{9};
     forEveryBulge(TypeParam::value == 2 ? 2.4 : 10, [&](double bulge) {
         for (int i = 0; i < 20; ++i) {
-            auto const arc = this->any(random, bulge);
+            auto const arc = someArc<TypeParam::value>(random, bulge);
             EXPECT_TRUE((Extent<TypeParam::value>{arc.start(), arc.end()} <= arc.extent()));
             expectMeasured(arc);
             expectBoxed(arc, arc.extent());
@@ -116,13 +105,12 @@ TEST(Arc, HalvesMakeTheWhole) {
     }
     RandomGeometry random{11};
     for (int i = 0; i < 300; ++i) {
-        Point<3> const a = random.point<3>(), b = random.point<3>();
-        Arc<3> const arc{a, random.magnitude(-3, 1), cross(b - a, random.vector<3>()), b};
+        Arc<3> const arc = someArc<3>(random, random.magnitude(-3, 1));
         Arc<3> same = arc, other;
         arc.bisect(first, second);
         same.bisect(same, other);
         EXPECT_TRUE(same == first && other == second) << "an output may be the arc itself";
-        EXPECT_TRUE(first.start() == a && second.end() == b && first.end() == second.start());
+        EXPECT_TRUE(first.start() == arc.start() && second.end() == arc.end() && first.end() == second.start());
         EXPECT_TRUE(first.axis() == second.axis() && first.bulge() == second.bulge());
         EXPECT_NEAR(dot(first.axis(), arc.axis()), 1, 1e-15);
         EXPECT_DOUBLE_EQ(first.bulge(), std::tan(std::atan(arc.bulge()) / 2));

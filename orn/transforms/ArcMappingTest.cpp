@@ -1,5 +1,6 @@
 #include "orn/transforms/ArcMapping.h"
 
+#include "tests/support/ExactArc.h"
 #include "tests/support/Transforms.h"
 
 namespace {
@@ -10,29 +11,11 @@ template <class D>
 class ArcsOfDimension : public testing::Test {};
 TYPED_TEST_SUITE(ArcsOfDimension, PlaneAndSpace);
 
-template <int N>
-Point<N> along(ORN::Arc<N> const& arc, double part) {
-    Point<N> point;
-    Vector<N> tangent;
-    arc.measureOff(arc.length() * part, point, tangent);
-    return point;
-}
-
-template <int N>
-ORN::Arc<N> someArc(Random<N>& random) {
-    Point<N> const start = random.point(), end = random.point();
-    if constexpr (N == 2) {
-        return {start, random.magnitude(-2, 0.5), end};
-    } else {
-        return {start, random.magnitude(-2, 0.5), cross(end - start, random.vector()), end};
-    }
-}
-
 TYPED_TEST(ArcsOfDimension, StayArcsUnderASimilarity) {
     constexpr int N = TypeParam::value;
     Random<N> random{91};
     for (int round = 0; round < 200; ++round) {
-        ORN::Arc<N> const arc = someArc(random);
+        ORN::Arc<N> const arc = someArc<N>(random, random.magnitude(-2, 0.5));
         UniformTransform<N> t = random.uniform();
         if (round % 2 == 0) {
             if constexpr (N == 2)
@@ -40,9 +23,11 @@ TYPED_TEST(ArcsOfDimension, StayArcsUnderASimilarity) {
             else
                 t *= UniformTransform<3>::scale(-1);
         }
+        ExactArc const exact{arc}, there{arc * t}, back{arc / t};
         for (double const part : {0.0, 0.3, 1.0}) {
-            expectNear(along(arc * t, part), along(arc, part) * t, 1e-11);
-            expectNear(along(arc / t, part), along(arc, part) / t, 1e-11);
+            Point<N> const p = exact.template rounded<N>(part);
+            expectNear(there.template rounded<N>(part), p * t, 1e-11);
+            expectNear(back.template rounded<N>(part), p / t, 1e-11);
         }
     }
 }
@@ -50,13 +35,15 @@ TYPED_TEST(ArcsOfDimension, StayArcsUnderASimilarity) {
 TEST(ArcMapping, GivesArcsOfEllipsesUnderAnyAffineMap) {
     Random<2> random{92};
     for (int round = 0; round < 200; ++round) {
-        ORN::Arc<2> const arc = someArc(random);
+        ORN::Arc<2> const arc = someArc<2>(random, random.magnitude(-2, 0.5));
+        ExactArc const exact{arc};
         NonUniformTransform<2> const t = random.nonUniform(), other = random.nonUniform();
         ORN::EllipticArc const image = ORN::ellipticArc(arc, t);
         ORN::EllipticArc const further = image * other;
         for (double const part : {0.0, 0.3, 1.0}) {
-            expectNear(image.at(image.from + image.sweep * part), along(arc, part) * t, 1e-11);
-            expectNear(further.at(further.from + further.sweep * part), along(arc, part) * t * other, 1e-11);
+            Point<2> const p = exact.rounded<2>(part);
+            expectNear(image.at(image.from + image.sweep * part), p * t, 1e-11);
+            expectNear(further.at(further.from + further.sweep * part), p * t * other, 1e-11);
         }
     }
     EXPECT_FALSE(ORN::ellipticArc(ORN::Arc<2>{{0, 0}, {1, 0}}, NonUniformTransform<2>{}).centre.isFinite());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "orn/geometry/SpatialArc.h"
+#include "tests/support/Random.h"
 
 #include <gtest/gtest.h>
 
@@ -44,6 +45,12 @@ public:
         Number const reach = w == 0 ? part * length_ : length_ / turn_ * std::sin(w);
         Number const aside = w == 0 ? 0 : length_ / turn_ * 2 * half * half;
         return sum(start_, 1, along_, reach, cross(axis_, along_), aside);
+    }
+    template <int N>
+    Point<N> rounded(Number part) const {
+        double c[N];
+        for (int i = 0; i < N; ++i) c[i] = static_cast<double>(point(part)[i]);
+        return Point<N>{c};
     }
     Triple tangent(Number part) const {
         return sum(along_, std::cos(turn_ * part), cross(axis_, along_), std::sin(turn_ * part), along_, 0);
@@ -109,6 +116,19 @@ void expectBoxed(ORN::Arc<N> const& arc, Extent<N> const& box) {
         EXPECT_NEAR(box.lo(i), static_cast<double>(lo), 1e-14 * exact.size()) << i << " of bulge " << arc.bulge();
         EXPECT_NEAR(box.hi(i), static_cast<double>(hi), 1e-14 * exact.size()) << i << " of bulge " << arc.bulge();
     }
+}
+
+/// An arc of this bulge. Every other chord is nearly along an axis.
+template <int N>
+ORN::Arc<N> someArc(RandomGeometry& random, double bulge) {
+    Point<N> const start = random.point<N>();
+    double along[] = {random.number(1, 10), random.magnitude(-18, -2), 0};
+    if (random.whole(0, 1) == 0) std::swap(along[0], along[1]);
+    Vector<N> const chord = random.whole(0, 1) == 0 ? random.vector<N>() : Vector<N>{along};
+    if constexpr (N == 2)
+        return {start, bulge, start + chord};
+    else
+        return {start, bulge, cross(chord, random.vector<3>()), start + chord};
 }
 
 /// Of either sign, on a logarithmic grid down to the least, and none at all.
