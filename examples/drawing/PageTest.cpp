@@ -1,5 +1,9 @@
 #include "drawing/Page.h"
 
+#include "drawing/Flatten.h"
+
+#include "tests/support/Geometry.h"
+
 #include "orn/foundation/Error.h"
 
 #include <gtest/gtest.h>
@@ -46,6 +50,28 @@ TEST(Page, HasTheDrawingInItsMiddleAsTheViewTurnsIt) {
     for (auto const& c : cases) {
         Page const page{c.drawing, c.size, c.view};
         for (auto const& [from, to] : c.points) EXPECT_LT((from * page.transform() - to).length(), 1e-9) << to.x();
+    }
+}
+
+TEST(Page, IsFilledByArcsUpToItsMargins) {
+    RandomGeometry random{9};
+    for (int i = 0; i < 300; ++i) {
+        Drawing drawing;
+        for (int n = 0; n < 5; ++n) {
+            ORN::Arc<2> const arc{random.point<2>(), random.number(-3, 3), random.point<2>()};
+            drawing.add(arc, 0, L"0", drawing::measure(arc));
+        }
+        Page const page{drawing, {160, 120}, {.scaleX = 1.5, .degrees = 20.0 * i}};
+        Extent<2> drawn;
+        for (auto const& entity : drawing.entities()) drawn |= drawing::mappedExtent(entity.arc, page.transform());
+        EXPECT_NEAR(std::max((drawn.hi(0) - drawn.lo(0)) / 160, (drawn.hi(1) - drawn.lo(1)) / 120), 0.92, 1e-9);
+        EXPECT_LT((drawn.centre() - Point<2>{80, 60}).length(), 1e-9);
+    }
+}
+
+TEST(Page, HasLinesOfAThousandthOfItsDiagonal) {
+    for (auto const& [size, width] : {std::pair{drawing::PageSize{3000, 4000}, 5}, {drawing::PageSize{300, 400}, 1}}) {
+        EXPECT_DOUBLE_EQ((Page{lines({{{0, 0}, {1, 1}}}), size, {}}.lineWidth()), width);
     }
 }
 

@@ -1,4 +1,3 @@
-#include "drawing/Flatten.h"
 #include "drawing/Render.h"
 
 #include <gtest/gtest.h>
@@ -23,12 +22,6 @@ TEST(Render, EveryBandHasTheWholePicturesPixels) {
     int const width = 163, height = 121;
     for (double const zoom : {1.0, 40.0}) {
         Page const page{drawing, {width, height}, {.scaleX = 1.5, .degrees = 20, .closeup = {.zoom = zoom}}};
-        // All of it, arcs too, fills the page up to the margins.
-        Extent<2> drawn;
-        for (auto const& entity : drawing.entities()) drawn |= drawing::mappedExtent(entity.arc, page.transform());
-        Vector<2> const size = (drawn.hi() - drawn.lo()) / zoom;
-        EXPECT_NEAR(std::max(size.x() / width, size.y() / height), 0.92, 1e-9);
-        EXPECT_LT((drawn.centre() - Point<2>{width / 2.0, height / 2.0}).length(), 1e-9);
         DIBitmap const whole = drawing::renderPage(drawing, page);
         drawing::Renderer const renderer{drawing, page};
         for (int const rows : {1, 50, height}) {

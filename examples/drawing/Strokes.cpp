@@ -106,10 +106,10 @@ void Strokes::draw(std::span<Point<2> const> points, std::uint32_t rgb) {
         // What is cut off lies outside of any page, and so do the places where the polyline falls into parts.
         Point<2> from = points[i - 1], to = points[i];
         bool const isSeen = cutOff(from, to);
-        if (begins || !isSeen) fill(rgb);
+        if (begins) fill(rgb);
         if (begins && isSeen) add(from);
         if (isSeen) add(to);
-        if (ends && isSeen) fill(rgb);
+        if (ends) fill(rgb);
     }
     fill(rgb);
 }

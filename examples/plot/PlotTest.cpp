@@ -98,7 +98,7 @@ std::string const columns = "layer,entities,arcs,length,area,xmin,ymin,xmax,ymax
 // Lengths and areas with 30 digits elsewhere: a semicircle over 2, a quarter circle of radius 3 (bulge tan 22.5 degrees),
 // three quarters of a circle of radius 1 (bulge -tan 67.5 degrees, from (0, 1) to (1, 0)).
 std::wstring const rows =
-    L"note,colour,bulge,y2,x2,layer,y1,x1\n"
+    L"note,colour,bulge,y2,x2,layer,y1,x1,y1\n"
     L",#ff0000,1,0,2,\u00FCberall,0,0\n"
     L"\"a, b\",,0.41421356237309503,3,0,\u00FCberall,0,3\n"
     L"\n"
@@ -128,7 +128,8 @@ TEST_F(Plot, MeasuresDrawingsInEveryEncoding) {
         std::ofstream{fs::path{std::u8string{name.begin(), name.end()}}, std::ios::binary} << bytes;
         Outcome const outcome = run({"--size", "60x40", name, "p.png"});
         EXPECT_EQ(outcome.status, 0) << outcome.error;
-        EXPECT_EQ(outcome.error, "orn-plot: " + name + ": columns that are ignored: 'note'\n");
+        EXPECT_EQ(outcome.error, "orn-plot: " + name + ": columns that are ignored: 'note'\norn-plot: " + name +
+                                     ": columns that stand there twice, of which the first counts: 'y1'\n");
         expectTable(outcome.out, table);
     }
 }
@@ -202,8 +203,11 @@ TEST(PlotOptions, SayWhatIsWrongOnTheCommandLine) {
     for (auto const& [given, said] : Cases{"examples/plot/PlotTest.txt"}.of<2>("refused")) {
         std::vector<std::wstring> arguments;
         std::wistringstream words{given};
-        for (std::wstring word; words >> word;) arguments.push_back(word);
+        for (std::wstring word; std::getline(words, word, L' ');) arguments.push_back(word);
         EXPECT_EQ(thrown([&] { plot::parseOptions(arguments); }), L"OrnError: orn-plot: " + said + L" (see --help)");
+    }
+    for (wchar_t const* size : {L"30000x1666", L"1666x30000", L"10000x5000", L"1x1"}) {
+        EXPECT_EQ(thrown([&] { plot::parseOptions({L"--size", size, L"d.csv", L"p.png"}); }), L"nothing") << size;
     }
 }
 
