@@ -105,7 +105,7 @@ TYPED_TEST(VectorOf, DoesItsArithmeticByComponents) {
     static_assert(std::same_as<decltype(std::declval<V&>() += V{}), V const&> ==
                   (Kind<V>::n == 2 || std::same_as<V, IVector<Kind<V>::n>>));
     auto const number = [](double x) { return static_cast<Number>(x); };
-    Number const ca[] = {number(7.1), -3, 1073741823, number(0.1)}, cb[] = {number(-4.7), 11, -1073741822, 3};
+    Number const ca[] = {number(7.1), -3, 107374182, number(0.1)}, cb[] = {number(-4.7), 11, -107374181, 3};
     V const a{ca}, b{cb};
     expectByComponents(a, b, [](auto x, auto y) { return x + y; });
     expectByComponents(a, b, [](auto x, auto y) { return x += y; });
