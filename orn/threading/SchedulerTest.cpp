@@ -148,10 +148,12 @@ TEST_F(SchedulerTest, FinishDropsWhatIsQueuedUntilItReturnsHoweverItsWaitEnds) {
         EXPECT_EQ(thread.starts, 1);
         EXPECT_EQ(thread.exits, way == Wait::patient ? 1 : 0);
 
-        if (way != Wait::failed) thread.insert(next);
+        bool const usedAgain = way != Wait::failed;
+        if (usedAgain) thread.insert(next), thread.insert(next);
         ++open;
-        if (way != Wait::failed) next.runs.reach(1);
+        if (usedAgain) next.runs.reach(1);
         EXPECT_TRUE(thread.end());
+        EXPECT_EQ(thread.starts, usedAgain ? 2 : 1);
         EXPECT_EQ(thread.exits, thread.starts) << "finish waits for a worker that it gave up before, too";
     }
 }
@@ -212,6 +214,17 @@ TEST_F(SchedulerTest, WithoutAnEventAThreadOrMemoryThereIsNoWorker) {
     };
     faults::expectFailures(
         {{"a worker", start, {{"CreateEvent", L"0"}, {"_beginthreadex", L"0"}}}, {"its memory", asksForThread, {}, 2}});
+
+    // A task that no worker could take is dropped; otherwise two windows that are gone would wait for the next wake.
+    auto const draw = [](TestTask&) { return true; };
+    TestTask dropped{window(1), draw}, next{window(2), draw};
+    {
+        faults::Refuse const refuse{"_beginthreadex"};
+        thread_.insert(dropped);
+    }
+    thread_.end();
+    thread_.insertAndReach(next);
+    thread_.end();
 }
 
 /// Reaches the private assignment: an explicit instantiation may name it.
