@@ -128,6 +128,7 @@ private:
     }
 
     bool takeBehindQuote() {
+        // Two quotes are one of the field's. Behind any other unit the quotes are closed.
         if (*position != quote) return takeClosed();
         keep = record.last().size();
         state = FieldState::quoted;
@@ -168,10 +169,12 @@ bool RawCSVParser::parse(std::vector<std::wstring>& fields, std::wstring const& 
     // Until the call has gone well, the parser is as new.
     LineEnd const before = std::exchange(lineEnd_, LineEnd::none);
     FieldState const state = std::exchange(fieldState_, FieldState::recordStart);
+    // The record begun goes on in the caller's vector, whose strings keep their memory.
     if (!fields_.empty()) {
         fields.swap(fields_);
         fields_.clear();
     }
+    // An empty text does not tell whether a LF follows the CR.
     if (before == LineEnd::loneReturn && text.empty()) {
         pause(fields, {nullptr, nullptr, format_, {fields, 0}, FieldState::recordStart, 0});
         lineEnd_ = LineEnd::loneReturn;
@@ -233,7 +236,7 @@ void HeadedCSVParser::missingColumns(std::vector<bool>& missing) const {
 void HeadedCSVParser::readHeader() {
     for (std::size_t i = 0; i < names_.size(); ++i) {
         auto const found = std::find(record_.begin(), record_.end(), names_[i]);
-        if (found == record_.end()) continue;
+        if (found == record_.end()) continue;  // it stays missing
         columns_[i] = static_cast<std::uint64_t>(found - record_.begin());
         repeated_ = repeated_ || std::find(columns_.begin(), columns_.begin() + i, columns_[i]) != columns_.begin() + i;
     }
@@ -249,6 +252,7 @@ bool HeadedCSVParser::parse(std::vector<std::wstring>& fields, std::wstring cons
     }
     fields.resize(names_.size());
     for (std::size_t i = 0; i < fields.size(); ++i) {
+        // Missing, or behind the end of a short record.
         if (columns_[i] >= record_.size()) {
             fields[i].clear();
             continue;

@@ -36,11 +36,13 @@ std::wstring vStringPrintf(wchar_t const* format, std::va_list arguments) {
     // The runtimes disagree about bad formats, and some end the program.
     if (!isGood(format)) return format;
 
+    // Nearly every text fits here, and then the result is the only memory that it takes.
     std::size_t capacity = 1024;
     wchar_t scratch[1024];
     int length = attempt(scratch, capacity, format, arguments);
     if (length >= 0) return {scratch, static_cast<std::size_t>(length)};
 
+    // The runtimes do not tell how much room is missing.
     while (length == os::formatTooLong && capacity <= INT_MAX / 2) {
         capacity *= 2;
         std::unique_ptr<wchar_t[]> const buffer{new wchar_t[capacity]};

@@ -15,6 +15,7 @@ constinit Quark const nullQuark;
 Quark Quark::create(wchar_t const* text) { return Quark{QuarkTable::quarkTable().intern(text)}; }
 
 Quark Quark::create(std::wstring_view text) {
+    // The table looks up terminated texts. A short one gets its terminator on the stack.
     wchar_t scratch[64];
     if (text.size() >= std::size(scratch)) return create(std::wstring{text}.c_str());
     *std::copy(text.begin(), text.end(), scratch) = 0;

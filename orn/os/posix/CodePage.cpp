@@ -203,6 +203,7 @@ int convertToWide(char const* bytes, int length, wchar_t* units, int room) noexc
     if (!converter.isOpen()) return failed(errorNoUnicodeTranslation);
 
     Target<wchar_t> target{units, units + room};
+    // Piece by piece over the stack. The last turn, without input, gets what iconv has held back.
     auto left = static_cast<std::size_t>(length);
     for (bool flushed = false; !flushed;) {
         wchar_t codePoints[64];
@@ -288,7 +289,7 @@ int decodeMultibyte(char const* bytes, int length, unsigned int& codePoint) noex
     // Byte by byte, because the descriptor would read on into the next character.
     Converter converter{toCodePoints, "WCHAR_T", CharacterSet::name()};
     if (!converter.isOpen()) return -1;
-    int const longest = 8;
+    int const longest = 8;  // bytes; no character set of the C library has longer characters
     for (int size = 1; size <= length && size <= longest; ++size) {
         converter.restart();
         wchar_t value = 0;
@@ -299,6 +300,7 @@ int decodeMultibyte(char const* bytes, int length, unsigned int& codePoint) noex
         int const error = converter.run(&in, &inLeft, &out, &outLeft);
         if (error == EINVAL) continue;
         if (error != 0) return -1;
+        // Some sets hold a letter back until they know that no accent follows.
         if (outLeft != 0) converter.run(nullptr, nullptr, &out, &outLeft);
         if (outLeft != 0) continue;
         codePoint = static_cast<unsigned int>(value);

@@ -82,6 +82,7 @@ public:
     }
     ~NoPipeSignal() {
         timespec const now{};
+        // A signal of this transfer goes; one that waited before it stays.
         if (!wasPending_)
             while (sigtimedwait(&pipe_, nullptr, &now) < 0 && errno == EINTR) {}
         pthread_sigmask(SIG_SETMASK, &before_, nullptr);
@@ -132,7 +133,7 @@ Text partOf(CURLU* address, CURLUPart part, unsigned int flags) {
 std::string nameInCache(std::string const& url, CURLU* address) {
     uuid_t id;
     uuid_generate_sha1(id, *uuid_get_template("url"), url.data(), url.size());
-    char idText[UUID_STR_LEN];
+    char idText[UUID_STR_LEN];  // tells apart URLs whose paths end alike
     uuid_unparse_lower(id, idText);
 
     Text const path = partOf(address, CURLUPART_PATH, 0);
@@ -172,6 +173,7 @@ Failure failureOf(CURL* transfer, CURLcode code) {
     curl_easy_getinfo(transfer, CURLINFO_REDIRECT_COUNT, &redirections);
     switch (code) {
         case CURLE_OK: return Failure::none;
+        // Of these two, a redirection may be the cause as well as the URL itself.
         case CURLE_URL_MALFORMAT: return redirections > 0 ? Failure::redirectFailed : Failure::invalidUrl;
         case CURLE_UNSUPPORTED_PROTOCOL: return answer >= 300 ? Failure::redirectFailed : Failure::unknownProtocol;
         case CURLE_TOO_MANY_REDIRECTS: return Failure::redirectFailed;
@@ -202,6 +204,7 @@ bool isReadable(CURLU* address) {
 HRESULT receive(CURLU* address, Received& received) {
     Transfer const transfer{curl_easy_init()};
     if (transfer == nullptr) return statusOf(Failure::outOfMemory);
+    // Seconds without progress.
     long const stalled = ORN_OS_REFUSED("patience") ? 1 : 60;
     CURL* const t = transfer.get();
     curl_easy_setopt(t, CURLOPT_CURLU, address);

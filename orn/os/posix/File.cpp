@@ -30,6 +30,7 @@ std::FILE* openFile(std::wstring const& name, std::wstring const& mode) {
 }
 
 bool fileExists(std::wstring const& name) {
+    // A link that leads nowhere takes its name all the same.
     struct stat status;
     return ::lstat(nativeName(name).c_str(), &status) == 0;
 }

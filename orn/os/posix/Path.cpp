@@ -41,6 +41,7 @@ wchar_t pathSeparator() noexcept { return L'/'; }
 
 std::wstring fullPath(std::wstring const& name) {
     if (name.find(L'\0') != std::wstring::npos) return {};
+    // A relative name stands behind the current folder, an empty one is that folder.
     std::wstring whole = name;
     if (!name.starts_with(L'/')) {
         whole = currentFolder();
