@@ -126,16 +126,22 @@ TEST(ColourTransform, OnlyRGBAndAsManyResultsAsColoursAreConverted) {
     class Foreign : public ColourTransform {
         HTRANSFORM handle() const override { return nullptr; }
     };
-    // Ends in the space that the second one of its header's names, XYZ.
+    // Its class makes it end in the connection space, which stands behind 20 bytes of its header.
     struct Link : Witness {
-        using Witness::Witness;
+        Link(Profile profile, std::vector<Witness const*>& asked, icc::Bytes const& space)
+            : Witness{profile, asked}, header{icc::Bytes(20, ' ') + space} {}
         std::wstring profileClass() const override { return L"link"; }
+        unsigned char const* data(DWORD& size) const override {
+            size = static_cast<DWORD>(header.size());
+            return icc::data(header);
+        }
+        icc::Bytes header;
     };
     auto const rgb = withPower(0x100);
     icc::Tags const greyTags{{"wtpt", icc::xyz({0.9642, 1, 0.8249})}, {"kTRC", icc::power(0x100)}};
     auto const grey = opened(icc::profile(greyTags, "GRAY"));
     std::vector<Witness const*> asked;
-    Link const link{rgb, asked};
+    Link const toXYZ{rgb, asked, "XYZ "}, toRGB{rgb, asked, "RGB "};
 
     std::vector<Colour> const in{Colour::rgb(0.1, 0.2, 0.3), Colour::rgb(0.4, 0.5, 0.6)};
     std::vector<Colour> out{2, Colour::rgb(0.7, 0.8, 0.9)}, fewer(1), more(3);
@@ -146,13 +152,13 @@ TEST(ColourTransform, OnlyRGBAndAsManyResultsAsColoursAreConverted) {
         return refusal(*ColourTransform::create(relative, first, last), out);
     };
     wchar_t const* const notRGB = L"logic_error: only a transform from RGB to RGB converts colours";
-    for (auto const& failure : {joined(*rgb, *grey), joined(*grey, *rgb), joined(*rgb, link), refusal(Foreign{}, out)})
+    for (auto const& failure : {joined(*rgb, *grey), joined(*grey, *rgb), joined(*rgb, toXYZ), refusal(Foreign{}, out)})
         EXPECT_EQ(failure, notRGB);
     auto const transform = ColourTransform::create(relative, *rgb, *rgb);
     for (auto* results : {&fewer, &more})
         EXPECT_EQ(refusal(*transform, *results), L"logic_error: there must be as many results as colours to convert");
     expectColour(out[1], 0.7, 0.8, 0.9);
-    EXPECT_EQ(joined(link, *rgb), L"nothing");
+    EXPECT_EQ(joined(toXYZ, toRGB), L"nothing");
     expectColour(out[1], 0.4, 0.5, 0.6);
 }
 
