@@ -28,7 +28,7 @@ struct CriticalSection {
 #endif
 
 void initialise(CriticalSection& section) noexcept;  ///< of zero-filled room; it must not be moved from then on
-void destroy(CriticalSection& section) noexcept;     ///< nobody is inside
+void destroy(CriticalSection& section) noexcept;     ///< no thread is inside
 void enter(CriticalSection& section) noexcept;
 void leave(CriticalSection& section) noexcept;  ///< by the thread that entered, once for each time
 

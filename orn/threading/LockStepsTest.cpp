@@ -22,7 +22,7 @@ constexpr LONG shared = 1;
 
 LONG maskOf(LONG add) { return add == exclusive ? -1 : static_cast<LONG>(0xF0000000u); }
 
-/// Threads that sleep until somebody wakes all of them, whatever else happens.
+/// Threads that sleep until one call wakes all of them, and for no other reason.
 struct Sleepers {
     std::set<std::size_t> asleep;
 
@@ -52,7 +52,7 @@ struct Futex {
     static bool wakeAll(Atomic<std::uint32_t>&) { return sleepers.wake(), true; }
 };
 
-/// A counting semaphore that serves in no order: whoever looks first takes the count.
+/// A counting semaphore that serves in no order: the first thread that looks takes the count.
 struct Semaphore {
     long counts = 0;
 
@@ -108,13 +108,13 @@ struct Late : Parking {
     }
 };
 
-/// And one without that of going round: nobody is kept aside.
+/// A parking without the cure of going round: no thread is kept aside.
 struct OpenRoom : Room {
     DWORD sleep(DWORD) { return 0; }
 };
 using Restless = SemaphoreParking<SemaphoreKernel<OpenRoom>>;
 
-/// A lock word that watches who is inside: some readers, or one writer.
+/// A lock word that notices when a writer is not alone inside.
 struct Word {
     schedules::Atomic<LONG>& value;
     bool& crowded;
@@ -174,7 +174,7 @@ std::string play(Setting const& setting, Machine::Chooser const& choose, auto li
     limit(machine);
     Machine::End const end = machine.run(choose);
     if (end > Machine::End::halted) return end == Machine::End::stuck ? lost : endless;
-    if (crowded) return "somebody was inside together with a writer";
+    if (crowded) return "a writer was not alone inside";
     if (end == Machine::End::halted) return "";
     if (first.now() != 0 || second.now() != 0) return "a word is not free";
     return slot.waiters() != 0 || !slot.parking().idle() ? "a waiter is left over" : "";

@@ -133,7 +133,7 @@ TEST(Lock, AWaitThatTimesOutIsRefusedOrIsWokenLeavesNobodyBehind) {
     expectNobodyWaits(word);
 }
 
-TEST(Lock, ARefusedWakeUpIsToldTheWordIsFreeAndTheNextReleaseMakesUpForIt) {
+TEST(Lock, ARefusedWakeUpThrowsWithTheWordFreeAndTheNextReleaseWakes) {
     LONG volatile word = 0;
     ExclusiveLock lock{word};
     std::thread waiter{[&] { ExclusiveLock const other{word}; }};
@@ -155,7 +155,7 @@ TEST(Lock, ARefusedWakeUpIsToldTheWordIsFreeAndTheNextReleaseMakesUpForIt) {
     expectNobodyWaits(word);
 }
 
-TEST(Lock, ParkingThatCannotBeMadeIsToldAndLeavesNothing) {
+TEST(Lock, ParkingThatCannotBeMadeThrowsAndLeavesNothing) {
     closeParking();
     {
         faults::Refuse const refuse{"parkingCreate", 5};

@@ -222,7 +222,7 @@ void SchedulerBase::endFinish(bool ended) noexcept {
     worker_ = nullptr;
 }
 
-// Tasks that are queued while finish waits would run on a worker that nobody has asked for.
+// Tasks that are queued while finish waits would otherwise run after finish has returned.
 void SchedulerBase::dropLateTasks() noexcept {
     if (workerState_ == Worker::isAwaited) eraseWholeQueue();
 }

@@ -86,8 +86,9 @@ TEST_F(SchedulerTest, CancelDropsByKeyAndWaitsOnlyForThatKeysTask) {
     EXPECT_TRUE(running.runs == 1 && other.runs == 0);
 }
 
-// Some come, and those of them who lose patience go, before others come: in every order of four who wait.
-TEST_F(SchedulerTest, WhoWaitsIsToldWhenTheTaskHasStoppedAndOnlyThenWhoeverElseGivesUp) {
+// Four threads begin to wait, one after the other. A thread that gives up has left before the next one comes. Each thread
+// ends its wait in one of the four ways, in every combination.
+TEST_F(SchedulerTest, APatientWaitEndsWhenTheTaskHasStoppedWhateverOtherWaitsDo) {
     for (std::size_t order = 0; order < 256; ++order) {
         Tally go;
         std::atomic<bool> stopped = false;
@@ -114,7 +115,7 @@ TEST_F(SchedulerTest, WhoWaitsIsToldWhenTheTaskHasStoppedAndOnlyThenWhoeverElseG
     }
 }
 
-// What comes in while finish waits: from the task that was aborted, and from whoever waits.
+// While finish waits, tasks are queued by the task that it has aborted, and by the waiter.
 TEST_F(SchedulerTest, FinishDropsWhatIsQueuedUntilItReturnsHoweverItsWaitEnds) {
     for (Wait const way : everyWait) {
         Tally queuedMore, open;
@@ -158,7 +159,7 @@ TEST_F(SchedulerTest, FinishDropsWhatIsQueuedUntilItReturnsHoweverItsWaitEnds) {
     }
 }
 
-TEST_F(SchedulerTest, ATaskThatWaitsForItselfIsToldSo) {
+TEST_F(SchedulerTest, ATaskThatWaitsForItsOwnWorkerIsRefused) {
     Tally told;
     TestTask task{window(1), [&](TestTask& self) {
                       std::function<void()> const waits[] = {[&] { thread_.cancel(self.window, waiter_); },

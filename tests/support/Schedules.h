@@ -34,7 +34,7 @@ public:
     /// so limited far longer algorithms can be walked in every order.
     void limitTurns(int most) { turns_ = most; }
 
-    /// `halted`: all have ended but one that stands still. `stuck`: somebody has not ended and nobody can go on. `endless`:
+    /// `halted`: all have ended but one that stands still. `stuck`: some have not ended and none can go on. `endless`:
     /// 2,000 steps were not enough.
     End run(Chooser const& choose) {
         current = this;

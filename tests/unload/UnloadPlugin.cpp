@@ -38,7 +38,7 @@ bool drawAndLock() {
     return thread.end() && count == 2000;
 }
 
-/// Whether an address at which nobody answers is found out.
+/// Whether the download fails where no server answers.
 bool failToDownload() try {
     return downloadUrlToCache(L"http://127.0.0.1:1/a.b").empty();
 } catch (ORN::OrnError const&) {

@@ -19,6 +19,7 @@ DWORD ParkingKernel::wait(std::atomic<std::uint32_t>& word, std::uint32_t expect
         setLastError(errorInvalidHandle);
         return waitFailed;
     }
+    // One deadline for all of its sleeps: otherwise a wake-up for no reason would start the time limit anew.
     Deadline const deadline{timeout};
     while (word.load() == expected) {
         int const error = futexWait(word, expected, deadline);

@@ -73,6 +73,7 @@ struct ThreadEnd {
     Waitable* thread;
     ~ThreadEnd() {
         DWORD running = threadStillActive;
+        // A thread that another one has cancelled has stored no code; after exitThread the code is there already.
         thread->exitCode.compare_exchange_strong(running, 0);
         ownThread = nullptr;
         thread->signal();
@@ -169,10 +170,11 @@ HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int sta
     }
     thread->main = main;
     thread->argument = argument;
-    thread->references.store(2);
+    thread->references.store(2);  // the handle's and the running thread's
 
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
+    // The C library refuses stacks below its least size.
     pthread_attr_setstacksize(&attributes, std::max<std::size_t>(stackBytes, PTHREAD_STACK_MIN));
     int const error = pthread_create(&thread->thread, &attributes, runThread, thread);
     pthread_attr_destroy(&attributes);
@@ -185,6 +187,7 @@ HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int sta
 bool threadExitCode(HANDLE handle, DWORD& code) noexcept {
     Waitable const* const thread = threadOf(handle);
     if (thread == nullptr) return false;
+    // The code may be stored a moment before the thread has ended.
     code = thread->signalled.load() != 0 ? thread->exitCode.load() : threadStillActive;
     return true;
 }
@@ -192,6 +195,7 @@ bool threadExitCode(HANDLE handle, DWORD& code) noexcept {
 bool isCallingThread(HANDLE thread) noexcept { return waitable(thread) == ownThread; }
 
 void exitThread(DWORD code) {
+    // The thread's stack is unwound, so that ThreadEnd signals the end.
     if (ownThread != nullptr) ownThread->exitCode.store(code);
     pthread_exit(nullptr);
 }

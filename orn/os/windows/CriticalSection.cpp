@@ -6,6 +6,7 @@ namespace ORN::os {
 
 namespace {
 
+// The header spells the room out, because windows.h stays out of public headers.
 static_assert(sizeof(CriticalSection) == sizeof(CRITICAL_SECTION) &&
               alignof(CriticalSection) == alignof(CRITICAL_SECTION));
 

@@ -22,6 +22,7 @@ bool Semaphore::create() noexcept {
     }
     HANDLE const made = CreateSemaphoreW(nullptr, 0, 0x7FFFFFFF, nullptr);
     if (made == nullptr) return false;
+    // Another thread may have made one meanwhile. All threads of the slot must wait on the same.
     HANDLE none = nullptr;
     if (!handle_.compare_exchange_strong(none, made)) CloseHandle(made);
     return true;

@@ -25,6 +25,7 @@ DWORD waitDeliveringSentMessages(HANDLE handle) noexcept {
     for (;;) {
         MSG message;
         PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);  // delivers what was sent
+        // One above the object: a message was sent while this thread waited.
         DWORD const result = MsgWaitForMultipleObjects(1, &handle, FALSE, INFINITE, QS_SENDMESSAGE);
         if (result != WAIT_OBJECT_0 + 1) return result;
     }
@@ -46,7 +47,7 @@ void exitThread(DWORD code) {
 
 void setThreadPriority(HANDLE thread, int priority) noexcept {
     SetThreadPriority(thread, priority);
-    SetThreadPriorityBoost(thread, TRUE);
+    SetThreadPriorityBoost(thread, TRUE);  // TRUE switches the boosts off
 }
 
 void lendPriority(HANDLE thread) noexcept { SetThreadPriority(thread, GetThreadPriority(GetCurrentThread())); }

@@ -41,7 +41,7 @@ short ledger;               /* its three numbers, which change together */
 #define owed(ledger) (ledger % ONE_EPOCH / ONE_OWED)
 #define epoch(ledger) (ledger / ONE_EPOCH)
 
-/* The thread waits for the condition itself. That it is told of it in time, the schedules show. */
+/* The thread waits for the condition itself. The schedules show that the code wakes it in time. */
 inline stepAside() {
     if
     :: epoch(ledger) != ticket || owed(ledger) == 0
@@ -94,7 +94,7 @@ inline wake() {
 
 /* ---- The lock ---- */
 
-/* A swap that fails is left out: another thread's has succeeded instead. */
+/* A swap that fails is left out, because it fails only where the swap of another thread has succeeded. */
 
 inline waitFor() {
     atomic { ledger = ledger + ONE_PRESENT; ticket = epoch(ledger) };
@@ -117,7 +117,7 @@ inline acquire() {
     od
 }
 
-/* Whoever waits is in the ledger, so the count of those who wait is not needed. */
+/* Each thread that waits is in the ledger, so the count of waiting threads is not needed. */
 inline release() {
     word[at] = word[at] - add;
     wake()
