@@ -94,7 +94,8 @@ std::string CommandLine::help() const {
     for (Option const& option : options_) {
         std::string start = nameOf(option);
         for (std::string const& line : linesOf(option.help)) {
-            text += "  " + start + std::string(width + 2 - start.size(), ' ') + line + "\n";
+            start.resize(width + 2, ' ');
+            text.append("  ").append(start).append(line).append("\n");
             start.clear();
         }
     }

@@ -37,6 +37,7 @@ Measurements Drawing::total() const {
 
 Drawing Drawing::part(std::function<bool(Layer const&)> const& chosen) const {
     std::vector<bool> keep;
+    keep.reserve(layers_.size());
     for (Layer const& layer : layers_) keep.push_back(chosen(layer));
     Drawing part;
     for (Entity const& entity : entities_) {

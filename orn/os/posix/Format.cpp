@@ -72,6 +72,8 @@ int formatWide(wchar_t* buffer, std::size_t size, wchar_t const* format, std::va
     int result = 0;
     while (result == 0) {
         wchar_t const* const literal = format;
+        // A bad conversion has no end, but putConversion refuses it, and that ends the loop.
+        // NOLINTNEXTLINE(clang-analyzer-core.NullDereference)
         while (*format != 0 && *format != L'%') ++format;
         sink.put(literal, static_cast<std::size_t>(format - literal));
         if (*format == 0) break;

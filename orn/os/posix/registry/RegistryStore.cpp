@@ -114,7 +114,8 @@ DWORD RegistryStore::check() {
 
     bool row = false;
     Statement statement{database_, "PRAGMA quick_check(1)"};
-    if ((status = statement.step(row)) != 0) return status;
+    status = statement.step(row);
+    if (status != 0) return status;
     std::string_view const found{row ? static_cast<char const*>(statement.bytes(0)) : "", row ? statement.size(0) : 0};
     return found == "ok" ? 0 : errorBadDatabase;
 }
