@@ -43,7 +43,8 @@ bool cutOff(Point<2>& from, Point<2>& to) {
 
 /// To the nearest whole number; half of one goes up.
 std::int32_t nearest(double value) {
-    auto const truncated = static_cast<std::int32_t>(value + 0.5);
+    // The floor of the sum: a cast, which is fast, cuts towards zero, and the line behind it corrects what is below zero.
+    auto const truncated = static_cast<std::int32_t>(value + 0.5);  // NOLINT(bugprone-incorrect-roundings)
     return truncated - (truncated > value + 0.5 ? 1 : 0);
 }
 
