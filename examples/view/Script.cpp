@@ -47,7 +47,7 @@ std::wstring trimmed(std::wstring const& text) {
 /// Takes the first word away from a trimmed text.
 std::wstring takeWord(std::wstring& text) {
     std::size_t const end = std::min(text.find_first_of(blanks), text.size());
-    std::wstring const word = text.substr(0, end);
+    std::wstring word = text.substr(0, end);
     text = trimmed(text.substr(end));
     return word;
 }
