@@ -23,12 +23,12 @@ public:
     /// A line with round joins and ends, drawn over what is there.
     virtual void stroke(std::span<Point<2> const> points, Colour const& colour, double width) = 0;
 
-    /// Completes the file. To be called once, at the end.
+    /// Completes the file. The caller calls this once, after the last stroke.
     virtual void finish() = 0;
 };
 
-/// A page of a PDF file, with a point for a pixel; the writer must outlive it. Throws ORN::OrnError on a system that makes
-/// none.
+/// A page of a PDF file; a pixel becomes a point (1/72 inch). The writer must outlive the canvas. Throws ORN::OrnError on
+/// Windows, which makes no PDF files.
 std::unique_ptr<Canvas> pdfCanvas(ORN::RawWriter& file, int width, int height, Colour const& paper);
 
 /// A top-down 32-bit bitmap as a PNG file. A ContextGdiplus must be alive.

@@ -10,6 +10,7 @@ namespace drawing {
 
 namespace {
 
+// A bitmap of the most pixels takes 200 megabytes.
 constexpr int longestSide = 30000;
 constexpr std::int64_t mostPixels = 50'000'000;
 
@@ -30,7 +31,7 @@ std::string nameOf(Option const& option) {
     return option.value == nullptr ? dashed : dashed + ' ' + option.value;
 }
 
-/// As the page's formatter wants it.
+/// The formatter of manual pages takes - for a hyphen, \ for a command, and . or ' for one at the start of a line.
 std::string escaped(std::string const& text) {
     std::string result;
     for (char const c : text) result += c == '\\' ? "\\\\" : c == '-' ? "\\-" : std::string{c};

@@ -1,4 +1,4 @@
-/// Command lines, the same way for every program.
+/// Command lines: options, help, the manual page and the shell's completion of each program.
 #pragma once
 
 #include "drawing/Page.h"
@@ -12,7 +12,7 @@
 
 namespace drawing {
 
-/// What is wrong with a command line; a program that ends for it has the status 2.
+/// Says what is wrong with a command line. A program that ends with it has the exit status 2.
 class CommandLineError : public ORN::OrnError {
 public:
     CommandLineError(std::string const& program, std::wstring const& what);
@@ -25,22 +25,24 @@ struct Option {
     std::function<void(std::wstring const&)> set;
 };
 
-/// Options stand anywhere, as --name, --name value or --name=value; behind -- there are only names, and - is a name.
-/// Every program has --help (-h) and --version (-V) besides its own.
+/// Options may stand anywhere, as --name, --name value or --name=value. What follows -- is a name, and so is a single -.
+/// Every program has the options --help (-h) and --version (-V) besides its own.
 class CommandLine {
 public:
-    /// The texts: what stands behind the program's name in the usage, what the program is (the first sentence, without a
-    /// full stop, stands for it alone), and what the help says above and below the options.
+    /// names stand behind the program's name in the line of usage. summary is one sentence without a full stop. The help
+    /// prints above before the options and below after them.
     struct Texts {
         char const *names, *summary, *above, *below;
     };
 
     CommandLine(char const* program, Texts const& texts, std::vector<Option> options);
 
-    /// The names. Throws CommandLineError for what it does not understand, and what the options' functions throw.
+    /// Calls the functions of the options that are given, and returns the names. Throws CommandLineError for what it does
+    /// not understand, and what the functions throw.
     std::vector<std::wstring> parse(std::vector<std::wstring> const& arguments);
 
-    /// What is to be printed instead of anything else, as --help asks for; empty: nothing.
+    /// The text that --help, --version or another such option asks for; the program prints it and does nothing else.
+    /// Empty when no such option was given.
     std::string const& answer() const noexcept { return answer_; }
 
     [[noreturn]] void fail(std::wstring const& what) const { throw CommandLineError{program_, what}; }

@@ -52,7 +52,7 @@ class Row {
 public:
     Row() { std::fill(std::begin(places_), std::end(places_), absent); }
 
-    /// Takes the header: the first column of a name counts.
+    /// Takes the header. Of two columns with one name the first counts.
     void header(Place const& place, std::function<void(std::wstring const&)> const& remark) {
         std::wstring ignored, doubled;
         for (std::size_t i = 0; i < cells.size(); ++i) {
@@ -74,6 +74,7 @@ public:
         return places_[column] < cells.size() ? cells[places_[column]] : none;
     }
 
+    /// Whether the row has nothing in the columns that count.
     bool isBlank() const {
         for (std::size_t const at : places_) {
             if (at < cells.size() && !cells[at].empty()) return false;
@@ -164,6 +165,7 @@ Drawing readCsv(Input& input, ReadingOptions const& options) {
     };
 
     Drawing drawing;
+    // An empty file has an empty header, which lacks its columns.
     next();
     place.line(1);
     row.header(place, options.remark);

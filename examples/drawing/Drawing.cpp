@@ -53,6 +53,7 @@ void Drawing::add(ORN::Arc<2> const& arc, std::uint32_t rgb, std::wstring const&
 }
 
 std::uint32_t Drawing::layerNamed(std::wstring const& name) {
+    // Entities of one layer mostly follow one another.
     if (!layers_.empty() && layers_[latestLayer_].name == name) return latestLayer_;
     auto const found = layerIndices_.find(name);
     if (found != layerIndices_.end()) return latestLayer_ = found->second;

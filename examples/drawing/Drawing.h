@@ -1,4 +1,4 @@
-/// A drawing: straight lines and circular arcs on layers, and what is measured on them.
+/// A drawing: straight lines and circular arcs on layers, and their measurements.
 #pragma once
 
 #include "orn/geometry/Arc.h"
@@ -39,7 +39,7 @@ bool isMeasurable(Measurements const& sums);
 struct Layer {
     std::wstring name;
     Measurements sums;
-    bool hidden = false;  ///< the drawing itself says that it is not to be seen
+    bool hidden = false;  ///< whether the drawing itself hides the layer
 };
 
 class Drawing {
@@ -52,7 +52,7 @@ public:
     /// The entities on some of the layers, in their order.
     Drawing part(std::function<bool(Layer const&)> const& chosen) const;
 
-    /// The sums are those of measure(arc), which the caller has looked at already.
+    /// `sums` must be measure(arc): the caller has them already, because it refuses what is too large to be measured.
     void add(ORN::Arc<2> const& arc, std::uint32_t rgb, std::wstring const& layer, Measurements const& sums);
 
     void hideLatestLayer() { layers_[latestLayer_].hidden = true; }  ///< that of the entity that was added last

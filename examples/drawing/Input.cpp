@@ -22,6 +22,7 @@ Input::Input(std::wstring const& file) : name_{file == L"-" ? L"standard input" 
 Input::~Input() = default;
 
 std::string_view Input::head() {
+    // A pipe may give fewer bytes than are asked for, long before its end.
     constexpr std::size_t most = 512;
     if (head_.empty()) {
         head_.resize(most);

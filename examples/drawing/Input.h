@@ -1,4 +1,4 @@
-/// Where drawings come from.
+/// The file or stream that a drawing is read from.
 #pragma once
 
 #include "orn/text/RawFile.h"
@@ -20,7 +20,8 @@ public:
     std::wstring name() const override { return name_; }
     std::int64_t read(void* buffer, std::uint64_t count) override;
 
-    std::string_view head();  ///< up to 512 bytes that come next; fewer only at the end
+    /// The next 512 bytes, which stay to be read; fewer only at the end of the file.
+    std::string_view head();
 
 private:
     std::int64_t readOn(void* buffer, std::uint64_t count);

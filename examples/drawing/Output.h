@@ -1,4 +1,4 @@
-/// Where pictures and tables go.
+/// The file or stream that a picture or a table is written to.
 #pragma once
 
 #include "orn/text/RawFile.h"

@@ -53,6 +53,7 @@ Page::Page(Drawing const& drawing, PageSize size, View const& view) : size_{size
         if (!surelyContains(extent, entity.arc, *turn, stretch)) extent |= mappedExtent(entity.arc, *turn);
     }
 
+    // The margin is 4 % at either side. A dot has no size to be fitted: its scale is 1.
     double const filled = 1 - 2 * 0.04;
     double const width = extent.hi().x() - extent.lo().x(), height = extent.hi().y() - extent.lo().y();
     double const scaleX = size.width * filled / width, scaleY = size.height * filled / height;
@@ -66,6 +67,7 @@ Page::Page(Drawing const& drawing, PageSize size, View const& view) : size_{size
     place *= Uniform::translation(Vector<2>{size.width * 0.5, size.height * 0.5} + view.closeup.shift);
     transform_ = then(*turn, place);
 
+    // Very large and very small drawings overflow on the way: no page is better than one with nothing on it.
     bool const finite = (extent.lo() * place).isFinite() && (extent.hi() * place).isFinite();
     if (!(scale > 0) || !finite || !std::isfinite(largestStretch(*transform_))) {
         throw ORN::OrnError{L"the drawing is too large, or too small, to be fitted into a page"};

@@ -12,12 +12,12 @@
 
 namespace drawing {
 
-/// Whether a name ends so (given in lower case), in any case, and has something before it.
+/// Whether a name ends with `ending`, which is in lower case, and has something before it. Case does not matter.
 bool endsIn(std::wstring const& name, std::wstring const& ending);
 
 enum class Format { png, bmp, svg, pdf };
 
-/// What the ending of a picture's name means, in any case.
+/// The format that the ending of a picture's name means. Case does not matter.
 std::optional<Format> formatOf(std::wstring const& name);
 
 /// Whether a name has an ending that savePicture knows for a bitmap: .bmp or .png.
@@ -27,11 +27,11 @@ bool isBitmapName(std::wstring const& name);
 /// anything fails, what was there is untouched. Throws ORN::OrnError, one line that begins with the name.
 void savePicture(DIBitmap const& bitmap, std::wstring const& name);
 
-/// Writes a text into a file, or to standard output; otherwise the same.
+/// Writes a text into a file or to standard output, in the same way.
 void saveText(std::string const& text, std::wstring const& name);
 
-/// Draws the drawing into a file, or into standard output; otherwise the same. Not every system makes PDF. Progress is
-/// told for bitmaps, as renderPage does.
+/// Draws the drawing into a file or to standard output, in the same way. Windows makes no PDF files. For bitmaps,
+/// `progress` is called as renderPage calls it.
 void savePicture(Drawing const& drawing, Page const& page, Format format, std::wstring const& name,
                  std::function<void(int perCent)> const& progress = {});
 

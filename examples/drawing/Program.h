@@ -1,4 +1,4 @@
-/// What the programs' main functions have in common.
+/// What the main functions of the programs share.
 #pragma once
 
 #include <functional>
@@ -15,10 +15,10 @@ int runProgram(std::string const& name, int argc, char* const argv[],
 /// Whether a terminal would obey the character instead of showing it: C0 without exception, DEL and C1.
 constexpr bool isControl(wchar_t c) { return c < L' ' || (c >= 0x7F && c <= 0x9F); }
 
-/// One line on standard error about what is wrong. A blank stands for each control character.
+/// Writes one line about what is wrong to standard error. Each control character becomes a blank.
 void complain(std::wstring const& what);
 
-/// One line on standard error about a file.
+/// Writes one line about a file to standard error.
 void remark(std::string const& program, std::wstring const& file, std::wstring const& what);
 
 /// Writes the whole text to standard output, or throws a std::runtime_error.

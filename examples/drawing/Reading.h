@@ -11,9 +11,9 @@ namespace drawing {
 
 /// How to read.
 struct ReadingOptions {
-    std::function<void(std::uint64_t entities)> progress{};  ///< called now and then
-    std::function<void(std::wstring const& what)> remark{};  ///< called with what a user should know of the file
-    std::uint32_t ink = 0;                                   ///< the colour of what has none, 0xRRGGBB
+    std::function<void(std::uint64_t entities)> progress{};  ///< called every few thousand entities
+    std::function<void(std::wstring const& what)> remark{};  ///< called with what a user should know about the file
+    std::uint32_t ink = 0;                                   ///< the colour of entities without a colour, 0xRRGGBB
     double tolerance = 0;  ///< how far arcs may lie off a curve that they stand for; 0: a millionth of the curve's size
 };
 

@@ -79,6 +79,7 @@ void Renderer::draw(Band const& band) const {
     auto const top = static_cast<float>(band.top), bottom = static_cast<float>(band.top + band.height);
     Strokes strokes{band, page_->lineWidth()};
     std::vector<Point<2>> points;
+    // Entities keep their order: what is drawn later covers what was drawn earlier.
     for (std::size_t i = 0; i < reaches_.size(); ++i) {
         if (!(reaches_[i].bottom >= top && reaches_[i].top <= bottom)) continue;
         Entity const& entity = drawing_->entities()[i];
@@ -91,7 +92,7 @@ void writePdf(Drawing const& drawing, Page const& page, ORN::RawWriter& file) {
     auto const [width, height] = page.size();
     auto const colourOf = [](std::uint32_t rgb) { return Colour::argb(0xFF000000 | rgb); };
     std::unique_ptr<Canvas> const canvas = pdfCanvas(file, width, height, colourOf(page.paper()));
-    double const fine = flatness / 10;  // who looks at it may enlarge it
+    double const fine = flatness / 10;  // a PDF page may be enlarged when it is shown
     double const stretch = largestStretch(page.transform());
     std::vector<Point<2>> points;
     for (Entity const& entity : drawing.entities()) {

@@ -37,8 +37,8 @@ private:
 /// The page as a PDF file, as pdfCanvas makes it.
 void writePdf(Drawing const& drawing, Page const& page, ORN::RawWriter& file);
 
-/// The whole page, as a top-down 32-bit bitmap, drawn by as many threads as there are processors. The calling thread is
-/// one of them, and tells now and then how many per cent of the rows are drawn.
+/// The whole page as a top-down 32-bit bitmap. As many threads draw it as there are processors. The calling thread is one
+/// of them; after each of its bands it calls `progress` with the share of the rows that are drawn.
 DIBitmap renderPage(Drawing const& drawing, Page const& page, std::function<void(int perCent)> const& progress = {});
 
 }

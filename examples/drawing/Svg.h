@@ -1,4 +1,4 @@
-/// Pictures of lines and arcs for other programs.
+/// SVG files.
 #pragma once
 
 #include "drawing/Drawing.h"
@@ -8,7 +8,7 @@
 
 namespace drawing {
 
-/// Lines and arcs as they are, a group with a title for each layer, in the order of the layers.
+/// Writes the page as an SVG file. Arcs stay arcs. Each layer is a group with a title, in the order of the layers.
 void writeSvg(Drawing const& drawing, Page const& page, ORN::RawWriter& file);
 
 }

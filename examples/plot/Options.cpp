@@ -28,8 +28,9 @@ constexpr char const* below =
     "                          not the area that an outline encloses\n"
     "  xmin, ymin, xmax, ymax  the smallest box around what is drawn\n"
     "\n"
-    "Of DXF files the model is drawn, seen from above. What is not drawn (texts, hatches ...) is counted on standard\n"
-    "error. The status is 0, 1 when something fails, and 2 when the command line is wrong.\n";
+    "A DXF file's model is drawn as seen from above. Standard error says how many texts, hatches and other entities "
+    "are\n"
+    "not drawn. The status is 0, 1 when something fails, and 2 when the command line is wrong.\n";
 
 void setScale(drawing::CommandLine const& line, drawing::View& view, std::wstring const& text) {
     std::size_t const comma = text.find(L',');
@@ -63,12 +64,13 @@ Options parseOptions(std::vector<std::wstring> const& arguments) {
     std::optional<drawing::Format> asked;
     std::optional<std::wstring> table;
     drawing::View& view = options.view;
-    std::optional<drawing::CommandLine> line;
+    std::optional<drawing::CommandLine> line;  // made below, because the options' functions refer to it
     line.emplace(
         "orn-plot",
-        drawing::CommandLine::Texts{"DRAWING PICTURE",
-                                    "draws lines and arcs into a picture and prints a table of their measurements",
-                                    above, below},
+        drawing::CommandLine::Texts{
+            "DRAWING PICTURE",
+            "draws the lines and arcs of a drawing into a picture and prints a table of their measurements", above,
+            below},
         std::vector<drawing::Option>{
             {"size", "WxH", "size of the picture in pixels (1200x900)", [&](auto& v) { options.size = line->size(v); }},
             {"scale", "SX,SY", "scale the drawing along its axes", [&](auto& v) { setScale(*line, view, v); }},
@@ -76,20 +78,20 @@ Options parseOptions(std::vector<std::wstring> const& arguments) {
             {"rotate", "DEGREES", "rotate it anticlockwise",
              [&](auto& v) { view.degrees = line->number(L"--rotate", v); }},
             {"background", "COLOUR",
-             "of the picture: #RRGGBB, black or white (white); on a dark one black ink is white",
+             "colour of the paper: #RRGGBB, black or white (white); on dark paper black ink becomes white",
              [&](auto& v) { view.paper = line->colour(v); }},
             {"layers", "A,B,...",
              "draw and measure only these layers (all that the drawing itself does not hide); a name with a\n"
              "comma stands in quotes",
              [&](auto& v) { options.layers = names(*line, v); }},
             {"table", "FILE", "write the table into a file", [&](auto& v) { table = v; }},
-            {"quiet", nullptr, "no table on standard output, no remarks on standard error",
+            {"quiet", nullptr, "print no table on standard output and no remarks on standard error",
              [&](auto&) { options.quiet = true; }},
-            {"format", "FORMAT", "of the picture, whatever its name: png, bmp, svg or pdf (for -: png)",
+            {"format", "FORMAT", "kind of the picture, whatever its name is: png, bmp, svg or pdf (png for -)",
              [&](auto& v) { asked = format(*line, v); }},
             {"tolerance", "T",
-             "splines, ellipses and unequally scaled arcs become arcs that keep within T of them, in\n"
-             "the drawing's units (a millionth of the size of each)",
+             "replace splines, ellipses and unequally scaled arcs by arcs that are at most T away, in the\n"
+             "drawing's units (a millionth of the size of each)",
              [&](auto& v) {
                  options.tolerance = line->number(L"--tolerance", v);
                  if (!(options.tolerance > 0)) line->fail(L"--tolerance: a tolerance is greater than 0");
@@ -108,6 +110,7 @@ Options parseOptions(std::vector<std::wstring> const& arguments) {
     if (!asked && options.picture != L"-") {
         line->fail(options.picture + L": the name of a picture ends in .png, .bmp, .svg or .pdf");
     }
+    // Only standard output has no name that tells the format.
     options.format = asked.value_or(drawing::Format::png);
     options.table = table.value_or(options.quiet || options.picture == L"-" ? L"" : L"-");
     if (options.table == L"-" && options.picture == L"-") line->fail(L"the picture and the table cannot both go to -");

@@ -12,14 +12,14 @@
 namespace plot {
 
 struct Options {
-    std::string answer;  ///< to be printed instead of anything else, if there is something
+    std::string answer;  ///< if not empty, the program prints this text and does nothing else
     drawing::PageSize size;
     drawing::View view;
     std::wstring drawing;
     std::wstring picture;
     drawing::Format format = drawing::Format::png;
-    std::set<std::wstring> layers;  ///< those that are drawn; empty: all that the drawing shows
-    std::wstring table;             ///< a file, - for standard output; empty: none
+    std::set<std::wstring> layers;  ///< the layers that are drawn; empty: all that the drawing does not hide
+    std::wstring table;             ///< the table's file; - for standard output; empty: no table
     bool quiet = false;
     double tolerance = 0;
 };

@@ -12,6 +12,7 @@ namespace plot {
 
 namespace {
 
+/// A terminal would obey control characters. A layer's name may hold any.
 std::wstring shownOnTerminal(std::wstring const& name) {
     std::wstring shown;
     for (wchar_t const c : name) {
@@ -40,6 +41,7 @@ std::string table(drawing::Drawing const& drawing, Names names) {
     for (drawing::Layer const& layer : drawing.layers()) {
         writeRow(rows, names == Names::forTerminal ? shownOnTerminal(layer.name) : layer.name, layer.sums);
     }
+    // No layer may have the name of the last row.
     auto const isTaken = [&](drawing::Layer const& layer) { return layer.name == whole; };
     while (std::ranges::any_of(drawing.layers(), isTaken)) whole += L'*';
     writeRow(rows, whole, drawing.total());

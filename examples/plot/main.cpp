@@ -1,4 +1,4 @@
-// orn-plot: a drawing goes in, a picture and a table come out.
+// orn-plot draws a drawing into a picture and prints a table of its measurements.
 #include "drawing/Picture.h"
 #include "drawing/Program.h"
 #include "drawing/Reading.h"
@@ -16,7 +16,7 @@
 
 namespace {
 
-/// A line on a terminal that says how far the work is, once it takes longer than a second.
+/// A line on the terminal that says how far the work is. It appears when the work takes longer than a second.
 class Progress {
 public:
     ~Progress() { clear(); }
@@ -60,7 +60,7 @@ std::wstring shownName(plot::Options const& options) {
     return options.drawing == L"-" ? L"standard input" : options.drawing;
 }
 
-/// Without layers that are not to be drawn.
+/// The part of the drawing on the layers that the user chose, or else on those that the drawing does not hide.
 drawing::Drawing chosen(drawing::Drawing drawing, plot::Options const& options) {
     auto const isChosen = [&](drawing::Layer const& layer) {
         return options.layers.empty() ? !layer.hidden : options.layers.contains(layer.name);

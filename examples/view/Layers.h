@@ -1,4 +1,4 @@
-/// Which layers are shown.
+/// The choice of the layers that are shown.
 #pragma once
 
 #include "view/Sheet.h"
@@ -7,7 +7,7 @@
 
 namespace view {
 
-/// The hidden layers, of all drawings. Used by the windows' thread alone.
+/// The hidden layers of all drawings. Only the thread of the windows may use it.
 class Layers {
 public:
     LayerSet const& hidden() const noexcept { return hidden_; }
@@ -15,7 +15,7 @@ public:
 
     void show(Quark layer, bool shown);
 
-    EVSubscriptionList<Quark>& changed() const { return *changed_; }  ///< the layer that was shown or hidden
+    EVSubscriptionList<Quark>& changed() const { return *changed_; }  ///< announces the layer that was shown or hidden
 
 private:
     LayerSet hidden_;

@@ -13,10 +13,10 @@ namespace view {
 /// A text file in UTF-8 that holds every line as soon as it is written. Any thread may write.
 class Log {
 public:
-    /// An empty name: nothing is recorded. Throws ORN::OrnError when the file cannot be written.
+    /// With an empty name nothing is recorded. Throws ORN::OrnError when the file cannot be written.
     explicit Log(std::wstring const& file);
 
-    /// A failure is kept for close(): the worker, which writes most lines, could tell nobody.
+    /// Keeps a failure for close(), because the worker, which writes most lines, could report it to nobody.
     void write(std::wstring const& line) noexcept;
 
     void close();  ///< throws the first failure

@@ -9,10 +9,10 @@
 namespace view {
 
 struct Options {
-    std::string answer;  ///< to be printed instead of anything else, if there is something
+    std::string answer;  ///< if not empty, the program prints this text and does nothing else
     drawing::PageSize size{480, 360};
-    std::wstring script;  ///< empty: none
-    std::wstring log;     ///< empty: none
+    std::wstring script;  ///< the script's file; empty when there is none
+    std::wstring log;     ///< the file of the record; empty when there is none
     bool quiet = false;
     std::vector<std::wstring> drawings;
 };

@@ -1,4 +1,4 @@
-/// A drawing's picture while it comes into being.
+/// A picture that is drawn band by band.
 #pragma once
 
 #include "view/Sheet.h"
@@ -23,8 +23,8 @@ struct Request {
 /// thread may read them while another draws those below.
 class Picture {
 public:
-    /// Hidden layers take their place on the page, too: what is shown does not move. The sheet must outlive the picture.
-    /// Throws what Page does.
+    /// The page is fitted to all layers, hidden ones too, so that nothing moves when a layer is hidden. The sheet must
+    /// outlive the picture. Throws what Page throws.
     Picture(Sheet const& sheet, Request const& request);
 
     Picture(Picture const&) = delete;
@@ -37,7 +37,7 @@ public:
     int drawBand(int top);
 
 private:
-    std::optional<drawing::Drawing> rest_;  ///< what is shown, when layers are hidden
+    std::optional<drawing::Drawing> rest_;  ///< the part on the visible layers, when some are hidden
     drawing::Page page_;
     drawing::Renderer renderer_;
     DIBitmap bitmap_;

@@ -13,12 +13,12 @@ class Player {
 public:
     Player(Desk& desk, std::vector<std::unique_ptr<View>> const& views, std::vector<Command> commands);
 
-    /// Does what comes next, up to a command that has to wait; to be called again whenever a message has been handled.
-    /// Throws ORN::OrnError, with the place in the script, when something cannot be done.
+    /// Performs commands up to one that has to wait. The caller calls it again whenever a message has been handled.
+    /// Throws ORN::OrnError, which names the line of the script, when a command cannot be performed.
     void play();
 
     bool quits() const noexcept { return quits_; }                ///< the command quit was reached
-    bool waitsForFile() const noexcept { return waitsForFile_; }  ///< and is to be called again after a moment
+    bool waitsForFile() const noexcept { return waitsForFile_; }  ///< play() is to be called again after a moment
     bool atEnd() const noexcept { return next_ == commands_.size(); }
 
 private:
@@ -33,7 +33,7 @@ private:
     std::vector<std::unique_ptr<View>> const& views_;
     std::vector<Command> commands_;
     std::size_t next_ = 0;
-    bool begun_ = false;  ///< the next one has been recorded, and waits
+    bool begun_ = false;  ///< the next command has been recorded, and waits
     bool quits_ = false;
     bool waitsForFile_ = false;
 };

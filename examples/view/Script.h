@@ -1,4 +1,4 @@
-/// Scripts: what a user would do, written down.
+/// Scripts, which say line by line what a user would do.
 #pragma once
 
 #include <string>
@@ -35,13 +35,13 @@ struct Command {
     std::wstring line;   ///< as it stands there
     Action action;
     std::size_t window = 0;  ///< index of the drawing
-    int a = 0, b = 0;        ///< a size, a place on the screen, or in a the number of rows
+    int a = 0, b = 0;        ///< a size or a place on the screen; or the number of rows, in a
     double number = 1;       ///< a factor
     std::wstring text{};     ///< a layer, a file or a note
 };
 
-/// Reads a script for so many windows. Blank lines, and lines that begin with #, are nothing. Throws ORN::OrnError, one
-/// line that names the file and the line of what is wrong.
+/// Reads a script for a number of windows. Blank lines and lines that begin with # have no effect. Throws ORN::OrnError
+/// with one line of text, which names the file and the wrong line.
 std::vector<Command> readScript(std::wstring const& file, std::size_t windows);
 
 }

@@ -17,7 +17,7 @@ using LayerSet = std::unordered_set<Quark>;
 /// A drawing read from a file. Its layers are quarks: layers of one name are one layer in all drawings.
 class Sheet {
 public:
-    /// Throws what readDrawing does, and has it tell remarks.
+    /// Throws what readDrawing throws. `remark` is called as ReadingOptions says.
     Sheet(std::wstring const& file, std::function<void(std::wstring const&)> const& remark);
 
     std::wstring const& name() const noexcept { return name_; }  ///< the file's, without folders
@@ -25,7 +25,7 @@ public:
     std::vector<Quark> const& layers() const noexcept { return layers_; }
 
     bool has(Quark layer) const noexcept;
-    LayerSet hiddenByItself() const;                         ///< layers that the drawing says are not to be seen
+    LayerSet hiddenByItself() const;                         ///< the layers that the drawing itself hides
     drawing::Drawing without(LayerSet const& hidden) const;  ///< the entities on other layers, in their order
 
 private:

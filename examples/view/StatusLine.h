@@ -13,11 +13,12 @@ namespace view {
 template <typename T>
 using EventList = ORN::Handle<EVSubscriptionList<T>>;
 
-/// What a window announces about its picture, all on the windows' thread.
+/// What a window announces about its picture. All events come on the thread of the windows.
 struct PictureEvents {
-    EventList<int> bandsDone = EVSubscriptionList<int>::create();  ///< per cent of the rows that are drawn
+    EventList<int> bandsDone =
+        EVSubscriptionList<int>::create();  ///< with the share of the rows that are drawn, in per cent
     EventList<void> finished = EVSubscriptionList<void>::create();
-    EventList<std::wstring> failed = EVSubscriptionList<std::wstring>::create();  ///< why
+    EventList<std::wstring> failed = EVSubscriptionList<std::wstring>::create();  ///< with the reason
 };
 
 template <typename T>

@@ -25,6 +25,7 @@ View::View(Desk& desk, Sheet const& sheet, int number, drawing::PageSize size, C
     : desk_{desk}, sheet_{sheet}, number_{number} {
     window_ = Window::create(sheet.name() + L" - orn-view", corner, layerNames(sheet), *this);
     task_ = std::make_unique<ViewTask>(window_->handle(), number, sheet, desk.log);
+    // The status line shows this text when the picture is complete.
     std::size_t const layers = sheet.layers().size(), pieces = sheet.drawing().entities().size();
     status_.emplace(
         *window_, events_,
@@ -52,7 +53,7 @@ void View::start() {
     sized();
 }
 
-/// Has the picture drawn anew. What is queued for the window is replaced, what is being drawn stops.
+/// Lets the picture be drawn anew. The new request replaces one that is queued and interrupts one that is being drawn.
 void View::request() {
     progress_.complete = false;
     progress_.failure.clear();
@@ -63,7 +64,7 @@ void View::request() {
 void View::sized() {
     if (!started_) return;
     if (window_->isMinimised()) {
-        // Nobody sees it: others first. A picture in work is continued when the window is restored.
+        // Nobody sees the picture now, so others are drawn first. It is continued when the window is restored.
         if (!progress_.complete) desk_.thread.cancel(window_->handle());
         wasMinimised_ = true;
         return;
@@ -96,6 +97,7 @@ void View::messageCame() {
     if (progress_.picture == nullptr) return;
 
     int const height = progress_.picture->size().height;
+    // Of the same picture only the new rows are shown; another one replaces all.
     bool const goesOn = progress_.picture == old;
     window_->invalidate(goesOn ? before : 0, goesOn ? progress_.rows : height);
     if (progress_.complete) {
@@ -167,7 +169,7 @@ void View::zoom(double factor, Corner about) {
 }
 
 void View::pan(int x, int y) {
-    double const most = 4e6;  // farther away nothing is seen, and libraries that draw count with few bits
+    double const most = 4e6;  // in pixels: farther away nothing of any drawing is seen
     Vector<2> const shift = closeup_.shift + Vector<2>{static_cast<double>(x), static_cast<double>(y)};
     closeup_.shift = {std::clamp(shift.x(), -most, most), std::clamp(shift.y(), -most, most)};
     redraw();
@@ -178,8 +180,8 @@ void View::fit() {
     redraw();
 }
 
-/// Waits for the worker, which may be drawing this window: afterwards nothing refers to the task any more. Events that
-/// come meanwhile find nothing to draw.
+/// Waits for the worker, which may be drawing this window. Afterwards no thread refers to the task any more. Events that
+/// come meanwhile find that nothing is started.
 void View::endDrawing() {
     if (closing_) return;
     closing_ = true;
@@ -209,8 +211,7 @@ void View::hold(int rows) {
     task_->hold(rows);
 }
 
-/// The drawing ends first: a window that is destroyed is hidden, others come to the front, and it would be drawn
-/// meanwhile.
+/// Ends the drawing first: while the window is destroyed others come to the front, and the draw thread would still use it.
 void View::close() {
     if (window_ == nullptr) return;
     endDrawing();

@@ -14,19 +14,19 @@
 
 namespace view {
 
-/// What the windows share.
+/// What all windows share.
 struct Desk {
     Log& log;
     Layers layers{};
     ViewThread thread{log};
-    std::vector<std::wstring> asked{};  ///< drawings that the user wants to see and that have no window yet
+    std::vector<std::wstring> asked{};  ///< files that the user has opened and that have no window yet
 };
 
 /// The picture of a drawing in a window, with a status line below. The user or the program may close the window before
-/// the object goes. To be used by the thread that made it.
+/// the object is destroyed. Only the thread that made the object may use it.
 class View final : private WindowOwner {
 public:
-    /// Throws ORN::OrnError when the system refuses the window. The picture is asked for by start().
+    /// Throws ORN::OrnError when the system refuses the window. The picture is not drawn before start() is called.
     View(Desk& desk, Sheet const& sheet, int number, drawing::PageSize size, Corner corner);
     ~View() override;
     View(View const&) = delete;
@@ -37,7 +37,7 @@ public:
     Sheet const& sheet() const noexcept { return sheet_; }
     bool isOpen() const noexcept { return window_ != nullptr; }
     bool isMinimised() const { return window_->isMinimised(); }
-    Progress const& progress() const noexcept { return progress_; }  ///< as far as the window has heard
+    Progress const& progress() const noexcept { return progress_; }  ///< as the latest message told it
 
     // For an open window. The size and the corner are those of the picture on the screen; resize and move return whether
     // the system has followed.
@@ -46,14 +46,16 @@ public:
     bool move(Corner corner) { return window_->move(corner); }
     void minimise() { window_->minimise(); }
     void restore() { window_->restore(); }
-    void redraw();  ///< anew, from the first band
+    void redraw();  ///< draws the picture anew, from the first band
     void zoom(double factor, Corner about);
     void pan(int x, int y);
     void fit();
     void hold(int rows);
     void release() { task_->release(); }
-    void close();                           ///< returns when nothing draws for the window any more; nothing when closed
-    void showNow() { window_->showNow(); }  ///< what is drawn comes to the screen before this returns
+    /// Returns when no thread draws for the window any more. Has no effect on a closed window.
+    void close();
+    /// Brings what is drawn to the screen before it returns.
+    void showNow() { window_->showNow(); }
 
 private:
     void sized() override;

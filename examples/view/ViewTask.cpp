@@ -66,12 +66,14 @@ bool ViewTask::run() {
     return true;
 }
 
-/// A request that comes later is for the next run: the caller that requests it inserts the task, too.
+/// Begins the picture that was requested last, or continues the present one. A request that comes later is for the next
+/// run: its caller inserts the task, too.
 void ViewTask::beginPicture() {
     std::unique_lock lock{mutex_};
     if (begun_ != wanted_) {
         Request const request = request_;
         unsigned int const begun = wanted_;
+        // Making a picture looks at all entities: the window's thread must not wait for that.
         lock.unlock();
         auto picture = std::make_shared<Picture>(sheet_, request);
         lock.lock();
@@ -93,8 +95,8 @@ ViewTask::Next ViewTask::next() {
         tellWindow();
         changed_.wait(lock, [&] { return !progress_.held; });
     }
-    // An abort may come when the last band is drawn, or even when the run is over: then the next one ends at once, is
-    // queued again, and nothing is lost.
+    // An abort may come when the last band is drawn, or even when the run is over. Then the next run ends at once and is
+    // queued again: nothing is lost.
     bool const aborted = std::exchange(aborted_, false);
     if (row_ == drawn_->size().height) return Next::complete;
     if (!aborted) return Next::band;
@@ -120,7 +122,7 @@ void ViewTask::fail(std::wstring const& why) {
     tellWindow();
 }
 
-/// Called with the mutex held. One message that waits stands for all that has happened until it is read, so that the
+/// The caller holds the mutex. One waiting message stands for all that happens until the window reads it, so that the
 /// window's queue cannot fill up.
 void ViewTask::tellWindow() noexcept {
     if (messageWaits_) return;

@@ -1,4 +1,4 @@
-/// The background job of one window.
+/// The background task of one window.
 #pragma once
 
 #include "view/Log.h"
@@ -16,17 +16,17 @@ namespace view {
 /// How far a window's picture is.
 struct Progress {
     std::shared_ptr<Picture const> picture;  ///< null before the first one is begun
-    int rows = 0;                            ///< of it that are drawn
-    bool complete = false;                   ///< it is drawn, and it is what was requested last
-    bool held = false;                       ///< it stands still, as hold asked
-    std::wstring failure;                    ///< why there is no picture, if there will be none
+    int rows = 0;                            ///< rows of the picture that are drawn
+    bool complete = false;                   ///< all of it is drawn, and nothing else has been requested since
+    bool held = false;                       ///< the drawing stands still, as hold asked
+    std::wstring failure;                    ///< if not empty, why the picture cannot be drawn
 };
 
 /// Draws pictures of a sheet band by band. An interrupted picture is continued where it stopped, unless another one has
 /// been requested since.
 ///
-/// The functions of DrawTask are the draw thread's; all others are the window's thread's. The window gets messageProgress
-/// when there is something new in progress(), and never has more than one such message waiting.
+/// The draw thread calls the functions of DrawTask; the thread of the window calls all others. The window gets
+/// messageProgress when progress() has something new, and never has more than one such message waiting.
 class ViewTask final : public DrawTask {
 public:
     static constexpr unsigned int messageProgress = 0x8000;  // the first of the numbers that are the application's
@@ -35,12 +35,12 @@ public:
     ViewTask(HWND window, int number, Sheet const& sheet, Log& log);
     ~ViewTask() override;
 
-    /// What the next run is to draw. The caller then inserts the task into the draw thread, which stops the present run.
+    /// Sets what the next run draws. The caller then inserts the task into the draw thread, which stops the present run.
     void request(Request request);
 
     Progress progress();
 
-    /// Where the drawing is to stand still, once, until it is aborted or released: where it first has so many rows.
+    /// Lets the drawing stand still once, as soon as so many rows are drawn, until it is aborted or released.
     void hold(int rows);
     void release();
 
@@ -62,15 +62,15 @@ private:
     Sheet const& sheet_;
     Log& log_;
 
-    // The worker's alone: the picture in work, and its first row that is not drawn.
+    // Only the worker uses these: the picture in work, and its first row that is not drawn.
     std::shared_ptr<Picture> drawn_;
     int row_ = 0;
 
-    // Both threads'. The mutex is held for moments, never while something is drawn nor around calls of the draw thread.
+    // Both threads use these, under the mutex. It is never held while a band is drawn, nor while the draw thread is called.
     std::mutex mutex_;
     std::condition_variable changed_;
     Request request_;
-    unsigned int wanted_ = 0, begun_ = 0;  ///< requests are counted
+    unsigned int wanted_ = 0, begun_ = 0;  ///< numbers of the latest request and of the one in work
     Progress progress_;
     int heldRows_ = -1;
     bool aborted_ = false;

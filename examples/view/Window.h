@@ -1,4 +1,4 @@
-/// Windows of the system behind one interface: user32 on Windows, X11 elsewhere.
+/// Windows of the system: user32 on Windows, X11 elsewhere.
 #pragma once
 
 #include "drawing/Page.h"
@@ -19,14 +19,14 @@ struct Corner {
 /// A key without a character.
 enum class Key { left, right, up, down, home, f5, escape };
 
-/// What a window tells its owner. Everything happens on the thread that waits for events.
+/// What a window tells its owner. All calls come on the thread that waits for events.
 class WindowOwner {
 public:
     virtual ~WindowOwner() = default;
 
-    virtual void sized() = 0;        ///< also when it is minimised or restored
-    virtual void cameToFront() = 0;  ///< perhaps
-    virtual void messageCame() = 0;  ///< ViewTask::messageProgress
+    virtual void sized() = 0;        ///< the size changed, or the window was minimised or restored
+    virtual void cameToFront() = 0;  ///< the window may have come to the front; it may be told when nothing has changed
+    virtual void messageCame() = 0;  ///< ViewTask::messageProgress arrived
     virtual void closing() = 0;      ///< the user wants it to be closed; the owner may destroy it here, as in pressed()
     virtual void pressed(Key key) = 0;
     virtual void typed(wchar_t character) = 0;
@@ -43,10 +43,11 @@ public:
     virtual Shown shown() const = 0;
 };
 
-/// A top-level window: a picture above a line of text. To be used by the thread that made it.
+/// A top-level window with a picture above a line of text. Only the thread that made it may use it.
 class Window {
 public:
-    /// Invisible at first. The layers' names are for the menu, where the system has one. Throws ORN::OrnError.
+    /// Makes a window that is not shown yet. The names of the layers are for the menu, where the system has one. Throws
+    /// ORN::OrnError when the system refuses it.
     static std::unique_ptr<Window> create(std::wstring const& title, Corner corner,
                                           std::vector<std::wstring> const& layers, WindowOwner& owner);
 
@@ -61,20 +62,20 @@ public:
 
     virtual void show() = 0;
     virtual void activate() = 0;
-    virtual bool resize(drawing::PageSize size) = 0;  ///< of the picture; whether the system has followed
-    virtual bool move(Corner corner) = 0;             ///< of the picture on the screen; the same
+    virtual bool resize(drawing::PageSize size) = 0;  ///< to a size of the picture; false when the system refused
+    virtual bool move(Corner corner) = 0;             ///< the picture's corner on the screen; false when refused
     virtual void minimise() = 0;
     virtual void restore() = 0;
-    virtual void invalidate(int top, int bottom) = 0;  ///< rows that are to be shown anew soon
-    virtual void showNow() = 0;                        ///< they come to the screen before this returns
+    virtual void invalidate(int top, int bottom) = 0;  ///< lets these rows be painted again soon
+    virtual void showNow() = 0;                        ///< paints them before it returns
     virtual void setStatus(std::wstring const& text) = 0;
     virtual void checkLayer(std::size_t layer, bool shown) = 0;
 
-    /// Lets the user choose files, and tells the owner of them; does nothing where the system has no dialogue for that.
+    /// Lets the user choose files, and gives their names to the owner. Has no effect where the system has no such dialogue.
     virtual void askForFiles() {}
 
-    /// Waits for the next event of any window and handles it; at most so many milliseconds, where the number is not
-    /// negative. False when there will be none any more. Throws what the owner threw.
+    /// Waits for the next event of any window and handles it. A number of milliseconds that is not negative limits the
+    /// wait. Returns false when no event will come any more. Throws what the owner threw.
     static bool handleEvent(int milliseconds);
 };
 

@@ -38,7 +38,8 @@ HICON icon(int width, int height) {
                                          GetSystemMetrics(width), GetSystemMetrics(height), LR_SHARED));
 }
 
-std::exception_ptr failure;  // what an owner threw while the system was in between
+// What an owner threw in a call that came through the system, which exceptions must not pass. handleEvent throws it on.
+std::exception_ptr failure;
 
 class SystemWindow final : public Window {
 public:
@@ -126,6 +127,7 @@ HMENU SystemWindow::menu(std::vector<std::wstring> const& names) {
     AppendMenuW(picture, MF_STRING, commandFit, L"&Fit\tF");
     for (std::size_t i = 0; i < std::min(names.size(), mostLayersInMenu); ++i) {
         std::wstring name = names[i];
+        // A single & would underline the letter behind it.
         for (std::size_t at = 0; (at = name.find(L'&', at)) != std::wstring::npos; at += 2) name.insert(at, 1, L'&');
         AppendMenuW(layers, MF_STRING | MF_CHECKED, commandFirstLayer + i, name.c_str());
     }
@@ -140,7 +142,7 @@ LRESULT CALLBACK SystemWindow::procedure(HWND window, UINT message, WPARAM wPara
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
     }
     auto* const self = reinterpret_cast<SystemWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    // While the window is made or destroyed, nobody is ready for messages.
+    // While the window is made or destroyed, the owner is not ready for messages.
     if (self == nullptr || self->window_ == nullptr) return DefWindowProcW(window, message, wParam, lParam);
     try {
         return self->handle(message, wParam, lParam);
@@ -161,6 +163,7 @@ LRESULT SystemWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_ACTIVATE:
             if (LOWORD(wParam) != WA_INACTIVE) owner_.cameToFront();
             break;
+        // The default procedure turns this message into WM_SIZE and others: it must get it, too.
         case WM_WINDOWPOSCHANGED:
             if ((reinterpret_cast<WINDOWPOS const*>(lParam)->flags & SWP_NOZORDER) == 0) owner_.cameToFront();
             break;
@@ -227,7 +230,7 @@ void SystemWindow::drop(HDROP dropped) {
     owner_.filesCame(files);
 }
 
-/// The dialogue handles messages of all windows. It locks its owner, which therefore outlives it.
+/// The dialogue handles messages of all windows meanwhile. It disables this window, which therefore outlives it.
 void SystemWindow::askForFiles() {
     std::vector<wchar_t> chosen(1 << 15);
     OPENFILENAMEW dialogue{};
@@ -238,7 +241,7 @@ void SystemWindow::askForFiles() {
     dialogue.nMaxFile = static_cast<DWORD>(chosen.size());
     dialogue.Flags = OFN_EXPLORER | OFN_ALLOWMULTISELECT | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
     if (GetOpenFileNameW(&dialogue) == FALSE) return;
-    // One path; or a folder, and names in it, each behind a zero.
+    // The result is one path; or a folder and names in it, with a zero behind each.
     std::wstring const first = chosen.data();
     std::vector<std::wstring> files;
     for (wchar_t const* name = chosen.data() + first.size() + 1; *name != 0; name += files.back().size() + 1) {
@@ -275,7 +278,7 @@ void SystemWindow::paint() {
     if (bitmap != nullptr && rows > 0) {
         BITMAPINFO drawn = *bitmap->header();
         int const width = drawn.bmiHeader.biWidth;
-        drawn.bmiHeader.biHeight = -rows;  // what lies below may be drawn on just now
+        drawn.bmiHeader.biHeight = -rows;  // the worker may be drawing the rows below just now
         SetDIBitsToDevice(context, 0, 0, static_cast<DWORD>(width), static_cast<DWORD>(rows), 0, 0, 0,
                           static_cast<UINT>(rows), bitmap->bits(), &drawn, DIB_RGB_COLORS);
         RECT const beside{width, 0, size.width, rows};
@@ -304,6 +307,7 @@ bool SystemWindow::resize(drawing::PageSize size) {
 }
 
 bool SystemWindow::move(Corner corner) {
+    // The frame is moved by as much as the picture has to be.
     POINT now{0, 0};
     RECT outer;
     ClientToScreen(window_, &now);

@@ -33,7 +33,7 @@ using Reply = std::unique_ptr<T, Free>;
 
 class SystemWindow;
 
-/// The connection to the X server, and what there is one of.
+/// The connection to the X server, and what all windows share.
 class Display {
 public:
     static Display& get() {
@@ -47,9 +47,10 @@ public:
     xcb_keysym_t symbolOf(xcb_keycode_t code, bool shifted) const;
     bool isManaged() const;  ///< a window manager is there
 
-    /// What stands for a name among clients.
+    /// The number by which clients of the server speak of a name.
     xcb_atom_t atom(std::string_view name);
 
+    /// Waits until the server has handled all requests so far: any request with an answer does that.
     void synchronise() const {
         Reply<xcb_get_input_focus_reply_t>{
             xcb_get_input_focus_reply(connection(), xcb_get_input_focus(connection()), nullptr)};
@@ -73,6 +74,7 @@ Display::Display() : connection_{xcb_connect(nullptr, nullptr), xcb_disconnect} 
     }
     xcb_setup_t const* const setup = xcb_get_setup(connection());
     screen_ = xcb_setup_roots_iterator(setup).data;
+    // Cairo wants the description of the visual; the screen only has its number.
     for (auto depth = xcb_screen_allowed_depths_iterator(screen_); depth.rem != 0; xcb_depth_next(&depth)) {
         for (auto visual = xcb_depth_visuals_iterator(depth.data); visual.rem != 0; xcb_visualtype_next(&visual)) {
             if (visual.data->visual_id == screen_->root_visual) visual_ = visual.data;
@@ -99,6 +101,7 @@ xcb_atom_t Display::atom(std::string_view name) {
     return atoms_[std::string{name}] = reply != nullptr ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
+// A window manager announces itself by a property of the root window (Extended Window Manager Hints).
 bool Display::isManaged() const {
     xcb_atom_t const check = get().atom("_NET_SUPPORTING_WM_CHECK");
     Reply<xcb_get_property_reply_t> const reply{xcb_get_property_reply(
@@ -157,6 +160,7 @@ private:
 
 SystemWindow::SystemWindow(std::wstring const& title, Corner corner, WindowOwner& owner)
     : display_{Display::get()}, owner_{owner}, window_{xcb_generate_id(display_.connection())} {
+    // What the window holds stays at its top left corner when its size changes.
     std::uint32_t const values[] = {XCB_GRAVITY_NORTH_WEST,
                                     XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_BUTTON_PRESS |
                                         XCB_EVENT_MASK_BUTTON_1_MOTION | XCB_EVENT_MASK_EXPOSURE |
@@ -168,10 +172,12 @@ SystemWindow::SystemWindow(std::wstring const& title, Corner corner, WindowOwner
     setText(XCB_ATOM_WM_NAME, XCB_ATOM_STRING, "orn-view");
     setText(display_.atom("_NET_WM_NAME"), display_.atom("UTF8_STRING"), utf8(title));
     setText(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, std::string{"orn-view\0orn-view\0", 18});
+    // The window manager then sends a message when the user closes the window, and does not cut the connection.
     xcb_atom_t const deletion = display_.atom("WM_DELETE_WINDOW");
     xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window_, display_.atom("WM_PROTOCOLS"), XCB_ATOM_ATOM, 32,
                         1, &deletion);
-    // The place is the program's, and that of the picture and not of a frame (static gravity); there is a least size.
+    // The flags say that position, least size and gravity are given. With static gravity the position is that of the
+    // picture, not that of the frame around it.
     std::uint32_t const hints[18] = {
         1 << 2 | 1 << 4 | 1 << 9, 0, 0, 0, 0, leastWidth, statusHeight + 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
         XCB_GRAVITY_STATIC};
@@ -198,7 +204,7 @@ void SystemWindow::setText(xcb_atom_t property, xcb_atom_t type, std::string con
                         static_cast<std::uint32_t>(text.size()), text.data());
 }
 
-/// A request to the window manager.
+/// Asks the window manager for something: such requests are messages to the root window.
 void SystemWindow::askManager(xcb_atom_t what, std::uint32_t first) const {
     xcb_client_message_event_t event{};
     event.response_type = XCB_CLIENT_MESSAGE;
@@ -238,7 +244,7 @@ void SystemWindow::takeGeometry() {
     invalidate(0, height_);
 }
 
-// Both ask for what is so now: the event that told it may be an old one.
+// Both ask the server for the present state, because the event that reports a change may be an old one.
 
 bool SystemWindow::hasFocus() const {
     Reply<xcb_get_input_focus_reply_t> const now{
@@ -252,7 +258,7 @@ bool SystemWindow::isMapped() const {
     return now == nullptr || now->map_state != XCB_MAP_STATE_UNMAPPED;
 }
 
-/// A window manager needs a moment.
+/// Whether a condition holds now or, where a window manager has to act first, within half a second.
 template <typename Condition>
 bool soon(bool managed, Condition const& condition) {
     for (int attempt = 0; !condition(); ++attempt) {
@@ -340,7 +346,7 @@ void SystemWindow::paint() {
     auto const [bitmap, rows] = owner_.shown();
     int const drawn = bitmap != nullptr ? rows : 0;
     int const width = bitmap != nullptr ? bitmap->header()->bmiHeader.biWidth : 0;
-    // Beside and below what is drawn; rows below may be drawn on just now.
+    // What lies beside and below the finished rows is grey. The worker may be drawing the rows below just now.
     cairo_rectangle(context, width, 0, width_, drawn);
     cairo_rectangle(context, 0, drawn, width_, size.height - drawn);
     cairo_fill(context);
@@ -403,6 +409,7 @@ void SystemWindow::key(xcb_key_press_event_t const& key) {
     for (auto const& [number, meaning] : keys) {
         if (number == symbol) return owner_.pressed(meaning);
     }
+    // The keypad's symbols hold their ASCII characters in the lower seven bits.
     bool const keypad = symbol >= 0xFFAA && symbol <= 0xFFB9;
     if (keypad || (symbol >= 0x20 && symbol < 0x7F)) owner_.typed(static_cast<wchar_t>(symbol & 0x7F));
 }
@@ -410,6 +417,7 @@ void SystemWindow::key(xcb_key_press_event_t const& key) {
 void SystemWindow::button(xcb_button_press_event_t const& button) {
     Corner const place{button.event_x, button.event_y};
     if (button.detail == 1) dragged_ = place;
+    // The wheel is buttons 4 and 5.
     if (button.detail == 4 || button.detail == 5) owner_.scaled(button.detail == 4 ? 1.25 : 1 / 1.25, place);
 }
 
@@ -418,7 +426,7 @@ void SystemWindow::drag(xcb_motion_notify_event_t const& motion) {
     owner_.dragged(motion.event_x - before.x, motion.event_y - before.y);
 }
 
-/// Paints what has become invalid, once no event waits.
+/// Paints what has become invalid. It is called when no event waits, so that many changes are painted once.
 void paintWindows() {
     for (auto const& [id, window] : Display::get().windows) {
         if (window->isInvalid()) window->paint();

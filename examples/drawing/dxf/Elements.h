@@ -1,4 +1,4 @@
-/// What is drawn, as a DXF file tells it: the contents of blocks, or one entity.
+/// The content of a DXF file's blocks, or one entity, in numbers.
 #pragma once
 
 #include "orn/geometry/Vector.h"
@@ -9,7 +9,7 @@
 
 namespace drawing::dxf {
 
-/// What the numbers of an element mean. Points and vectors are of space.
+/// What the numbers of an element mean. Points and vectors have three coordinates.
 enum class Kind : std::uint8_t {
     path,       ///< the extrusion direction, 1 if closed, and a point in its own plane and a bulge for each vertex
     conic,      ///< a point c, vectors u and v, angles start and sweep (radians): c + u cos w + v sin w
@@ -25,11 +25,11 @@ struct Element {
     Kind kind = Kind::notDrawn;
     std::uint32_t layer = 0;
     std::int32_t colour = byLayer;
-    std::uint32_t name = 0;              ///< of an insertion its block, of what is not drawn its kind
-    std::uint64_t first = 0, count = 0;  ///< its numbers
+    std::uint32_t name = 0;              ///< index of the block of an insertion, or of the kind of what is not drawn
+    std::uint64_t first = 0, count = 0;  ///< where its numbers lie in Elements::numbers
 };
 
-/// Elements, and beside them their numbers.
+/// Elements, and the numbers of all of them in one vector.
 struct Elements {
     std::vector<Element> list;
     std::vector<double> numbers;

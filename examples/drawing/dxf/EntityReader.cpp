@@ -56,6 +56,7 @@ void EntityReader::read(Elements& elements) {
     line_ = groups_.line();
     auto const form = std::find_if(std::begin(forms), std::end(forms), [&](auto const& f) { return type_ == f.first; });
     elements_ = &elements;
+    // What turns out to be hidden is taken back to here.
     std::size_t const list = elements.list.size(), numbers = elements.numbers.size();
     if (form == std::end(forms)) {
         layer_.clear();
@@ -71,6 +72,7 @@ void EntityReader::read(Elements& elements) {
         readGroups();
         form->second(*this);
     }
+    // A viewport is the frame of a view on paper: it is no part of the drawing that a user would miss.
     if (!hidden_ && !onPaper_) return;
     elements.list.resize(list);
     elements.numbers.resize(numbers);
@@ -104,6 +106,7 @@ void EntityReader::takeGroup() {
         case 62: colour_ = std::clamp(groups_.integer(), 0, 256); return;
         case 420: trueColour_ = groups_.integer() & 0xFFFFFF; return;
         case 66: attributesFollow_ = groups_.integer() == 1; return;
+        // Groups 70 and 71 mean different things in different entities; each function reads what is its own.
         case 70:
             flags_ = groups_.integer();
             columns_ = std::clamp(flags_, 1, 32767);
@@ -121,6 +124,7 @@ void EntityReader::takeNumber(int code) {
     double const number = groups_.number();
     values_[code] = number;
     given_[code] = true;
+    // Only these two repeat groups: each group 10 begins a point, and what follows belongs to it.
     bool const isSpline = type_ == "SPLINE";
     if (!isSpline && type_ != "LWPOLYLINE") return;
     if (elements_->numbers.size() + 4 * vertices_.size() + knots_.size() + weights_.size() > mostNumbers_) {
@@ -147,6 +151,7 @@ double EntityReader::required(int code) const {
 
 Vector<3> EntityReader::point(int code) const { return {required(code), required(code + 10), value(code + 20, 0)}; }
 
+/// Without its groups it is the z axis. A file may give it any length.
 Vector<3> EntityReader::extrusion() const {
     Vector<3> const direction{value(210, 0), value(220, 0), value(230, has(210) ? 0 : 1)};
     double const length = direction.length();
@@ -207,6 +212,7 @@ void EntityReader::lightPolyline() {
 /// The old form: its vertices are entities of their own.
 void EntityReader::polyline() {
     bool const inSpace = (flags() & 8) != 0, mesh = (flags() & (16 | 64)) != 0, closed = (flags() & 1) != 0;
+    // readGroups replaces these by those of each vertex.
     bool const hidden = hidden_, onPaper = onPaper_;
     double const elevation = value(30, 0);
     Vector<3> const direction = inSpace || mesh ? upwards : extrusion();
@@ -214,7 +220,7 @@ void EntityReader::polyline() {
     std::vector<Vertex> vertices;
     for (groups_.next(); groups_.is(0, "VERTEX"); groups_.next()) {
         readGroups();
-        // Not those that only frame a spline, nor the faces of a mesh.
+        // Flag 16: the vertex belongs to the frame of a spline. Vertices of meshes are not kept, either.
         if ((flags() & 16) != 0 || mesh) continue;
         if (elements_->numbers.size() + 4 * vertices.size() > mostNumbers_) {
             groups_.fail(L"the entity has too many points to be kept");
@@ -253,8 +259,9 @@ void EntityReader::ellipse() {
     append(Kind::conic);
     put(c);
     put(major);
-    put(cross(extrusion(), major) * required(40));
+    put(cross(extrusion(), major) * required(40));  // the minor axis, by the ratio of the two
     put(from);
+    // Files give a whole turn with a dozen digits.
     put(std::fabs(to - from) >= turn * (1 - 1e-12) ? turn : sweepOf(from, to, turn));
 }
 
@@ -282,7 +289,7 @@ void EntityReader::spline() {
     for (double const knot : knots_) put(knot);
 }
 
-/// The outline: the third and the fourth corner are exchanged in the file.
+/// The outline. The file gives the third and the fourth corner in exchanged order.
 void EntityReader::solid() {
     Vector<3> const a = point(10), b = point(11), c = point(12), d = has(13) ? point(13) : c;
     std::vector<Vertex> corners;
@@ -292,7 +299,7 @@ void EntityReader::solid() {
     putPath(extrusion(), true, corners);
 }
 
-/// Its edges, but those that the flags hide.
+/// The edges, without those that the flags hide. They need not lie in a plane, so each is a path of its own.
 void EntityReader::face() {
     std::vector<Vertex> corners;
     for (int code : {10, 11, 12, 13}) {
@@ -321,6 +328,7 @@ void EntityReader::insertion() {
     put(y * value(42, 1));
     put(axes.z * value(43, 1));
     put(axes.x * place.x() + axes.y * place.y() + axes.z * place.z());
+    // The steps of an array run along the turned axes, and are not scaled.
     put(columns_);
     put(rows_);
     put(x * value(44, 0));
@@ -328,7 +336,7 @@ void EntityReader::insertion() {
     if (attributesFollow_) skipAttributes();
 }
 
-/// Attributes are texts.
+/// Attributes are texts, which are not drawn.
 void EntityReader::skipAttributes() {
     for (groups_.next(); groups_.is(0, "ATTRIB"); groups_.next()) {
         for (groups_.next(); groups_.code() != 0; groups_.next()) {}
@@ -341,7 +349,7 @@ void EntityReader::skipAttributes() {
     groups_.putBack();
 }
 
-/// Its picture is a block that was made for it, already in its place.
+/// The file holds a block with the picture of the dimension, already in its place. It is inserted unscaled.
 void EntityReader::dimension() {
     if (name_.empty()) return notDrawn("DIMENSION (without a block)");
     Axes const axes{extrusion()};

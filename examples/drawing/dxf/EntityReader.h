@@ -9,12 +9,12 @@
 
 namespace drawing::dxf {
 
-/// What names become in a reader's tables.
+/// Functions that give the index of a name in the reader's tables.
 struct Names {
     std::function<std::uint32_t(std::string const&)> layer, block, kind;
 };
 
-/// Reads entities one at a time. A failure names the line of the entity when it lacks something.
+/// Reads entities one at a time. When an entity lacks something, the error names the line where it begins.
 class EntityReader {
 public:
     EntityReader(Groups& groups, Names names, std::uint64_t mostNumbers);

@@ -48,7 +48,7 @@ private:
     std::string text_;
 };
 
-/// A piece of the file in a message: quoted, cut to 40 bytes, and what is no plain character replaced.
+/// A piece of the file for a message: in quotes, cut to 40 bytes, with other characters than printable ASCII replaced.
 std::wstring quoted(std::string const& text);
 
 }

@@ -16,7 +16,7 @@ Vector<3> vectorAt(std::span<double const> numbers, std::size_t at) {
     return {numbers[at], numbers[at + 1], numbers[at + 2]};
 }
 
-/// Seen from above.
+/// What is seen from above.
 Point<2> flat(Point<3> const& p) { return {p.x(), p.y()}; }
 Vector<2> flat(Vector<3> const& v) { return {v.x(), v.y()}; }
 
@@ -53,7 +53,7 @@ void Painter::draw(Elements const& elements, Element const& element) { draw(elem
 void Painter::draw(Elements const& elements, Element const& element, Placing const& placing,
                    Surroundings const& around) {
     step();
-    // On layer 0 of a block things lie on the layer of the insertion.
+    // An entity on layer 0 of a block lies on the layer of the insertion.
     std::uint32_t const layer = element.layer == 0 ? around.layer : element.layer;
     std::int32_t colour = element.colour;
     if (colour == byLayer) colour = tables_.layers[layer].colour;
@@ -77,6 +77,7 @@ void Painter::path(std::span<double const> numbers, Placing const& placing) {
     bool const closed = numbers[3] != 0;
     Vector<2> const u = flat(axes.x * placing), v = flat(axes.y * placing);
     std::size_t const count = (numbers.size() - 4) / 4;
+    // Where the plane is mapped without distortion, arcs stay arcs; seen from behind they turn the other way.
     bool const circular = Conic{{}, u, v, 0, 0}.isCircular();
     double const sense = cross(u, v) < 0 ? -1 : 1;
 
@@ -85,7 +86,7 @@ void Painter::path(std::span<double const> numbers, Placing const& placing) {
         return flat(at(axes.x * p.x() + axes.y * p.y() + axes.z * p.z()) * placing);
     };
     Point<2> from = placed(vertex(0));
-    if (count == 1) return take({from, from});
+    if (count == 1) return take({from, from});  // a dot
     for (std::size_t i = 0; i + (closed ? 0 : 1) < count; ++i) {
         std::size_t const next = (i + 1) % count;
         Point<2> const to = placed(vertex(next));
@@ -138,6 +139,7 @@ void Painter::insertion(std::span<double const> numbers, std::uint32_t name, Pla
     if (around.depth == limits_.depth) {
         fail_(L"blocks are inserted in blocks more than " + std::to_wstring(limits_.depth) + L" deep");
     }
+    // The base point of the block comes to the place of the insertion; then all is placed as the insertion itself.
     block.open = true;
     Placing first{UniformTransform<3>::translation(-block.base)};
     first *= placingOf(numbers);

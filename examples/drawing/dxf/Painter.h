@@ -17,7 +17,7 @@ namespace drawing::dxf {
 
 struct LayerEntry {
     std::wstring name;
-    std::int32_t colour = 7;  ///< as an element's, but neither by layer nor by block
+    std::int32_t colour = 7;  ///< as an element's, but never byLayer or byBlock
     bool off = false, frozen = false;
 };
 
@@ -29,7 +29,7 @@ struct Block {
     bool open = false;  ///< it is being drawn
 };
 
-/// What the file has defined so far; elements hold indices into it. Layer 0 comes first.
+/// What the file has defined so far. Elements refer to it by indices, and the layer 0 has the index 0.
 struct Tables {
     std::deque<LayerEntry> layers;
     std::deque<Block> blocks;
@@ -38,7 +38,7 @@ struct Tables {
 
 class Painter {
 public:
-    /// Everything must outlive the painter. `fail` throws, with the place in the file.
+    /// All arguments must outlive the painter. `fail` throws an error that names the place in the file.
     Painter(Tables& tables, ReadingOptions const& options, Limits const& limits, Drawing& drawing,
             std::function<void(std::wstring const&)> fail);
 

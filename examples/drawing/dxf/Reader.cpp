@@ -54,6 +54,7 @@ std::wstring unescaped(std::wstring const& text) {
     return plain;
 }
 
+/// Reads sections in the order of the file: tables and blocks come before the entities that use them.
 class Reader {
 public:
     Reader(ORN::RawReader& raw, ReadingOptions const& options, Limits const& limits)
@@ -131,7 +132,7 @@ void Reader::skipSection() {
     }
 }
 
-/// The version and the code page say what names mean.
+/// Takes the version and the code page, which say how names are encoded. From AC1021 on all text is UTF-8.
 void Reader::header() {
     std::string variable;
     for (groups_.next(); !groups_.is(0, "ENDSEC"); groups_.next()) {
@@ -157,6 +158,7 @@ void Reader::layer() {
     std::string name;
     for (groups_.next(); groups_.code() != 0; groups_.next()) {
         if (groups_.code() == 2) name = groups_.text();
+        // Bit 1 of the flags: the layer is frozen. A negative colour: it is off.
         if (groups_.code() == 70) entry.frozen = (groups_.integer() & 1) != 0;
         if (groups_.code() == 62) {
             int const colour = groups_.integer();
@@ -188,6 +190,7 @@ void Reader::block() {
     }
     if (name.empty()) groups_.fail(line, L"BLOCK lacks its group 2");
     Block& block = tables_.blocks[blockNamed(name)];
+    // A block that is defined again replaces the first definition.
     block.elements = {};
     block.base = {base[0], base[1], base[2]};
     block.defined = true;
@@ -200,6 +203,7 @@ void Reader::block() {
     }
 }
 
+/// Draws each entity as soon as it is read, so that only the lines and arcs are kept.
 void Reader::model() {
     Elements elements;
     std::uint64_t count = 0;
@@ -232,13 +236,14 @@ std::wstring Reader::textOf(std::string const& bytes) {
     if (plain) return unescaped({bytes.begin(), bytes.end()});
     std::wstring const text = utf8_ ? utf8(bytes) : codePage_ != 0 ? fromCodePage(bytes, codePage_) : L"";
     if (!text.empty()) return unescaped(text);
+    // The code page is unknown, or the bytes are not valid in it: Latin 1 gives each byte some character.
     unreadable_ = true;
     std::wstring latin;
     for (char const c : bytes) latin += static_cast<wchar_t>(static_cast<unsigned char>(c));
     return unescaped(latin);
 }
 
-/// Names that differ in case only are one.
+/// Names that differ only in case mean one layer. A first map by bytes saves the conversion for names that came before.
 std::uint32_t Reader::layerNamed(std::string const& name) {
     auto const [place, isNew] = layersByBytes_.try_emplace(name, 0);
     if (!isNew) return place->second;
@@ -260,7 +265,7 @@ std::uint32_t Reader::blockNamed(std::string const& name) {
 }
 
 std::uint32_t Reader::kindNamed(std::string const& name) {
-    // What the file calls them is shown to the user.
+    // The user sees the file's own names of these kinds: a bad file must not fill the screen with them.
     bool const good = kinds_.size() < 100 && name.size() < 40 &&
                       std::all_of(name.begin(), name.end(), [](char c) { return c >= ' ' && c <= '~'; });
     std::string const shown = good || kinds_.contains(name) ? name : "of other kinds";
