@@ -99,7 +99,7 @@ struct DeviceColours {
 
 private:
     // Asks a copy: a colour that is asked fills its cache, and threads may share this one.
-    static Colour withRGB(Colour colour) {
+    static Colour withRGB(Colour colour) {  // NOLINT(performance-unnecessary-value-param)
         colour.r();
         return colour;
     }
