@@ -195,7 +195,8 @@ unsigned char* takeUTF8(wchar_t const*& from, wchar_t const* end, unsigned char*
         wchar_t const* const begin = p;
         for (; p != end && stop - to >= 3; ++p) {
             auto const unit = static_cast<unsigned int>(*p);
-            if (unit - 0x3000 < 0xD800 - 0x3000) {  // nothing to look at more closely
+            // NOLINTNEXTLINE(bugprone-branch-clone): units that need no closer look come first
+            if (unit - 0x3000 < 0xD800 - 0x3000) {
                 putThree(unit);
             } else if (unit < 0x80 || unit > 0xFFFF || isSurrogate(unit) || endsLine(unit)) {
                 break;
@@ -232,7 +233,9 @@ protected:
 // Loads eight units. Two bits of `stops` are set for each that is a line end, a surrogate or no code unit at all.
 inline __m128i lookAtEight(wchar_t const* from, unsigned int& stops) noexcept {
     auto const* const source = reinterpret_cast<__m128i const*>(from);
-    __m128i units = _mm_loadu_si128(source), others = _mm_setzero_si128();
+    __m128i units = _mm_loadu_si128(source);
+    // NOLINTNEXTLINE(clang-analyzer-deadcode.DeadStores): read where wchar_t has two bytes
+    __m128i others = _mm_setzero_si128();
     if constexpr (sizeof(wchar_t) == 4) {
         __m128i const more = _mm_loadu_si128(source + 1);
         // Packing saturates signed numbers, so the low halves are first extended by their signs. A unit has no high half.
