@@ -18,6 +18,7 @@
 #include "orn/geometry/Arc.h"
 #include "orn/geometry/ArcFunctions.h"
 #include "orn/geometry/ArcMaking.h"
+#include "orn/geometry/Bounds.h"
 #include "orn/geometry/EllipticArc.h"
 #include "orn/geometry/Extent.h"
 #include "orn/geometry/Hash.h"

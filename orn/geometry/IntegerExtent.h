@@ -2,6 +2,7 @@
 #pragma once
 
 #include "orn/Export.h"
+#include "orn/geometry/Bounds.h"
 #include "orn/geometry/Extent.h"
 #include "orn/geometry/IntegerPoint.h"
 
