@@ -75,7 +75,7 @@ TEST(TextWriterBuf, AFullDiskIsAFailureOnceAndInTheFileAsSoonAsThereIsRoom) {
             auto& [disk, writer, buffer, stream] = written;
             std::string all;
             int number = 0, roomAt = -1;
-            auto const line = [&] {
+            auto const line = [&, &disk = disk, &stream = stream] {
                 stream << L"line " << number;
                 if (number == roomAt) disk.full = false;
                 stream << L" of some length" << L'\n';

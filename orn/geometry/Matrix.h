@@ -12,7 +12,7 @@
 ORN_INT_BOUNDS
 
 template <int N>
-class Matrix;
+class ORN_API_TEMPLATE Matrix;
 
 /// @cond
 namespace ORN {

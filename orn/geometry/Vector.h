@@ -9,7 +9,7 @@
 #include <iosfwd>
 
 template <int N>
-class Matrix;
+class ORN_API_TEMPLATE Matrix;
 /// A displacement: Vector<1> to Vector<3>, and the homogeneous Vector<4>.
 template <int N>
 class Vector;

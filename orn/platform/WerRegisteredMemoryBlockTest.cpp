@@ -24,7 +24,7 @@ TEST(WerRegisteredMemoryBlock, WhatWasRegisteredIsUnregisteredOnce) {
     bool const windows = ORN::LoadSystemLibrary(L"Kernel32.dll") != nullptr;
     EXPECT_TRUE((ORN::WerRegisterMemoryBlock != nullptr) == windows &&
                 (ORN::WerUnregisterMemoryBlock != nullptr) == windows);
-    EXPECT_NO_THROW((ORN::WerRegisteredMemoryBlock{data, sizeof data}));
+    EXPECT_NO_THROW(ORN::WerRegisteredMemoryBlock const block(data, sizeof data));
     auto* const systemsRegister = ORN::WerRegisterMemoryBlock;
     auto* const systemsUnregister = ORN::WerUnregisterMemoryBlock;
     ORN::WerRegisterMemoryBlock = [](void* address, DWORD size) {
@@ -49,13 +49,13 @@ TEST(WerRegisteredMemoryBlock, WhatWasRegisteredIsUnregisteredOnce) {
     EXPECT_EQ(twoBlocks(-1), "+a4294967295+b4 ");
 
     calls.clear();
-    EXPECT_THROW((ORN::WerRegisteredMemoryBlock{data, 0x100000000}), ORN::OrnError);
+    EXPECT_THROW(ORN::WerRegisteredMemoryBlock const block(data, 0x100000000), ORN::OrnError);
     EXPECT_EQ(calls, "");
     ORN::WerUnregisterMemoryBlock = nullptr;
     EXPECT_EQ(twoBlocks(0), "+a4294967295+b4 ");
     ORN::WerRegisterMemoryBlock = nullptr;
     EXPECT_EQ(twoBlocks(0), " ");
-    EXPECT_NO_THROW((ORN::WerRegisteredMemoryBlock{data, 0x100000000}));
+    EXPECT_NO_THROW(ORN::WerRegisteredMemoryBlock const block(data, 0x100000000));
 
     ORN::WerRegisterMemoryBlock = systemsRegister;
     ORN::WerUnregisterMemoryBlock = systemsUnregister;

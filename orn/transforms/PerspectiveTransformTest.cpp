@@ -76,8 +76,11 @@ TEST(PerspectiveTransform, SlicesWithoutDepth) {
     t *= NonUniformTransform<3>::createFromPod(rows);
     // Row by row: (1, 2, 3, 0), (4, 5, 6, 0), (10, 11, 12, 1), (−7, −8, −9, 0).
     auto const plane = sliceOf<3>(t);
-    EXPECT_TRUE(typeid(*plane) == typeid(PerspectiveTransform<2>) && written(*plane) == L"[1,2,0/4,5,0/-7,-8,0]");
-    EXPECT_EQ(typeid(*sliceOf(*plane)), typeid(PerspectiveTransform<1>));
+    auto const line = sliceOf(*plane);
+    Transform<2> const& ofPlane = *plane;
+    Transform<1> const& ofLine = *line;
+    EXPECT_TRUE(typeid(ofPlane) == typeid(PerspectiveTransform<2>) && written(ofPlane) == L"[1,2,0/4,5,0/-7,-8,0]");
+    EXPECT_EQ(typeid(ofLine), typeid(PerspectiveTransform<1>));
 }
 
 }

@@ -9,7 +9,7 @@
 #include <typeinfo>
 
 template <int N>
-class Transform;
+class ORN_API_TEMPLATE Transform;
 template <int N>
 class AffineTransform;
 

@@ -144,9 +144,10 @@ TYPED_TEST(TransformOf, AffineOnesMapVectorsBoxesAndHomogeneousRows) {
         EXPECT_EQ(written(NonUniformTransform<N>::createFromPod(rows)), written(a));
 
         NonUniformTransform<N> ab{a}, self{a};
+        NonUniformTransform<N> const& same = self;
         expectNear(p * (ab *= b), p * a * b, 1e-12);
         expectNear((ab /= b).homogeneous(), a.homogeneous(), 1e-12);
-        expectNear((self /= self).homogeneous(), Matrix<N + 1>{}, 1e-12);
+        expectNear((self /= same).homogeneous(), Matrix<N + 1>{}, 1e-12);
 
         Extent<N> const e{p, random.point()};
         Extent<N> box, back;

@@ -171,7 +171,7 @@ TEST_F(RegistryFile, ThatMayNotBeWrittenIsReadAllTheSameAndWrittenAsSoonAsItMayB
 
 TEST_F(RegistryFile, OfAnotherUsersProgramIsNotTheOneThatTheEnvironmentNames) {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can make a program another user's";
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(ORN_ADDRESS_SANITIZER)
     GTEST_SKIP() << "the sanitizer cannot look at its own process";
 #endif
     Path const program = path_ / "probe", home = path_ / "home";

@@ -109,7 +109,7 @@ void expectFailures(std::vector<Case> const& table) {
             long const heldBefore = held();
             bool done = false;
             int const failures = failEveryAllocation(
-                [&] {
+                [&done, &use = use] {
                     done = false;
                     done = use.done();
                 },
