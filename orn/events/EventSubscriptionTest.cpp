@@ -116,6 +116,22 @@ TEST(EventSubscription, CallsMixturesOfClassesOneByOne) {
     }
 }
 
+TEST(EventSubscription, IsCalledAgainWhenTheLastSuppressionHasEnded) {
+    std::string log;
+    Place place;
+    place.log = &log;
+    IntList const list = EVSubscriptionList<int>::create();
+    Plain plain{*list, place};
+    {
+        EVSuppression const outer{plain};
+        { EVSuppression const inner{plain}; }
+        list->notify(1);
+        EXPECT_EQ(log, "");
+    }
+    list->notify(1);
+    EXPECT_EQ(log, "?");
+}
+
 TEST(EventSubscription, KeepsTheListWhileOneIsAttached) {
     std::string log;
     Place place;
