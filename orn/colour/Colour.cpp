@@ -48,6 +48,7 @@ void setDegrees(Angle& angle, double degrees) noexcept { ::new (&angle) Angle(An
 
 void put(void* p, int red, int green, int blue) noexcept {
     auto* const bytes = static_cast<unsigned char*>(p);
+    // A pixel of 24 bits in a bitmap has its blue byte first.
     bytes[0] = static_cast<unsigned char>(blue);
     bytes[1] = static_cast<unsigned char>(green);
     bytes[2] = static_cast<unsigned char>(red);
@@ -130,6 +131,8 @@ void Colour::calcHLS() const {
         double const s = hsv_.saturation, v = hsv_.value;
         hls_.hue = hsv_.hue;
         if (s != 0 && v != 0) {
+            // v is the greatest component and m the least. In the lower half of the lightness they differ by at most
+            // m + v, in the upper half by at most 2 − v − m. The saturation is their difference as a part of that.
             double const m = (1 - s) * v;
             hls_.lightness = (m + v) * 0.5;
             hls_.saturation = (v - m) / either(hls_.lightness > 0.5, 2 - v - m, m + v);

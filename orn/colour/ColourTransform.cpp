@@ -31,6 +31,7 @@ std::wstring spaceAtEnd(ColourProfile const& profile) {
 class ColourTransformImp : public ColourTransform {
 public:
     ColourTransformImp(RenderingIntent intent, std::span<ColourProfile const* const> profiles) {
+        // No function that creates a transform takes more than four profiles.
         std::array<HPROFILE, 4> handles;
         std::transform(profiles.begin(), profiles.end(), handles.begin(),
                        [](ColourProfile const* profile) { return profile->handle(); });
@@ -129,6 +130,7 @@ Handle<ColourTransform> ColourTransform::create(RenderingIntent intent, ColourPr
 
 void ColourTransform::convert(std::span<Colour const> in, std::span<Colour> out) const {
     if (in.size() != out.size()) throw std::logic_error{"there must be as many results as colours to convert"};
+    // A transform of an application does not tell which colours it takes and gives.
     auto const* const transform = dynamic_cast<ColourTransformImp const*>(this);
     if (transform == nullptr || !transform->convertsRGB())
         throw std::logic_error{"only a transform from RGB to RGB converts colours"};
@@ -139,6 +141,7 @@ void ColourTransform::convert(std::span<Colour const> in, std::span<Colour> out)
         std::size_t const count = std::min(in.size() - done, rows.size());
         for (std::size_t i = 0; i != count; ++i) rows[i] = DeviceColours::read(in[done + i]);
         if (!os::translateColours(handle(), rows.data(), static_cast<DWORD>(count))) throwFailureOf(L"TranslateColors");
+        // The results may take the place of the colours, so alpha is read before its colour is written.
         for (std::size_t i = 0; i != count; ++i, ++done)
             DeviceColours::write(out[done], rows[i], DeviceColours::alpha(in[done]));
     }

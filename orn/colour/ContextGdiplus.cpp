@@ -10,6 +10,7 @@ ContextGdiplus::ContextGdiplus() {
 
     DWORD const hookError = ORN::os::hookGraphics(hooks, hookToken_);
     if (hookError != 0) {
+        // A constructor that throws runs no destructor, so this one stops what it has started.
         ORN::os::stopGraphics(token_);
         throw WinError{L"NotificationHook", hookError};
     }
@@ -17,6 +18,7 @@ ContextGdiplus::ContextGdiplus() {
 }
 
 ContextGdiplus::~ContextGdiplus() {
+    // The function belongs to GDI+, and may only be called while that is started.
     unhook_(hookToken_);
     ORN::os::stopGraphics(token_);
 }

@@ -70,11 +70,13 @@ void put(unsigned char* file, Field field, Value value) noexcept {
 template <typename Value>
 Value get(unsigned char const* file, Field field) noexcept {
     Value value;
+    // By bytes, because the headers of a file that is being read stand in an array without alignment.
     std::memcpy(&value, file + field, sizeof value);
     return value;
 }
 
 DWORD rowSizeOf(std::uint32_t width, std::uint16_t bitCount) {
+    // In bytes: the bits of a row, rounded up to whole words of 32 bits.
     std::uint64_t const bits = fits(std::uint64_t{bitCount} * width + 31);
     return static_cast<DWORD>((bits >> 3) & 0x1FFFFFFC);
 }
@@ -139,6 +141,7 @@ DIBitmap::DIBitmap(unsigned int width, int height, unsigned short bitCount, unsi
     : allocatedSize_{fits(std::uint64_t{colours} * 4 + headersSize + 2 + imageSize(width, height, bitCount))},
       buffer_{allocate(allocatedSize_)} {
     unsigned char* const file = fileData();
+    // This fits 32 bits: the initialiser of the size has checked a sum that is larger.
     std::uint32_t const bitsAt = colours * 4 + headersSize;
     std::memset(file, 0, headersSize);
     put<std::uint16_t>(file, atFileType, fileType);
@@ -156,6 +159,7 @@ DIBitmap DIBitmap::createFromFile(std::wstring const& fileName) {
     std::unique_ptr<ORN::RawFileReader> const file{ORN::rawOpen(fileName)};
     unsigned char headers[headersSize];
     bool const whole = file->read(headers, headersSize) == headersSize;
+    // A file with headers that are cut off counts as one of no bytes, of which flawOf reads nothing.
     char const* const flaw = flawOf(headers, whole ? file->seek(0, 2) : 0);
     if (flaw != nullptr) refuse(fileName, flaw);
 
@@ -174,6 +178,7 @@ DIBitmap DIBitmap::createFromFile(std::wstring const& fileName) {
 }
 
 void DIBitmap::writeToFile(std::wstring const& fileName) const {
+    // The caller may have changed the headers since the bitmap was made, and with them the file size.
     bool const held = fileSize() <= allocatedSize_ - 2;
     char const* const flaw = held ? flawOf(fileData(), fileSize()) : "its file size is beyond its buffer";
     if (flaw != nullptr) throw std::logic_error{std::string{"DIBitmap: "} + flaw};

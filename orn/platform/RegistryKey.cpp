@@ -46,6 +46,7 @@ struct Data {
         // Another program may have shortened the value meanwhile.
         bytes = std::max(bytes, room);
         units.reserve((std::size_t{bytes} + spare + 1) / 2);
+        // The value may also have grown. Then errorMoreData is the status that the caller gets.
         return os::queryValue(key, name, type, units.data(), bytes);
     }
 };
@@ -94,6 +95,7 @@ wchar_t const* rootName(HKEY root) noexcept {
 }
 
 RegKey::RegKey(Mode mode, HKEY root, std::wstring const& subKey, DWORD access) {
+    // The path is made before the key is opened: when there is no memory for it, no key stays open.
     path_ = rootName(root) + (L'\\' + subKey);
     open(mode, root, subKey, access);
 }
@@ -181,6 +183,7 @@ bool RegKey::readMultiString(std::wstring const& name, std::vector<std::wstring>
         if (data.type != os::typeMultiString || end == data.begin() || end[-1] != u'\0') return false;
 
         for (auto text = data.begin(); text != end && *text != u'\0';) {
+            // The data ends with a zero, so there is one to find.
             auto const terminator = std::find(text, end, u'\0');
             texts.emplace_back(text, terminator);
             text = terminator + 1;

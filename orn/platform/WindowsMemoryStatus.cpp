@@ -11,6 +11,7 @@ namespace ORN {
 static_assert(sizeof(WindowsMemoryStatus) == 64 && std::is_trivially_copyable_v<WindowsMemoryStatus>);
 
 WindowsMemoryStatus::WindowsMemoryStatus() : status_{} {
+    // The system refuses a record that does not state its length.
     status_.length = sizeof status_;
     if (!os::memoryStatus(status_)) throw WinError{L"GlobalMemoryStatusEx", os::lastError()};
 }

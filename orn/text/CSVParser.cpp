@@ -10,6 +10,7 @@ using csv::isBlank, csv::isLineEnd, csv::quote;
 
 CSVFormat csv::checked(CSVFormat format) {
     wchar_t const delimiter = format.delimiter;
+    // Half a pair as the delimiter would divide characters of the fields.
     if (delimiter == quote || isLineEnd(delimiter) || isSurrogate(static_cast<unsigned int>(delimiter)))
         throw std::logic_error{"illegal delimiter of CSV"};
     return format;
@@ -80,6 +81,7 @@ private:
         while (isBlank(*position) && isLeftAway(*position))
             if (++position == end) return false;
         if (isLineEnd(*position)) {
+            // Behind a delimiter there is one more field, which is empty. An empty line has no field.
             if (state == FieldState::afterComma) record.addField();
             return true;
         }
@@ -92,6 +94,7 @@ private:
         return false;
     }
 
+    // A blank may also be a line end, or the delimiter, such as a tab.
     bool isLeftAway(wchar_t blank) const noexcept {
         return !format.keepBlanks && blank != format.delimiter && !isLineEnd(blank);
     }
@@ -182,12 +185,14 @@ bool RawCSVParser::parse(std::vector<std::wstring>& fields, std::wstring const& 
     }
 
     bool const goesOn = before == LineEnd::newline;
+    // At the start of a record the strings in the vector are old ones, of which only the memory is used.
     Split split{goesOn ? position_ : text.data(),
                 goesOn ? end_ : text.data() + text.size(),
                 format_,
                 {fields, state == FieldState::recordStart ? 0 : fieldCount_},
                 state,
                 keepLength_};
+    // A LF at the head of the text, which is not empty here, counts as the rest of a CR LF.
     if (before == LineEnd::loneReturn && *split.position == csv::feed) ++split.position;
     if (!split.run()) return pause(fields, split);
 

@@ -60,6 +60,7 @@ private:
 
     bool nextLine() {
         if (!lines_->readLine(piece_)) return false;
+        // The line has lost its line end, which the parser needs. A LF stands for every kind.
         piece_ += L'\n';
         return true;
     }
@@ -79,6 +80,7 @@ private:
     TextReader* lines_;
     std::wstring_view text_;
     std::size_t position_ = 0;
+    // Declared before parser_: both are initialised from one pointer, which parser_ takes away.
     RawCSVParser const& raw_;  // the parser, or the one inside it when there is a header
     std::unique_ptr<CSVParser> parser_;
     std::wstring piece_;

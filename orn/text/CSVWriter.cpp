@@ -46,6 +46,7 @@ CSVWriter::CSVWriter(TextWriter* lines, std::wstring* text, CSVFormat format, st
     if (lineEnd != L"\r\n" && lineEnd != L"\n" && lineEnd != L"\r") throw std::logic_error{"illegal line end of CSV"};
 }
 
+// The text writer turns the LF into its own line end.
 CSVWriter::CSVWriter(TextWriter& lines, CSVFormat format) : CSVWriter{&lines, nullptr, format, L"\n"} {}
 CSVWriter::CSVWriter(std::wstring& text, CSVFormat format, std::wstring_view lineEnd)
     : CSVWriter{nullptr, &text, format, lineEnd} {}

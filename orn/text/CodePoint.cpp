@@ -15,6 +15,7 @@ CodePoint::operator std::wstring() const {
 }
 
 std::size_t CodePoint::utf8(char* buffer, std::size_t size) const noexcept {
+    // The six bytes of the longest form have room for 31 bits.
     if (value_ >= 0x80000000 || size < ORN::unicode::utf8Length(value_)) return 0;
     return static_cast<std::size_t>(ORN::unicode::writeUtf8(value_, buffer) - buffer);
 }

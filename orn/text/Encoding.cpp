@@ -32,6 +32,7 @@ std::basic_string<To> converted(From const* p, std::size_t length, Convert conve
         std::size_t const size = result.size() + filled;
         if (result.capacity() < size) {
             double const rest = static_cast<double>(end - p) / static_cast<double>(p - begin);
+            // A sixteenth more, in case the rest needs a little more room a unit than the text so far.
             result.reserve(size + static_cast<std::size_t>(1.0625 * rest * static_cast<double>(size)));
         }
         result.append(piece, filled);
@@ -43,6 +44,7 @@ std::basic_string<To> converted(From const* p, std::size_t length, Convert conve
 bool isASCII(unsigned char const* p, std::size_t length) noexcept {
     std::size_t const block = 256;
     unsigned char all = 0;
+    // The loop over a block has no exit inside, so that the compiler can take many bytes at once.
     for (; length >= block && all < 0x80; p += block, length -= block)
         for (std::size_t i = 0; i < block; ++i) all |= p[i];
     for (; length > 0 && all < 0x80; ++p, --length) all |= *p;
@@ -116,6 +118,8 @@ unsigned int packTo(wchar_t const* text, std::size_t length, char* buffer, int s
     // A longer prefix never takes fewer bytes, so halving finds the longest one that fits.
     int fit = 0;
     while (int const middle = codePointBetween({text, length}, fit, unfit)) (fits(middle) ? fit : unfit) = middle;
+    // The last attempt may have spoilt the buffer. When not even the first code point fits, there are no units to
+    // convert: the system refuses that, and the lambda throws its error.
     fits(fit);
     return written;
 }

@@ -27,6 +27,7 @@ constexpr int mostDigits = 17;
 // The decimal exponent of d·10^e with 0.1 ≤ d < 1.
 constexpr int largestExponent = 309;
 constexpr int smallestExponent = -308;
+// The first 17 digits of the largest double.
 constexpr std::uint64_t largestDigits = 17976931348623157;
 
 constexpr double powers[16] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
@@ -53,6 +54,7 @@ constexpr std::uint64_t integerPowers[mostDigits + 1] = {1,
 
 /// The digits as multiplying by 10 in doubles builds them; up to 15 digits every step of that is exact.
 inline double mantissaOf(std::uint64_t digits, int count) noexcept {
+    // 17 digits fit a signed number, which processors convert in one step.
     if (count <= 15) return static_cast<double>(static_cast<std::int64_t>(digits));
     std::uint64_t const first = digits / integerPowers[count - 15];
     double result = static_cast<double>(static_cast<std::int64_t>(first));
@@ -81,11 +83,13 @@ inline double scaled(double value, int power) noexcept {
 /// The kept digits as a fraction of 10^exponent; false, with out untouched, beyond the largest double.
 inline bool toDouble(double& out, std::uint64_t digits, std::ptrdiff_t kept, std::int64_t exponent,
                      bool negative) noexcept {
+    // Without the zeros at their end the digits are more often few enough to be exact.
     for (; kept != 0 && digits % 10 == 0; --kept) digits /= 10;
     int const count = static_cast<int>(kept);
 
     if (exponent >= largestExponent) {
         if (exponent > largestExponent) return false;
+        // Filled up to 17 digits, so that the two compare place by place.
         if (digits * integerPowers[mostDigits - count] > largestDigits) return false;
     }
     if (exponent < smallestExponent) {

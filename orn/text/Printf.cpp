@@ -49,6 +49,7 @@ std::wstring vStringPrintf(wchar_t const* format, std::va_list arguments) {
         length = attempt(buffer.get(), capacity, format, arguments);
         if (length >= 0) return {buffer.get(), static_cast<std::size_t>(length)};
     }
+    // No room helps, or it would have to be larger than an int can count.
     return format;
 }
 

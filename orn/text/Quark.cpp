@@ -34,6 +34,7 @@ bool QuarkCollatesLess::operator()(Quark const& a, Quark const& b) const {
     int const order = ORN::os::collate(first, second);
     if (errno == 0 && order != 0) return order < 0;
     if (errno == 0 && a == b) return false;
+    // Only identical quarks may be equivalent, so all others go by their units here.
     return QuarkOrdinalLess{}(first, second);
 }
 

@@ -20,6 +20,7 @@ RawFileWriter::~RawFileWriter() = default;
 
 namespace {
 
+// The numbers of the catalogue's messages.
 constexpr unsigned int cannotOpen = 249, cannotCreate = 250, cannotRead = 251, cannotWrite = 252, cannotClose = 253;
 
 // How many bytes of small pieces a writer collects. A piece is small when it takes less than a quarter of the room.
@@ -30,6 +31,8 @@ class RawFileImp final : public RawFileWriter {
 public:
     RawFileImp(std::wstring const& name, wchar_t const* mode, unsigned int failure, std::size_t room)
         : name_{name}, room_{room} {
+        // Before the file is opened: a constructor that throws runs no destructor, and nothing would close the file.
+        // Collecting needs no more memory than this, so it cannot fail later.
         collected_.reserve(room);
         file_ = os::openFile(name, mode);
         if (file_ == nullptr) fail(failure);
@@ -68,7 +71,9 @@ public:
 
     std::uint64_t seek(std::int64_t offset, std::int32_t origin) override {
         checkOpen();
+        // The collected bytes belong to the old position.
         if (!writeCollected()) fail(cannotWrite);
+        // Asking for the position moves nothing, so it does not allow a change between reading and writing.
         if (offset != 0 || origin != 1) {
             if (!os::seekFile(file_, offset, origin == 0 ? SEEK_SET : origin == 1 ? SEEK_CUR : SEEK_END)) {
                 fail(cannotRead);
@@ -136,6 +141,7 @@ private:
         int const reason = errno;
         std::FILE* const file = std::exchange(file_, nullptr);
         if (owned_ && !os::closeFile(file)) return false;
+        // Closing may have changed errno, even when it succeeded.
         if (!written) errno = reason;
         return written;
     }

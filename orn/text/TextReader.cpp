@@ -33,6 +33,7 @@ public:
     bool readLine(std::wstring& line) override {
         line.clear();
         if (interrupted_) line.swap(begun_);
+        // It stays set when goOn throws.
         interrupted_ = true;
         bool const came = goOn(line);
         interrupted_ = false;
@@ -48,6 +49,7 @@ private:
         while (!behindReturn_) {
             if (takeFromBuffer(line)) return true;
             unsigned int value = 0;
+            // A line end that ends the input has no line behind it, not even an empty one.
             if (fetch(value) == 0) return !line.empty();
             if (value == 0x0D) {
                 behindReturn_ = true;
@@ -59,6 +61,7 @@ private:
             }
         }
         unsigned int value = 0;
+        // Anything but a LF belongs to the next line. Its bytes are still in the buffer, so the position can go back.
         if (std::size_t const taken = fetch(value); taken != 0 && value != 0x0A) position_ -= taken;
         behindReturn_ = false;
         return true;
@@ -71,6 +74,7 @@ private:
     /// Appends what the buffer holds of the line. True when it ends there. A character that is cut off or invalid is
     /// left, and so is a CR that the buffer ends with.
     bool takeFromBuffer(std::wstring& line) {
+        // A byte gives one unit at most, and decodeRun may write a block of units behind the last one that counts.
         wchar_t units[bufferSize + ascii::block];
         wchar_t* to = units;
         Byte const *p = buffer_ + position_, *const end = buffer_ + count_;
@@ -115,6 +119,7 @@ private:
     std::size_t fetch(unsigned int& value) {
         std::size_t taken = 0;
         while ((taken = decoder_.decodeOne(value, buffer_ + position_, count_ - position_)) == 0) {
+            // The decoder gives 0 for invalid bytes and for a character that is cut off. More bytes tell which it is.
             if (count_ - position_ >= longestCharacter) fail();
             if (refill()) continue;
             if (position_ != count_) fail();
@@ -127,6 +132,7 @@ private:
 
     bool refill() {
         count_ -= position_;
+        // Fewer bytes are left than the longest character has, so there is always room to read more.
         std::memmove(buffer_, buffer_ + position_, count_);
         position_ = 0;
         std::int64_t const came = raw_.read(buffer_ + count_, bufferSize - count_);
@@ -196,6 +202,7 @@ TextReader* TextReader::createByMark(RawReader& raw, TextEncoding withoutMark) {
     if (!isEncoding(withoutMark)) return nullptr;
     unsigned char first[Signature::longest];
     std::int64_t count = 0;
+    // A raw reader may give the bytes of a mark one by one.
     while (Signature::undecided(first, count)) {
         std::int64_t const came = raw.read(first + count, sizeof first - static_cast<std::uint64_t>(count));
         if (came <= 0) break;

@@ -101,8 +101,10 @@ private:
 
     void put(unsigned int value) {
         CodePoint const c = CodePoint::codePoint(value);
+        // CodePoint would encode surrogates, and in UTF-8 also values beyond U+10FFFF.
         if (value >= 0x110000 || isSurrogate(value)) fail(value);
         std::uint64_t written = encode(c, buffer_ + count_, sizeof buffer_ - count_);
+        // The room may have been too small. When the buffer is empty, only the encoding can be the reason.
         if (written == 0) {
             makeRoom();
             written = encode(c, buffer_ + count_, sizeof buffer_ - count_);
@@ -135,6 +137,7 @@ private:
         try {
             raw_.write(buffer_, count_);
         } catch (RawWriteError const& error) {
+            // Files of this library tell how many bytes they took. Other raw writers that throw count as taking none.
             drop(error.taken());
             throw;
         }
@@ -191,8 +194,10 @@ unsigned char* takeUTF8(wchar_t const*& from, wchar_t const* end, unsigned char*
         to += 3;
     };
     for (;;) {
+        // takeASCII stops at other units, and the loop below at ASCII. They take turns until the loop takes nothing.
         takeASCII(p, end, to, stop);
         wchar_t const* const begin = p;
+        // A unit of the basic plane takes three bytes at most.
         for (; p != end && stop - to >= 3; ++p) {
             auto const unit = static_cast<unsigned int>(*p);
             // NOLINTNEXTLINE(bugprone-branch-clone): units that need no closer look come first
@@ -278,6 +283,7 @@ protected:
         while (end - p >= 8 && stop - to >= 16) {
             unsigned int stops = 0;
             __m128i units = lookAtEight(p, stops);
+            // Processors with SSE2 are little-endian, so only the other order needs its bytes exchanged.
             if constexpr (high == 0) units = _mm_or_si128(_mm_slli_epi16(units, 8), _mm_srli_epi16(units, 8));
             _mm_storeu_si128(reinterpret_cast<__m128i*>(to), units);
             std::ptrdiff_t const taken = stops == 0 ? 8 : std::countr_zero(stops) / 2;
@@ -313,6 +319,7 @@ public:
         for (int i = 0; i != 0x80; ++i) all[i] = static_cast<wchar_t>(i);
         if (!converts(all, 0x80, bytes, 0x80)) return;
         ascii_ = std::equal(all, all + 0x80, bytes, [](wchar_t unit, char byte) { return unit == byte; });
+        // Characters of two and of three bytes, because the quick way takes no longer ones.
         std::string_view const inUTF8 = "\xC3\xA9\xE2\x82\xAC\xE6\x97\xA5";
         utf8_ = ascii_ && converts(L"\u00e9\u20ac\u65e5", 3, bytes, 8) && inUTF8 == std::string_view{bytes, 8};
     }
@@ -358,6 +365,8 @@ public:
 
     void close() override {
         if (closed_) return;
+        // When the buffer cannot be written, the file stays open, and the call may be repeated. When the file cannot be
+        // closed, it is gone all the same.
         text_->close();
         closed_ = true;
         raw_->close();

@@ -42,6 +42,7 @@ std::wstring canonicalizeUrl(std::wstring const& url) {
 
 std::wstring cleanupUrl(std::wstring const& url) {
     std::wstring changed;
+    // The status is 1, and the result is not set, when there is no scheme to add.
     HRESULT const status = ORN::os::applyUrlScheme(url.c_str(), changed);
     require(status, url);
     return canonicalizeUrl(status == 0 ? changed : url);
@@ -51,6 +52,7 @@ std::wstring downloadUrlToCache(std::wstring const& url) {
     std::wstring file;
     HRESULT status = requireScheme(url);
     if (status >= 0) status = ORN::os::downloadToCache(url.c_str(), file);
+    // The texts for the statuses of downloads are in the message table of this library.
     if (status < 0) fail(280, url, formatMessage(static_cast<DWORD>(status), L"urlmon.dll"));
     return file;
 }

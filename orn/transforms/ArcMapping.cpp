@@ -34,10 +34,12 @@ Arc<3> operator/(Arc<3> const& arc, UniformTransform<3> const& t) {
 EllipticArc ellipticArc(Arc<2> const& arc, AffineTransform<2> const& t) {
     Point<2> const centre = arc.centre();
     Vector<2> const arm = arc.start() - centre;
+    // A bulge is the tangent of a quarter of the angle that the arc includes.
     return EllipticArc::conjugate(centre * t, arm * t, arm.perpendicular() * t, 0, 4 * arcTangent(arc.bulge()));
 }
 
 EllipticArc operator*(EllipticArc const& arc, AffineTransform<2> const& t) {
+    // The images of the half axes are conjugate half diameters. The images of the points keep their parameters to them.
     return EllipticArc::conjugate(arc.centre * t, arc.major * t, arc.minor * t, arc.from, arc.sweep);
 }
 

@@ -39,6 +39,7 @@ void grow(Extent<N>& box, Vector<N + 1> const& image) {
         if (w == 0 && !(std::fabs(image[i]) > 0)) continue;
         double const far = std::signbit(image[i]) == std::signbit(w) ? infinity : -infinity;
         double const c = w == 0 ? far : image[i] / w;
+        // Both comparisons are false for NaN, so that it adds nothing.
         if (bounds[0][i] > c) bounds[0][i] = c;
         if (c > bounds[1][i]) bounds[1][i] = c;
     }

@@ -89,9 +89,11 @@ constexpr std::size_t streamed = 500'000;
 template <bool forwards>
 __attribute__((target("sse3"))) void inPlane(Matrix<2> const& m, Vector<2> const& t, Points<2> in, Images<2> out) {
     InPairs<forwards> const map{m, t};
+    // A point of the plane is its two coordinates, x and y, with nothing between two points.
     double const* from = reinterpret_cast<double const*>(in.data());
     double* to = reinterpret_cast<double*>(out.data());
     double const* const end = from + 2 * in.size();
+    // Writes past the caches need an alignment of 16 bytes. In place they gain nothing: the points were just read.
     bool const streams = in.size() >= streamed && from != to && reinterpret_cast<std::uintptr_t>(to) % 16 == 0;
     for (; end - from >= 8; from += 8, to += 8) {
         __m128d const images[] = {map.imageOf(from), map.imageOf(from + 2), map.imageOf(from + 4),
@@ -109,6 +111,7 @@ __attribute__((target("sse3"))) void inPlane(Matrix<2> const& m, Vector<2> const
 
 template <bool forwards>
 bool mapInPairs(Matrix<2> const& m, Vector<2> const& t, Points<2> in, Images<2> out) {
+    // Every x86-64 processor has SSE2, but the oldest lack SSE3.
     if (!__builtin_cpu_supports("sse3")) return false;
     inPlane<forwards>(m, t, in, out);
     return true;
@@ -123,6 +126,7 @@ bool mapInPairs(Matrix<2> const&, Vector<2> const&, Points<2>, Images<2>) {
 
 #endif
 
+// Three coordinates make no pairs, so points of space take the plain loop.
 template <bool>
 bool mapInPairs(Matrix<3> const&, Vector<3> const&, Points<3>, Images<3>) {
     return false;
@@ -135,6 +139,7 @@ void project(Matrix<N + 1> const matrix, Points<N> in, Images<N> out) {
 
 /// Forwards through each kind of transform.
 struct Mapping {
+    // Like the other way, it keeps to the operators' order of operations, which decides the last bits of the results.
     template <int N>
     static void affine(Matrix<N> const& matrix, Vector<N> const& t, Points<N> in, Images<N> out) {
         if (mapInPairs<true>(matrix, t, in, out)) return;

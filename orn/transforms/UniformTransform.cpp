@@ -93,6 +93,7 @@ UniformTransform<N> UniformTransform<N>::reflection(Point<N> const& fixed, Vecto
     for (int i = 0; i < N; ++i)
         for (int j = 0; j < N; ++j) rows[i][j] = (i == j ? 1.0 : 0.0) - 2.0 * normal[i] * normal[j];
     Matrix<N> const matrix{rows};
+    // With the translation t = f − f·M the fixed point f goes to f·M + t = f.
     return UniformTransform{matrix, fixed - Point<N>{fixed, matrix}};
 }
 
@@ -112,6 +113,7 @@ UniformTransform<N> UniformTransform<N>::xyAxes(Vector<3> const& a, Vector<3> co
     return UniformTransform{withRows(frame.first, frame.second, frame.third), {}};
 }
 
+// A cyclic exchange of the axes, here and in zxAxes, keeps the frame right-handed.
 template <int N>
 UniformTransform<N> UniformTransform<N>::yzAxes(Vector<3> const& a, Vector<3> const& b) {
     Frame const frame{a, b};
