@@ -213,6 +213,8 @@ int convertToWide(char const* bytes, int length, wchar_t* units, int room) noexc
         int const error =
             flushed ? converter.run(nullptr, nullptr, &out, &outLeft) : converter.run(&bytes, &left, &out, &outLeft);
         auto* end = reinterpret_cast<wchar_t*>(out);
+        // EINVAL: the bytes end inside a character, so one replacement stands for all that are left. E2BIG only says
+        // that the piece is full.
         if (error == EILSEQ || error == EINVAL) {
             *end++ = static_cast<wchar_t>(unicode::replacement);
             std::size_t const skipped = error == EINVAL ? left : 1;

@@ -46,6 +46,7 @@ bool fail(DWORD error) noexcept {
 
 bool failByErrno(int error, DWORD otherwise) noexcept { return fail(windowsError(error, otherwise)); }
 
+// Where no faults are planted, the macro drops its argument.
 bool isRefused([[maybe_unused]] char const* call) noexcept {
     if (!ORN_OS_REFUSED(call)) return false;
     setLastError(errorAccessDenied);
@@ -86,6 +87,7 @@ std::vector<unsigned char> standardBytes() {
 /// Whether the file is there and holds just these bytes.
 bool holds(std::string const& place, std::vector<unsigned char> const& bytes) {
     std::unique_ptr<std::FILE, FileClose> const file{std::fopen(place.c_str(), "rbe")};
+    // One byte more than there should be, so that a longer file is found out.
     std::vector<unsigned char> found(bytes.size() + 1);
     return file != nullptr && std::fread(found.data(), 1, found.size(), file.get()) == bytes.size() &&
            std::equal(bytes.begin(), bytes.end(), found.begin());
@@ -110,6 +112,7 @@ public:
             }
             descriptor_ = made;
         }
+        // Every opening of this name has a position in the file of its own.
         place = "/proc/self/fd/" + std::to_string(descriptor_);
         return true;
     }
@@ -135,12 +138,14 @@ bool standardFile(std::string& place) {
     if (!error) {
         NewFile file{folder};
         if (file.write(bytes.data(), bytes.size()) && file.place(place)) return true;
+        // errno is read before the file's destructor runs, because that may change it.
         refusal = errno;
     }
     return memoryFile.hold(bytes, place) || failByErrno(refusal, errorWriteFault);
 }
 
 std::wstring nameIn(ProfileSource const& source) {
+    // The size counts two bytes a character, also where wchar_t has four, and may reach beyond the zero.
     auto const* const characters = static_cast<wchar_t const*>(source.data);
     return {characters, std::find(characters, characters + source.size / 2, L'\0')};
 }
@@ -153,6 +158,7 @@ cmsHPROFILE openFileProfile(ProfileSource const& source) {
     }
     cmsIOHANDLER* const handler = cmsOpenIOhandlerFromStream(nullptr, file);
     if (handler == nullptr) std::fclose(file);
+    // The handler closes the file, and the profile its handler, also when the file holds no profile.
     cmsHPROFILE const profile = handler != nullptr ? cmsOpenProfileFromIOhandlerTHR(nullptr, handler) : nullptr;
     if (profile == nullptr) fail(errorInvalidProfile);
     return profile;
@@ -174,6 +180,7 @@ static_assert(sizeof(DeviceColour) == 3 * sizeof(cmsUInt16Number));
 cmsUInt32Number formatOf(cmsHPROFILE profile, bool connection) {
     cmsColorSpaceSignature const space = connection ? cmsGetPCS(profile) : cmsGetColorSpace(profile);
     if (space == cmsSigRgbData) return deviceFormat;
+    // Two bytes a channel, and no floating-point numbers.
     return connection ? cmsFormatterForPCSOfProfile(profile, 2, FALSE)
                       : cmsFormatterForColorspaceOfProfile(profile, 2, FALSE);
 }
@@ -189,6 +196,7 @@ bool standardProfile(wchar_t* path, DWORD& size) {
     int const length = static_cast<int>(place.size());
     wide.resize(static_cast<std::size_t>(multibyteToWide(place.data(), length, wide.data(), length)));
     if (wide.empty()) return false;
+    // A question without a buffer has its answer now, and so is no failure.
     if (!fits(path, size, 2 * (wide.size() + 1))) return path == nullptr;
     std::copy_n(wide.c_str(), wide.size() + 1, path);
     return true;
@@ -210,6 +218,7 @@ void closeProfile(HPROFILE profile) noexcept { cmsCloseProfile(profile); }
 
 bool profileBytes(HPROFILE profile, void* buffer, DWORD& size) {
     if (isRefused("GetColorProfileFromHandle")) return false;
+    // lcms2 would save a profile with other bytes than it was read from. Its handler has the original ones.
     cmsIOHANDLER* const file = cmsGetProfileIOhandler(profile);
     if (!fits(buffer, size, file->ReportedSize)) return buffer == nullptr;
     return (file->Seek(file, 0) && file->Read(file, buffer, size, 1) == 1) || fail(errorInvalidProfile);
@@ -232,6 +241,7 @@ bool profileElement(HPROFILE profile, DWORD tag, void* buffer, DWORD& size) {
 
 HTRANSFORM createTransform(HPROFILE const* profiles, DWORD count, DWORD intent) {
     if (isRefused("CreateMultiProfileTransform")) return nullptr;
+    // Above the four intents of ICC lcms2 has some of its own.
     if (intent > INTENT_ABSOLUTE_COLORIMETRIC || std::count(profiles, profiles + count, nullptr) != 0) {
         fail(errorInvalidParameter);
         return nullptr;
@@ -252,6 +262,7 @@ HTRANSFORM createTransform(HPROFILE const* profiles, DWORD count, DWORD intent) 
         space = connection ? cmsGetPCS(chain[i]) : cmsGetColorSpace(chain[i]);
     }
 
+    // The optimisation would cost accuracy. Without the cache any number of threads may use the transform.
     cmsHTRANSFORM const transform = cmsCreateMultiprofileTransform(
         chain.data(), static_cast<cmsUInt32Number>(chain.size()), formatOf(chain.front(), false),
         formatOf(chain.back(), connection), intent, cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE);

@@ -12,6 +12,7 @@ BSTR allocString(std::wstring_view text) {
     auto* const block = static_cast<std::byte*>(std::malloc(sizeof units + (units + 1) * sizeof(wchar_t)));
     if (block == nullptr) return nullptr;
     std::memcpy(block, &units, sizeof units);
+    // The characters are aligned, because malloc's block is, and the length's size is a multiple of a character's.
     auto* const string = reinterpret_cast<BSTR>(block + sizeof units);
     std::wmemcpy(string, text.data(), units);
     string[units] = L'\0';

@@ -3,6 +3,7 @@
 namespace ORN::os {
 
 void initialise(CriticalSection& section) noexcept {
+    // The C library allocates nothing for a mutex or its attributes, so these calls cannot fail.
     pthread_mutexattr_t attributes;
     pthread_mutexattr_init(&attributes);
     pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);

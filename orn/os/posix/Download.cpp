@@ -214,7 +214,9 @@ HRESULT receive(CURLU* address, Received& received) {
     curl_easy_setopt(t, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(t, CURLOPT_FOLLOWLOCATION, 1L);
     curl_easy_setopt(t, CURLOPT_MAXREDIRS, 20L);
+    // Without this the server's page about an error would count as the content.
     curl_easy_setopt(t, CURLOPT_FAILONERROR, 1L);
+    // Both limits are in seconds. The limit of speed below is in bytes a second.
     curl_easy_setopt(t, CURLOPT_CONNECTTIMEOUT, 30L);
     curl_easy_setopt(t, CURLOPT_TIMEOUT, 3600L);
     // A slow server is waited for, a silent one is not.

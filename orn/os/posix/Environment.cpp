@@ -19,6 +19,7 @@ char const* nativeVariable(std::wstring const& name) {
     std::string native(8 * name.size() + 1, '\0');
     int const length =
         wideToMultibyte(name.data(), static_cast<int>(name.size()), native.data(), static_cast<int>(native.size()) - 1);
+    // A name that cannot be converted becomes empty here, and no variable has the empty name.
     native.resize(static_cast<std::size_t>(length));
     return ::secure_getenv(native.c_str());
 }
@@ -70,6 +71,7 @@ std::int64_t secondsSince1970() noexcept { return std::time(nullptr); }
 std::string localTimeText(std::int64_t seconds) {
     char text[64];
     std::time_t const time{seconds};
+    // The result is null for a year that the C library cannot write.
     return ::ctime_r(&time, text) != nullptr ? text : "";
 }
 

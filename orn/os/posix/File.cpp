@@ -17,6 +17,7 @@ std::FILE* openFile(std::wstring const& name, std::wstring const& mode) {
         errno = EACCES;
         return nullptr;
     }
+    // The mode takes one letter more below, and a zero at its end. All letters that a mode may have are ASCII.
     char narrow[16] = {};
     bool const known = mode.size() + 1 < sizeof narrow && !mode.empty() &&
                        std::all_of(mode.begin(), mode.end(), [](wchar_t unit) { return unit > 0 && unit < 0x80; });
@@ -26,6 +27,7 @@ std::FILE* openFile(std::wstring const& name, std::wstring const& mode) {
     }
     std::transform(mode.begin(), mode.end(), narrow + 1, [](wchar_t unit) { return static_cast<char>(unit); });
     narrow[0] = std::exchange(narrow[1], 'e');  // "rb" becomes "reb": closed in the programs that this one starts
+    // A name that the code page cannot express is empty here. fopen then fails as for a missing file.
     return std::fopen(nativeName(name).c_str(), narrow);
 }
 
@@ -35,6 +37,7 @@ bool fileExists(std::wstring const& name) {
     return ::lstat(nativeName(name).c_str(), &status) == 0;
 }
 
+// The C library of this system makes no difference between text and bytes.
 std::FILE* standardInput() noexcept { return stdin; }
 
 bool seekFile(std::FILE* file, std::int64_t offset, int origin) noexcept {

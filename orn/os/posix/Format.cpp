@@ -18,6 +18,7 @@ using namespace format;
 
 /// The argument list. Each conversion takes its own from it.
 struct Arguments {
+    // A va_list may be an array, which a function could not take by reference. Inside a struct it can.
     std::va_list list;
 };
 
@@ -53,6 +54,7 @@ bool putConversion(Sink& sink, FormatConversion const& conversion, Arguments& ar
             break;
         case FormatArgument::number: return putDouble(sink, conversion, va_arg(arguments.list, double));
         case FormatArgument::wideCharacter:
+            // An element is one code unit, also where wchar_t has 32 bits.
             putCharacter(sink, conversion, static_cast<wchar_t>(integer() & 0xFFFF));
             break;
         case FormatArgument::narrowCharacter: putCharacter(sink, conversion, static_cast<char>(integer())); break;

@@ -8,6 +8,7 @@ namespace ORN::os {
 DWORD startGraphics(std::uintptr_t& token, GraphicsHooks& hooks) {
     if (ORN_OS_REFUSED("GdiplusStartup")) return errorGeneralFailure;
     token = 0;
+    // Callers call these without a test for null.
     hooks = {[] {}, [](std::uintptr_t) {}};
     return 0;
 }

@@ -53,6 +53,7 @@ constinit thread_local locale_t foreignLocale = nullptr;  // set by the program,
 
 /// Replaces the thread's own locale, and frees it.
 void use(locale_t next) noexcept {
+    // The C library must not use a locale that has been freed, so the next one comes first.
     uselocale(next);
     threadEnd.frees(nullptr);
     if (ownLocale != locale_t{}) freelocale(ownLocale);
@@ -121,6 +122,7 @@ template <typename Map>
 void mapEach(wchar_t* text, Map map) noexcept {
     while (*text != 0) {
         wchar_t const* next = text;
+        // Behind a unit there is always another one, if only the terminator.
         unsigned int const value = unicode::readUnits(next, text + 2);
         auto const mapped = static_cast<unsigned int>(map(static_cast<wint_t>(value)));
         auto const units = static_cast<std::size_t>(next - text);
@@ -162,6 +164,7 @@ private:
 
 int threadLocaleMode(int mode) noexcept {
     int const before = isPerThread() ? perThreadLocale : processLocale;
+    // A locale that the program itself gave the thread stays: processLocale drops only one that was made here.
     if (mode == perThreadLocale && before == processLocale) {
         locale_t const copy = ORN_OS_REFUSED("_configthreadlocale") ? locale_t{} : duplocale(LC_GLOBAL_LOCALE);
         if (copy == locale_t{}) return -1;

@@ -13,6 +13,7 @@ void* allocateLarge(std::size_t size) noexcept {
     return block != MAP_FAILED ? block : nullptr;
 }
 
+// The kernel unmaps every page that the range touches, so the size need not be a multiple of a page.
 void freeLarge(void* block, std::size_t size) noexcept { munmap(block, size); }
 
 }

@@ -10,6 +10,7 @@ namespace ORN::os {
 
 namespace {
 
+// ENOSYS: the kernel has no futexes, or a filter of system calls keeps them from this process.
 void setLastErrorOf(int error) noexcept { setLastError(error == ENOSYS ? errorNotSupported : errorInvalidParameter); }
 
 }

@@ -25,6 +25,7 @@ struct Free {
 std::wstring currentFolder() {
     if (ORN_OS_REFUSED("_wfullpath")) return {};
     std::unique_ptr<char, Free> const native{::getcwd(nullptr, 0)};
+    // The kernel puts "(unreachable)" before a folder that lies outside of the process's root.
     if (native == nullptr || native.get()[0] != '/') return {};
     std::size_t const bytes = std::strlen(native.get());
     // In some code pages a byte makes more than one unit.

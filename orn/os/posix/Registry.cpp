@@ -111,6 +111,7 @@ DWORD statusOfErrno() noexcept {
 DWORD makeFile(std::string const& path) {
     for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
         if (::mkdir(path.substr(0, end).c_str(), 0700) != 0 && errno != EEXIST) {
+            // A folder that is there may be refused for another reason, such as a read-only file system.
             struct stat folder;
             DWORD const status = statusOfErrno();
             if (::stat(path.substr(0, end).c_str(), &folder) != 0) return status;
@@ -167,6 +168,7 @@ DWORD split(wchar_t const* path, RegistryStore::Names& names) {
 /// The key that a root is in the file; 0 for a handle that is no root.
 RegistryStore::Key rootOf(HKEY key) noexcept {
     auto const number = static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(key));
+    // The last one is HKEY_USERS.
     return number >= rootClasses && number <= rootMachine + 1 ? number : 0;
 }
 

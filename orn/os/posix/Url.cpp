@@ -22,6 +22,8 @@ std::wstring fileUrl(std::string const& name) {
     std::wstring url = L"file://";
     for (char const byte : name) {
         auto const c = static_cast<unsigned char>(byte);
+        // RFC 3986, section 3.3: these stand for themselves in a path. That document has & among them, too, but
+        // canonicalUrl() escapes it as well.
         if (web::isLetter(c) || web::isDigit(c) || L"/-._~!$'()*+,;=:@"sv.find(c) != std::wstring_view::npos) {
             url += static_cast<wchar_t>(c);
         } else {
@@ -54,6 +56,7 @@ HRESULT unescapeUrl(wchar_t const* url, std::wstring& result) {
     std::wstring text;
     for (; *url != L'\0'; ++url) {
         int const high = *url == L'%' ? web::hexValue(url[1]) : -1;
+        // url[2] is read only behind a digit, so never behind the terminator.
         int const low = high >= 0 ? web::hexValue(url[2]) : -1;
         text += low >= 0 ? static_cast<wchar_t>(16 * high + low) : *url;
         if (low >= 0) url += 2;

@@ -62,6 +62,7 @@ LONG parseUuid(wchar_t const* text, Uuid& uuid) noexcept {
             if (c != L'-') return errorUuidInvalidText;
             continue;
         }
+        // The terminator is no digit either, so nothing behind it is read.
         int const value = digit(c);
         if (value < 0) return errorUuidInvalidText;
         bytes[digits / 2] = static_cast<unsigned char>(bytes[digits / 2] << 4 | value);

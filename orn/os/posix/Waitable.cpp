@@ -96,6 +96,7 @@ void* runThread(void* object) {
 constexpr int niceValues[] = {10, 5, 0, -5, -10};
 
 void setNice(pid_t number, int nice) noexcept {
+    // On Linux a thread's number stands for that thread alone, although POSIX means a whole process.
     if (number != 0) setpriority(PRIO_PROCESS, static_cast<id_t>(number), nice);
 }
 
@@ -159,6 +160,7 @@ DWORD waitFor(HANDLE handle, DWORD timeout) noexcept {
     return result;
 }
 
+// This system knows no messages that a waiting thread would have to take.
 DWORD waitDeliveringSentMessages(HANDLE handle) noexcept { return waitFor(handle, waitForever); }
 
 HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int stackBytes) noexcept {
@@ -211,6 +213,8 @@ void lendPriority(HANDLE handle) noexcept {
 }
 
 void nameThread(char const* name, DWORD threadId) noexcept {
+    // The kernel keeps so many bytes of a name, and a zero. Its file names a thread by number; pthread_setname_np would
+    // need the pthread_t.
     std::size_t const longest = 15;
     char path[64];
     long const number = threadId == callingThread ? syscall(SYS_gettid) : static_cast<long>(threadId);
@@ -230,6 +234,7 @@ void showMessage(wchar_t const* text, wchar_t const* caption) noexcept {
     if (ORN_OS_REFUSED("MessageBox")) return;
     auto const put = [](wchar_t const* wide) {
         char bytes[512];
+        // A text that does not fit fails to convert, and is left out whole.
         int const length = wideToMultibyte(wide, static_cast<int>(wcslen(wide)), bytes, sizeof bytes);
         std::fwrite(bytes, 1, static_cast<std::size_t>(length), stderr);
     };

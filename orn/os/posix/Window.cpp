@@ -51,8 +51,11 @@ public:
 private:
     static Connection current() {
         Connection& connection = last_.connection;
+        // A connection with an error never works again, so the next call makes a new one.
         if (connection != nullptr && xcb_connection_has_error(connection.get()) != 0) connection = nullptr;
         if (connection == nullptr && !unloaded_ && std::getenv("DISPLAY") != nullptr && libxcb.open()) {
+            // xcb_connect never gives null. A connection that it could not make has an error, and must be ended all the
+            // same. The plus turns the opened library's function into a plain pointer.
             connection = Connection{xcb_connect(nullptr, nullptr), +xcb_disconnect};
             if (xcb_connection_has_error(connection.get()) != 0) connection = nullptr;
         }
@@ -127,6 +130,7 @@ HWND parentWindow(HWND window) noexcept {
     return windowOf(Tree{idOf(window)}.parent());
 }
 
+// The server tells a window's children only, so the siblings are the children of the parent.
 void visitSiblings(HWND, HWND parent, std::function<bool(HWND)> const& visitor) {
     visitChildren(idOf(parent), visitor);
 }
@@ -151,6 +155,7 @@ bool postMessage(HWND window, unsigned int message, unsigned long long wParam, l
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 32;
     event.window = idOf(window);
+    // Every server has this atom from its start, so it costs no request.
     event.type = XCB_ATOM_INTEGER;
     event.data.data32[0] = message;
     event.data.data32[1] = low(wParam);
@@ -161,6 +166,7 @@ bool postMessage(HWND window, unsigned int message, unsigned long long wParam, l
     // An empty mask sends to the client that made the window.
     xcb_void_cookie_t const sent = xcb_send_event_checked(display.get(), 0, event.window, XCB_EVENT_MASK_NO_EVENT,
                                                           reinterpret_cast<char const*>(&event));
+    // The check waits for the server, so that a window that is gone is known before this call returns.
     Reply<xcb_generic_error_t> const error{xcb_request_check(display.get(), sent)};
     if (error == nullptr && xcb_connection_has_error(display.get()) == 0) return true;
     setLastError(errorInvalidWindow);

@@ -41,6 +41,7 @@ int wideToMultibyteStrictly(wchar_t const* units, int length, char* bytes, int r
         return WideCharToMultiByte(CP_UTF8, 0, units, length, bytes, room, nullptr, nullptr);
     }
     BOOL usedDefault = FALSE;
+    // Without the flag a similar character would not count as a substitution, and usedDefault would stay FALSE.
     int const written =
         WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, units, length, bytes, room, nullptr, &usedDefault);
     substituted = usedDefault != FALSE;
@@ -51,7 +52,9 @@ int decodeMultibyte(char const* bytes, int length, unsigned int& codePoint) noex
     // The system does not tell how many bytes a character takes: the shortest head that it takes is one.
     int const longest = 4;  // of all code pages that can be the ANSI one
     for (int size = 1; size <= length && size <= longest; ++size) {
+        // A lead byte is no character without its trail byte, whatever the system makes of it.
         if (size == 1 && IsDBCSLeadByte(static_cast<BYTE>(*bytes))) continue;
+        // Room for the surrogates of one code point.
         wchar_t units[2];
         int const count = MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, bytes, size, units, 2);
         if (count == 0) continue;

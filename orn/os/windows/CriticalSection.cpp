@@ -16,6 +16,7 @@ CRITICAL_SECTION* systems(CriticalSection& section) noexcept {
 
 }
 
+// Since Windows Vista this call does not fail for lack of memory, so it may be noexcept.
 void initialise(CriticalSection& section) noexcept { InitializeCriticalSection(systems(section)); }
 void destroy(CriticalSection& section) noexcept { DeleteCriticalSection(systems(section)); }
 void enter(CriticalSection& section) noexcept { EnterCriticalSection(systems(section)); }

@@ -18,6 +18,7 @@ class Apartment {
 public:
     Apartment() noexcept : entered_{::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE)} {}
     ~Apartment() {
+        // A thread of the multithreaded apartment has made the call fail, so there is nothing to undo.
         if (SUCCEEDED(entered_)) ::CoUninitialize();
     }
     Apartment(Apartment const&) = delete;

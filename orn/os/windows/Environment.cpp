@@ -10,6 +10,8 @@ namespace ORN::os {
 
 std::wstring environmentVariable(std::wstring const& name) {
     std::wstring value(128, L'\0');
+    // Another thread may make the value longer between two calls, so each answer is compared with the room anew. A
+    // missing variable has the length 0, as an empty one has.
     for (;;) {
         DWORD const length = ::GetEnvironmentVariableW(name.c_str(), value.data(), static_cast<DWORD>(value.size()));
         bool const fits = length < value.size();

@@ -54,10 +54,12 @@ static_assert(waitForever == INFINITE);
 
 bool format(DWORD flags, HMODULE module, DWORD code, DWORD language, std::wstring& text) {
     wchar_t* buffer = nullptr;
+    // With ALLOCATE_BUFFER the system takes the address of our pointer where it would take a buffer otherwise.
     DWORD const length = FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | flags, module, code, language,
                                         reinterpret_cast<wchar_t*>(&buffer), 0, nullptr);
     if (length == 0) return false;
 
+    // assign() may throw, so a destructor frees the buffer.
     struct Release {
         wchar_t* buffer;
         ~Release() { LocalFree(buffer); }
@@ -75,6 +77,7 @@ bool errorText(DWORD code, wchar_t const* module, std::wstring& text) {
     DWORD const lineWidthMask = 0xFF;  // drops the message's own soft line breaks
     DWORD const userDefaultLanguage = 0x0400;
 
+    // A module that is not loaded gives null. The system then looks into the table of the program itself.
     HMODULE const handle = module != nullptr ? GetModuleHandleW(module) : nullptr;
     DWORD const source = module != nullptr ? FORMAT_MESSAGE_FROM_HMODULE : FORMAT_MESSAGE_FROM_SYSTEM;
     return format(FORMAT_MESSAGE_IGNORE_INSERTS | lineWidthMask | source, handle, code, userDefaultLanguage, text);

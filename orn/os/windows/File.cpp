@@ -39,6 +39,7 @@ std::FILE* openFile(std::wstring const& name, std::wstring const& mode) {
         errno = EACCES;
         return nullptr;
     }
+    // The system would read the name only up to the zero, and open another file.
     if (name.find(L'\0') != std::wstring::npos) {
         errno = ENOENT;
         return nullptr;
@@ -46,6 +47,7 @@ std::FILE* openFile(std::wstring const& name, std::wstring const& mode) {
     int const flags = openFlags(mode);
     if (flags == 0) return ::_wfopen(name.c_str(), mode.c_str());  // the runtime judges the mode
 
+    // Without the right to write, a new file would be marked as read-only.
     int const file = ::_wopen(name.c_str(), flags, _S_IREAD | _S_IWRITE);
     if (file == -1) return nullptr;
     // The file is open already, and some runtimes refuse this letter.

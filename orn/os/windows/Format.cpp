@@ -34,12 +34,15 @@ public:
                 *out++ = *format++;
                 continue;
             }
+            // Every conversion has an end, because formatWide() takes good formats only. Flags, width and precision
+            // mean the same in both spellings.
             FormatConversion const conversion = formatConversion(format);
             while (format != conversion.prefix) *out++ = *format++;
             if (conversion.argument == FormatArgument::int64) {
                 for (wchar_t const unit : {L'I', L'6', L'4'}) *out++ = unit;
                 *out++ = conversion.type;
             } else if (conversion.argument == FormatArgument::number) {
+                // The argument is a double with any prefix, so none is written.
                 *out++ = conversion.type == L'F' ? L'f' : conversion.type;
             } else {
                 while (format != conversion.end) *out++ = *format++;

@@ -28,6 +28,7 @@ std::wstring programFile() {
 HINSTANCE errorReportLibrary() noexcept { return ::GetModuleHandleW(L"Kernel32.dll"); }
 
 HINSTANCE loadLibrary(std::wstring const& file, Needs needs) {
+    // The system would read the name only up to the zero, and load another file.
     if (file.find(L'\0') != std::wstring::npos) return nullptr;
     std::wstring path = file;
     std::replace(path.begin(), path.end(), L'/', L'\\');  // the flags are for paths of backslashes

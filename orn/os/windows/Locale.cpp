@@ -238,6 +238,7 @@ static int compare(wchar_t const* a, wchar_t const* b) noexcept {
 
 #else
 
+// The modes have the runtime's own numbers.
 int threadLocaleMode(int mode) noexcept {
     return ORN_OS_REFUSED("_configthreadlocale") && mode != 0 ? -1 : _configthreadlocale(mode);
 }

@@ -8,6 +8,7 @@ namespace ORN::os {
 
 void* allocateLarge(std::size_t size) noexcept {
     if (ORN_OS_REFUSED("VirtualAlloc")) return nullptr;
+    // Without an address to commit at, the system also reserves the pages. It fills them with zeros.
     return VirtualAlloc(nullptr, size, MEM_COMMIT, PAGE_READWRITE);
 }
 

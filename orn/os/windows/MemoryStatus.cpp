@@ -9,6 +9,7 @@
 
 namespace ORN::os {
 
+// bit_cast below copies the record as bytes, so each field must lie where the system has it.
 static_assert(sizeof(MemoryStatus) == sizeof(MEMORYSTATUSEX));
 static_assert(offsetof(MemoryStatus, memoryLoad) == offsetof(MEMORYSTATUSEX, dwMemoryLoad));
 static_assert(offsetof(MemoryStatus, totalPhysical) == offsetof(MEMORYSTATUSEX, ullTotalPhys));

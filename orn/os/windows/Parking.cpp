@@ -8,6 +8,7 @@ namespace ORN::os {
 
 namespace {
 
+// The value is there before any constructor runs, because one of another file may call refuseLoading().
 constinit bool loads = true;
 
 }
@@ -34,6 +35,7 @@ void Semaphore::close() noexcept {
 
 DWORD Semaphore::wait(DWORD timeout) noexcept {
     if (!create()) return waitFailed;
+    // A wait of 0 only takes a count that is there already. Tests refuse the waits that may sleep.
     if (timeout != 0 && ORN_OS_REFUSED("parkingWait")) {
         SetLastError(ERROR_INVALID_HANDLE);
         return waitFailed;
@@ -47,6 +49,7 @@ bool Semaphore::release(std::uint32_t counts) noexcept {
         SetLastError(ERROR_INVALID_HANDLE);
         return false;
     }
+    // The system adds all counts or none.
     return ReleaseSemaphore(handle_.load(), static_cast<LONG>(counts), nullptr) != FALSE;
 }
 
@@ -64,6 +67,8 @@ void Room::unlock() noexcept { ReleaseSRWLockExclusive(asLock(lock_)); }
 void Room::wakeAll() noexcept { WakeAllConditionVariable(asCondition(condition_)); }
 
 DWORD Room::sleep(DWORD timeout) noexcept {
+    // The last argument says that the lock is held exclusively. The call may also return without a wake-up, so callers
+    // look at their condition again.
     if (SleepConditionVariableSRW(asCondition(condition_), asLock(lock_), timeout, 0)) return waitObject;
     return GetLastError() == ERROR_TIMEOUT ? waitTimedOut : waitFailed;
 }

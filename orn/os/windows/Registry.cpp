@@ -21,6 +21,7 @@ DWORD list(std::vector<std::wstring>& names, Tell tell) noexcept {
     try {
         std::wstring name(0x4000, L'\0');  // as long as the names of values can be; those of keys are shorter
         for (DWORD index = 0;; ++index) {
+            // In units, the size goes in as the room with the terminator, and comes out as the length without it.
             auto size = static_cast<DWORD>(name.size());
             LSTATUS const told = tell(index, name.data(), size);
             if (told == ERROR_NO_MORE_ITEMS) return 0;
@@ -41,6 +42,7 @@ DWORD openKey(HKEY parent, wchar_t const* subKey, DWORD rights, HKEY& key) noexc
 
 DWORD createKey(HKEY parent, wchar_t const* subKey, DWORD rights, HKEY& key) noexcept {
     if (ORN_OS_REFUSED("RegCreateKeyExW")) return ERROR_ACCESS_DENIED;
+    // The parameter is no pointer to const, but the system only reads the text.
     wchar_t noClass[] = L"";
     return status(
         ::RegCreateKeyExW(parent, subKey, 0, noClass, REG_OPTION_NON_VOLATILE, rights, nullptr, &key, nullptr));
@@ -55,6 +57,7 @@ DWORD closeKey(HKEY key) noexcept {
 
 DWORD queryValue(HKEY key, wchar_t const* name, DWORD& type, void* data, DWORD& size) noexcept {
     if (ORN_OS_REFUSED("RegQueryValueExW")) return ERROR_ACCESS_DENIED;
+    // The data comes as it was stored: the system makes sure of no terminator behind a text.
     return status(::RegQueryValueExW(key, name, nullptr, &type, static_cast<BYTE*>(data), &size));
 }
 
@@ -70,6 +73,7 @@ DWORD deleteValue(HKEY key, wchar_t const* name) noexcept {
 
 DWORD deleteTree(HKEY key, wchar_t const* subKey) noexcept {
     if (ORN_OS_REFUSED("SHDeleteKeyW")) return ERROR_ACCESS_DENIED;
+    // RegDeleteKeyW would refuse a key that has keys below it.
     return status(::SHDeleteKeyW(key, subKey));
 }
 

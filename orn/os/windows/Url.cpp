@@ -15,9 +15,11 @@ namespace {
 template <typename Call>
 HRESULT fill(std::wstring& result, Call call) {
     wchar_t buffer[urlRoom] = {};
+    // The length goes in as the room with the terminator, and comes out without the terminator.
     DWORD length = urlRoom;
     HRESULT const status = call(buffer, &length);
     // Some systems leave the length alone when there is nothing to do.
+    // S_FALSE, for no scheme to add, is no failure, but has no result.
     if (status == S_OK) result.assign(buffer, length < urlRoom ? length : std::wcslen(buffer));
     return status;
 }

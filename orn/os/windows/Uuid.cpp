@@ -18,6 +18,8 @@ namespace {
 }
 
 LONG createUuid(Uuid& uuid) noexcept {
+    // The system gives a number also when its status says that the number is unique on this machine only. So the call
+    // comes before the planted fault.
     LONG const status = ::UuidCreate(system(uuid));
     return ORN_OS_REFUSED("UuidCreate") ? RPC_S_UUID_LOCAL_ONLY : status;
 }
@@ -30,6 +32,7 @@ LONG createNilUuid(Uuid& uuid) noexcept {
 LONG parseUuid(wchar_t const* text, Uuid& uuid) noexcept {
     // The system may write to its result before it refuses a text.
     ::UUID parsed;
+    // RPC_WSTR is a pointer to unsigned short, and the system only reads the text.
     LONG const status = ::UuidFromStringW(reinterpret_cast<RPC_WSTR>(const_cast<wchar_t*>(text)), &parsed);
     if (status == 0) *system(uuid) = parsed;
     return status;

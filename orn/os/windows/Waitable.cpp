@@ -12,6 +12,7 @@ namespace ORN::os {
 
 HANDLE createEvent() noexcept {
     if (ORN_OS_REFUSED("CreateEvent")) return nullptr;
+    // The first FALSE makes the event reset itself when it ends a wait; the second leaves it unsignalled.
     return CreateEventW(nullptr, FALSE, FALSE, nullptr);
 }
 
@@ -22,6 +23,8 @@ void closeHandle(HANDLE handle) noexcept { CloseHandle(handle); }
 DWORD waitFor(HANDLE handle, DWORD timeout) noexcept { return WaitForSingleObject(handle, timeout); }
 
 DWORD waitDeliveringSentMessages(HANDLE handle) noexcept {
+    // The wait returns only for messages that came after this thread last looked at its queue. So each turn looks
+    // first, and no message is left behind.
     for (;;) {
         MSG message;
         PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);  // delivers what was sent
@@ -33,11 +36,13 @@ DWORD waitDeliveringSentMessages(HANDLE handle) noexcept {
 
 HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int stackBytes) noexcept {
     if (ORN_OS_REFUSED("_beginthreadex")) return nullptr;
+    // The size is what the system commits at first. The stack may grow beyond it.
     return reinterpret_cast<HANDLE>(_beginthreadex(nullptr, stackBytes, main, argument, 0, nullptr));
 }
 
 bool threadExitCode(HANDLE thread, DWORD& code) noexcept { return GetExitCodeThread(thread, &code) != 0; }
 
+// For a handle that is not one of a thread GetThreadId gives 0, which no thread has for its number.
 bool isCallingThread(HANDLE thread) noexcept { return GetThreadId(thread) == GetCurrentThreadId(); }
 
 void exitThread(DWORD code) {
@@ -54,8 +59,11 @@ void lendPriority(HANDLE thread) noexcept { SetThreadPriority(thread, GetThreadP
 
 namespace {
 
+// Debuggers take a thread's name from an exception with this code. Its arguments are the mark 0x1000, the name, the
+// thread's number (all bits set for the calling thread), and flags that are always 0.
 DWORD const nameException = 0x406D1388;
 
+// Without a debugger nobody else handles the exception, and it would end the process.
 LONG CALLBACK swallowName(EXCEPTION_POINTERS* exception) {
     return exception->ExceptionRecord->ExceptionCode == nameException ? EXCEPTION_CONTINUE_EXECUTION
                                                                       : EXCEPTION_CONTINUE_SEARCH;
@@ -73,6 +81,7 @@ void nameThread(char const* name, DWORD threadId) noexcept {
 
 DWORD currentThreadId() noexcept { return GetCurrentThreadId(); }
 
+// S_FALSE, for a thread that is in the apartment already, counts too: it also wants its CoUninitialize.
 bool enterApartment() noexcept { return SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)); }
 void leaveApartment() noexcept { CoUninitialize(); }
 

@@ -31,6 +31,7 @@ BOOL CALLBACK visitOne(HWND window, LPARAM argument) {
 
 }
 
+// GetParent would give the owner of a top-level window.
 HWND parentWindow(HWND window) noexcept { return GetAncestor(window, GA_PARENT); }
 
 void visitSiblings(HWND window, HWND, std::function<bool(HWND)> const& visitor) {
@@ -44,6 +45,7 @@ void visitSiblings(HWND window, HWND, std::function<bool(HWND)> const& visitor) 
 
 void visitTopLevelWindows(std::function<bool(HWND)> const& visitor) {
     Visit visit{visitor, nullptr};
+    // FALSE may only mean that the visitor has ended the walk, so the result tells nothing.
     EnumWindows(visitOne, reinterpret_cast<LPARAM>(&visit));
     if (visit.thrown) std::rethrow_exception(visit.thrown);
 }

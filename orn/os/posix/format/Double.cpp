@@ -41,7 +41,9 @@ void eachDigit(std::string_view digits, bool upper, char const* point, Put put) 
 /// False when it has no form for the conversion, or no room.
 bool putQuickly(Sink& sink, FormatConversion const& conversion, double value) noexcept {
     std::chars_format const form = formOf(conversion.type);
+    // # asks for a point, and for %g also for zeros, that to_chars leaves out.
     if (form == std::chars_format{} || conversion.alternate || !std::isfinite(value)) return false;
+    // The largest double has 309 digits before the point. What does not fit goes the slow way.
     char room[512];
     int const precision = conversion.precision < 0 ? 6 : conversion.precision;
     auto const [end, error] = std::to_chars(room, room + sizeof room, std::fabs(value), form, precision);
@@ -56,6 +58,7 @@ bool putQuickly(Sink& sink, FormatConversion const& conversion, double value) no
         eachDigit(digits, upper, point, [&](wchar_t) { ++length; });
     }
 
+    // The number is formed without its sign, because zeros may stand between the sign and the digits.
     wchar_t const sign = std::signbit(value) ? L'-' : conversion.plus ? L'+' : conversion.blank ? L' ' : wchar_t{};
     bool const zeros = conversion.zero && !conversion.left;
     FormatConversion outer = conversion;
@@ -89,11 +92,13 @@ void spell(char* out, FormatConversion const& conversion) noexcept {
 bool putDouble(Sink& sink, FormatConversion const& conversion, double value) noexcept {
     if (putQuickly(sink, conversion, value)) return true;
 
+    // A per cent sign, five flags, *.*, the type and a zero.
     char spelling[12];
     spell(spelling, conversion);
     int const width = conversion.width > 0 ? conversion.width : 0;
     Scratch<char, 512> text;
     auto const print = [&] {
+        // A negative precision counts as none, so `absent` goes in as it is.
         return std::snprintf(text.data(), text.size(), spelling, width, conversion.precision, value);
     };
     int const length = print();

@@ -37,8 +37,10 @@ wchar_t* writeLead(wchar_t* out, FormatConversion const& conversion, bool negati
 
 void putInteger(Sink& sink, FormatConversion const& conversion, std::uint64_t magnitude, bool negative) noexcept {
     bool const octal = conversion.type == L'o', pointer = conversion.argument == FormatArgument::pointer;
+    // Windows writes a pointer with all its digits, whatever precision the format gives.
     int const precision = pointer ? static_cast<int>(2 * sizeof(void*)) : conversion.precision;
 
+    // 64 bits have at most 22 octal digits.
     wchar_t digits[24];
     wchar_t* const end = std::end(digits);
     wchar_t* first = octal                        ? writeDigits<8>(end, magnitude)
@@ -51,10 +53,12 @@ void putInteger(Sink& sink, FormatConversion const& conversion, std::uint64_t ma
 
     std::ptrdiff_t const count = end - first, leading = leadEnd - lead;
     std::ptrdiff_t zeros = std::max<std::ptrdiff_t>(precision - count, 0);
+    // For an octal number # asks for one leading zero, unless there is one already.
     if (conversion.alternate && octal && zeros == 0 && (count == 0 || *first != L'0')) zeros = 1;
     // Zeros that fill the width are digits, behind the sign; a precision turns them off.
     if (conversion.zero && !conversion.left && precision < 0)
         zeros = std::max(zeros, conversion.width - leading - count);
+    // The zeros are counted by now, so what is still missing of the width is blank.
     FormatConversion outer = conversion;
     outer.zero = false;
     padded(sink, outer, static_cast<std::size_t>(leading + zeros + count), [&] {

@@ -4,6 +4,7 @@ namespace ORN::os::format {
 
 void putText(Sink& sink, FormatConversion const& conversion, wchar_t const* text) noexcept {
     if (text == nullptr) text = L"(null)";
+    // With a precision the text need not be terminated, so nothing behind the limit is read.
     std::size_t const length =
         conversion.precision < 0 ? std::wcslen(text) : wcsnlen(text, static_cast<std::size_t>(conversion.precision));
     padded(sink, conversion, length, [&] { sink.put(text, length); });
@@ -25,6 +26,7 @@ void putCharacter(Sink& sink, FormatConversion const& conversion, wchar_t unit) 
 void putCharacter(Sink& sink, FormatConversion const& conversion, char byte) noexcept {
     char const text[] = {byte, 0};
     wchar_t unit = 0;
+    // A zero byte counts as the end of the text, so nothing is handed on for it, and the unit stays zero.
     eachUnit(text, 1, [&](wchar_t only) { unit = only; });
     putCharacter(sink, conversion, unit);
 }

@@ -47,6 +47,7 @@ bool RegistryStore::wait() const noexcept {
 
 DWORD RegistryStore::connect(bool forWriting) {
     deadline_ = std::chrono::steady_clock::now() + longestWait;
+    // A file that was opened for reading only may have become writable meanwhile.
     bool const mayWriteNow = database_ != nullptr && forWriting && sqlite3_db_readonly(database_, "main") == 1 &&
                              ::access(path_.c_str(), W_OK) == 0;
     if (mayWriteNow) disconnect();
@@ -65,6 +66,8 @@ DWORD RegistryStore::connect(bool forWriting) {
 
 DWORD RegistryStore::open(bool forWriting) {
     if (!libsqlite3.open()) return libsqlite3.missing();
+    // SQLite must not make the file: one that has gone must not come back under its name. It opens the file for reading
+    // when it may not write to it. The registry's lock keeps threads apart, so SQLite needs no mutex.
     int const flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
     int const result = sqlite3_open_v2(path_.c_str(), &database_, flags, nullptr);
     if (result != SQLITE_OK) return statusOf(database_, result);
@@ -73,6 +76,7 @@ DWORD RegistryStore::open(bool forWriting) {
 
     // The log is somebody else's until the file turns out to be a sound registry: do not write it back on closing.
     sqlite3_db_config(database_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    // Somebody else may have made the file. What its schema says must not run any code.
     for (int const what :
          {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW, SQLITE_DBCONFIG_TRUSTED_SCHEMA}) {
         sqlite3_db_config(database_, what, 0, nullptr);
@@ -153,6 +157,7 @@ DWORD RegistryStore::keepLog() {
     do {
         status = run(database_, "PRAGMA journal_mode = WAL");
     } while (status == errorBusy && wait());
+    // With a write-ahead log a power failure may then take the last calls, but does not damage the file.
     if (status == 0) status = run(database_, "PRAGMA synchronous = NORMAL");
     int persist = 1;
     sqlite3_file_control(database_, "main", SQLITE_FCNTL_PERSIST_WAL, &persist);
@@ -229,6 +234,7 @@ DWORD RegistryStore::remove(Key from, Names const& names) {
         std::string const below =
             "WITH RECURSIVE below(id) AS (VALUES(?) UNION"
             " SELECT keys.id FROM keys, below WHERE parent = below.id AND keys.id > 0)";
+        // The values go first, because they are found by the keys.
         for (char const* sql : {" DELETE FROM data WHERE key IN below", " DELETE FROM keys WHERE id IN below"}) {
             if (DWORD const status = Statement{database_, (below + sql).c_str()}.bind(key).run()) return status;
         }

@@ -82,6 +82,7 @@ std::wstring canonicalUrl(std::wstring url) {
     std::wstring_view const scheme = schemeOf(url);
     bool const isFile = startsWithoutCase(scheme, L"file:"sv);
     bool const isWeb = startsWithoutCase(scheme, L"http:"sv) || startsWithoutCase(scheme, L"https:"sv);
+    // In the name of a file # is a character like any other.
     std::size_t const end = std::min(url.find_first_of(isFile ? L"?" : L"?#", scheme.size()), url.size());
     std::wstring path = url.substr(scheme.size(), end - scheme.size());
 
@@ -91,6 +92,7 @@ std::wstring canonicalUrl(std::wstring url) {
     path.erase(0, root.size());
     if (path.empty() && root.size() > 2) path = L"/";
 
+    // An opaque URL, such as mailto:a@b, has no path. A slash in it divides nothing, and is escaped.
     bool const opaque = !scheme.empty() && !isFile && root.empty() && !path.starts_with(L'/');
     if (path.starts_with(L'/')) path = withoutDotSegments(path);
     if (root.empty() && path.starts_with(L"//"sv))
