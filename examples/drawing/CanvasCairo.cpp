@@ -26,7 +26,9 @@ struct Release {
 using Surface = std::unique_ptr<cairo_surface_t, Release>;
 using Context = std::unique_ptr<cairo_t, Release>;
 
+/// The surface copies nothing: the pixels must outlive it. Rows of four bytes a pixel have the stride that Cairo wants.
 Surface surfaceOver(unsigned char* pixels, int width, int height) {
+    // Cairo never returns null: a failure gives an object in an error state, which has to be released, too.
     Surface surface{cairo_image_surface_create_for_data(pixels, CAIRO_FORMAT_RGB24, width, height, width * 4)};
     check(cairo_surface_status(surface.get()));
     return surface;
@@ -45,6 +47,8 @@ public:
 
     void stroke(std::span<Point<2> const> points, Colour const& colour, double width) override {
         cairo_t* const context = context_.get();
+        // The first point begins the path, because cairo_stroke leaves none behind. A dot comes as two equal points:
+        // Cairo draws round ends for these, and nothing for a single one.
         for (Point<2> const& p : points) cairo_line_to(context, p.x(), p.y());
         cairo_set_source_rgb(context, colour.r(), colour.g(), colour.b());
         cairo_set_line_width(context, width);
@@ -52,6 +56,7 @@ public:
     }
 
     void finish() override {
+        // An object of Cairo keeps its first error and ignores all later calls, so one look at the end is enough.
         check(cairo_status(context_.get()));
         cairo_surface_finish(surface_.get());
         check(cairo_surface_status(surface_.get()));
@@ -62,7 +67,7 @@ private:
     Context context_;
 };
 
-/// Cairo is C: nothing may fly through it.
+/// Cairo is C, so no exception may pass through it. The writer's own message is lost; finish() throws that of Cairo.
 cairo_status_t writeTo(void* closure, unsigned char const* bytes, unsigned int count) {
     try {
         static_cast<ORN::RawWriter*>(closure)->write(bytes, count);
@@ -93,6 +98,7 @@ std::unique_ptr<Canvas> pdfCanvas(ORN::RawWriter& file, int width, int height, C
 std::vector<unsigned char> pngFile(DIBitmap const& bitmap) {
     BITMAPINFOHEADER const& header = bitmap.header()->bmiHeader;
     auto* const pixels = const_cast<unsigned char*>(bitmap.bits());  // only read
+    // The height is negative in the header of a top-down bitmap.
     Surface const surface = surfaceOver(pixels, header.biWidth, -header.biHeight);
     std::vector<unsigned char> bytes;
     check(cairo_surface_write_to_png_stream(surface.get(), append, &bytes));

@@ -17,6 +17,7 @@ namespace {
 void check(Gdiplus::Status status, wchar_t const* call) {
     if (status == Gdiplus::Ok) return;
     if (status == Gdiplus::OutOfMemory) throw std::bad_alloc{};
+    // Of the other states the system knows no error code.
     throw WinError{call, status == Gdiplus::Win32Error ? GetLastError() : DWORD{ERROR_GEN_FAILURE}};
 }
 
@@ -40,14 +41,17 @@ std::unique_ptr<Canvas> pdfCanvas(ORN::RawWriter&, int, int, Colour const&) {
 std::vector<unsigned char> pngFile(DIBitmap const& bitmap) {
     BITMAPINFOHEADER const& header = bitmap.header()->bmiHeader;
     auto* const pixels = const_cast<unsigned char*>(bitmap.bits());  // only read
+    // The image copies nothing. The height is negative in the header of a top-down bitmap.
     Gdiplus::Bitmap image{header.biWidth, -header.biHeight, header.biWidth * 4, PixelFormat32bppRGB, pixels};
     check(image.GetLastStatus(), L"Bitmap");
 
     Held<IStream> stream;
+    // TRUE: the stream frees the memory when it is released, so the bytes are copied below.
     HRESULT const made = CreateStreamOnHGlobal(nullptr, TRUE, &stream.pointer);
     if (made < 0) throw WinError{L"CreateStreamOnHGlobal", made, nullptr};
     check(image.Save(stream.pointer, &pngEncoder, nullptr), L"Save");
 
+    // The memory may be larger than the file in it: only the stream knows the length.
     STATSTG state{};
     HRESULT const told = stream.pointer->Stat(&state, STATFLAG_NONAME);
     if (told < 0) throw WinError{L"Stat", told, nullptr};

@@ -14,6 +14,7 @@ namespace {
 constexpr int longestSide = 30000;
 constexpr std::int64_t mostPixels = 50'000'000;
 
+/// For names of programs and options, which are ASCII.
 std::wstring wide(std::string const& text) { return {text.begin(), text.end()}; }
 
 std::vector<std::string> linesOf(std::string const& text) {
@@ -46,6 +47,7 @@ CommandLineError::CommandLineError(std::string const& program, std::wstring cons
 CommandLine::CommandLine(char const* program, Texts const& texts, std::vector<Option> options)
     : program_{program}, texts_{texts}, options_{std::move(options)} {
     std::string const version = std::string{program} + " " ORN_EXAMPLES_VERSION "\n";
+    // These functions hold the address of this object: a command line is never copied or moved.
     options_.push_back({"help", nullptr, "show this text (-h)", [this](auto const&) { answer_ = help(); }});
     options_.push_back(
         {"version", nullptr, "show the version (-V)", [this, version](auto const&) { answer_ = version; }});
@@ -53,6 +55,7 @@ CommandLine::CommandLine(char const* program, Texts const& texts, std::vector<Op
 
 std::vector<std::wstring> CommandLine::parse(std::vector<std::wstring> const& arguments) {
     std::vector<std::wstring> names;
+    // After an option like --help the rest is not looked at: help comes even where the rest is wrong.
     for (std::size_t i = 0; i < arguments.size() && answer_.empty(); ++i) {
         std::wstring argument = arguments[i];
         if (argument == L"--") {
@@ -65,6 +68,7 @@ std::vector<std::wstring> CommandLine::parse(std::vector<std::wstring> const& ar
         }
         if (argument == L"-h") argument = L"--help";
         if (argument == L"-V") argument = L"--version";
+        // The build makes the installed manual page and completion by these two, which the help does not show.
         if (argument == L"--print-manual") answer_ = manual();
         if (argument == L"--print-completion") answer_ = completion();
         if (!answer_.empty()) break;
@@ -79,6 +83,7 @@ std::vector<std::wstring> CommandLine::parse(std::vector<std::wstring> const& ar
         } else if (equals != std::wstring::npos) {
             value = argument.substr(equals + 1);
         } else if (++i < arguments.size()) {
+            // This may begin with a dash, because angles and factors may be negative.
             value = arguments[i];
         }
         if (option->value != nullptr && value.empty()) fail(name + L": the value is missing");
@@ -95,6 +100,7 @@ std::string CommandLine::help() const {
     for (Option const& option : options_) {
         std::string start = nameOf(option);
         for (std::string const& line : linesOf(option.help)) {
+            // The first line begins with the option's name, those below with blanks in its place.
             start.resize(width + 2, ' ');
             text.append("  ").append(start).append(line).append("\n");
             start.clear();
@@ -109,6 +115,7 @@ std::string CommandLine::manual() const {
                        " " ORN_EXAMPLES_VERSION "\"\n.SH NAME\n" + program_ + " \\- " + escaped(texts_.summary) +
                        "\n.SH SYNOPSIS\n.B " + program_ + "\n[options] " + escaped(texts_.names) +
                        "\n.SH DESCRIPTION\n.nf\n";
+    // Between .nf and .fi lines are not filled: the tables of the texts keep their columns.
     for (std::string const& line : linesOf(texts_.above)) text += escaped(line) + "\n";
     text += ".fi\n.SH OPTIONS\n";
     for (Option const& option : options_) {
@@ -127,6 +134,7 @@ std::string CommandLine::completion() const {
     std::string words;
     for (Option const& option : options_) words += std::string{words.empty() ? "" : " "} + "--" + option.name;
     std::string function = std::string{"_"} + program_;
+    // Not every shell allows dashes in the name of a function.
     std::replace(function.begin(), function.end(), '-', '_');
     return function + "() {\n    [[ ${COMP_WORDS[COMP_CWORD]} == -* ]] &&\n        COMPREPLY=($(compgen -W \"" + words +
            "\" -- \"${COMP_WORDS[COMP_CWORD]}\"))\n}\ncomplete -o default -F " + function + " " + program_ + "\n";
@@ -162,6 +170,7 @@ std::uint32_t CommandLine::colour(std::wstring const& text) const {
 
 bool parseNumber(std::wstring_view text, double& value) {
     ORN::DoubleRead const read = ORN::readDouble(text);
+    // readDouble also takes "inf" and "nan", and gives an infinity for what no double holds.
     if (read.length == 0 || read.length != text.size() || !std::isfinite(read.value)) return false;
     value = read.value;
     return true;
@@ -185,6 +194,7 @@ bool parseColour(std::wstring const& text, std::uint32_t& rgb) {
 bool parsePair(std::wstring const& text, wchar_t separator, int& first, int& second) {
     std::size_t const at = text.find(separator);
     LONG a = 0, b = 0;
+    // isLong takes signs and blanks in front, so the numbers may be negative: the caller checks their ranges.
     if (at == std::wstring::npos || !isLong(&a, text.data(), at) ||
         !isLong(&b, text.data() + at + 1, text.size() - at - 1)) {
         return false;

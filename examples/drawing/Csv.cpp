@@ -16,6 +16,7 @@ namespace {
 
 enum Column { x1, y1, x2, y2, bulge, layer, colour, columnCount };
 
+// In the order of Column, with the required ones first.
 constexpr wchar_t const* names[columnCount] = {L"x1", L"y1", L"x2", L"y2", L"bulge", L"layer", L"colour"};
 constexpr std::size_t requiredCount = 4;
 
@@ -43,6 +44,7 @@ private:
 };
 
 std::wstring quoted(std::wstring const& text) {
+    // A message stays short, whatever a cell holds.
     std::size_t const most = 40;
     return text.size() <= most ? L"'" + text + L"'" : L"'" + text.substr(0, most) + L"...'";
 }
@@ -57,6 +59,7 @@ public:
         std::wstring ignored, doubled;
         for (std::size_t i = 0; i < cells.size(); ++i) {
             auto const name = std::find(std::begin(names), std::end(names), cells[i]);
+            // A column of another name goes to other_, which is never absent and so is never set.
             std::size_t& at = name == std::end(names) ? other_ : places_[name - std::begin(names)];
             if (name == std::end(names) && !cells[i].empty())
                 ignored += (ignored.empty() ? L"" : L", ") + quoted(cells[i]);
@@ -71,6 +74,7 @@ public:
 
     std::wstring const& operator[](Column column) const {
         static std::wstring const none;
+        // A row may be shorter than the header, and `absent` lies behind every row: both give an empty cell.
         return places_[column] < cells.size() ? cells[places_[column]] : none;
     }
 
@@ -128,6 +132,7 @@ std::uint32_t rgbOf(Row const& row, std::uint32_t ink, Place const& place) {
 }
 
 void addRow(Drawing& drawing, Row const& row, std::uint32_t ink, Place const& place) {
+    // As in DXF files, where layer 0 is always there.
     static std::wstring const unnamed = L"0";
 
     double const ax = number(row, x1, place), ay = number(row, y1, place);
@@ -171,6 +176,7 @@ Drawing readCsv(Input& input, ReadingOptions const& options) {
     row.header(place, options.remark);
     for (std::uint64_t count = 0; next();) {
         place.line(rows.firstLine());
+        // Blank rows count as well: progress tells that the file goes on.
         if (!row.isBlank()) addRow(drawing, row, options.ink, place);
         if (++count % 4096 == 0 && options.progress) options.progress(count);
     }

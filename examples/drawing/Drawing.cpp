@@ -20,11 +20,14 @@ Measurements measure(ORN::Arc<2> const& arc) {
     Vector<2> const chord = arc.end() - arc.start();
     double const squared = chord.x() * chord.x() + chord.y() * chord.y();
     bool const bulged = arc.bulge() != 0;
+    // ORNArcSegmentArea is the area over the chord's square. A line is left out, because the square of a long chord is
+    // infinite, and 0 times that is no number: such a line can still be measured.
     return {1, bulged ? 1u : 0u, arc.length(), bulged ? ORNArcSegmentArea(arc.bulge()) * squared : 0.0,
             ORN::trueExtent(arc)};
 }
 
 bool isMeasurable(Measurements const& sums) {
+    // Numbers of a file are finite, but their squares and sums may not be.
     return std::isfinite(sums.length) && std::isfinite(sums.area) && sums.extent.lo().isFinite() &&
            sums.extent.hi().isFinite();
 }
@@ -41,6 +44,7 @@ Drawing Drawing::part(std::function<bool(Layer const&)> const& chosen) const {
     for (Layer const& layer : layers_) keep.push_back(chosen(layer));
     Drawing part;
     for (Entity const& entity : entities_) {
+        // By name, because the layers of the part get indices of their own.
         if (keep[entity.layer]) part.add(entity.arc, entity.rgb, layers_[entity.layer].name, measure(entity.arc));
     }
     return part;

@@ -54,6 +54,7 @@ Disc discAround(ORN::Arc<2> const& arc) {
 
 void flatten(ORN::Arc<2> const& arc, AffineTransform<2> const& transform, double stretch, double tolerance,
              std::vector<Point<2>>& points) {
+    // What departs from the arc by no more than this departs by no more than the tolerance when it is mapped.
     ORN::flatten(arc, tolerance / stretch, points);
     mapPoints(transform, points, points);
 }

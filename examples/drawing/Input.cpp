@@ -15,6 +15,7 @@ namespace drawing {
 Input::Input(std::wstring const& file) : name_{file == L"-" ? L"standard input" : file} {
     if (file == L"-") return;
     std::error_code none;
+    // Some systems open a folder like a file, and only refuse to read it.
     if (std::filesystem::is_directory(pathOf(file), none)) throw ORN::OrnError{file + L": this is a folder"};
     file_.reset(ORN::rawOpen(file));
 }
@@ -34,10 +35,12 @@ std::string_view Input::head() {
         }
         head_.resize(count);
     }
+    // read() moves at_: what it has given out is no part of the head any more.
     return {head_.data() + at_, head_.size() - at_};
 }
 
 std::int64_t Input::read(void* buffer, std::uint64_t count) {
+    // This holds, too, when nobody has asked for the head: then both are 0.
     if (at_ == head_.size()) return readOn(buffer, count);
     std::size_t const size = std::min(static_cast<std::size_t>(count), head_.size() - at_);
     std::memcpy(buffer, head_.data() + at_, size);
@@ -47,6 +50,7 @@ std::int64_t Input::read(void* buffer, std::uint64_t count) {
 
 std::int64_t Input::readOn(void* buffer, std::uint64_t count) {
     if (file_ != nullptr) return file_->read(buffer, count);
+    // fread gives less than it was asked for only at the end or after an error.
     std::size_t const size = std::fread(buffer, 1, static_cast<std::size_t>(count), stdin);
     if (size == 0 && std::ferror(stdin) != 0) throw ORN::OrnError{L"standard input cannot be read"};
     return static_cast<std::int64_t>(size);

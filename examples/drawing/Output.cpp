@@ -19,6 +19,7 @@ namespace fs = std::filesystem;
 /// What a chain of links ends at; a file that is not there yet, too.
 fs::path followed(fs::path path) {
     std::error_code none;
+    // Links may form a circle. Linux, too, gives up after 40.
     for (int links = 0; links < 40 && fs::is_symlink(path, none); ++links) {
         fs::path const target = fs::read_symlink(path, none);
         path = target.is_absolute() ? target : path.parent_path() / target;
@@ -33,6 +34,7 @@ Output::Output(std::wstring const& name) : name_{name} {
     std::error_code none;
     fs::file_status const status = fs::status(pathOf(name), none);
     if (fs::is_directory(status)) throw ORN::OrnError{L"this is a folder"};
+    // Replacing a device or a pipe would put a plain file in its place.
     if (fs::exists(status) && !fs::is_regular_file(status)) {
         file_.reset(ORN::rawCreate(name));
         return;
@@ -48,6 +50,7 @@ Output::Output(std::wstring const& name) : name_{name} {
 }
 
 Output::~Output() {
+    // Windows does not remove a file that is open.
     file_.reset();
     std::error_code ignored;
     if (!part_.empty()) fs::remove(pathOf(part_), ignored);
@@ -66,14 +69,17 @@ void Output::finish() {
         if (std::fflush(stdout) != 0) throw ORN::OrnError{L"standard output cannot be written"};
         return;
     }
+    // All errors of writing must show before the old file is replaced, and Windows renames no file that is open.
     file_->flush();
     file_->close();
     if (part_.empty()) return;
     std::error_code error;
     fs::file_status const old = fs::status(target_, error);
     if (fs::exists(old)) fs::permissions(pathOf(part_), old.permissions(), error);
+    // This sets `error` anew: where permissions cannot be copied, the file is written all the same.
     fs::rename(pathOf(part_), target_, error);
     if (error) throw ORN::OrnError{L"the file cannot be replaced: " + getWCS(error.message())};
+    // Nothing is left for the destructor to remove.
     part_.clear();
 }
 

@@ -29,6 +29,7 @@ bool surelyContains(Extent<2> const& extent, ORN::Arc<2> const& arc, Affine cons
     // Far more than the rounding of centre and radius.
     double const rounding = 1e-12 * (std::fabs(centre.x()) + std::fabs(centre.y()));
     double const radius = disc.radius * stretch * (1 + 1e-12) + rounding;
+    // False for the empty extent, and for NaN: then the arc's own extent is taken.
     return centre.x() - radius >= extent.lo(0) && centre.x() + radius <= extent.hi(0) &&
            centre.y() - radius >= extent.lo(1) && centre.y() + radius <= extent.hi(1);
 }
@@ -56,12 +57,14 @@ Page::Page(Drawing const& drawing, PageSize size, View const& view) : size_{size
     // The margin is 4 % at either side. A dot has no size to be fitted: its scale is 1.
     double const filled = 1 - 2 * 0.04;
     double const width = extent.hi().x() - extent.lo().x(), height = extent.hi().y() - extent.lo().y();
+    // Division by a width or a height of 0 gives an infinity, and min takes the other one.
     double const scaleX = size.width * filled / width, scaleY = size.height * filled / height;
     double const scale = width > 0 || height > 0 ? std::min(scaleX, scaleY) : 1.0;
 
     Vector<2> const toOrigin = Point<2>::origin() - (extent.lo() + (extent.hi() - extent.lo()) * 0.5);
     Uniform place = Uniform::translation(toOrigin);
     place *= Uniform::scale(scale);
+    // From y upwards to y downwards. The closeup comes next, while the page's middle is still the origin.
     place *= Uniform::mirror(axis(1, 0));
     place *= Uniform::scale(view.closeup.zoom);
     place *= Uniform::translation(Vector<2>{size.width * 0.5, size.height * 0.5} + view.closeup.shift);

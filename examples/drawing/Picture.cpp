@@ -23,12 +23,14 @@ void writeBitmap(DIBitmap const& bitmap, Format format, ORN::RawWriter& file) {
     }
 }
 
+/// When `write` or finish() throws, the destructor of the output removes the unfinished file.
 void save(std::wstring const& name, std::function<void(ORN::RawWriter&)> const& write) {
     try {
         Output file{name};
         write(file);
         file.finish();
     } catch (ORN::OrnError const& error) {
+        // Messages about standard output name it themselves.
         throw ORN::OrnError{(name == L"-" ? L"" : name + L": ") + error.wWhat()};
     }
 }
@@ -36,6 +38,7 @@ void save(std::wstring const& name, std::function<void(ORN::RawWriter&)> const& 
 }
 
 bool endsIn(std::wstring const& name, std::wstring const& ending) {
+    // Only A to Z change, unit by unit: both texts keep their lengths.
     return name.size() > ending.size() && simpleLowercase(name.substr(name.size() - ending.size())) == ending;
 }
 
@@ -53,6 +56,7 @@ bool isBitmapName(std::wstring const& name) {
 }
 
 void savePicture(DIBitmap const& bitmap, std::wstring const& name) {
+    // The caller gives names that isBitmapName accepts, and these have a format.
     save(name, [&](ORN::RawWriter& file) { writeBitmap(bitmap, *formatOf(name), file); });
 }
 

@@ -35,6 +35,7 @@ int runProgram(std::string const& name, int argc, char* const argv[],
         body(arguments(argc, argv));
         return 0;
     } catch (CommandLineError const& error) {
+        // The class derives from OrnError, so it must be caught first.
         fail(error.wWhat());
         return 2;
     } catch (ORN::OrnError const& error) {
@@ -42,6 +43,7 @@ int runProgram(std::string const& name, int argc, char* const argv[],
     } catch (std::bad_alloc const&) {
         return fail(utf8(name) + L": there is not enough memory");
     } catch (std::exception const& error) {
+        // Texts of the standard library come in the system's code page; the programs' names are ASCII.
         return fail(utf8(name) + L": " + getWCS(error.what()));
     }
 }
@@ -53,6 +55,7 @@ void remark(std::string const& program, std::wstring const& file, std::wstring c
 }
 
 void print(std::string const& text) {
+    // Only flushing tells whether the system took the text: a full disk would otherwise go unnoticed.
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
         throw std::runtime_error{"standard output cannot be written"};
     }

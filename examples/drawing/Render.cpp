@@ -44,6 +44,7 @@ private:
         isRunning_ = true;
         setCancelled(false);
         guard.unlock();
+        // The job catches all that it throws: nothing leaves the worker.
         job_();
         guard.lock();
         isRunning_ = false;
@@ -63,6 +64,8 @@ private:
 }
 
 Renderer::Renderer(Drawing const& drawing, Page const& page) : drawing_{&drawing}, page_{&page} {
+    // The pixel beside the line's width is for its soft edge, and for the rounding of the reach to float, which is far
+    // less than a pixel near the page.
     double const stretch = largestStretch(page.transform()), margin = page.lineWidth() + 1;
     reaches_.reserve(drawing.entities().size());
     for (Entity const& entity : drawing.entities()) {
@@ -118,11 +121,13 @@ DIBitmap renderPage(Drawing const& drawing, Page const& page, std::function<void
             for (int top; (top = nextTop.fetch_add(rows)) < height;) {
                 unsigned char* const pixels = bitmap.bits() + std::ptrdiff_t{width} * top * 4;
                 renderer.draw({pixels, width, top, std::min(rows, height - top)});
+                // Only the calling thread has a function here, so `progress` is never called by two threads.
                 if (tell) tell(static_cast<int>(100 * std::int64_t{top + rows} / height));
             }
         } catch (...) {
             std::lock_guard const lock{failing};
             failure = std::current_exception();
+            // The other threads find no further band and stop.
             nextTop = height;
         }
     };
@@ -132,6 +137,7 @@ DIBitmap renderPage(Drawing const& drawing, Page const& page, std::function<void
             helpers.push_back(std::make_unique<Helper>([&] { work({}); }));
             helpers.back()->start();
         }
+        // Behind this line the helpers are destroyed, which waits for them. Then the pixels and `failure` are final.
         work(progress);
     }
     if (failure) std::rethrow_exception(failure);

@@ -398,6 +398,7 @@ void Strokes::blendRow(int row, std::uint32_t rgb) {
         cell = 0;
         if (i == 0 || i > band_.width) continue;
         auto const area = static_cast<std::int32_t>(covered) * 2 * pixel - beside;  // of 15 * 512
+        // 15 * 17 is 255: the whole area gives 255 parts. 256, half of 512, rounds.
         auto const alpha = static_cast<std::uint32_t>((area * 17 + 256) >> 9);
         pixels[i - 1] = blend(upper, apart(pixels[i - 1]), alpha);
     }

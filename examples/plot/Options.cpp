@@ -45,6 +45,7 @@ std::set<std::wstring> names(drawing::CommandLine const& line, std::wstring cons
     std::vector<std::wstring> names, more;
     try {
         ORN::CSVReader list{text};
+        // A second record would be a line break in the list.
         if (list.read(names) && !list.read(more)) return {names.begin(), names.end()};
     } catch (ORN::OrnError const&) {  // a quote is not closed
     }
@@ -52,6 +53,7 @@ std::set<std::wstring> names(drawing::CommandLine const& line, std::wstring cons
 }
 
 drawing::Format format(drawing::CommandLine const& line, std::wstring const& ending) {
+    // formatOf reads the ending of a name, and wants something before it.
     std::optional<drawing::Format> const format = drawing::formatOf(L"picture." + ending);
     if (!format) line.fail(L"--format: '" + ending + L"' is not png, bmp, svg or pdf");
     return *format;
@@ -94,6 +96,7 @@ Options parseOptions(std::vector<std::wstring> const& arguments) {
              "drawing's units (a millionth of the size of each)",
              [&](auto& v) {
                  options.tolerance = line->number(L"--tolerance", v);
+                 // 0 means the default inside the program, so the user must not give it.
                  if (!(options.tolerance > 0)) line->fail(L"--tolerance: a tolerance is greater than 0");
              }},
         });
@@ -112,6 +115,7 @@ Options parseOptions(std::vector<std::wstring> const& arguments) {
     }
     // Only standard output has no name that tells the format.
     options.format = asked.value_or(drawing::Format::png);
+    // A picture on standard output leaves no place for the table there, unless the user gives the table a file.
     options.table = table.value_or(options.quiet || options.picture == L"-" ? L"" : L"-");
     if (options.table == L"-" && options.picture == L"-") line->fail(L"the picture and the table cannot both go to -");
     return options;

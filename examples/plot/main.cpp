@@ -31,6 +31,7 @@ public:
     }
 
     void clear() {
+        // Blanks over the longest line that show() writes, which has fewer than 40 characters.
         if (shown_) std::fprintf(stderr, "\r%40s\r", "");
         shown_ = false;
     }
@@ -48,6 +49,7 @@ drawing::Drawing read(plot::Options const& options, Progress& progress) {
     reading.tolerance = options.tolerance;
     reading.progress = [&](std::uint64_t entities) { progress.show(entities, "entities read"); };
     reading.remark = [&](std::wstring const& what) {
+        // The remark must not stand behind the line of progress.
         progress.clear();
         if (!options.quiet) drawing::remark("orn-plot", options.drawing, what);
     };
@@ -70,6 +72,7 @@ drawing::Drawing chosen(drawing::Drawing drawing, plot::Options const& options) 
         if (std::ranges::any_of(drawing.layers(), isNamed)) continue;
         throw ORN::OrnError{shownName(options) + L": there is no layer '" + name + L"'"};
     }
+    // The usual case needs no copy of the entities.
     if (std::ranges::all_of(drawing.layers(), isChosen)) return drawing;
     drawing::Drawing part = drawing.part(isChosen);
     if (part.entities().empty()) throw ORN::OrnError{shownName(options) + L": all layers are hidden (see --layers)"};
@@ -90,6 +93,7 @@ void checkFiles(plot::Options const& options) {
     for (int a = 0; a < 3; ++a) {
         for (int b = a + 1; b < 3; ++b) {
             std::error_code none;
+            // equivalent() only knows files that are there. Names of new files are compared as texts alone.
             bool const same = *files[a] == *files[b] ||
                               std::filesystem::equivalent(drawing::pathOf(*files[a]), drawing::pathOf(*files[b]), none);
             if (same && *files[a] != L"-") throw ORN::OrnError{*files[b] + L": this is the same file as " + *files[a]};
@@ -98,6 +102,7 @@ void checkFiles(plot::Options const& options) {
 }
 
 void run(plot::Options const& options) {
+    // This comes first, because reading and drawing may take long.
     checkFiles(options);
     ContextGdiplus const graphics;
     Progress progress;

@@ -9,6 +9,7 @@ void Layers::show(Quark layer, bool shown) {
     } else {
         hidden_.insert(layer);
     }
+    // This comes last: each window that has the layer asks at once which layers are hidden, and requests a new picture.
     changed_->notify(layer);
 }
 

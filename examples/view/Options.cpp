@@ -44,6 +44,7 @@ constexpr char const* below =
 
 Options parseOptions(std::vector<std::wstring> const& arguments) {
     Options options;
+    // It is made below, because the options' functions refer to it.
     std::optional<drawing::CommandLine> line;
     line.emplace("orn-view", drawing::CommandLine::Texts{"DRAWING...", "shows drawings in windows", above, below},
                  std::vector<drawing::Option>{

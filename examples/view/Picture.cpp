@@ -9,6 +9,7 @@ namespace {
 
 std::optional<drawing::Drawing> shownPart(Sheet const& sheet, LayerSet const& hidden) {
     auto const isHidden = [&](Quark layer) { return hidden.contains(layer); };
+    // No drawing means the whole sheet, which then need not be copied.
     if (std::none_of(sheet.layers().begin(), sheet.layers().end(), isHidden)) return {};
     return sheet.without(hidden);
 }

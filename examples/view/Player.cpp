@@ -27,6 +27,7 @@ Player::Player(Desk& desk, std::vector<std::unique_ptr<View>> const& views, std:
 void Player::play() {
     while (!atEnd() && !quits_) {
         Command const& command = commands_[next_];
+        // A command that waits is performed again and again, and recorded once.
         if (!begun_) desk_.log.write(L"> " + command.line);
         begun_ = true;
         if (!perform(command)) return;
@@ -47,6 +48,7 @@ bool Player::perform(Command const& command) {
         default: break;
     }
 
+    // readScript has checked the index. Windows that are opened later come behind those that the script knows.
     View& view = *views_[command.window];
     if (!view.isOpen()) fail(command, nameOf(command) + L" is closed");
     switch (command.action) {
@@ -75,17 +77,20 @@ bool Player::perform(Command const& command) {
 
 bool Player::waitForPictures(Command const& command) const {
     for (std::unique_ptr<View> const& view : views_) {
+        // Nothing is drawn for these windows, so waiting for them would never end.
         if (!view->isOpen() || view->isMinimised()) continue;
         if (!view->progress().failure.empty()) fail(command, view->progress().failure);
         if (!view->progress().complete) return false;
     }
     for (std::unique_ptr<View> const& view : views_) {
+        // The commands that follow may look at the screen, and the system would paint later.
         if (view->isOpen()) view->showNow();
     }
     return true;
 }
 
 bool Player::waitForHold(Command const& command, View& view) const {
+    // A picture that is complete never stops any more: better an error than a wait without an end.
     if (view.progress().complete) fail(command, nameOf(command) + L" is drawn and was not held");
     if (!view.progress().failure.empty()) fail(command, view.progress().failure);
     return view.progress().held;
@@ -93,6 +98,7 @@ bool Player::waitForHold(Command const& command, View& view) const {
 
 bool Player::waitForFile(Command const& command) {
     std::error_code none;
+    // No message comes when a file appears. The flag makes the main loop look again after a moment.
     waitsForFile_ = !std::filesystem::exists(drawing::pathOf(command.text), none);
     return !waitsForFile_;
 }
@@ -111,6 +117,7 @@ Quark Player::layer(Command const& command) const {
     for (std::unique_ptr<View> const& view : views_) {
         if (view->sheet().has(layer)) return layer;
     }
+    // Such a name is a mistake in the script: without an error nobody would notice it.
     fail(command, L"no drawing has a layer '" + command.text + L"'");
 }
 

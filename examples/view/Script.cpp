@@ -60,6 +60,7 @@ std::size_t windowIndex(Command const& command, std::wstring const& word, std::s
     LONG number = 0;
     if (!isLong(&number, word.data(), word.size())) fail(command, L"'" + word + L"' is not the number of a window");
     if (number < 1 || static_cast<std::size_t>(number) > windows) fail(command, L"there is no window " + word);
+    // Scripts count windows from 1.
     return static_cast<std::size_t>(number - 1);
 }
 
@@ -70,6 +71,7 @@ void parse(Command& command, std::size_t windows) {
     if (form == std::end(forms)) fail(command, L"there is no command '" + name + L"'");
     command.action = form->action;
     if (form->rest != Rest::nothing && rest.empty()) fail(command, L"something is missing behind '" + name + L"'");
+    // Every form but these two begins with the number of a window. What remains in `rest` is the operand.
     if (form->rest != Rest::nothing && form->rest != Rest::text) {
         command.window = windowIndex(command, takeWord(rest), windows);
     }
@@ -93,6 +95,7 @@ void parse(Command& command, std::size_t windows) {
             std::wstring const factor = takeWord(rest);
             good = isDouble(&command.number, factor.data(), factor.size()) && command.number > 0 &&
                    drawing::parsePair(rest, L',', command.a, command.b);
+            // The message below quotes the factor; the place has been taken for itself.
             rest = factor;
             break;
         }
@@ -103,6 +106,7 @@ void parse(Command& command, std::size_t windows) {
         command.text = rest;
         return;
     }
+    // In the order of Rest. Forms that cannot be wrong at this point have no text.
     constexpr wchar_t const* wanted[] = {L"",
                                          L"",
                                          L"a size like 480x360",
@@ -123,6 +127,7 @@ std::vector<Command> readScript(std::wstring const& file, std::size_t windows) {
     for (unsigned int number = 1; lines->readLine(line); ++number) {
         line = trimmed(line);
         if (line.empty() || line[0] == L'#') continue;
+        // parse() puts in the action; until then any one does.
         Command command{file + L':' + std::to_wstring(number), line, Action::quit};
         parse(command, windows);
         commands.push_back(command);

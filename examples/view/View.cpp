@@ -33,6 +33,7 @@ View::View(Desk& desk, Sheet const& sheet, int number, drawing::PageSize size, C
                      static_cast<unsigned long long>(pieces), pieces == 1 ? L"line or arc" : L"lines and arcs"));
     layersChanged_.emplace(desk.layers.changed(), [this](Quark layer) { layerChanged(layer); });
     for (std::size_t i = 0; i < layers; ++i) window_->checkLayer(i, desk.layers.shows(sheet.layers()[i]));
+    // Sizes count only after start(): this one asks for no picture yet.
     if (!window_->resize(size)) {
         throw ORN::OrnError{
             stringPrintf(L"orn-view: no window has a picture of %dx%d pixels", size.width, size.height)};
@@ -55,6 +56,7 @@ void View::start() {
 
 /// Lets the picture be drawn anew. The new request replaces one that is queued and interrupts one that is being drawn.
 void View::request() {
+    // This copy changes, too, because scripts look at it before the first message about the new picture comes.
     progress_.complete = false;
     progress_.failure.clear();
     task_->request({requested_, closeup_, desk_.layers.hidden()});
@@ -77,6 +79,7 @@ void View::sized() {
     }
     requested_ = size;
     window_->invalidate(0, size.height);
+    // A window may be so low that it has no room for a picture.
     if (size.width > 0 && size.height > 0) request();
 }
 
@@ -130,6 +133,7 @@ void View::typed(wchar_t character) {
         case L'o': return window_->askForFiles();
         case L'q': return close();
         case L'a':
+            // Each layer that was hidden requests a new picture, and each request replaces the one before.
             for (Quark const layer : sheet_.layers()) desk_.layers.show(layer, true);
             return;
         default:
@@ -139,6 +143,7 @@ void View::typed(wchar_t character) {
 }
 
 void View::filesCame(std::vector<std::wstring> const& files) {
+    // They are only noted: the main loop reads the files and makes the windows, outside of any message.
     desk_.asked.insert(desk_.asked.end(), files.begin(), files.end());
 }
 
@@ -163,6 +168,7 @@ void View::redraw() {
 void View::zoom(double factor, Corner about) {
     double const zoom = std::clamp(closeup_.zoom * factor, leastZoom, greatestZoom);
     Vector<2> const away{about.x - requested_.width * 0.5, about.y - requested_.height * 0.5};
+    // away = (p - middle) zoom + shift holds before and after; p - middle of the one goes into the other.
     closeup_.shift = away - (away - closeup_.shift) * (zoom / closeup_.zoom);
     closeup_.zoom = zoom;
     redraw();
@@ -184,15 +190,18 @@ void View::fit() {
 /// come meanwhile find that nothing is started.
 void View::endDrawing() {
     if (closing_) return;
+    // The wait may deliver messages that others send, and one of them may ask for the end once more.
     closing_ = true;
     started_ = false;
     ORN::Threading::BoringWaiter const waiter;
     try {
         desk_.thread.cancel(window_->handle(), waiter);
     } catch (...) {
+        // This drops the tasks of all windows and ends the worker: then nothing uses the task any more, either.
         desk_.thread.finish(waiter);
         throw;
     }
+    // What calls the window and the task goes first.
     layersChanged_.reset();
     status_.reset();
     task_.reset();
@@ -207,6 +216,7 @@ bool View::resize(drawing::PageSize size) {
 }
 
 void View::hold(int rows) {
+    // The copy may tell of an earlier hold, and a script that waits for this one must not take it for the new one.
     progress_.held = false;
     task_->hold(rows);
 }

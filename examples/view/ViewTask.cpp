@@ -17,6 +17,7 @@ ViewTask::~ViewTask() = default;
 void ViewTask::request(Request request) {
     std::lock_guard const lock{mutex_};
     request_ = std::move(request);
+    // The worker compares this number with that of its picture, and so sees a request that comes while it draws.
     ++wanted_;
     progress_.complete = false;
     progress_.failure.clear();
@@ -24,6 +25,7 @@ void ViewTask::request(Request request) {
 
 Progress ViewTask::progress() {
     std::lock_guard const lock{mutex_};
+    // This is done under the same lock as the copy: what changes from now on sends a message of its own.
     messageWaits_ = false;
     return progress_;
 }
@@ -51,6 +53,7 @@ bool ViewTask::run() {
         beginPicture();
         for (;;) {
             switch (next()) {
+                // The band is drawn without the mutex: only the worker changes the row and the picture.
                 case Next::band: finishBand(drawn_->drawBand(row_)); break;
                 case Next::aborted: return false;
                 case Next::complete: return true;
@@ -109,6 +112,7 @@ void ViewTask::finishBand(int row) {
     row_ = row;
     progress_.rows = row;
     if (row == drawn_->size().height) {
+        // A picture that a request has overtaken is not what the user waits for.
         progress_.complete = begun_ == wanted_;
         log_.write(stringPrintf(L"drawn %d", number_));
     }
@@ -130,6 +134,7 @@ void ViewTask::tellWindow() noexcept {
         ORN::OrnPostMessage(window_, messageProgress, 0, 0);
         messageWaits_ = true;
     } catch (std::exception const&) {
+        // The window may be gone, or its queue full. The next band tries again, because no message waits.
         log_.write(L"a message is lost");
     }
 }

@@ -2,6 +2,7 @@
 
 namespace view {
 
+// The base's destructor would be too late: the worker calls onThreadExit at its end.
 ViewThread::~ViewThread() { finish(ORN::Threading::BoringWaiter{}); }
 
 }

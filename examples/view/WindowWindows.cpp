@@ -24,6 +24,7 @@ namespace {
 constexpr unsigned int commandRedraw = 1, commandFit = 2, commandOpen = 3, commandFirstLayer = 100;
 constexpr std::size_t mostLayersInMenu = 1000;
 constexpr wchar_t const* className = L"orn-view";
+// WS_CLIPCHILDREN: paint() never draws over the status line.
 constexpr DWORD style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
 
 template <typename Result>
@@ -98,6 +99,7 @@ SystemWindow::SystemWindow(std::wstring const& title, Corner corner, std::vector
                            WindowOwner& owner)
     : owner_{owner} {
     registerClass();
+    // The window will own the menu and destroy it together with itself. resize() gives it its size later.
     HMENU const bar = menu(layers);
     HWND const window = CreateWindowExW(0, className, title.c_str(), style, corner.x, corner.y, 100, 100, nullptr, bar,
                                         GetModuleHandleW(nullptr), this);
@@ -114,9 +116,11 @@ SystemWindow::SystemWindow(std::wstring const& title, Corner corner, std::vector
         throw WinError{L"CreateWindowEx", error};
     }
     DragAcceptFiles(window, TRUE);
+    // The member comes last: the procedure gives messages to the owner as soon as it is set.
     window_ = window;
 }
 
+// The procedure sees that the member is null, and tells the owner nothing of the messages of this call.
 SystemWindow::~SystemWindow() { DestroyWindow(std::exchange(window_, nullptr)); }
 
 HMENU SystemWindow::menu(std::vector<std::wstring> const& names) {
@@ -157,6 +161,7 @@ LRESULT SystemWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
     HWND const window = window_;
     switch (message) {
         case WM_SIZE:
+            // The status line then moves to the bottom by itself.
             SendMessageW(bar_, WM_SIZE, 0, 0);
             owner_.sized();
             return 0;
@@ -206,11 +211,13 @@ void SystemWindow::key(WPARAM key) {
 
 void SystemWindow::wheel(WPARAM wParam, LPARAM lParam) {
     POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    // Unlike other messages of the mouse, this one has its place on the screen.
     ScreenToClient(window_, &place);
     owner_.scaled(std::pow(1.25, GET_WHEEL_DELTA_WPARAM(wParam) / double{WHEEL_DELTA}), {place.x, place.y});
 }
 
 void SystemWindow::drag(WPARAM wParam, LPARAM lParam) {
+    // Without the capture the button went down elsewhere, and dragged_ is an old place.
     if ((wParam & MK_LBUTTON) == 0 || GetCapture() != window_) return;
     Corner const before = dragged_;
     dragged_ = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
@@ -224,6 +231,7 @@ void SystemWindow::drop(HDROP dropped) {
     std::unique_ptr<std::remove_pointer_t<HDROP>, Finish> const owned{dropped};
     std::vector<std::wstring> files(DragQueryFileW(dropped, 0xFFFFFFFF, nullptr, 0));
     for (UINT i = 0; i < files.size(); ++i) {
+        // The length is without the zero behind the name, and the size of the buffer is with it.
         files[i].resize(DragQueryFileW(dropped, i, nullptr, 0));
         DragQueryFileW(dropped, i, files[i].data(), static_cast<UINT>(files[i].size()) + 1);
     }
@@ -232,6 +240,7 @@ void SystemWindow::drop(HDROP dropped) {
 
 /// The dialogue handles messages of all windows meanwhile. It disables this window, which therefore outlives it.
 void SystemWindow::askForFiles() {
+    // Room for the names of many files; the dialogue fails when they do not fit.
     std::vector<wchar_t> chosen(1 << 15);
     OPENFILENAMEW dialogue{};
     dialogue.lStructSize = sizeof dialogue;
@@ -239,6 +248,7 @@ void SystemWindow::askForFiles() {
     dialogue.lpstrFilter = L"Drawings (*.dxf, *.csv)\0*.dxf;*.csv\0All files\0*.*\0";
     dialogue.lpstrFile = chosen.data();
     dialogue.nMaxFile = static_cast<DWORD>(chosen.size());
+    // OFN_NOCHANGEDIR: names on the command line and in a script stay relative to the same folder.
     dialogue.Flags = OFN_EXPLORER | OFN_ALLOWMULTISELECT | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
     if (GetOpenFileNameW(&dialogue) == FALSE) return;
     // The result is one path; or a folder and names in it, with a zero behind each.
@@ -255,6 +265,7 @@ void SystemWindow::askForFiles() {
 drawing::PageSize SystemWindow::pictureSize() const {
     RECT inner{}, bar{};
     GetClientRect(window_, &inner);
+    // The inner area has the status line in it; only the height of the line's rectangle on the screen counts.
     GetWindowRect(bar_, &bar);
     return {static_cast<int>(inner.right), std::max(0, static_cast<int>(inner.bottom - (bar.bottom - bar.top)))};
 }
@@ -265,6 +276,7 @@ void SystemWindow::invalidate(int top, int bottom) {
 }
 
 void SystemWindow::checkLayer(std::size_t layer, bool shown) {
+    // Further layers have no line in the menu.
     if (layer >= mostLayersInMenu) return;
     CheckMenuItem(GetMenu(window_), static_cast<UINT>(commandFirstLayer + layer), shown ? MF_CHECKED : MF_UNCHECKED);
 }
@@ -283,6 +295,7 @@ void SystemWindow::paint() {
                           static_cast<UINT>(rows), bitmap->bits(), &drawn, DIB_RGB_COLORS);
         RECT const beside{width, 0, size.width, rows};
         if (width < size.width) FillRect(context, &beside, GetSysColorBrush(COLOR_APPWORKSPACE));
+        // Nothing is filled where the picture is drawn: it would flicker.
         blank.top = rows;
     }
     if (blank.top < blank.bottom) FillRect(context, &blank, GetSysColorBrush(COLOR_APPWORKSPACE));
@@ -299,9 +312,11 @@ bool SystemWindow::resize(drawing::PageSize size) {
     RECT bar{};
     GetWindowRect(bar_, &bar);
     RECT place{0, 0, size.width, size.height + (bar.bottom - bar.top)};
+    // The system counts one line for the menu. In a narrow window the menu takes two, and the size is missed.
     checked(AdjustWindowRectEx(&place, style, TRUE, 0), L"AdjustWindowRectEx");
     SetWindowPos(window_, nullptr, 0, 0, place.right - place.left, place.bottom - place.top,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    // WM_SIZE has come during the call, so the new size can be read at once.
     drawing::PageSize const now = pictureSize();
     return now.width == size.width && now.height == size.height;
 }
@@ -329,6 +344,8 @@ std::unique_ptr<Window> Window::create(std::wstring const& title, Corner corner,
 bool Window::handleEvent(int milliseconds) {
     DWORD const wait = milliseconds < 0 ? INFINITE : static_cast<DWORD>(milliseconds);
     MSG message;
+    // MWMO_INPUTAVAILABLE: messages that an earlier look has left in the queue end the wait, too. There may be none
+    // after the wait, because what other threads send is handled inside PeekMessage.
     if (MsgWaitForMultipleObjectsEx(0, nullptr, wait, QS_ALLINPUT, MWMO_INPUTAVAILABLE) == WAIT_OBJECT_0 &&
         PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
         if (message.message == WM_QUIT) return false;

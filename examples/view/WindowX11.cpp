@@ -165,10 +165,12 @@ SystemWindow::SystemWindow(std::wstring const& title, Corner corner, WindowOwner
                                     XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_BUTTON_PRESS |
                                         XCB_EVENT_MASK_BUTTON_1_MOTION | XCB_EVENT_MASK_EXPOSURE |
                                         XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_FOCUS_CHANGE};
+    // The values stand in the order of their bits in the mask.
     xcb_create_window(
         connection(), XCB_COPY_FROM_PARENT, window_, display_.screen().root, static_cast<std::int16_t>(corner.x),
         static_cast<std::int16_t>(corner.y), static_cast<std::uint16_t>(width_), static_cast<std::uint16_t>(height_), 0,
         XCB_WINDOW_CLASS_INPUT_OUTPUT, display_.screen().root_visual, XCB_CW_BIT_GRAVITY | XCB_CW_EVENT_MASK, values);
+    // WM_NAME only has Latin 1, which does not hold every name of a file. WM_CLASS is two texts, each with its zero.
     setText(XCB_ATOM_WM_NAME, XCB_ATOM_STRING, "orn-view");
     setText(display_.atom("_NET_WM_NAME"), display_.atom("UTF8_STRING"), utf8(title));
     setText(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, std::string{"orn-view\0orn-view\0", 18});
@@ -189,12 +191,14 @@ SystemWindow::SystemWindow(std::wstring const& title, Corner corner, WindowOwner
 
 SystemWindow::~SystemWindow() {
     display_.windows.erase(window_);
+    // Cairo must not use the window any more when it goes, even where something else still holds the surface.
     cairo_surface_finish(surface_);
     cairo_surface_destroy(surface_);
     xcb_destroy_window(connection(), window_);
     display_.synchronise();
 }
 
+/// The values stand in the order of their bits: x, y, width, height, stacking.
 void SystemWindow::configure(std::uint16_t what, std::vector<std::uint32_t> const& values) const {
     xcb_configure_window(connection(), window_, what, values.data());
 }
@@ -228,6 +232,7 @@ void SystemWindow::activate() {
     if (display_.isManaged()) {
         askManager(display_.atom("_NET_ACTIVE_WINDOW"), 1);
     } else if (mapped_ && !minimised_) {
+        // The server refuses the focus to a window that is not mapped.
         xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_PARENT, window_, XCB_CURRENT_TIME);
     }
     display_.synchronise();
@@ -236,6 +241,7 @@ void SystemWindow::activate() {
 void SystemWindow::takeGeometry() {
     Reply<xcb_get_geometry_reply_t> const now{
         xcb_get_geometry_reply(connection(), xcb_get_geometry(connection(), window_), nullptr)};
+    // Nothing here tells the owner: the handler of the event does, and View::resize looks at the size by itself.
     if (now == nullptr || (now->width == width_ && now->height == height_)) return;
     width_ = now->width;
     height_ = now->height;
@@ -271,6 +277,7 @@ bool soon(bool managed, Condition const& condition) {
 bool SystemWindow::resize(drawing::PageSize size) {
     int const height = size.height + statusHeight;
     bool const fits = size.width <= display_.screen().width_in_pixels && height <= display_.screen().height_in_pixels;
+    // Without a window manager the server would accept any size, a window larger than the screen as well.
     if (!fits || size.width < leastWidth) return false;
     configure(XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
               {static_cast<std::uint32_t>(size.width), static_cast<std::uint32_t>(height)});
@@ -313,6 +320,7 @@ void SystemWindow::restore() {
 }
 
 void SystemWindow::minimisedBecomes(bool minimised) {
+    // The event that comes after minimise() or restore() finds the state set already, and tells the owner nothing.
     if (minimised == minimised_ || !mapped_) return;
     minimised_ = minimised;
     owner_.sized();
@@ -335,6 +343,7 @@ void SystemWindow::showNow() {
 }
 
 void SystemWindow::paint() {
+    // A minimised window forgets the rows, too: the server asks for all of it when it is shown again.
     int const top = std::exchange(invalidTop_, 0), bottom = std::exchange(invalidBottom_, 0);
     if (top >= bottom || minimised_) return;
     drawing::PageSize const size = pictureSize();
@@ -372,6 +381,7 @@ void SystemWindow::paint() {
 
 /// The owner may destroy the window in closing(), pressed() and typed(): nothing of it is touched afterwards.
 void SystemWindow::handle(xcb_generic_event_t const& event) {
+    // The upper bit marks events that another client has sent.
     switch (event.response_type & 0x7F) {
         case XCB_EXPOSE: {
             auto const& expose = reinterpret_cast<xcb_expose_event_t const&>(event);
@@ -421,6 +431,7 @@ void SystemWindow::button(xcb_button_press_event_t const& button) {
     if (button.detail == 4 || button.detail == 5) owner_.scaled(button.detail == 4 ? 1.25 : 1 / 1.25, place);
 }
 
+/// The window selects motion only while button 1 is down, so a press has set dragged_ before.
 void SystemWindow::drag(xcb_motion_notify_event_t const& motion) {
     Corner const before = std::exchange(dragged_, {motion.event_x, motion.event_y});
     owner_.dragged(motion.event_x - before.x, motion.event_y - before.y);
@@ -433,6 +444,7 @@ void paintWindows() {
     }
 }
 
+/// None for errors of requests, too, which arrive among the events: a request for a window that is gone has no effect.
 xcb_window_t windowOf(xcb_generic_event_t const& event) {
     switch (event.response_type & 0x7F) {
         case XCB_EXPOSE: return reinterpret_cast<xcb_expose_event_t const&>(event).window;
@@ -465,10 +477,12 @@ bool Window::handleEvent(int milliseconds) {
     }
     if (event == nullptr) {
         pollfd connection{xcb_get_file_descriptor(display.connection()), POLLIN, 0};
+        // The wait comes last, because xcb may have read events already, and then nothing arrives that would end it.
         poll(&connection, 1, milliseconds);
         event.reset(xcb_poll_for_event(display.connection()));
     }
     if (event == nullptr) return xcb_connection_has_error(display.connection()) == 0;
+    // Events of a window that has been destroyed may still come.
     auto const found = display.windows.find(windowOf(*event));
     if (found != display.windows.end()) found->second->handle(*event);
     return true;

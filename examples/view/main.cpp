@@ -26,6 +26,7 @@ bool anyOpen(Views const& views) {
 }
 
 void readSheet(std::deque<view::Sheet>& sheets, std::wstring const& drawing, view::Options const& options) {
+    // A deque: the views refer to sheets, which must not move when more are read.
     sheets.emplace_back(drawing, [&](std::wstring const& what) {
         if (!options.quiet) drawing::remark("orn-view", drawing, what);
     });
@@ -39,6 +40,7 @@ std::deque<view::Sheet> readSheets(view::Options const& options) {
             readSheet(sheets, drawing, options);
         } catch (ORN::OrnError const& error) {
             bool const isLast = &drawing == &options.drawings.back();
+            // runProgram then says what is wrong and gives the exit status 1.
             if (sheets.empty() && isLast) throw;
             drawing::complain(error.wWhat());
         }
@@ -57,6 +59,7 @@ void hideLayers(view::Desk& desk, view::Sheet const& sheet) {
 
 /// Windows for the drawings that the user has dropped or chosen meanwhile.
 void openAsked(view::Desk& desk, std::deque<view::Sheet>& sheets, Views& views, view::Options const& options) {
+    // They are taken out first, because messages that come meanwhile may ask for more.
     for (std::wstring const& drawing : std::exchange(desk.asked, {})) {
         try {
             readSheet(sheets, drawing, options);
@@ -81,6 +84,7 @@ void run(view::Options const& options) {
         for (view::Sheet const& sheet : sheets) hideLayers(desk, sheet);
         Views views;
         for (view::Sheet const& sheet : sheets) addView(views, desk, sheet, options.size);
+        // The one in front starts first: otherwise each window would interrupt the drawing of the one behind it.
         std::for_each(views.rbegin(), views.rend(), [](auto const& view) { view->start(); });
 
         view::Player player{desk, views, std::move(commands)};
@@ -89,10 +93,13 @@ void run(view::Options const& options) {
             player.play();
             openAsked(desk, sheets, views, options);
             if (player.quits() || (player.atEnd() && !anyOpen(views))) break;
+            // No message comes when a file appears that a script waits for: play() looks every 50 milliseconds.
             if (!view::Window::handleEvent(player.waitsForFile() ? 50 : -1)) break;
         }
+        // What cannot be closed throws here, and not unseen in a destructor.
         for (auto const& view : views) view->close();
     }
+    // The worker has ended with the desk: nothing is written behind this line.
     log.write(L"end");
     log.close();
 }

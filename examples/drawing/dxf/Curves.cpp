@@ -31,6 +31,7 @@ public:
         double const half = from + (to - from) / 2;
         Point<2> const p = curve_(half), q = curve_(from + (to - from) / 4), r = curve_(from + (to - from) * 0.75);
         double const bulge = ORN::arcThrough(a, p, b).bulge();
+        // Where the points lie together, no arc goes through them: the bulge would be NaN.
         if (depth == deepest || isPoint(a, {b, p, q, r})) {
             take_({a, b});
         } else if (std::fabs(bulge) <= 1 && keepsTo(a, p, b, q) && keepsTo(a, p, b, r)) {
@@ -42,6 +43,7 @@ public:
     }
 
 private:
+    // The limit ends the halving also where points are not finite: no comparison with NaN holds.
     static constexpr int deepest = 16;
 
     bool isPoint(Point<2> const& a, std::initializer_list<Point<2>> points) const {
@@ -64,8 +66,10 @@ private:
 
 void exactArcs(Conic const& conic, TakeArc const& take) {
     double const sense = cross(conic.u, conic.v) < 0 ? -1 : 1;
+    // The small number keeps a whole turn, which rounding may have made larger, from becoming three arcs.
     int const parts = std::max(1, static_cast<int>(std::ceil(std::fabs(conic.sweep) / Angle::pi - 1e-9)));
     double const bulge = ORN::bulgeOf(sense * conic.sweep / parts);
+    // The last arc of a whole turn ends where the first begins, bit for bit.
     bool const closed = std::fabs(std::fabs(conic.sweep) - turn) < 1e-12;
     Point<2> const first = conic.at(conic.start);
     Point<2> from = first;
@@ -89,6 +93,7 @@ void conicArcs(Conic const& conic, double tolerance, TakeArc const& take) {
     if (conic.isCircular()) return exactArcs(conic, take);
     auto const curve = [&](double angle) { return conic.at(angle); };
     Approximation const approximation{curve, tolerance, take};
+    // Eighths of a turn at most: the quarters of a longer piece, where piece() looks, would say less about the rest.
     int const parts = std::max(1, static_cast<int>(std::ceil(std::fabs(conic.sweep) * 8 / turn - 1e-9)));
     bool const closed = std::fabs(std::fabs(conic.sweep) - turn) < 1e-12;
     Point<2> const first = conic.at(conic.start);
@@ -126,9 +131,11 @@ Point<2> Spline::at(double parameter, std::size_t span) const {
 }
 
 void splineArcs(Spline const& spline, double tolerance, TakeArc const& take) {
+    // The curve runs from the knot number `degree` to the one numbered as there are points, where the last span ends.
     std::size_t const first = static_cast<std::size_t>(spline.degree), last = spline.points.size() - 1;
     for (std::size_t span = first; span <= last; ++span) {
         double const from = spline.knots[span], to = spline.knots[span + 1];
+        // A knot that stands there several times leaves spans without length.
         if (!(from < to)) continue;
         auto const curve = [&](double parameter) { return spline.at(parameter, span); };
         Approximation const approximation{curve, tolerance, take};

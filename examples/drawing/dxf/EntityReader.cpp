@@ -21,6 +21,7 @@ double radians(double degrees) { return degrees * (Angle::pi / 180); }
 
 /// From one angle anticlockwise to another, above 0 and up to a whole turn.
 double sweepOf(double from, double to, double whole) {
+    // fmod has the sign of the difference, so one turn more is enough. Equal angles mean a whole turn.
     double const sweep = std::fmod(to - from, whole);
     return sweep <= 0 ? sweep + whole : sweep;
 }
@@ -28,6 +29,7 @@ double sweepOf(double from, double to, double whole) {
 }
 
 Axes::Axes(Vector<3> const& direction) : z{direction} {
+    // The limit belongs to the format: another one would turn the axes of planes near it.
     bool const nearlyUpright = std::fabs(z.x()) < 1.0 / 64 && std::fabs(z.y()) < 1.0 / 64;
     x = cross(nearlyUpright ? Vector<3>{0, 1, 0} : upwards, z).unit();
     y = cross(z, x).unit();
@@ -59,6 +61,7 @@ void EntityReader::read(Elements& elements) {
     // What turns out to be hidden is taken back to here.
     std::size_t const list = elements.list.size(), numbers = elements.numbers.size();
     if (form == std::end(forms)) {
+        // The rest of the style may be that of an earlier entity: only the layer counts for what is not drawn.
         layer_.clear();
         hidden_ = onPaper_ = false;
         for (groups_.next(); groups_.code() != 0; groups_.next()) {
@@ -116,6 +119,7 @@ void EntityReader::takeGroup() {
             rows_ = std::clamp(degree_, 1, 32767);
             return;
         default:
+            // The codes of coordinates, lengths and angles. Their places in values_ end at 239.
             if ((code >= 10 && code < 60) || code == 210 || code == 220 || code == 230) takeNumber(code);
     }
 }
@@ -164,6 +168,7 @@ void EntityReader::append(Kind kind) {
     element.kind = kind;
     element.layer = names_.layer(layer_.empty() ? "0" : layer_);
     element.colour = trueColour_ >= 0 ? trueColour + trueColour_ : colour_;
+    // put() adds to the element that was appended last: its numbers follow each other from here on.
     element.first = elements_->numbers.size();
     elements_->list.push_back(element);
 }
@@ -204,6 +209,7 @@ void EntityReader::point() {
 }
 
 void EntityReader::lightPolyline() {
+    // All vertices share one height, which may stand behind them in the file.
     double const elevation = value(38, 0);
     for (Vertex& vertex : vertices_) vertex.z = elevation;
     putPath(extrusion(), (flags() & 1) != 0, vertices_);
@@ -233,6 +239,7 @@ void EntityReader::polyline() {
     } else {
         groups_.putBack();
     }
+    // Vertices may have styles of their own, and the polyline is drawn in its own.
     std::tie(layer_, colour_, trueColour_) = style;
     hidden_ = hidden;
     onPaper_ = onPaper;
@@ -319,6 +326,7 @@ void EntityReader::insertion() {
     if (name_.empty()) groups_.fail(line_, L"INSERT lacks its group 2");
     Axes const axes{extrusion()};
     Vector<3> const place = point(10);
+    // The insertion is turned in the plane of its extrusion, then scaled along the turned axes.
     double const angle = radians(value(50, 0));
     Vector<3> const x = axes.x * std::cos(angle) + axes.y * std::sin(angle);
     Vector<3> const y = axes.y * std::cos(angle) - axes.x * std::sin(angle);

@@ -56,12 +56,14 @@ void Painter::draw(Elements const& elements, Element const& element, Placing con
     // An entity on layer 0 of a block lies on the layer of the insertion.
     std::uint32_t const layer = element.layer == 0 ? around.layer : element.layer;
     std::int32_t colour = element.colour;
+    // In this order: the layer's colour is a real one, and `around` holds what the insertion's own colour came to.
     if (colour == byLayer) colour = tables_.layers[layer].colour;
     if (colour == byBlock) colour = around.colour;
     std::span<double const> const numbers = elements.numbersOf(element);
 
     if (element.kind == Kind::insertion)
         return insertion(numbers, element.name, placing, {layer, colour, around.depth});
+    // The layers are in a deque: the entry stays where it is while take() uses it.
     layer_ = &tables_.layers[layer];
     rgb_ = colour >= trueColour ? static_cast<std::uint32_t>(colour - trueColour) : colourOfIndex(colour, options_.ink);
     switch (element.kind) {
@@ -115,6 +117,7 @@ void Painter::spline(std::span<double const> numbers, Placing const& placing) {
     std::size_t const count = static_cast<std::size_t>(numbers[1]);
     Extent<2> extent;
     for (std::size_t i = 0; i < count; ++i) {
+        // Affine maps of the points map the curve, and the weights stay: seen from above it is a spline again.
         spline.points.push_back(flat(at(vectorAt(numbers, 2 + 4 * i)) * placing));
         spline.weights.push_back(numbers[2 + 4 * i + 3]);
         extent += spline.points.back();
@@ -151,6 +154,7 @@ void Painter::insertion(std::span<double const> numbers, std::uint32_t name, Pla
         for (double column = 0; column < numbers[12]; ++column) {
             step();
             Placing whole = first;
+            // This comes after all the rest, because the steps have gone through `placing` already.
             whole *= UniformTransform<3>::translation(columnStep * column + rowStep * row);
             copy(block, whole, {around.layer, around.colour, around.depth + 1});
         }
@@ -176,6 +180,7 @@ void Painter::take(ORN::Arc<2> const& arc) {
         fail_(L"more than " + std::to_wstring(limits_.pieces) + L" lines and arcs");
     }
     drawing_.add(arc, rgb_, layer_->name, sums);
+    // What is hidden is kept: the user may ask for the layer.
     if (layer_->off || layer_->frozen) drawing_.hideLatestLayer();
 }
 

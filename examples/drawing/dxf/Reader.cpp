@@ -49,6 +49,7 @@ std::wstring unescaped(std::wstring const& text) {
             }
         }
         plain += digits == 4 ? static_cast<wchar_t>(unit) : text[i];
+        // Seven characters with the one that the loop counts. Two such units in a row may be a pair of surrogates.
         if (digits == 4) i += 6;
     }
     return plain;
@@ -68,6 +69,7 @@ public:
                     limits.numbers},
           painter_{tables_, options_, limits_, drawing_,
                    [this](std::wstring const& what) { groups_.fail(line_, what); }} {
+        // The layer 0 must have the index 0, by which the painter knows it.
         layerNamed("0");
     }
 
@@ -134,6 +136,8 @@ void Reader::skipSection() {
 
 /// Takes the version and the code page, which say how names are encoded. From AC1021 on all text is UTF-8.
 void Reader::header() {
+    // A group 9 names a variable, and the groups up to the next one hold its value. The texts of versions, AC and four
+    // digits, have the order of the versions.
     std::string variable;
     for (groups_.next(); !groups_.is(0, "ENDSEC"); groups_.next()) {
         if (groups_.is(0, "EOF")) groups_.fail(L"the file ends before ENDSEC");
@@ -163,12 +167,14 @@ void Reader::layer() {
         if (groups_.code() == 62) {
             int const colour = groups_.integer();
             entry.off = colour < 0;
+            // A true colour counts, whichever of the two groups comes first.
             if (entry.colour < trueColour) entry.colour = std::clamp(std::abs(colour), 1, 255);
         }
         if (groups_.code() == 420) entry.colour = trueColour + (groups_.integer() & 0xFFFFFF);
     }
     groups_.putBack();
     entry.name = textOf(name);
+    // The layer may have an index already, from an entity or a table before: the name is now spelt as the table has it.
     tables_.layers[layerNamed(name)] = entry;
 }
 
@@ -189,6 +195,7 @@ void Reader::block() {
         if (code == 10 || code == 20 || code == 30) base[code / 10 - 1] = groups_.number();
     }
     if (name.empty()) groups_.fail(line, L"BLOCK lacks its group 2");
+    // The blocks are in a deque: this one stays where it is while its insertions give indices to further blocks.
     Block& block = tables_.blocks[blockNamed(name)];
     // A block that is defined again replaces the first definition.
     block.elements = {};
@@ -211,6 +218,7 @@ void Reader::model() {
         if (groups_.is(0, "EOF")) groups_.fail(L"the file ends before ENDSEC");
         if (groups_.code() != 0)
             groups_.fail(L"group " + std::to_wstring(groups_.code()) + L" stands outside of an entity");
+        // They are cleared and not made anew: the vectors keep their memory from entity to entity.
         elements.list.clear();
         elements.numbers.clear();
         line_ = groups_.line();
@@ -232,6 +240,7 @@ void Reader::remark() {
 }
 
 std::wstring Reader::textOf(std::string const& bytes) {
+    // Code pages agree in ASCII, whatever the header says; most names need no conversion.
     bool const plain = std::all_of(bytes.begin(), bytes.end(), [](char c) { return c >= 0; });
     if (plain) return unescaped({bytes.begin(), bytes.end()});
     std::wstring const text = utf8_ ? utf8(bytes) : codePage_ != 0 ? fromCodePage(bytes, codePage_) : L"";
@@ -260,6 +269,7 @@ std::uint32_t Reader::blockNamed(std::string const& name) {
     std::wstring const text = textOf(name);
     auto const next = static_cast<std::uint32_t>(tables_.blocks.size());
     auto const [entry, isFirst] = blocks_.try_emplace(lowercase(text), next);
+    // An insertion may come before the definition of its block, or without one: the entry then stays undefined.
     if (isFirst) tables_.blocks.push_back({text});
     return place->second = entry->second;
 }
