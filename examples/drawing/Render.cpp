@@ -122,7 +122,7 @@ DIBitmap renderPage(Drawing const& drawing, Page const& page, std::function<void
                 unsigned char* const pixels = bitmap.bits() + std::ptrdiff_t{width} * top * 4;
                 renderer.draw({pixels, width, top, std::min(rows, height - top)});
                 // Only the calling thread has a function here, so `progress` is never called by two threads.
-                if (tell) tell(static_cast<int>(100 * std::int64_t{top + rows} / height));
+                if (tell) tell(static_cast<int>(100 * std::int64_t{std::min(top + rows, height)} / height));
             }
         } catch (...) {
             std::lock_guard const lock{failing};

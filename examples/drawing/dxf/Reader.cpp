@@ -10,7 +10,9 @@
 #include "orn/text/Strings.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
+#include <cstring>
 #include <unordered_map>
 #include <utility>
 
@@ -29,8 +31,10 @@ unsigned int codePageNumber(std::string name) {
         if (name == known) return number;
     }
     for (char const* start : {"ANSI_", "DOS"}) {
+        unsigned int number = 0;
         if (name.starts_with(start))
-            return static_cast<unsigned int>(std::atoi(name.c_str() + std::string{start}.size()));
+            std::from_chars(name.data() + std::strlen(start), name.data() + name.size(), number);
+        if (number != 0) return number;
     }
     return 0;
 }
@@ -168,7 +172,7 @@ void Reader::layer() {
             int const colour = groups_.integer();
             entry.off = colour < 0;
             // A true colour counts, whichever of the two groups comes first.
-            if (entry.colour < trueColour) entry.colour = std::clamp(std::abs(colour), 1, 255);
+            if (entry.colour < trueColour) entry.colour = std::clamp(std::abs(std::max(colour, -255)), 1, 255);
         }
         if (groups_.code() == 420) entry.colour = trueColour + (groups_.integer() & 0xFFFFFF);
     }
@@ -241,7 +245,7 @@ void Reader::remark() {
 
 std::wstring Reader::textOf(std::string const& bytes) {
     // Code pages agree in ASCII, whatever the header says; most names need no conversion.
-    bool const plain = std::all_of(bytes.begin(), bytes.end(), [](char c) { return c >= 0; });
+    bool const plain = std::all_of(bytes.begin(), bytes.end(), [](unsigned char c) { return c < 0x80; });
     if (plain) return unescaped({bytes.begin(), bytes.end()});
     std::wstring const text = utf8_ ? utf8(bytes) : codePage_ != 0 ? fromCodePage(bytes, codePage_) : L"";
     if (!text.empty()) return unescaped(text);
