@@ -2,12 +2,18 @@
 #   // needs: Eigen3::Eigen glm::glm
 # and, to measure what the library does not export, a source beside it. Programs that it starts, from sources beside it,
 # stand in a line "// starts:"; they need what a line of their own says.
+#
+#   orn_bench(source [O2])     with O2 at that level of optimisation, under a name that ends in it
 function(orn_bench source)
   cmake_path(GET source STEM name)
+  string(APPEND name "${ARGN}")
   file(STRINGS "${source}" needs REGEX "^// needs:")
   string(REGEX REPLACE "^// needs:" "" needs "${needs}")
   separate_arguments(needs)
   add_executable(${name} "${source}")
+  if(ARGN)
+    target_compile_options(${name} PRIVATE "-${ARGN}")
+  endif()
   target_compile_definitions(${name} PRIVATE "ORN_DRAWINGS=\"${PROJECT_SOURCE_DIR}/examples/drawings/\"")
   foreach(need ${needs})
     if(need MATCHES "[.]cpp$")
