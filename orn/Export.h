@@ -20,7 +20,8 @@
 
 /// Class templates whose members the library instantiates, and exports. GNU compilers take the word from the first
 /// declaration that they see of an instance, and ignore it later. Microsoft's exports nothing from a definition whose
-/// declaration, or template, says that it is exported already.
+/// declaration, or template, says that it is exported already. Clang may take the word from the first declaration of the
+/// template: where a class of the library is used before its template is defined, the declaration has the word, too.
 ///
 ///     template <int N> class ORN_API_TEMPLATE Closed {…};           // a template of which nobody else makes instances,
 ///     extern template class ORN_API_INSTANCE Closed<2>;             // and an instance in the header
