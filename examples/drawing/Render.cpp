@@ -6,6 +6,7 @@
 #include "orn/threading/Scheduler.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <exception>
@@ -82,12 +83,22 @@ void Renderer::draw(Band const& band) const {
     auto const top = static_cast<float>(band.top), bottom = static_cast<float>(band.top + band.height);
     Strokes strokes{band, page_->lineWidth()};
     std::vector<Point<2>> points;
-    // Entities keep their order: what is drawn later covers what was drawn earlier.
-    for (std::size_t i = 0; i < reaches_.size(); ++i) {
-        if (!(reaches_[i].bottom >= top && reaches_[i].top <= bottom)) continue;
-        Entity const& entity = drawing_->entities()[i];
-        flatten(entity.arc, page_->transform(), stretch, flatness, points);
-        strokes.draw(points, 0xFF000000 | entity.rgb);
+    // Entities keep their order: what is drawn later covers what was drawn earlier. Most lie outside of a band, so that the
+    // others are asked for, some at a time, before they are needed.
+    std::array<std::size_t, 128> found;
+    std::vector<Entity> const& entities = drawing_->entities();
+    for (std::size_t next = 0; next < entities.size();) {
+        std::size_t count = 0;
+        for (std::size_t const end = std::min(next + found.size(), entities.size()); next < end; ++next) {
+            if (!(reaches_[next].bottom >= top && reaches_[next].top <= bottom)) continue;
+            __builtin_prefetch(&entities[next]);
+            __builtin_prefetch(&entities[next].rgb);
+            found[count++] = next;
+        }
+        for (std::size_t i = 0; i < count; ++i) {
+            flatten(entities[found[i]].arc, page_->transform(), stretch, flatness, points);
+            strokes.draw(points, 0xFF000000 | entities[found[i]].rgb);
+        }
     }
 }
 

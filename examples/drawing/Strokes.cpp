@@ -2,20 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
-#include <numbers>
-#include <numeric>
 #include <utility>
 
 namespace drawing {
 
 namespace {
 
-constexpr std::int32_t pixel = 256;     // steps
-constexpr std::int32_t lineCount = 15;  // lines of samples in a row of pixels
-constexpr int moreBits = 32;
-constexpr std::int64_t oneLine = std::int64_t{1} << 32;  // of a cell
-constexpr int mostRows = 16;                             // that are sampled at once
+// To the right and to the left of all that is drawn. All bytes of each are the same, so that it fills memory at once.
+constexpr std::int32_t farRight = 0x3F3F3F3F, farLeft = -0x3F3F3F40;
+constexpr std::int64_t halfStep = std::int64_t{1} << (moreBits - 1);
 
 // Farther away from the page than this many pixels, polylines are cut off: then no product below overflows. (The largest
 // one is the step of an edge that falls by 1/256 of a pixel all the way from left to right: 2^26 * 256 / 15 * 2^32.)
@@ -41,59 +38,10 @@ bool cutOff(Point<2>& from, Point<2>& to) {
     return true;
 }
 
-/// To the nearest whole number; half of one goes up.
-std::int32_t nearest(double value) {
-    // The floor of the sum: a cast, which is fast, cuts towards zero, and the line behind it corrects what is below zero.
-    auto const truncated = static_cast<std::int32_t>(value + 0.5);  // NOLINT(bugprone-incorrect-roundings)
-    return truncated - (truncated > value + 0.5 ? 1 : 0);
-}
-
-/// The first line of samples whose middle is not above a place.
-int lineAt(std::int32_t y) { return static_cast<int>((std::int64_t{y} * lineCount + pixel / 2) >> 8); }
-
-std::int64_t whole(std::int64_t x) { return (x + (std::int64_t{1} << (moreBits - 1))) >> moreBits; }
-
-/// By how much an edge moves to the right from one line of samples to the next, with 32 more bits. Not for level edges.
-std::int64_t stepOf(std::int32_t dx, std::int32_t dy) {
-    return static_cast<std::int64_t>(dx * (pixel * 4294967296.0) / (static_cast<double>(dy) * lineCount));
-}
-
-/// The four channels of a pixel, with 16 bits for each.
-std::uint64_t apart(std::uint32_t rgb) { return (rgb & 0xFF00FF) | (std::uint64_t{rgb & 0xFF00FF00} << 24); }
-
-/// Alpha parts of 255 of each channel, rounded.
-std::uint64_t times(std::uint64_t channels, std::uint32_t alpha) {
-    std::uint64_t const product = channels * alpha + 0x0080'0080'0080'0080;
-    return (product + (product >> 8 & 0x00FF'00FF'00FF'00FF)) >> 8 & 0x00FF'00FF'00FF'00FF;
-}
-
-/// Alpha parts of 255 of the upper channels, and the rest of the lower ones. Each product is rounded.
-std::uint32_t blend(std::uint64_t upper, std::uint64_t lower, std::uint32_t alpha) {
-    std::uint64_t const sum = times(upper, alpha) + times(lower, 255 - alpha);
-    return static_cast<std::uint32_t>(sum | sum >> 24);
-}
-
 }
 
 Strokes::Strokes(Band const& band, double width)
-    : band_{band},
-      radius_{width / 2 * pixel},
-      rows_(static_cast<std::size_t>(band.height)),
-      ends_(mostRows * lineCount),
-      cells_(static_cast<std::size_t>(band.width) + 2, Cell{0}),
-      firstCell_{band.width + 1} {
-    // The pen's sides keep within a tenth of a pixel of the circle.
-    double const apart = std::acos(std::max(1 - 0.1 / (width / 2), 0.0));
-    int const half = std::max(2, static_cast<int>(std::ceil(std::numbers::pi / apart)));
-    for (int i = 0; i < 2 * half; ++i) {
-        double const angle = -std::numbers::pi * i / half;
-        pen_.push_back({nearest(radius_ * std::cos(angle)), nearest(radius_ * std::sin(angle))});
-    }
-    for (std::size_t i = 0; i < pen_.size(); ++i) {
-        Place const side = pen_[i] - pen_[i > 0 ? i - 1 : pen_.size() - 1];
-        penSteps_.push_back(side.y != 0 ? stepOf(side.x, side.y) : 0);
-    }
-}
+    : band_{band}, pen_{width}, rows_(static_cast<std::size_t>(band.height)), coverage_{band.width} {}
 
 void Strokes::draw(std::span<Point<2> const> points, std::uint32_t rgb) {
     places_.clear();
@@ -116,7 +64,7 @@ void Strokes::draw(std::span<Point<2> const> points, std::uint32_t rgb) {
 }
 
 void Strokes::add(Point<2> const& p) {
-    Place const place{nearest(p.x() * pixel), nearest(p.y() * pixel) - band_.top * pixel};
+    Place const place{nearest(p.x() * stepsPerPixel), nearest(p.y() * stepsPerPixel) - band_.top * stepsPerPixel};
     if (places_.empty() || place != places_.back()) places_.push_back(place);
 }
 
@@ -124,49 +72,111 @@ void Strokes::add(Point<2> const& p) {
 void Strokes::fill(std::uint32_t rgb) {
     if (places_.empty()) return;
     if (places_.size() == 1) places_.push_back(places_[0] + Place{1, 0});
-    addOutline();
-    fillOutline(rgb);
+    sides_.clear();
+    chains_.clear();
+    edges_.clear();
+    boundCount_ = 0;
+    for (std::size_t i = 1; i < places_.size(); ++i) sides_.push_back(pen_.rightSide(places_[i - 1], places_[i]));
+    addChains();
+    if (!chains_.empty()) cover(rgb);
     places_.clear();
 }
 
-/// The right side of a segment, y downwards.
-Strokes::Side Strokes::rightSide(Place const& from, Place const& to) const {
-    Place const way = to - from;
-    double const dx = way.x, dy = way.y, scale = radius_ / std::sqrt(dx * dx + dy * dy);
-    std::size_t corner = 0;
-    std::int64_t reach = std::numeric_limits<std::int64_t>::min();
-    for (std::size_t i = 0; i < pen_.size(); ++i) {
-        std::int64_t const farther = std::int64_t{way.x} * pen_[i].y - std::int64_t{way.y} * pen_[i].x;
-        corner = farther >= reach ? i : corner;
-        reach = std::max(farther, reach);
+/// Cuts the polyline where it turns from falling to rising or back.
+void Strokes::addChains() {
+    for (std::size_t first = 0, last; first < sides_.size(); first = last) {
+        bool rises = false, falls = false;
+        for (last = first; last < sides_.size(); ++last) {
+            rises |= places_[last + 1].y < places_[last].y;
+            falls |= places_[last + 1].y > places_[last].y;
+            if (rises && falls) break;
+        }
+        if (beginChain(first, last)) addChain(first, last);
     }
-    return {{nearest(-dy * scale), nearest(dx * scale)}, corner};
 }
 
-/// The left side of the same segment. The pen has an even number of corners.
-Strokes::Side Strokes::opposite(Side const& side) const {
-    std::size_t const half = pen_.size() / 2;
-    return {-side.offset, side.corner < half ? side.corner + half : side.corner - half};
+/// Makes room for the intervals of a chain between two places. False when it lies above or below the band.
+bool Strokes::beginChain(std::size_t from, std::size_t to) {
+    auto const [top, bottom] = std::minmax(places_[from].y, places_[to].y);
+    int const first = std::max(lineBelow(top - pen_.reach()), 0);
+    int const end = std::min(lineBelow(bottom + pen_.reach()), band_.height * linesPerRow);
+    if (first >= end) return false;
+    std::int32_t left = places_[from].x, right = left;
+    for (std::size_t i = from + 1; i <= to; ++i) {
+        left = std::min(left, places_[i].x);
+        right = std::max(right, places_[i].x);
+    }
+    Columns const columns{(left - pen_.reach()) >> 8, ((right + pen_.reach()) >> 8) + 1};
+    chains_.push_back({first / linesPerRow, (end - 1) / linesPerRow + 1, columns, boundCount_});
+    // The last row is read with as many lines as an Intervals takes, which is one more.
+    Chain const& chain = chains_.back();
+    auto const count = static_cast<std::size_t>((chain.endRow - chain.firstRow - 1) * linesPerRow + lanes);
+    boundCount_ += count;
+    if (lefts_.size() < boundCount_) {
+        lefts_.resize(boundCount_);
+        rights_.resize(boundCount_);
+    }
+    std::memset(lefts_.data() + chain.begin, farRight & 0xFF, count * sizeof farRight);
+    std::memset(rights_.data() + chain.begin, farLeft & 0xFF, count * sizeof farLeft);
+    return true;
 }
 
-/// Along the right sides of the segments, and back along the left ones.
-void Strokes::addOutline() {
-    std::vector<Place> const& places = places_;
-    edges_.clear();
-    firstRow_ = band_.height;
-    lastRow_ = -1;
-    Side const first = rightSide(places[0], places[1]);
-    Side right = first;
-    for (std::size_t i = 1;; ++i) {
-        addEdge(places[i - 1] + right.offset, places[i] + right.offset);
-        addEdge(places[i] - right.offset, places[i - 1] - right.offset);
-        if (i + 1 == places.size()) break;
-        Side const next = rightSide(places[i], places[i + 1]);
-        addJoin(places[i], right, next);
-        right = next;
+/// The outline of the polyline between two places: along the right sides of its segments, and back along the left ones.
+void Strokes::addChain(std::size_t from, std::size_t to) {
+    bool const falls = places_[from].y < places_[to].y;
+    for (std::size_t i = from; i < to; ++i) {
+        Place const& aside = sides_[i].offset;
+        Place const way = places_[i + 1] - places_[i];
+        std::int64_t const step = way.y != 0 ? stepOf(way) : 0;
+        addEdge(places_[i] + aside, places_[i + 1] + aside, &step);
+        addEdge(places_[i + 1] - aside, places_[i] - aside, &step);
+        if (i > from) addJoin(places_[i], sides_[i - 1], sides_[i]);
     }
-    addFan(places.back(), right, opposite(right), true);
-    addFan(places.front(), opposite(first), first, true);
+    // The join of two chains belongs to the first one. Both are closed there, within the area of the polyline.
+    if (from == 0) {
+        addEnd(places_[from], pen_.opposite(sides_[from]), falls);
+    } else {
+        addBound(edgeBetween(places_[from] - sides_[from].offset, places_[from] + sides_[from].offset));
+    }
+    if (to == sides_.size()) {
+        addEnd(places_[to], sides_[to - 1], !falls);
+    } else {
+        addJoin(places_[to], sides_[to - 1], sides_[to]);
+        addBound(edgeBetween(places_[to] + sides_[to].offset, places_[to]));
+        addBound(edgeBetween(places_[to], places_[to] - sides_[to].offset));
+    }
+}
+
+/// A round end, from a side to the opposite one.
+void Strokes::addEnd(Place const& at, Side const& side, bool pointsUp) {
+    Side const other = pen_.opposite(side);
+    if (!pen_.isFine()) return addFan(at, side, other, true);
+    addPen(at);
+    // The sides of a nearly level segment lie beyond the pen. Those of another one leave it by less than is seen.
+    if (std::abs(side.offset.y) > -pen_.top()) {
+        addEdge(at + side.offset, at + pen_.corner(side.corner));
+        addEdge(at + pen_.corner(other.corner), at + other.offset);
+    }
+    // Each row that the end reaches into has a corner of the pen.
+    std::int32_t const inner = std::abs(pen_.corner(side.corner).y), outer = -pen_.top();
+    int const first = lineBelow(at.y - (pointsUp ? outer : inner)), end = lineBelow(at.y + (pointsUp ? inner : outer));
+    for (int row = std::max(first, 0) / linesPerRow; row < band_.height && row * linesPerRow < end; ++row) {
+        rows_[static_cast<std::size_t>(row)].isBroken = true;
+    }
+}
+
+/// The intervals that a fine pen covers.
+void Strokes::addPen(Place const& at) {
+    int const first = lineBelow(at.y + pen_.top());
+    auto const [begin, end] = linesWithin(first, lineBelow(at.y - pen_.top()));
+    if (begin >= end) return;
+    std::int32_t const* const halves = pen_.halfWidths(at.y + pen_.top()).data() + (begin - first);
+    std::int32_t* const lefts = lefts_.data() + indexOf(chains_.back(), begin);
+    std::int32_t* const rights = rights_.data() + indexOf(chains_.back(), begin);
+    for (int i = 0; i < end - begin; ++i) {
+        lefts[i] = std::min(lefts[i], at.x - halves[i]);
+        rights[i] = std::max(rights[i], at.x + halves[i]);
+    }
 }
 
 void Strokes::addJoin(Place const& at, Side const& in, Side const& out) {
@@ -177,7 +187,7 @@ void Strokes::addJoin(Place const& at, Side const& in, Side const& out) {
     if (rightwards) {
         addEdge(at + before, at);
         addEdge(at, at + after);
-        addFan(at, opposite(out), opposite(in), false);
+        addFan(at, pen_.opposite(out), pen_.opposite(in), false);
     } else {
         addFan(at, in, out, true);
         addEdge(at - after, at);
@@ -188,222 +198,153 @@ void Strokes::addJoin(Place const& at, Side const& in, Side const& out) {
 /// From one side to another, anticlockwise on the page, by way of the pen's corners between those that reach farthest
 /// there, with or without these two.
 void Strokes::addFan(Place const& around, Side const& from, Side const& to, bool withEnds) {
-    auto const next = [&](std::size_t i) { return i + 1 < pen_.size() ? i + 1 : 0; };
     Place at = around + from.offset;
     if (from.corner != to.corner) {
-        std::size_t const end = withEnds ? next(to.corner) : to.corner;
-        std::size_t const begin = withEnds ? from.corner : next(from.corner);
-        for (std::size_t i = begin; i != end; i = next(i)) {
-            addEdge(at, around + pen_[i], i != begin ? &penSteps_[i] : nullptr);
-            at = around + pen_[i];
+        std::size_t const end = withEnds ? pen_.next(to.corner) : to.corner;
+        for (std::size_t i = withEnds ? from.corner : pen_.next(from.corner); i != end; i = pen_.next(i)) {
+            addEdge(at, around + pen_.corner(i));
+            at = around + pen_.corner(i);
         }
     }
     addEdge(at, around + to.offset);
 }
 
-inline void Strokes::addEdge(Place const& from, Place const& to, std::int64_t const* knownStep) {
-    bool const down = to.y > from.y;
-    Place const& upper = down ? from : to;
-    int const first = std::max(lineAt(std::min(from.y, to.y)), 0);
-    int const last = std::min(lineAt(std::max(from.y, to.y)), band_.height * lineCount);
-    if (first >= last) return;
-
-    // Lines of samples run through the middle of their shares of the row; toFirst counts 512 from one line to the next.
-    std::int64_t const step = knownStep != nullptr ? *knownStep : stepOf(to.x - from.x, to.y - from.y);
-    std::int64_t const toFirst = (2 * std::int64_t{first} + 1) * pixel - std::int64_t{upper.y} * lineCount * 2;
-    auto const aside = static_cast<std::int64_t>(static_cast<double>(step) * static_cast<double>(toFirst) / 512);
-    int const firstRow = first / lineCount, lastRow = (last - 1) / lineCount;
-    edges_.push_back({(std::int64_t{upper.x} << moreBits) + aside, step, first, last, down ? 1 : -1, -1});
-    rows_[static_cast<std::size_t>(firstRow)].isBroken |= first != firstRow * lineCount;
-    rows_[static_cast<std::size_t>(lastRow)].isBroken |= last != (lastRow + 1) * lineCount;
-    firstRow_ = std::min(firstRow_, firstRow);
-    lastRow_ = std::max(lastRow_, lastRow);
+inline Strokes::Edge Strokes::edgeBetween(Place const& from, Place const& to, std::int64_t const* knownStep) {
+    bool const falls = to.y > from.y;
+    Place const& upper = falls ? from : to;
+    int const first = lineBelow(upper.y), end = lineBelow(falls ? to.y : from.y);
+    if (first >= end) return {0, 0, first, end, 0, -1};
+    std::int64_t const step = knownStep != nullptr ? *knownStep : stepOf(to - from);
+    // The first line is counted from above the band, too, so that the edge is the same in all bands.
+    auto const aside = static_cast<double>(step) * static_cast<double>(downTo(first, upper.y)) / stepsPerPixel;
+    std::int64_t const x = (std::int64_t{upper.x} << moreBits) + static_cast<std::int64_t>(aside);
+    return {x, step, first, end, falls ? 1 : -1, -1};
 }
 
-void Strokes::fillOutline(std::uint32_t rgb) {
-    if (firstRow_ > lastRow_) return;
-    std::span const rows{rows_.data() + firstRow_, rows_.data() + lastRow_ + 1};
-    active_.resize(edges_.size());
-    // Nearly all outlines of a dense drawing lie in a few rows that are all broken: these are sampled at once.
-    if (rows.size() <= mostRows && std::ranges::all_of(rows, [](Row const& row) { return row.isBroken; })) {
-        std::iota(active_.begin(), active_.end(), 0);
-        std::ranges::fill(rows, Row{});
-        return sampleRows(firstRow_, lastRow_ + 1, rgb);
+/// A part of the whole polyline's outline.
+inline void Strokes::addEdge(Place const& from, Place const& to, std::int64_t const* knownStep) {
+    Edge const edge = edgeBetween(from, to, knownStep);
+    if (edge.sign == 0) return;
+    addBound(edge);
+    breakRow(edge.first);
+    breakRow(edge.end);
+    if (edge.firstRow() < std::min(edge.endRow(), band_.height)) edges_.push_back(edge);
+}
+
+/// Takes an edge for the intervals of the latest chain. Edges that fall have the area at their right.
+inline void Strokes::addBound(Edge const& edge) {
+    auto const [begin, end] = linesWithin(edge.first, edge.end);
+    if (begin >= end) return;
+    std::int64_t x = edge.at(begin) + halfStep;
+    if (edge.sign > 0) {
+        std::int32_t* const lefts = lefts_.data() + indexOf(chains_.back(), begin);
+        for (int i = 0; i < end - begin; ++i, x += edge.step) {
+            lefts[i] = std::min(lefts[i], static_cast<std::int32_t>(x >> moreBits));
+        }
+    } else {
+        std::int32_t* const rights = rights_.data() + indexOf(chains_.back(), begin);
+        for (int i = 0; i < end - begin; ++i, x += edge.step) {
+            rights[i] = std::max(rights[i], static_cast<std::int32_t>(x >> moreBits));
+        }
     }
-    active_.clear();
+}
+
+/// Notes that an edge begins or ends above a line of samples.
+inline void Strokes::breakRow(int line) {
+    int const row = line / linesPerRow;
+    if (line <= 0 || row >= band_.height || row * linesPerRow == line) return;
+    rows_[static_cast<std::size_t>(row)].isBroken = true;
+}
+
+/// Those of some lines of samples that lie in the rows of the latest chain.
+inline Strokes::Lines Strokes::linesWithin(int first, int end) const {
+    Chain const& chain = chains_.back();
+    return {std::max(first, chain.firstRow * linesPerRow), std::min(end, chain.endRow * linesPerRow)};
+}
+
+std::size_t Strokes::indexOf(Chain const& chain, int line) {
+    return chain.begin + static_cast<std::size_t>(line - chain.firstRow * linesPerRow);
+}
+
+void Strokes::cover(std::uint32_t rgb) {
+    int firstRow = band_.height, endRow = 0;
+    for (Chain const& chain : chains_) {
+        firstRow = std::min(firstRow, chain.firstRow);
+        endRow = std::max(endRow, chain.endRow);
+    }
     for (std::size_t i = 0; i < edges_.size(); ++i) {
-        Row& begins = rows_[static_cast<std::size_t>(edges_[i].first / lineCount)];
+        Row& begins = rows_[static_cast<std::size_t>(edges_[i].firstRow())];
         edges_[i].next = std::exchange(begins.begin, static_cast<int>(i));
     }
-    for (int row = firstRow_, end; row <= lastRow_; row = end) {
-        bool const isBroken = rows_[static_cast<std::size_t>(row)].isBroken;
-        int const last = isBroken ? std::min(lastRow_ + 1, row + mostRows) : row + 1;
-        for (end = row; end < last && rows_[static_cast<std::size_t>(end)].isBroken == isBroken; ++end) {
-            Row& at = rows_[static_cast<std::size_t>(end)];
-            for (int i = at.begin; i >= 0; i = edges_[static_cast<std::size_t>(i)].next) active_.push_back(i);
-            at = {};
-        }
-        if (!isBroken && measureRow(row)) {
-            blendRow(row, rgb);
-        } else {
-            sampleRows(row, end, rgb);
-        }
-        if (end > lastRow_) break;
-        std::erase_if(active_, [&](int i) { return edges_[static_cast<std::size_t>(i)].last <= end * lineCount; });
+    active_.clear();
+    auto* pixels = reinterpret_cast<std::uint32_t*>(band_.pixels) + std::ptrdiff_t{firstRow} * band_.width;
+    for (int row = firstRow; row < endRow; ++row, pixels += band_.width) {
+        Row& here = rows_[static_cast<std::size_t>(row)];
+        for (int i = here.begin; i >= 0; i = edges_[static_cast<std::size_t>(i)].next) active_.push_back(i);
+        if (here.isBroken || !measureTrapezoids(row)) measureIntervals(row);
+        coverage_.blend(pixels, rgb);
+        here = {};
+        std::erase_if(active_, [&](int i) { return edges_[static_cast<std::size_t>(i)].endRow() <= row + 1; });
     }
 }
 
 /// False, and nothing done, when two edges meet in a row that all of them cross from top to bottom.
-bool Strokes::measureRow(int row) {
-    int const first = row * lineCount;
-    auto const at = [&](int i, int line) { return edges_[static_cast<std::size_t>(i)].at(line); };
-    std::sort(active_.begin(), active_.end(), [&](int a, int b) { return at(a, first) < at(b, first); });
+bool Strokes::measureTrapezoids(int row) {
+    int const first = row * linesPerRow;
+    auto const edge = [&](int i) -> Edge const& { return edges_[static_cast<std::size_t>(i)]; };
+    std::sort(active_.begin(), active_.end(), [&](int a, int b) { return edge(a).at(first) < edge(b).at(first); });
     std::int64_t before = std::numeric_limits<std::int64_t>::min();
     for (int const i : active_) {
-        std::int64_t const below = whole(at(i, first + lineCount));
+        std::int64_t const below = (edge(i).at(first + linesPerRow) + halfStep) >> moreBits;
         if (below < before) return false;
         before = below;
     }
-    int winding = 0;
+    int winding = 0, left = 0;
     for (int const i : active_) {
-        Edge const& edge = edges_[static_cast<std::size_t>(i)];
-        bool const begins = winding == 0;
-        winding += edge.sign;
-        if (begins || winding == 0) addTrapezoid(edge, edge.at(first), begins ? 1 : -1);
+        if (winding == 0) left = i;
+        winding += edge(i).sign;
+        if (winding == 0) coverage_.addTrapezoid(edge(left).through(row), edge(i).through(row));
     }
     return true;
 }
 
-inline void Strokes::addSpan(std::int32_t from, std::int32_t to) {
-    auto const left = static_cast<std::uint32_t>(from + pixel), right = static_cast<std::uint32_t>(to + pixel);
-    Cell* const cells = cells_.data();
-    cells[left / 256] += oneLine + left % 256 * 2;
-    cells[right / 256] -= oneLine + right % 256 * 2;
-    firstCell_ = std::min(firstCell_, static_cast<int>(left / 256));
-    lastCell_ = std::max(lastCell_, static_cast<int>(right / 256));
+Crossing Strokes::Edge::through(int row) const {
+    // From the middle of the first line to the top of the row; half of an odd number of steps is rounded towards 0.
+    std::int64_t const steps = step / (std::int64_t{1} << moreBits), rest = step - (steps << moreBits);
+    std::int64_t const top = at(row * linesPerRow) - ((steps / 2) << moreBits) - rest / 2;
+    return {top, top + step * linesPerRow};
 }
 
-/// The spans of a line of samples that four edges cross: a stroke with a join. Without branches that depend on the order.
-inline void Strokes::addSpansOfFour(std::int32_t const* crossings, std::ptrdiff_t stride) {
-    std::int32_t const w = crossings[0], x = crossings[stride], y = crossings[2 * stride], z = crossings[3 * stride];
-    std::int32_t const first = std::min(std::min(w, x), std::min(y, z)),
-                       last = std::max(std::max(w, x), std::max(y, z));
-    std::int32_t const p = std::max(std::min(w, x), std::min(y, z)), q = std::min(std::max(w, x), std::max(y, z));
-    std::int32_t const second = std::min(p, q), third = std::max(p, q);
-    if ((first & 3) + (second & 3) == 2) {  // one direction and the other
-        addSpan(first >> 2, second >> 2);
-        addSpan(third >> 2, last >> 2);
-    } else {
-        addSpan(first >> 2, last >> 2);
+void Strokes::measureIntervals(int row) {
+    crossing_.clear();
+    Columns columns{band_.width, 0};
+    for (Chain const& chain : chains_) {
+        if (row < chain.firstRow || row >= chain.endRow) continue;
+        crossing_.push_back(indexOf(chain, row * linesPerRow));
+        columns = {std::min(columns.first, chain.columns.first), std::max(columns.end, chain.columns.end)};
     }
+    if (crossing_.size() > 1) separate();
+    for (std::size_t const at : crossing_) coverage_.addIntervals(lefts_.data() + at, rights_.data() + at, columns);
 }
 
-void Strokes::sampleRows(int row, int end, std::uint32_t rgb) {
-    int const count = (end - row) * lineCount;
-    crossLines(row * lineCount, count);
-    for (int line = 0; row < end; ++row) {
-        for (int const below = line + lineCount; line < below; ++line) {
-            auto const at = static_cast<std::size_t>(line);
-            if (ends_[at] == line + 2 * count) {  // nearly always
-                std::int32_t const a = crossings_[at], b = crossings_[at + static_cast<std::size_t>(count)];
-                addSpan(std::min(a, b) >> 2, std::max(a, b) >> 2);
-            } else if (ends_[at] == line + 4 * count) {
-                addSpansOfFour(crossings_.data() + line, count);
-            } else {
-                addSpans(line, ends_[at], count);
+/// Joins the intervals of several chains that meet on a line of the row in work: the latest of them becomes the whole, the
+/// others become empty.
+void Strokes::separate() {
+    for (std::size_t chain = 1; chain < crossing_.size(); ++chain) {
+        std::int32_t* const lefts = lefts_.data() + crossing_[chain];
+        std::int32_t* const rights = rights_.data() + crossing_[chain];
+        for (std::size_t other = 0; other < chain; ++other) {
+            std::int32_t* const otherLefts = lefts_.data() + crossing_[other];
+            std::int32_t* const otherRights = rights_.data() + crossing_[other];
+            for (int i = 0; i < linesPerRow; ++i) {
+                bool const meet = lefts[i] <= otherRights[i] && otherLefts[i] <= rights[i];
+                lefts[i] = meet ? std::min(lefts[i], otherLefts[i]) : lefts[i];
+                rights[i] = meet ? std::max(rights[i], otherRights[i]) : rights[i];
+                otherLefts[i] = meet ? farRight : otherLefts[i];
+                otherRights[i] = meet ? farLeft : otherRights[i];
             }
         }
-        blendRow(row, rgb);
     }
-}
-
-/// Where the active edges cross lines of samples, and in the two bits below the edges' directions.
-void Strokes::crossLines(int first, int count) {
-    if (crossings_.size() < active_.size() * static_cast<std::size_t>(count)) {
-        crossings_.resize(active_.size() * static_cast<std::size_t>(count));
-    }
-    if (sorted_.size() < active_.size()) sorted_.resize(active_.size());
-    std::iota(ends_.begin(), ends_.begin() + count, 0);
-    // One cell to the left and one to the right of the band stand for all that lies outside.
-    std::int64_t const leftmost = -pixel, rightmost = std::int64_t{band_.width} * pixel;
-    std::int32_t* const crossings = crossings_.data();
-    for (int const i : active_) {
-        Edge const& edge = edges_[static_cast<std::size_t>(i)];
-        int const begin = std::max(edge.first - first, 0), end = std::min(edge.last - first, count);
-        std::int64_t x = edge.at(first + begin);
-        std::int64_t const step = edge.step;
-        std::int32_t const direction = edge.sign + 1;
-        for (int* line = ends_.data() + begin; line != ends_.data() + end; ++line, x += step) {
-            auto const place = static_cast<std::int32_t>(std::clamp(whole(x), leftmost, rightmost));
-            crossings[*line] = place * 4 + direction;
-            *line += count;
-        }
-    }
-}
-
-/// The spans of a line of samples that any number of edges cross.
-void Strokes::addSpans(int line, int end, int stride) {
-    std::int32_t* const sorted = sorted_.data();
-    std::int32_t* last = sorted;
-    for (int i = line; i < end; i += stride) *last++ = crossings_[static_cast<std::size_t>(i)];
-    std::sort(sorted, last);
-    std::int32_t from = 0, winding = 0;
-    for (std::int32_t const crossing : std::span{sorted, last}) {
-        if (winding == 0) from = crossing >> 2;
-        winding += (crossing & 3) - 1;
-        if (winding == 0) addSpan(from, crossing >> 2);
-    }
-}
-
-/// To the cell of a column, or to that for all the columns to the left or to the right of the band.
-void Strokes::addToCell(std::int64_t column, std::int32_t lines, std::int32_t beside) {
-    auto const i = static_cast<int>(std::clamp<std::int64_t>(column, -1, band_.width) + 1);
-    firstCell_ = std::min(firstCell_, i);
-    lastCell_ = std::max(lastCell_, i);
-    cells_[static_cast<std::size_t>(i)] += lines * oneLine + std::int64_t{lines} * beside;
-}
-
-/// What lies to the right of an edge in a whole row, in lines of samples for each column.
-void Strokes::addTrapezoid(Edge const& edge, std::int64_t x, int sign) {
-    // From the middle of the first line to the top of the row; half of an odd number of steps is rounded towards 0.
-    std::int64_t const steps = edge.step / (std::int64_t{1} << moreBits), rest = edge.step - (steps << moreBits);
-    std::int64_t const top = x - ((steps / 2) << moreBits) - rest / 2, bottom = top + edge.step * lineCount;
-    std::int64_t const left = std::min(top, bottom), right = std::max(top, bottom);
-    auto const within = [](std::int64_t at) { return static_cast<std::int32_t>((at >> moreBits) & 255); };
-    auto const add = [&](std::int64_t column, std::int32_t lines, std::int32_t beside) {
-        addToCell(column, sign * lines, beside);
-    };
-    std::int64_t const first = left >> (moreBits + 8), last = right >> (moreBits + 8);
-    if (first == last) return add(first, lineCount, within(left) + within(right));
-    std::int32_t done = 0;
-    // Columns outside of the band need not be told apart.
-    for (std::int64_t column = std::max<std::int64_t>(first, -1); column < std::min<std::int64_t>(last, band_.width);
-         ++column) {
-        std::int64_t const border = (column + 1) << (moreBits + 8);
-        auto const lines = static_cast<std::int32_t>((border - left) * lineCount / (right - left));
-        add(column, lines - done, column == first ? pixel + within(left) : pixel);
-        done = lines;
-    }
-    add(last, lineCount - done, within(right));
-}
-
-void Strokes::blendRow(int row, std::uint32_t rgb) {
-    auto* const pixels = reinterpret_cast<std::uint32_t*>(band_.pixels) + std::ptrdiff_t{row} * band_.width;
-    std::uint64_t const upper = apart(rgb);
-    std::int64_t covered = 0;
-    for (int i = firstCell_; i <= lastCell_; ++i) {
-        Cell& cell = cells_[static_cast<std::size_t>(i)];
-        auto const beside = static_cast<std::int32_t>(cell);
-        covered += (cell - beside) >> 32;
-        cell = 0;
-        if (i == 0 || i > band_.width) continue;
-        auto const area = static_cast<std::int32_t>(covered) * 2 * pixel - beside;  // of 15 * 512
-        // 15 * 17 is 255: the whole area gives 255 parts. 256, half of 512, rounds.
-        auto const alpha = static_cast<std::uint32_t>((area * 17 + 256) >> 9);
-        pixels[i - 1] = blend(upper, apart(pixels[i - 1]), alpha);
-    }
-    firstCell_ = band_.width + 1;
-    lastCell_ = 0;
 }
 
 }

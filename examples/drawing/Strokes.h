@@ -1,8 +1,14 @@
 /// Anti-aliased lines in the memory of a picture.
 #pragma once
 
+#include "drawing/Coverage.h"
+#include "drawing/Pen.h"
+#include "drawing/Samples.h"
+
 #include "orn/geometry/Point.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -24,8 +30,9 @@ struct Band {
 /// A line covers the area that a regular polygon, the pen, sweeps over. Each row of pixels is sampled along fifteen lines;
 /// a row that all edges cross from top to bottom without meeting is measured by trapezoids instead.
 ///
-/// The channels differ by two of 255 levels at most from what Cairo draws, stroke by stroke. There are two exceptions: the
-/// ends of level lines, where a pixel may differ by 12 levels, and lines that leave the page, which may differ by 16.
+/// The channels differ by two of 255 levels at most from what Cairo draws, stroke by stroke. There are three exceptions: the
+/// ends of level lines, where a pixel may differ by 12 levels, lines that leave the page, which may differ by 16, and one
+/// of some hundred sharp joins, where a pixel may differ by 6.
 class Strokes {
 public:
     Strokes(Band const& band, double width);
@@ -34,74 +41,72 @@ public:
     void draw(std::span<Point<2> const> points, std::uint32_t rgb);
 
 private:
-    /// In steps of 1/256 of a pixel, from the top left corner of the band.
-    struct Place {
-        std::int32_t x, y;
-        friend bool operator==(Place const&, Place const&) = default;
-        friend Place operator+(Place const& a, Place const& b) { return {a.x + b.x, a.y + b.y}; }
-        friend Place operator-(Place const& a, Place const& b) { return {a.x - b.x, a.y - b.y}; }
-        friend Place operator-(Place const& a) { return {-a.x, -a.y}; }
+    /// A part of the polyline that never rises, or never falls. It covers one interval of each line of samples. The ends
+    /// of these intervals stand in lefts_ and rights_, in steps from the left of the band; see indexOf.
+    struct Chain {
+        int firstRow, endRow;  // of pixels in the band
+        Columns columns;       // outside of these nothing is covered
+        std::size_t begin;     // the index of the first row's first line
     };
 
-    /// A side of a segment: from the segment to the line beside it, and the corner of the pen that reaches farthest there.
-    struct Side {
-        Place offset;
-        std::size_t corner;
-    };
-
-    /// A side of the area, between two lines of samples. x and step have 32 more bits than a Place.
+    /// A side of the whole polyline's area. x and step have moreBits.
     struct Edge {
         std::int64_t x;     ///< where it meets its first line of samples
         std::int64_t step;  ///< from one line of samples to the next
-        int first, last;    ///< lines of samples; the last one is not met
-        int sign;           ///< 1 downwards, -1 upwards
-        int next;           ///< the next edge that begins in the same row of pixels, or -1
+        int first, end;     ///< lines of samples; the end is not met
+        int sign;           ///< 1 downwards, -1 upwards, 0 when it meets no line
+        int next;           ///< the next edge whose first whole row is the same, or -1
 
         std::int64_t at(int line) const { return x + step * (line - first); }
+        /// The rows in the band that it crosses from top to bottom.
+        int firstRow() const { return std::max((first + linesPerRow - 1) / linesPerRow, 0); }
+        int endRow() const { return end / linesPerRow; }
+        Crossing through(int row) const;
     };
 
     /// A row of pixels, while an outline is filled.
     struct Row {
-        int begin = -1;         ///< the first edge that begins there, or -1
+        int begin = -1;         ///< the first edge whose first whole row it is, or -1
         bool isBroken = false;  ///< an edge begins or ends between its first line of samples and its last one
     };
 
-    /// What a pixel of the row in work adds: lines that the area covers from here on to the right, and what of these
-    /// lines lies beside the area in this pixel, in halves of a step. One sum holds both: the lines count 2^32 each.
-    using Cell = std::int64_t;
+    /// Lines of samples, of which `end` is the first one behind.
+    struct Lines {
+        int first, end;
+    };
 
-    Side rightSide(Place const& from, Place const& to) const;
-    Side opposite(Side const& side) const;
     void add(Point<2> const& p);
     void fill(std::uint32_t rgb);
-    void addOutline();
+    void addChains();
+    bool beginChain(std::size_t from, std::size_t to);
+    void addChain(std::size_t from, std::size_t to);
+    void addEnd(Place const& at, Side const& side, bool pointsUp);
+    void addPen(Place const& at);
     void addJoin(Place const& at, Side const& in, Side const& out);
     void addFan(Place const& around, Side const& from, Side const& to, bool withEnds);
     void addEdge(Place const& from, Place const& to, std::int64_t const* knownStep = nullptr);
-    void fillOutline(std::uint32_t rgb);
-    bool measureRow(int row);
-    void addTrapezoid(Edge const& edge, std::int64_t x, int sign);
-    void addToCell(std::int64_t column, std::int32_t lines, std::int32_t beside);
-    void sampleRows(int row, int end, std::uint32_t rgb);
-    void crossLines(int first, int count);
-    void addSpansOfFour(std::int32_t const* crossings, std::ptrdiff_t stride);
-    void addSpans(int line, int end, int stride);
-    void addSpan(std::int32_t from, std::int32_t to);
-    void blendRow(int row, std::uint32_t rgb);
+    void addBound(Edge const& edge);
+    static Edge edgeBetween(Place const& from, Place const& to, std::int64_t const* knownStep = nullptr);
+    void breakRow(int line);
+    Lines linesWithin(int first, int end) const;
+    static std::size_t indexOf(Chain const& chain, int line);
+    void cover(std::uint32_t rgb);
+    bool measureTrapezoids(int row);
+    void measureIntervals(int row);
+    void separate();
 
     Band band_;
-    double radius_;  // in steps
-    std::vector<Place> pen_;
-    std::vector<std::int64_t> penSteps_;  // of the side that ends at a corner: an edge's step
+    Pen pen_;
     std::vector<Place> places_;
-    std::vector<Edge> edges_;
+    std::vector<Side> sides_;  // the right ones of all segments
+    std::vector<Chain> chains_;
+    std::vector<std::int32_t> lefts_, rights_;  // of all chains, line by line
+    std::size_t boundCount_ = 0;                // of these that are in use
+    std::vector<Edge> edges_;                   // those that cross whole rows
     std::vector<Row> rows_;
-    std::vector<int> active_;              // the edges that cross the rows in work
-    std::vector<std::int32_t> crossings_;  // the first one of every line of samples, the second one of every line ...
-    std::vector<std::int32_t> sorted_;     // the crossings of one line
-    std::vector<int> ends_;                // for every line of samples in work, the place after its last crossing
-    std::vector<Cell> cells_;              // for the row in work, with one more at each end for what lies outside
-    int firstCell_ = 0, lastCell_ = 0, firstRow_ = 0, lastRow_ = 0;
+    std::vector<int> active_;            // the edges that cross the row in work
+    std::vector<std::size_t> crossing_;  // the first lines of the chains that reach into the row in work
+    Coverage coverage_;
 };
 
 }
