@@ -54,7 +54,8 @@ void Coverage::addBeside(Crossing const& edge, Columns const& columns, int sign)
     std::int64_t column = std::max<std::int64_t>(first, columns.first);
     for (; column < std::min<std::int64_t>(last + 1, columns.end); ++column) {
         std::int32_t const here = (column < last ? linesBefore(column + 1) : linesPerRow) - lines;
-        std::int32_t const beside = (column == first ? within(left) : 0) + (column == last ? within(right) : stepsPerPixel);
+        std::int32_t const beside =
+            (column == first ? within(left) : 0) + (column == last ? within(right) : stepsPerPixel);
         lines += here;
         areas_[static_cast<std::size_t>(column)] += sign * (lines * 2 * stepsPerPixel - here * beside);
     }
@@ -67,7 +68,8 @@ void Coverage::addIntervals(std::int32_t const* lefts, std::int32_t const* right
     for (int begin = std::max(within.first, 0); begin < std::min(within.end, width_); begin += most) {
         Intervals const intervals{lefts, rights, begin * stepsPerPixel};
         int const first = begin + intervals.first() / stepsPerPixel;
-        int const end = std::min({begin + (intervals.last() + stepsPerPixel - 1) / stepsPerPixel, begin + most, within.end, width_});
+        int const end = std::min(
+            {begin + (intervals.last() + stepsPerPixel - 1) / stepsPerPixel, begin + most, within.end, width_});
         if (first >= end) continue;
         all = {std::min(all.first, first), end};
         std::int32_t here = intervals.beyond((first - begin) * stepsPerPixel);

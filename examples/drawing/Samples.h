@@ -38,7 +38,8 @@ inline std::int32_t nearest(double value) {
 
 /// By how much an edge moves to the right from one line of samples to the next, with moreBits. Not for level edges.
 inline std::int64_t stepOf(Place const& way) {
-    return static_cast<std::int64_t>(way.x * (stepsPerPixel * 4294967296.0) / (static_cast<double>(way.y) * linesPerRow));
+    return static_cast<std::int64_t>(way.x * (stepsPerPixel * 4294967296.0) /
+                                     (static_cast<double>(way.y) * linesPerRow));
 }
 
 }
