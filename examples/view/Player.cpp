@@ -5,6 +5,7 @@
 
 #include "orn/foundation/Error.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -17,7 +18,7 @@ namespace {
     throw ORN::OrnError{command.place + L": " + what};
 }
 
-std::wstring nameOf(Command const& command) { return L"window " + std::to_wstring(command.window + 1); }
+std::wstring nameOf(Command const& command) { return L"window " + std::to_wstring(command.window); }
 
 }
 
@@ -48,8 +49,10 @@ bool Player::perform(Command const& command) {
         default: break;
     }
 
-    // readScript has checked the index. Windows that are opened later come behind those that the script knows.
-    View& view = *views_[command.window];
+    auto const isMeant = [&](std::unique_ptr<View> const& view) { return view->number() == command.window; };
+    auto const found = std::ranges::find_if(views_, isMeant);
+    if (found == views_.end()) fail(command, L"the drawing of " + nameOf(command) + L" cannot be read");
+    View& view = **found;
     if (!view.isOpen()) fail(command, nameOf(command) + L" is closed");
     switch (command.action) {
         case Action::activate: view.activate(); break;

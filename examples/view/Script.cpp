@@ -56,15 +56,14 @@ std::wstring takeWord(std::wstring& text) {
     throw ORN::OrnError{command.place + L": " + what};
 }
 
-std::size_t windowIndex(Command const& command, std::wstring const& word, std::size_t windows) {
+int windowNumber(Command const& command, std::wstring const& word, int windows) {
     LONG number = 0;
     if (!isLong(&number, word.data(), word.size())) fail(command, L"'" + word + L"' is not the number of a window");
-    if (number < 1 || static_cast<std::size_t>(number) > windows) fail(command, L"there is no window " + word);
-    // Scripts count windows from 1.
-    return static_cast<std::size_t>(number - 1);
+    if (number < 1 || number > windows) fail(command, L"there is no window " + word);
+    return static_cast<int>(number);
 }
 
-void parse(Command& command, std::size_t windows) {
+void parse(Command& command, int windows) {
     std::wstring rest = command.line;
     std::wstring const name = takeWord(rest);
     auto const form = std::find_if(std::begin(forms), std::end(forms), [&](Form const& f) { return name == f.name; });
@@ -73,7 +72,7 @@ void parse(Command& command, std::size_t windows) {
     if (form->rest != Rest::nothing && rest.empty()) fail(command, L"something is missing behind '" + name + L"'");
     // Every form but these two begins with the number of a window. What remains in `rest` is the operand.
     if (form->rest != Rest::nothing && form->rest != Rest::text) {
-        command.window = windowIndex(command, takeWord(rest), windows);
+        command.window = windowNumber(command, takeWord(rest), windows);
     }
     bool good = true;
     switch (form->rest) {
@@ -92,11 +91,10 @@ void parse(Command& command, std::size_t windows) {
             break;
         }
         case Rest::factor: {
-            std::wstring const factor = takeWord(rest);
+            std::wstring place = rest;
+            std::wstring const factor = takeWord(place);
             good = isDouble(&command.number, factor.data(), factor.size()) && command.number > 0 &&
-                   drawing::parsePair(rest, L',', command.a, command.b);
-            // The message below quotes the factor; the place has been taken for itself.
-            rest = factor;
+                   drawing::parsePair(place, L',', command.a, command.b);
             break;
         }
         case Rest::picture: good = drawing::isBitmapName(rest); break;
@@ -120,7 +118,7 @@ void parse(Command& command, std::size_t windows) {
 
 }
 
-std::vector<Command> readScript(std::wstring const& file, std::size_t windows) {
+std::vector<Command> readScript(std::wstring const& file, int windows) {
     std::unique_ptr<ORN::TextReader> const lines{ORN::TextReader::create(file)};
     std::vector<Command> commands;
     std::wstring line;

@@ -34,14 +34,14 @@ struct Command {
     std::wstring place;  ///< FILE:LINE, for messages
     std::wstring line;   ///< as it stands there
     Action action;
-    std::size_t window = 0;  ///< index of the drawing
-    int a = 0, b = 0;        ///< a size or a place on the screen; or the number of rows, in a
-    double number = 1;       ///< a factor
-    std::wstring text{};     ///< a layer, a file or a note
+    int window = 0;       ///< number of the drawing, from 1
+    int a = 0, b = 0;     ///< a size or a place on the screen; or the number of rows, in a
+    double number = 1;    ///< a factor
+    std::wstring text{};  ///< a layer, a file or a note
 };
 
-/// Reads a script for a number of windows. Blank lines and lines that begin with # have no effect. Throws ORN::OrnError
+/// Reads a script for windows with the numbers from 1 on. Blank lines and lines that begin with # have no effect. Throws ORN::OrnError
 /// with one line of text, which names the file and the wrong line.
-std::vector<Command> readScript(std::wstring const& file, std::size_t windows);
+std::vector<Command> readScript(std::wstring const& file, int windows);
 
 }

@@ -35,6 +35,7 @@ public:
     void start();
 
     Sheet const& sheet() const noexcept { return sheet_; }
+    int number() const noexcept { return number_; }
     bool isOpen() const noexcept { return window_ != nullptr; }
     bool isMinimised() const { return window_->isMinimised(); }
     Progress const& progress() const noexcept { return progress_; }  ///< as the latest message told it

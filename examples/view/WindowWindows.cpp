@@ -1,3 +1,4 @@
+#include "drawing/Program.h"
 #include "view/ViewTask.h"
 #include "view/Window.h"
 
@@ -240,8 +241,8 @@ void SystemWindow::drop(HDROP dropped) {
 
 /// The dialogue handles messages of all windows meanwhile. It disables this window, which therefore outlives it.
 void SystemWindow::askForFiles() {
-    // Room for the names of many files; the dialogue fails when they do not fit.
-    std::vector<wchar_t> chosen(1 << 15);
+    // Room for some ten thousand names; the dialogue fails when they do not fit.
+    std::vector<wchar_t> chosen(1 << 20);
     OPENFILENAMEW dialogue{};
     dialogue.lStructSize = sizeof dialogue;
     dialogue.hwndOwner = window_;
@@ -250,7 +251,12 @@ void SystemWindow::askForFiles() {
     dialogue.nMaxFile = static_cast<DWORD>(chosen.size());
     // OFN_NOCHANGEDIR: names on the command line and in a script stay relative to the same folder.
     dialogue.Flags = OFN_EXPLORER | OFN_ALLOWMULTISELECT | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-    if (GetOpenFileNameW(&dialogue) == FALSE) return;
+    if (GetOpenFileNameW(&dialogue) == FALSE) {
+        // The dialogue fails without an error when the user cancels it.
+        if (CommDlgExtendedError() == FNERR_BUFFERTOOSMALL)
+            drawing::complain(L"orn-view: too many files are chosen at once");
+        return;
+    }
     // The result is one path; or a folder and names in it, with a zero behind each.
     std::wstring const first = chosen.data();
     std::vector<std::wstring> files;

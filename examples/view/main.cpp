@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <functional>
 #include <utility>
 
 namespace {
@@ -25,19 +26,30 @@ bool anyOpen(Views const& views) {
     return std::any_of(views.begin(), views.end(), [](auto const& view) { return view->isOpen(); });
 }
 
-void readSheet(std::deque<view::Sheet>& sheets, std::wstring const& drawing, view::Options const& options) {
-    // A deque: the views refer to sheets, which must not move when more are read.
-    sheets.emplace_back(drawing, [&](std::wstring const& what) {
+/// A drawing and the number of its window, which is its place among all that were named. Those that cannot be read keep
+/// theirs.
+struct Numbered {
+    int number;
+    view::Sheet sheet;
+};
+
+/// A deque: the views refer to sheets, which must not move when more are read.
+using Sheets = std::deque<Numbered>;
+
+void readSheet(Sheets& sheets, int number, std::wstring const& drawing, view::Options const& options) {
+    std::function<void(std::wstring const&)> const remark = [&](std::wstring const& what) {
         if (!options.quiet) drawing::remark("orn-view", drawing, what);
-    });
+    };
+    sheets.push_back({number, view::Sheet{drawing, remark}});
 }
 
 /// The drawings that can be read. What is wrong with the others is said; it ends the program when none is left.
-std::deque<view::Sheet> readSheets(view::Options const& options) {
-    std::deque<view::Sheet> sheets;
+Sheets readSheets(view::Options const& options) {
+    Sheets sheets;
+    int number = 0;
     for (std::wstring const& drawing : options.drawings) {
         try {
-            readSheet(sheets, drawing, options);
+            readSheet(sheets, ++number, drawing, options);
         } catch (ORN::OrnError const& error) {
             bool const isLast = &drawing == &options.drawings.back();
             // runProgram then says what is wrong and gives the exit status 1.
@@ -48,9 +60,9 @@ std::deque<view::Sheet> readSheets(view::Options const& options) {
     return sheets;
 }
 
-void addView(Views& views, view::Desk& desk, view::Sheet const& sheet, drawing::PageSize size) {
-    int const number = static_cast<int>(views.size()) + 1;
-    views.push_back(std::make_unique<view::View>(desk, sheet, number, size, cornerOf(views.size())));
+void addView(Views& views, view::Desk& desk, Numbered const& drawing, drawing::PageSize size) {
+    view::Corner const corner = cornerOf(views.size());
+    views.push_back(std::make_unique<view::View>(desk, drawing.sheet, drawing.number, size, corner));
 }
 
 void hideLayers(view::Desk& desk, view::Sheet const& sheet) {
@@ -58,12 +70,13 @@ void hideLayers(view::Desk& desk, view::Sheet const& sheet) {
 }
 
 /// Windows for the drawings that the user has dropped or chosen meanwhile.
-void openAsked(view::Desk& desk, std::deque<view::Sheet>& sheets, Views& views, view::Options const& options) {
+void openAsked(view::Desk& desk, Sheets& sheets, Views& views, view::Options const& options, int& latest) {
     // They are taken out first, because messages that come meanwhile may ask for more.
     for (std::wstring const& drawing : std::exchange(desk.asked, {})) {
         try {
-            readSheet(sheets, drawing, options);
-            hideLayers(desk, sheets.back());
+            readSheet(sheets, latest + 1, drawing, options);
+            ++latest;
+            hideLayers(desk, sheets.back().sheet);
             addView(views, desk, sheets.back(), options.size);
             views.back()->start();
         } catch (ORN::OrnError const& error) {
@@ -73,17 +86,18 @@ void openAsked(view::Desk& desk, std::deque<view::Sheet>& sheets, Views& views, 
 }
 
 void run(view::Options const& options) {
-    std::deque<view::Sheet> sheets = readSheets(options);
+    Sheets sheets = readSheets(options);
+    int latest = static_cast<int>(options.drawings.size());
     std::vector<view::Command> commands;
-    if (!options.script.empty()) commands = view::readScript(options.script, sheets.size());
+    if (!options.script.empty()) commands = view::readScript(options.script, latest);
 
     view::Log log{options.log};
     {
         ContextGdiplus const graphics;
         view::Desk desk{log};
-        for (view::Sheet const& sheet : sheets) hideLayers(desk, sheet);
+        for (Numbered const& drawing : sheets) hideLayers(desk, drawing.sheet);
         Views views;
-        for (view::Sheet const& sheet : sheets) addView(views, desk, sheet, options.size);
+        for (Numbered const& drawing : sheets) addView(views, desk, drawing, options.size);
         // The one in front starts first: otherwise each window would interrupt the drawing of the one behind it.
         std::for_each(views.rbegin(), views.rend(), [](auto const& view) { view->start(); });
 
@@ -91,7 +105,7 @@ void run(view::Options const& options) {
         // Until the script says quit, or all windows are closed and the script is played.
         for (;;) {
             player.play();
-            openAsked(desk, sheets, views, options);
+            openAsked(desk, sheets, views, options, latest);
             if (player.quits() || (player.atEnd() && !anyOpen(views))) break;
             // No message comes when a file appears that a script waits for: play() looks every 50 milliseconds.
             if (!view::Window::handleEvent(player.waitsForFile() ? 50 : -1)) break;
