@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <limits>
 #include <random>
+#include <vector>
 
 namespace {
 
@@ -45,6 +48,19 @@ TEST(Render, LinesWhoseEndsAreFarAwayCrossThePage) {
             EXPECT_EQ(picture.row(row)[4 * 10], 255) << zoom << ' ' << row;
         }
     }
+}
+
+TEST(Render, PlacesBeyondAllPagesLeaveThemAsTheyAre) {
+    double const none = std::numeric_limits<double>::quiet_NaN(), far = std::numeric_limits<double>::infinity();
+    std::vector<std::uint32_t> pixels(40 * 30, 0xFFFFFFFF);
+    drawing::Strokes strokes{{reinterpret_cast<unsigned char*>(pixels.data()), 40, 0, 30}, 1.5};
+    Point<2> const beside{-20, 15};
+    for (Point<2> const& p : {Point<2>{20, none}, {none, 15}, {far, 15}, {20, -far}, {none, far}}) {
+        strokes.draw(std::vector{p}, 0xFF000000);
+        strokes.draw(std::vector{beside, p}, 0xFF000000);
+    }
+    strokes.draw(std::vector<Point<2>>{{9e4, -1e305}, {9e4, -3e14}}, 0xFF000000);
+    EXPECT_EQ(std::ranges::count(pixels, 0xFFFFFFFF), 40 * 30);
 }
 
 }

@@ -18,16 +18,17 @@ constexpr std::int64_t halfStep = std::int64_t{1} << (moreBits - 1);
 // one is the step of an edge that falls by 1/256 of a pixel all the way from left to right: 2^26 * 256 / 15 * 2^32.)
 constexpr double farthest = 1 << 17;
 
-bool isFar(Point<2> const& p) { return !(std::max(std::fabs(p.x()), std::fabs(p.y())) <= farthest); }
+bool isFar(Point<2> const& p) { return !(std::fabs(p.x()) <= farthest && std::fabs(p.y()) <= farthest); }
 
-/// Keeps the part of a segment that is not far away; false when there is none.
+/// Keeps the part of a segment that is not far away. False when there is none, or when an end is no place at all.
 bool cutOff(Point<2>& from, Point<2>& to) {
     Vector<2> const way = to - from;
+    if (!way.isFinite()) return false;
     double begin = 0, end = 1;
     for (auto const& [start, length] : {std::pair{from.x(), way.x()}, std::pair{from.y(), way.y()}}) {
         if (length == 0 && std::fabs(start) > farthest) return false;
-        double const a = (-farthest - start) / length, b = (farthest - start) / length;
         if (length == 0) continue;
+        double const a = (-farthest - start) / length, b = (farthest - start) / length;
         begin = std::max(begin, std::min(a, b));
         end = std::min(end, std::max(a, b));
     }
@@ -35,6 +36,10 @@ bool cutOff(Point<2>& from, Point<2>& to) {
     Point<2> const origin = from;
     if (begin > 0) from = origin + way * begin;
     if (end < 1) to = origin + way * end;
+    // The ends of a very long segment are rounded by more than the page.
+    for (Point<2>* const p : {&from, &to}) {
+        *p = {std::clamp(p->x(), -farthest, farthest), std::clamp(p->y(), -farthest, farthest)};
+    }
     return true;
 }
 
