@@ -25,7 +25,12 @@ TEST(Render, EveryBandHasTheWholePicturesPixels) {
     int const width = 163, height = 121;
     for (double const zoom : {1.0, 40.0}) {
         Page const page{drawing, {width, height}, {.scaleX = 1.5, .degrees = 20, .closeup = {.zoom = zoom}}};
-        DIBitmap const whole = drawing::renderPage(drawing, page);
+        int latest = 0;
+        DIBitmap const whole = drawing::renderPage(drawing, page, [&](int perCent) {
+            EXPECT_GE(perCent, latest);
+            latest = perCent;
+        });
+        EXPECT_LE(latest, 100);
         drawing::Renderer const renderer{drawing, page};
         for (int const rows : {1, 50, height}) {
             std::vector<unsigned char> pixels(static_cast<std::size_t>(width * height * 4), 0x77);
