@@ -88,6 +88,14 @@ TEST(Dxf, BoundsWhatAFileMayAskFor) {
     expectRefusal(model(times(4, aLine).substr(1)), few, L"more than 3 lines and arcs");
     expectRefusal(model("0|LWPOLYLINE|70|1" + times(20, "10|1|20|2")), few, L"too many points");
     expectRefusal(blocks("0|BLOCK|2|A" + times(4, aLine) + "|0|ENDBLK", aLine), few, L"more than can be kept");
+    std::string const block = times(1, aLine) + "|0|ENDBLK";
+    expectRefusal(blocks("0|BLOCK|2|A" + block + "|0|BLOCK|2|B" + block + "|0|BLOCK|2|C" + block, aLine), few,
+                  L"can be kept");
+    EXPECT_EQ(read(blocks(times(9, "0|BLOCK|2|A" + block).substr(1), aLine), few).remarks, L"");
+    expectRefusal(blocks("0|BLOCK|2|A" + times(11, "0|X") + "|0|ENDBLK", aLine), few, L"can be kept");
+    expectRefusal(blocks("0|BLOCK|2|A|0|ENDBLK|0|BLOCK|2|B|0|ENDBLK", aLine), {.names = 2}, L"more than 2 names");
+    std::string const flat = "0|SPLINE|71|1" + times(60, "10|1|20|2") + times(62, "40|0");
+    expectRefusal(model(flat + "|" + flat), {.steps = 100}, L"more than 100 entities and points");
 }
 
 TEST(Dxf, NamesAreTextInTheFilesOwnCodePage) {

@@ -33,8 +33,11 @@ std::wstring fromCodePage(std::string const& bytes, unsigned int codePage) {
     std::string in = bytes, out(bytes.size() * 4, '\0');
     char *from = in.data(), *to = out.data();
     std::size_t inLeft = in.size(), outLeft = out.size();
-    // Bytes that are not valid end the conversion with an error, and so does a character that lacks its last byte.
-    bool const good = iconv(converter, &from, &inLeft, &to, &outLeft) != static_cast<std::size_t>(-1);
+    // Bytes that are not valid end the conversion with an error, and so does a character that lacks its last byte. The
+    // second call writes a letter that was held back because the next one might have combined with it.
+    std::size_t const failed = static_cast<std::size_t>(-1);
+    bool const good = iconv(converter, &from, &inLeft, &to, &outLeft) != failed &&
+                      iconv(converter, nullptr, nullptr, &to, &outLeft) != failed;
     iconv_close(converter);
     out.resize(out.size() - outLeft);
     return good ? utf8(out) : std::wstring{};

@@ -34,6 +34,9 @@ struct Elements {
     std::vector<Element> list;
     std::vector<double> numbers;
 
+    /// What it holds, in numbers; an element takes the memory of four.
+    std::uint64_t size() const { return numbers.size() + 4 * list.size(); }
+
     std::span<double const> numbersOf(Element const& element) const {
         return std::span{numbers}.subspan(element.first, element.count);
     }

@@ -35,8 +35,7 @@ Axes::Axes(Vector<3> const& direction) : z{direction} {
     y = cross(z, x).unit();
 }
 
-EntityReader::EntityReader(Groups& groups, Names names, std::uint64_t mostNumbers)
-    : groups_{groups}, names_{std::move(names)}, mostNumbers_{mostNumbers} {}
+EntityReader::EntityReader(Groups& groups, Names names) : groups_{groups}, names_{std::move(names)} {}
 
 void EntityReader::read(Elements& elements) {
     static constexpr std::pair<char const*, void (*)(EntityReader&)> forms[] = {
@@ -131,7 +130,7 @@ void EntityReader::takeNumber(int code) {
     // Only these two repeat groups: each group 10 begins a point, and what follows belongs to it.
     bool const isSpline = type_ == "SPLINE";
     if (!isSpline && type_ != "LWPOLYLINE") return;
-    if (elements_->numbers.size() + 4 * vertices_.size() + knots_.size() + weights_.size() > mostNumbers_) {
+    if (elements_->size() + 4 * vertices_.size() + knots_.size() + weights_.size() > mostNumbers_) {
         groups_.fail(L"the entity has too many points to be kept");
     }
     if (code == 10) {
@@ -164,6 +163,7 @@ Vector<3> EntityReader::extrusion() const {
 }
 
 void EntityReader::append(Kind kind) {
+    if (elements_->size() >= mostNumbers_) groups_.fail(line_, L"the blocks hold more than can be kept");
     Element element;
     element.kind = kind;
     element.layer = names_.layer(layer_.empty() ? "0" : layer_);
@@ -179,7 +179,7 @@ void EntityReader::notDrawn(std::string const& kind) {
 }
 
 void EntityReader::put(double number) {
-    if (elements_->numbers.size() >= mostNumbers_) groups_.fail(line_, L"the blocks hold more than can be kept");
+    if (elements_->size() >= mostNumbers_) groups_.fail(line_, L"the blocks hold more than can be kept");
     elements_->numbers.push_back(number);
     ++elements_->list.back().count;
 }
@@ -228,7 +228,7 @@ void EntityReader::polyline() {
         readGroups();
         // Flag 16: the vertex belongs to the frame of a spline. Vertices of meshes are not kept, either.
         if ((flags() & 16) != 0 || mesh) continue;
-        if (elements_->numbers.size() + 4 * vertices.size() > mostNumbers_) {
+        if (elements_->size() + 4 * vertices.size() > mostNumbers_) {
             groups_.fail(L"the entity has too many points to be kept");
         }
         Vector<3> const p = point(10);

@@ -17,7 +17,10 @@ struct Names {
 /// Reads entities one at a time. When an entity lacks something, the error names the line where it begins.
 class EntityReader {
 public:
-    EntityReader(Groups& groups, Names names, std::uint64_t mostNumbers);
+    EntityReader(Groups& groups, Names names);
+
+    /// From now on elements of a larger size are refused.
+    void limit(std::uint64_t mostNumbers) { mostNumbers_ = mostNumbers; }
 
     /// Reads the entity whose group 0 is the present one, with its vertices and attributes, and appends it and its
     /// numbers; the group 0 behind it comes next. What belongs to paper, or is invisible, appends nothing.
@@ -61,7 +64,7 @@ private:
 
     Groups& groups_;
     Names names_;
-    std::uint64_t mostNumbers_;
+    std::uint64_t mostNumbers_ = 0;
     Elements* elements_ = nullptr;
 
     // The entity that is being read.

@@ -115,6 +115,8 @@ void Painter::spline(std::span<double const> numbers, Placing const& placing) {
     Spline spline;
     spline.degree = static_cast<int>(numbers[0]);
     std::size_t const count = static_cast<std::size_t>(numbers[1]);
+    // A spline of many points may come to no arc at all.
+    step(count);
     Extent<2> extent;
     for (std::size_t i = 0; i < count; ++i) {
         // Affine maps of the points map the curve, and the weights stay: seen from above it is a spline again.
@@ -167,9 +169,11 @@ void Painter::copy(Block& block, Placing const& placing, Surroundings const& aro
     for (Element const& element : block.elements.list) draw(block.elements, element, placing, around);
 }
 
-void Painter::step() {
-    if (++steps_ > limits_.steps) {
-        fail_(L"more than " + std::to_wstring(limits_.steps) + L" entities, with those of each inserted block");
+void Painter::step(std::uint64_t count) {
+    steps_ += count;
+    if (steps_ > limits_.steps) {
+        fail_(L"more than " + std::to_wstring(limits_.steps) +
+              L" entities and points of splines, with those of each inserted block");
     }
 }
 

@@ -64,7 +64,7 @@ private:
     void insertion(std::span<double const> numbers, std::uint32_t name, Placing const& placing,
                    Surroundings const& around);
     void copy(Block& block, Placing const& placing, Surroundings const& around);
-    void step();
+    void step(std::uint64_t count = 1);
     void take(ORN::Arc<2> const& arc);
     double tolerance(double size) const;
 

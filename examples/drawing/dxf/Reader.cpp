@@ -52,9 +52,11 @@ std::wstring unescaped(std::wstring const& text) {
                 unit = unit << 4 | static_cast<unsigned int>(c <= L'9' ? c - L'0' : c - L'a' + 10);
             }
         }
-        plain += digits == 4 ? static_cast<wchar_t>(unit) : text[i];
+        // A zero would end the name for whoever reads it.
+        bool const isUnit = digits == 4 && unit != 0;
+        plain += isUnit ? static_cast<wchar_t>(unit) : text[i];
         // Seven characters with the one that the loop counts. Two such units in a row may be a pair of surrogates.
-        if (digits == 4) i += 6;
+        if (isUnit) i += 6;
     }
     return plain;
 }
@@ -69,8 +71,7 @@ public:
           entities_{groups_,
                     {[this](std::string const& name) { return layerNamed(name); },
                      [this](std::string const& name) { return blockNamed(name); },
-                     [this](std::string const& name) { return kindNamed(name); }},
-                    limits.numbers},
+                     [this](std::string const& name) { return kindNamed(name); }}},
           painter_{tables_, options_, limits_, drawing_,
                    [this](std::wstring const& what) { groups_.fail(line_, what); }} {
         // The layer 0 must have the index 0, by which the painter knows it.
@@ -93,6 +94,7 @@ private:
     std::uint32_t layerNamed(std::string const& name);
     std::uint32_t blockNamed(std::string const& name);
     std::uint32_t kindNamed(std::string const& name);
+    void checkNames();
 
     ReadingOptions const& options_;
     Limits const& limits_;
@@ -101,7 +103,7 @@ private:
     Groups groups_;
     EntityReader entities_;
     Painter painter_;
-    std::uint64_t line_ = 0;
+    std::uint64_t line_ = 0, blockNumbers_ = 0;
     unsigned int codePage_ = 1252;
     bool utf8_ = false, unreadable_ = false, astray_ = false;
     std::unordered_map<std::wstring, std::uint32_t> layers_, blocks_;
@@ -202,7 +204,9 @@ void Reader::block() {
     // The blocks are in a deque: this one stays where it is while its insertions give indices to further blocks.
     Block& block = tables_.blocks[blockNamed(name)];
     // A block that is defined again replaces the first definition.
+    blockNumbers_ -= block.elements.size();
     block.elements = {};
+    entities_.limit(limits_.numbers - blockNumbers_);
     block.base = {base[0], base[1], base[2]};
     block.defined = true;
     for (; !groups_.is(0, "ENDBLK"); groups_.next()) {
@@ -212,10 +216,12 @@ void Reader::block() {
         entities_.read(block.elements);
         if (template_ && !block.elements.list.empty()) block.elements.list.pop_back();
     }
+    blockNumbers_ += block.elements.size();
 }
 
 /// Draws each entity as soon as it is read, so that only the lines and arcs are kept.
 void Reader::model() {
+    entities_.limit(limits_.numbers);
     Elements elements;
     std::uint64_t count = 0;
     for (groups_.next(); !groups_.is(0, "ENDSEC"); groups_.next()) {
@@ -256,10 +262,16 @@ std::wstring Reader::textOf(std::string const& bytes) {
     return unescaped(latin);
 }
 
+void Reader::checkNames() {
+    if (layersByBytes_.size() + blocksByBytes_.size() <= limits_.names) return;
+    groups_.fail(L"more than " + std::to_wstring(limits_.names) + L" names of layers and blocks");
+}
+
 /// Names that differ only in case mean one layer. A first map by bytes saves the conversion for names that came before.
 std::uint32_t Reader::layerNamed(std::string const& name) {
     auto const [place, isNew] = layersByBytes_.try_emplace(name, 0);
     if (!isNew) return place->second;
+    checkNames();
     std::wstring const text = textOf(name);
     auto const next = static_cast<std::uint32_t>(tables_.layers.size());
     auto const [entry, isFirst] = layers_.try_emplace(lowercase(text), next);
@@ -270,6 +282,7 @@ std::uint32_t Reader::layerNamed(std::string const& name) {
 std::uint32_t Reader::blockNamed(std::string const& name) {
     auto const [place, isNew] = blocksByBytes_.try_emplace(name, 0);
     if (!isNew) return place->second;
+    checkNames();
     std::wstring const text = textOf(name);
     auto const next = static_cast<std::uint32_t>(tables_.blocks.size());
     auto const [entry, isFirst] = blocks_.try_emplace(lowercase(text), next);

@@ -10,8 +10,9 @@ namespace drawing::dxf {
 /// What a file may hold: more is refused, so that no file takes all of the memory or never ends.
 struct Limits {
     std::uint64_t pieces = 1 << 24;   ///< lines and arcs of the drawing
-    std::uint64_t steps = 1 << 25;    ///< entities, with those of each inserted block
-    std::uint64_t numbers = 1 << 25;  ///< in the definitions of blocks, or one entity
+    std::uint64_t steps = 1 << 25;    ///< entities and points of splines, with those of each inserted block
+    std::uint64_t numbers = 1 << 25;  ///< in the definitions of all blocks, or one entity, which counts as four itself
+    std::uint64_t names = 1 << 20;    ///< of layers and blocks
     int depth = 64;                   ///< of blocks in blocks
 };
 
