@@ -49,6 +49,24 @@ std::wstring quoted(std::wstring const& text) {
     return text.size() <= most ? L"'" + text + L"'" : L"'" + text.substr(0, most) + L"...'";
 }
 
+/// A list of names for a remark, of which only the first ones are shown: a bad file must not fill the screen.
+class Names {
+public:
+    void add(std::wstring const& name) {
+        if (++count_ <= most) text_ += (count_ > 1 ? L", " : L"") + quoted(name);
+    }
+    void tell(std::function<void(std::wstring const&)> const& remark, std::wstring const& what) const {
+        if (count_ == 0) return;
+        remark(what + text_ + (count_ > most ? L" and " + std::to_wstring(count_ - most) + L" more" : L""));
+    }
+
+private:
+    static constexpr std::size_t most = 20;
+
+    std::wstring text_;
+    std::size_t count_ = 0;
+};
+
 /// The cells of a row by the names of their columns.
 class Row {
 public:
@@ -56,20 +74,19 @@ public:
 
     /// Takes the header. Of two columns with one name the first counts.
     void header(Place const& place, std::function<void(std::wstring const&)> const& remark) {
-        std::wstring ignored, doubled;
+        Names ignored, doubled;
         for (std::size_t i = 0; i < cells.size(); ++i) {
             auto const name = std::find(std::begin(names), std::end(names), cells[i]);
             // A column of another name goes to other_, which is never absent and so is never set.
             std::size_t& at = name == std::end(names) ? other_ : places_[name - std::begin(names)];
-            if (name == std::end(names) && !cells[i].empty())
-                ignored += (ignored.empty() ? L"" : L", ") + quoted(cells[i]);
-            if (name != std::end(names) && at != absent) doubled += (doubled.empty() ? L"" : L", ") + quoted(cells[i]);
+            if (name == std::end(names) && !cells[i].empty()) ignored.add(cells[i]);
+            if (name != std::end(names) && at != absent) doubled.add(cells[i]);
             if (at == absent) at = i;
         }
         checkRequired(place);
         if (!remark) return;
-        if (!ignored.empty()) remark(L"columns that are ignored: " + ignored);
-        if (!doubled.empty()) remark(L"columns that stand there twice, of which the first counts: " + doubled);
+        ignored.tell(remark, L"columns that are ignored: ");
+        doubled.tell(remark, L"columns that stand there twice, of which the first counts: ");
     }
 
     std::wstring const& operator[](Column column) const {

@@ -44,8 +44,9 @@ Output::Output(std::wstring const& name) : name_{name} {
     if (!folder.empty() && !fs::is_directory(folder, none)) {
         throw ORN::OrnError{L"the folder '" + nameOf(folder) + L"' is not there"};
     }
-    // It lies in the same folder, so that it can take the target's place in one step; its name differs from run to run.
-    part_ = nameOf(target_) + stringPrintf(L".%08x.part", static_cast<unsigned int>(std::random_device{}()));
+    // It lies in the same folder, so that it can take the target's place in one step. Its name differs from run to run, and
+    // is short: that of the target may be as long as the system allows.
+    part_ = nameOf(folder / stringPrintf(L"orn-%08x.part", static_cast<unsigned int>(std::random_device{}())));
     file_.reset(ORN::rawCreate(part_));
 }
 

@@ -30,6 +30,8 @@ Drawing readDrawing(std::wstring const& file, ReadingOptions const& options) {
     bool const isDxf = endsIn(file, L".dxf") || beginsAsDxf(input.head());
     Drawing drawing = isDxf ? dxf::read(input, options) : readCsv(input, options);
     if (drawing.entities().empty()) throw ORN::OrnError{input.name() + L": there is nothing to draw"};
+    if (!isMeasurable(drawing.total()))
+        throw ORN::OrnError{input.name() + L": the drawing is too large to be measured"};
     return drawing;
 }
 

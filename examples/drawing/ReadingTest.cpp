@@ -65,6 +65,17 @@ TEST(Reading, SaysWhereAFileIsWrong) {
     }
 }
 
+TEST(Reading, RemarksOnManyColumnsNameFew) {
+    TemporaryFolder const folder;
+    std::string header = "x1,y1,x2,y2";
+    for (int i = 0; i < 25; ++i) header += ",c" + std::to_string(i);
+    drawing::ReadingOptions options;
+    std::wstring said;
+    options.remark = [&](std::wstring const& what) { said += what; };
+    drawing::readDrawing(folder.put("d.csv", header + "\n0,0,1,1\n"), options);
+    EXPECT_EQ(said.substr(said.find(L"'c18'")), L"'c18', 'c19' and 5 more");
+}
+
 /// Whatever a file of few bytes asks for ends soon.
 TEST(Dxf, BoundsWhatAFileMayAskFor) {
     auto const expectRefusal = [](std::string const& bytes, dxf::Limits const& limits, std::wstring const& what) {

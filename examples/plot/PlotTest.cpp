@@ -239,6 +239,11 @@ TEST_F(Plot, SaysWhichFilesAreNotThereOrCannotBeWritten) {
     expectFailure({"--size=50x50", "d.csv", "none/p.png"}, "none/p.png: the folder 'none' is not there");
     expectFailure({"--size=50x50", "d.csv", "folder.png"}, "folder.png: this is a folder");
     EXPECT_EQ(run({"--size=50x50", "d.csv", "old.png"}).status, 0);
+    // A file whose name means a stream elsewhere; and the longest name that may be.
+    EXPECT_EQ(draw("x1,y1,x2,y2\n0,0,1,1\n", {"--size=50x50", "./-", "p.png"}).error, "");
+    std::string const longest = std::string(250, 'p') + ".png";
+    bool const isAllowed = std::ofstream{longest}.is_open();
+    EXPECT_TRUE(!isAllowed || run({"--size=50x50", "d.csv", longest}).status == 0);
     EXPECT_NE(folder_.get("old.png"), "the old picture");
 }
 

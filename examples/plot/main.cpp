@@ -87,16 +87,18 @@ drawing::Page placed(drawing::Drawing const& drawing, plot::Options const& optio
     }
 }
 
-/// No file may replace another one that the same command names.
+/// No file may replace another one that the same command names. A stream, and the table that nobody asked for, are none.
 void checkFiles(plot::Options const& options) {
     std::wstring const* const files[] = {&options.drawing, &options.picture, &options.table};
     for (int a = 0; a < 3; ++a) {
         for (int b = a + 1; b < 3; ++b) {
+            auto const isFile = [](std::wstring const& name) { return !name.empty() && name != L"-"; };
+            if (!isFile(*files[a]) || !isFile(*files[b])) continue;
             std::error_code none;
             // equivalent() only knows files that are there. Names of new files are compared as texts alone.
             bool const same = *files[a] == *files[b] ||
                               std::filesystem::equivalent(drawing::pathOf(*files[a]), drawing::pathOf(*files[b]), none);
-            if (same && *files[a] != L"-") throw ORN::OrnError{*files[b] + L": this is the same file as " + *files[a]};
+            if (same) throw ORN::OrnError{*files[b] + L": this is the same file as " + *files[a]};
         }
     }
 }

@@ -96,6 +96,7 @@ bool Player::waitForHold(Command const& command, View& view) const {
     // A picture that is complete never stops any more: better an error than a wait without an end.
     if (view.progress().complete) fail(command, nameOf(command) + L" is drawn and was not held");
     if (!view.progress().failure.empty()) fail(command, view.progress().failure);
+    if (!view.progress().held && view.isMinimised()) fail(command, nameOf(command) + L" is minimised and was not held");
     return view.progress().held;
 }
 

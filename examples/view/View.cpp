@@ -169,15 +169,18 @@ void View::zoom(double factor, Corner about) {
     double const zoom = std::clamp(closeup_.zoom * factor, leastZoom, greatestZoom);
     Vector<2> const away{about.x - requested_.width * 0.5, about.y - requested_.height * 0.5};
     // away = (p - middle) zoom + shift holds before and after; p - middle of the one goes into the other.
-    closeup_.shift = away - (away - closeup_.shift) * (zoom / closeup_.zoom);
+    Vector<2> const shift = away - (away - closeup_.shift) * (zoom / closeup_.zoom);
     closeup_.zoom = zoom;
-    redraw();
+    shiftTo(shift);
 }
 
-void View::pan(int x, int y) {
-    double const most = 4e6;  // in pixels: farther away nothing of any drawing is seen
-    Vector<2> const shift = closeup_.shift + Vector<2>{static_cast<double>(x), static_cast<double>(y)};
-    closeup_.shift = {std::clamp(shift.x(), -most, most), std::clamp(shift.y(), -most, most)};
+void View::pan(int x, int y) { shiftTo(closeup_.shift + Vector<2>{static_cast<double>(x), static_cast<double>(y)}); }
+
+void View::shiftTo(Vector<2> const& shift) {
+    // Unmoved, the drawing fills nearly the whole page: farther away nothing of it is seen.
+    double const most = std::max(closeup_.zoom, 1.0);
+    double const x = requested_.width * most, y = requested_.height * most;
+    closeup_.shift = {std::clamp(shift.x(), -x, x), std::clamp(shift.y(), -y, y)};
     redraw();
 }
 

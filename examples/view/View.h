@@ -75,6 +75,7 @@ private:
         return progress_.picture != nullptr ? &progress_.picture->bitmap() : nullptr;
     }
     void request();
+    void shiftTo(Vector<2> const& shift);
     void layerChanged(Quark layer);
     void endDrawing();
 
