@@ -2,6 +2,7 @@
 #pragma once
 
 #include "orn/text/CodePoint.h"
+#include "orn/text/RawFileImp.h"
 #include "orn/text/TextWriter.h"
 #include "orn/unicode/CodePoints.h"
 
@@ -62,9 +63,17 @@ private:
         if (dropped_++ == 0) lineCut_ = !begins;
     }
 
-    void write(std::wstring const& character) try { writer_->write(character); } catch (...) {
-        if (static_cast<unsigned int>(character[0]) < 0x80) throw;
-        writer_->write(L"?");
+    // Only a character that the encoding lacks is replaced. A file that takes no more, or memory that is lacking, is a
+    // failure, although the question mark, which is shorter, might still fit into the writer's buffer.
+    void write(std::wstring const& character) {
+        try {
+            writer_->write(character);
+        } catch (ORN::RawFileError const&) {
+            throw;
+        } catch (ORN::OrnError const&) {
+            if (static_cast<unsigned int>(character[0]) < 0x80) throw;
+            writer_->write(L"?");
+        }
     }
 
     void tryAgain() {
