@@ -282,4 +282,17 @@ TEST_F(RegistryFile, MayBeTakenAwayWhileItIsInUse) {
     EXPECT_EQ(ask("PRAGMA integrity_check"), "ok");
 }
 
+TEST_F(RegistryFile, IsWhatACopyThatIsPutBackSays) {
+    std::string copies[2];
+    for (int number = 0; auto& copy : copies) {
+        ASSERT_TRUE(write(L"key", std::to_wstring(number++)));
+        use(path_ / "another");
+        ASSERT_TRUE(made(L"key").valid());  // which lets the first file go
+        use(file_);
+        copy = folder_.get("registry.db");
+    }
+    folder_.put("registry.db", copies[0]);
+    EXPECT_EQ(read(L"key"), L"0");
+}
+
 }

@@ -149,7 +149,8 @@ DWORD RegistryStore::initialise() {
 }
 
 /// Turns the write-ahead log on. The log stays beside the file when the file is closed: by then another file may have got
-/// the name, and closing must not delete that file's log.
+/// the name, and closing must not delete that file's log. The last to close the file empties the log, because what it says is
+/// in the file then: played over a copy that somebody puts in the file's place, it would undo that or damage it.
 DWORD RegistryStore::keepLog() {
     if (sqlite3_db_readonly(database_, "main") == 1) return 0;
     DWORD status = errorBusy;
@@ -159,6 +160,7 @@ DWORD RegistryStore::keepLog() {
     } while (status == errorBusy && wait());
     // With a write-ahead log a power failure may then take the last calls, but does not damage the file.
     if (status == 0) status = run(database_, "PRAGMA synchronous = NORMAL");
+    if (status == 0) status = run(database_, "PRAGMA journal_size_limit = 0");
     int persist = 1;
     sqlite3_file_control(database_, "main", SQLITE_FCNTL_PERSIST_WAL, &persist);
     return status;
