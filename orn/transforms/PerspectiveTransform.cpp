@@ -59,6 +59,7 @@ Extent<N> boxInFront(Extent<N> const& e, Matrix<N + 1> const& matrix) {
         grow(image[N] < 0.0 ? front : back, image);
     }
     if (front.degenerate()) return Extent<N>::nothing();
+    // Also with corners on the plane of the eye whose images are 0/0 on some axis: the back box is empty there.
     if (back.degenerate()) return front;
     // The image of an edge from a corner in front to one behind runs to infinity, away from the image of the one behind.
     // The far point is 0 on the other axes, and the comparisons on those see the box that it has grown.

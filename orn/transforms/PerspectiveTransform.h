@@ -24,8 +24,10 @@ public:
 
 /// (p, 1)·H is (X, w), and p goes to X/w. Points with w < 0 are in front of the eye; one on the plane of the eye (w = 0)
 /// goes to infinities or NaNs. An extent becomes the box of its corners in front of the eye, empty if there are none, and
-/// reaches to ±DBL_MAX where it straddles the plane of the eye. Other perspectives than the unit one come of composing it
-/// with affine transforms, before or behind, and of inverting.
+/// reaches to ±DBL_MAX where corners lie on both sides of the plane of the eye. Keep extents from ending on that plane:
+/// a corner there counts as one behind the eye, with the image that dividing by zero gives. The sign of the zero may take
+/// that image to the wrong side, and 0/0 has none, so that the box may stay closed where it should be open. Other
+/// perspectives than the unit one come of composing it with affine transforms, before or behind, and of inverting.
 template <int N>
 class ORN_API_TEMPLATE PerspectiveTransform : public Transform<N> {
 public:

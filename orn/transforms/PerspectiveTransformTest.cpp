@@ -50,6 +50,7 @@ TEST(PerspectiveTransform, ExtentsLookAtTheEye) {
         {"across, on the left", {}, {{-2, -1}, {-1, 1}}, {{0, 0}, {DBL_MAX, DBL_MAX}}},
         {"across, from the axis on", {}, {{0, -1}, {2, 1}}, {{-DBL_MAX, 0}, {0, DBL_MAX}}},
         {"up to the plane of the eye", {}, {{1, -1}, {2, 0}}, {{-DBL_MAX, 0}, {0, DBL_MAX}}},
+        {"up to it, where x/w is 0/0", {}, {{0, -1}, {0, 0}}, {{0, 1}, {0, 1}}},
         // The point added for x has brought y = 0 into the box, so the back box at y = 0.5 lies above its lower bound.
         {"the box grows as it is compared", moved(0, 1.5), {{1, -1}, {2, 1}}, {{-DBL_MAX, -DBL_MAX}, {0, DBL_MAX}}},
     };
