@@ -38,8 +38,9 @@ public:
     double length() const noexcept;      ///< along the arc
     double deviation() const noexcept;   ///< the sagitta: the greatest distance between arc and chord, not negative
 
-    /// The smallest box around an arc of up to three quarters of a circle (a bulge of tan 67.5°, 2.414). One that turns
-    /// further and has both ends in one quadrant about the centre gets the box of its ends alone: see trueExtent.
+    /// The smallest box around an arc of less than three quarters of a circle (a bulge of tan 67.5°, 2.414). One that turns
+    /// further and has both ends in one quadrant about the centre gets the box of its ends alone: see trueExtent. At three
+    /// quarters itself, with ends on the axes through the centre, the rounding of the centre decides.
     Extent<2> extent() const noexcept;
 
     /// The point at a length along the arc from its start and the unit tangent there, in the direction of travel. Both

@@ -34,7 +34,8 @@ ORN_API std::array<Arc<2>, 2> circleAbout(Point<2> const& centre, double radius)
 /// the point lies in line with the ends but not between them, and NaN when the point is one of the ends.
 ORN_API Arc<2> arcThrough(Point<2> const& start, Point<2> const& on, Point<2> const& end) noexcept;
 
-/// The smallest box around an arc of any bulge. Up to three quarters of a circle it is Arc<2>::extent() within rounding.
+/// The smallest box around an arc of any bulge. Of less than three quarters of a circle it is Arc<2>::extent() within
+/// rounding.
 ORN_API Extent<2> trueExtent(Arc<2> const& arc) noexcept;
 
 /// The number of equal pieces in which an arc has to be cut so that their chords keep within the tolerance, which must
