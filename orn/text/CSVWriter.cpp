@@ -2,7 +2,7 @@
 
 #include "orn/text/CSVParserImp.h"
 #include "orn/text/Numbers.h"
-#include "orn/text/TextWriter.h"
+#include "orn/text/TextWriterImp.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -96,7 +96,11 @@ void CSVWriter::endRecord() {
         std::wstring& record;
         ~Forget() { record.clear(); }
     } const forget{record_};
-    lines_->write(record_);
+    // Half a record would join with the next one, and an open quote with all that follow.
+    if (auto* const lines = dynamic_cast<WholeTextWriter*>(lines_))
+        lines->writeWhole(record_);
+    else
+        lines_->write(record_);
 }
 
 void CSVWriter::write(std::span<std::wstring const> fields) {

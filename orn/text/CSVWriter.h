@@ -44,7 +44,7 @@ public:
     requires(sizeof(Value) > 4 || sizeof(Value) == 1 || std::same_as<Value, wchar_t>) CSVWriter& field(Value) = delete;
 
     /// Ends the record; one without fields is an empty line. Throws what the text writer throws, and the record is then
-    /// lost.
+    /// lost. When it holds a character that cannot be written, a writer made by TextWriter::create gets nothing of it.
     void endRecord();
 
     void write(std::span<std::wstring const> fields);  ///< adds all fields, and ends the record

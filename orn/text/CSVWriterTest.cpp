@@ -56,12 +56,16 @@ TEST(CSVWriter, AFileHasTheTextWritersLineEnds) {
     std::unique_ptr<TextWriter> const lines{TextWriter::create(name, textCreate, encUTF8)};
     CSVWriter rows{*lines, {L';'}};
     for (Record const& record : records) rows.write(record);
-    EXPECT_NE(thrown([&] { rows.field(std::wstring(1, wchar_t{0xD800})).endRecord(); }), L"nothing");
-    rows.field(L"next").endRecord();  // the record that failed is forgotten
+    // Nothing of a record that failed is in the file, whether it would fit into a buffer or not.
+    for (std::size_t const before : {0, 3, 900, 1100, 5000})
+        EXPECT_NE(thrown([&] { rows.field(std::wstring(before, L';') + wchar_t{0xD800}).endRecord(); }), L"nothing");
+    rows.field(L"next").endRecord();
+    rows.field(std::wstring(3000, L'x')).endRecord();
     lines->close();
     std::unique_ptr<TextReader> const reader{TextReader::create(name)};
     EXPECT_EQ(readAll(CSVReader{*reader, CSVFormat{L';'}}),
-              (std::vector<Record>{{L"x", L"two\nlines"}, {}, {L"\x2603", L"\xFEFF,"}, {L"next"}}));
+              (std::vector<Record>{
+                  {L"x", L"two\nlines"}, {}, {L"\x2603", L"\xFEFF,"}, {L"next"}, {std::wstring(3000, L'x')}}));
 }
 
 TEST(CSVWriter, WhatWouldBeTakenForSomethingElseIsRefused) {

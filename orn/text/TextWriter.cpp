@@ -8,6 +8,7 @@
 #include "orn/text/Printf.h"
 #include "orn/text/RawFileImp.h"
 #include "orn/text/TextEncodingImp.h"
+#include "orn/text/TextWriterImp.h"
 #include "orn/unicode/Ascii.h"
 #include "orn/unicode/CodePoints.h"
 #include "ornmsg/ornmsg.h"
@@ -26,11 +27,12 @@ namespace ORN {
 namespace {
 
 constexpr unsigned int cannotWriteCharacter = 254;
+constexpr std::uint64_t longestCharacter = 16;  // in bytes, of any encoding
 constexpr wchar_t feed = 0x0A, formFeed = 0x0C, carriageReturn = 0x0D;
 
 constexpr bool endsLine(unsigned int unit) noexcept { return isLineEnd(unit) && unit != formFeed; }
 
-class TextWriterImp : public TextWriter {
+class TextWriterImp : public WholeTextWriter {
 public:
     TextWriterImp(RawWriter& raw, TextLineEnd lineEnd) noexcept : raw_{raw}, lineEnd_{lineEnd} {}
 
@@ -54,6 +56,24 @@ public:
         putLineEnd();
     }
 
+    void writeWhole(std::wstring const& text) override {
+        begin();
+        // The text is first tried in the room behind what the buffer holds, which has to take any character. What fits
+        // there is written by that.
+        if (sizeof buffer_ - count_ < longestCharacter) makeRoom();
+        trial_ = Trial::fits;
+        try {
+            put(text);
+        } catch (...) {
+            trial_ = Trial::none;
+            forget();
+            throw;
+        }
+        if (std::exchange(trial_, Trial::none) == Trial::fits) return;
+        forget();
+        put(text);
+    }
+
     void flush() override {
         begin();
         writeOut();
@@ -73,6 +93,8 @@ protected:
                                    unsigned char* stop) const = 0;
 
 private:
+    enum class Trial { none, fits, tooLong };
+
     void begin() {
         if (failure_ != nullptr) std::rethrow_exception(failure_);
         begun_ = static_cast<std::int64_t>(count_);
@@ -103,12 +125,11 @@ private:
         CodePoint const c = CodePoint::codePoint(value);
         // CodePoint would encode surrogates, and in UTF-8 also values beyond U+10FFFF.
         if (value >= 0x110000 || isSurrogate(value)) fail(value);
-        std::uint64_t written = encode(c, buffer_ + count_, sizeof buffer_ - count_);
-        // The room may have been too small. When the buffer is empty, only the encoding can be the reason.
-        if (written == 0) {
+        std::uint64_t written = 0;
+        while ((written = encode(c, buffer_ + count_, sizeof buffer_ - count_)) == 0) {
+            // Where every character has room, only the encoding can be the reason.
+            if (sizeof buffer_ - count_ >= longestCharacter) fail(value);
             makeRoom();
-            written = encode(c, buffer_ + count_, sizeof buffer_ - count_);
-            if (written == 0) fail(value);
         }
         count_ += written;
     }
@@ -118,30 +139,40 @@ private:
         put(feed);
     }
 
-    // A text is written as a whole or not at all. When its first part is written and the rest cannot be, nothing may
-    // follow.
+    // A text is written as a whole or not at all. So what stands before it leaves the buffer alone: a file that takes
+    // only some of the bytes then has none of the text, as long as the text fits into the buffer. When the first part of
+    // a longer text is written and the rest cannot be, nothing may follow.
     void makeRoom() {
+        if (trial_ != Trial::none) {
+            trial_ = Trial::tooLong;
+            return forget();
+        }
         try {
-            writeOut();
+            writeOut(begun_ > 0 ? static_cast<std::uint64_t>(begun_) : count_);
         } catch (...) {
             if (begun_ < 0)
                 failure_ = std::current_exception();
             else
-                count_ = static_cast<std::uint64_t>(begun_);
+                forget();
             throw;
         }
     }
 
-    void writeOut() {
-        if (count_ == 0) return;
+    // Forgets the text being written, all of which is still in the buffer.
+    void forget() noexcept { count_ = static_cast<std::uint64_t>(begun_); }
+
+    void writeOut() { writeOut(count_); }
+
+    void writeOut(std::uint64_t bytes) {
+        if (bytes == 0) return;
         try {
-            raw_.write(buffer_, count_);
+            raw_.write(buffer_, bytes);
         } catch (RawWriteError const& error) {
             // Files of this library tell how many bytes they took. Other raw writers that throw count as taking none.
             drop(error.taken());
             throw;
         }
-        drop(count_);
+        drop(bytes);
     }
 
     // Forgets bytes that the raw writer has taken.
@@ -162,6 +193,7 @@ private:
     // Where the text being written begins in the buffer; negative once its first part has left the buffer.
     std::int64_t begun_ = 0;
     TextLineEnd lineEnd_;
+    Trial trial_ = Trial::none;  // any but none: what is put stays in the buffer
     std::exception_ptr failure_;
 };
 
@@ -354,13 +386,14 @@ private:
     bool utf8_ = false;   // the code page is UTF-8
 };
 
-class TextFileWriterImp final : public TextWriter {
+class TextFileWriterImp final : public WholeTextWriter {
 public:
-    TextFileWriterImp(std::unique_ptr<RawFileWriter> raw, std::unique_ptr<TextWriter> text) noexcept
+    TextFileWriterImp(std::unique_ptr<RawFileWriter> raw, std::unique_ptr<WholeTextWriter> text) noexcept
         : raw_{std::move(raw)}, text_{std::move(text)} {}
 
     void write(std::wstring const& text) override { open().write(text); }
     void writeLine(std::wstring const& text) override { open().writeLine(text); }
+    void writeWhole(std::wstring const& text) override { open().writeWhole(text); }
     void flush() override { open().flush(); }
 
     void close() override {
@@ -373,15 +406,29 @@ public:
     }
 
 private:
-    TextWriter& open() const {
+    WholeTextWriter& open() const {
         if (closed_) throw std::logic_error{"the text writer is closed"};
         return *text_;
     }
 
     std::unique_ptr<RawFileWriter> raw_;
-    std::unique_ptr<TextWriter> text_;  // destroyed first, because it still writes to the other
+    std::unique_ptr<WholeTextWriter> text_;  // destroyed first, because it still writes to the other
     bool closed_ = false;
 };
+
+std::unique_ptr<WholeTextWriter> makeWriter(RawWriter& raw, TextEncoding encoding, bool writeBOM, TextLineEnd lineEnd) {
+    std::unique_ptr<WholeTextWriter> writer;
+    switch (encoding) {
+        case encMultibyte: writer = std::make_unique<MultibyteWriterImp>(raw, lineEnd); break;
+        case encUTF8: writer = std::make_unique<UTF8WriterImp>(raw, lineEnd); break;
+        case encUTF16:
+        case encUTF16le: writer = std::make_unique<UTF16leWriterImp>(raw, lineEnd); break;
+        case encUTF16be: writer = std::make_unique<UTF16beWriterImp>(raw, lineEnd); break;
+        default: return nullptr;
+    }
+    if (writeBOM && encoding != encMultibyte) writer->write(std::wstring(1, wchar_t{0xFEFF}));
+    return writer;
+}
 
 }
 
@@ -393,17 +440,7 @@ TextWriter* TextWriter::create(RawWriter& raw, TextEncoding encoding, bool write
 }
 
 TextWriter* TextWriter::create(RawWriter& raw, TextEncoding encoding, bool writeBOM, TextLineEnd lineEnd) {
-    std::unique_ptr<TextWriter> writer;
-    switch (encoding) {
-        case encMultibyte: writer = std::make_unique<MultibyteWriterImp>(raw, lineEnd); break;
-        case encUTF8: writer = std::make_unique<UTF8WriterImp>(raw, lineEnd); break;
-        case encUTF16:
-        case encUTF16le: writer = std::make_unique<UTF16leWriterImp>(raw, lineEnd); break;
-        case encUTF16be: writer = std::make_unique<UTF16beWriterImp>(raw, lineEnd); break;
-        default: return nullptr;
-    }
-    if (writeBOM && encoding != encMultibyte) writer->write(std::wstring(1, wchar_t{0xFEFF}));
-    return writer.release();
+    return makeWriter(raw, encoding, writeBOM, lineEnd).release();
 }
 
 namespace {
@@ -424,7 +461,7 @@ TextWriter* openWriter(std::wstring const& filename, TextOpenMode mode, TextEnco
             writeBOM = false;
         }
     }
-    std::unique_ptr<TextWriter> text{TextWriter::create(*raw, encoding, writeBOM, lineEnd)};
+    std::unique_ptr<WholeTextWriter> text = makeWriter(*raw, encoding, writeBOM, lineEnd);
     return text == nullptr ? nullptr : new TextFileWriterImp{std::move(raw), std::move(text)};
 }
 

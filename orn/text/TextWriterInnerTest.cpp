@@ -1,7 +1,9 @@
 #include "orn/text/TextWriter.h"
 
 #include "orn/foundation/Error.h"
+#include "orn/text/RawFileImp.h"
 #include "tests/support/Faults.h"
+#include "tests/support/MemoryStreams.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
 
@@ -45,6 +47,34 @@ TEST(TextWriterFailures, NothingIsLostWrittenTwiceOrBehindAHole) {
                 ASSERT_TRUE(folder.get("file") == expected) << spared;
             }
         }
+}
+
+// Takes only the bytes for which there is room.
+struct SmallDisk : MemoryWriter {
+    void write(void const* buffer, std::uint64_t count) override {
+        std::uint64_t const taken = std::min(count, room - bytes.size());
+        MemoryWriter::write(buffer, taken);
+        if (taken != count) throw RawWriteError{L"full", taken};
+    }
+    std::uint64_t room = 0;
+};
+
+TEST(TextWriterFailures, ATextThatFitsIntoTheBufferCanBeWrittenAgain) {
+    std::wstring const text = std::wstring(60, L'x') + L"\u20AC\u20AC";
+    std::string expected;
+    for (int i = 0; i < 40; ++i) expected += std::string(60, 'x') + "\xE2\x82\xAC\xE2\x82\xAC\r\n";
+    for (std::uint64_t room = 900; room < 1100; ++room) {
+        SmallDisk raw;
+        raw.room = room;
+        std::unique_ptr<TextWriter> const writer{TextWriter::create(raw, encUTF8, false)};
+        for (int i = 0; i < 40; ++i)
+            if (thrown([&] { writer->writeLine(text); }) != L"nothing") {
+                raw.room = 5000;
+                EXPECT_EQ(thrown([&] { writer->writeLine(text); }), L"nothing") << room;
+            }
+        writer->flush();
+        ASSERT_EQ(raw.bytes, expected) << room;
+    }
 }
 
 TEST(TextWriterFailures, BehindTheHeadOfALongTextNothingFollows) {
