@@ -118,8 +118,12 @@ char const* flawOf(unsigned char const* file, std::uint64_t length) noexcept {
     std::uint64_t const colours = listed == 0 && bitCount <= 8 ? 1U << bitCount : listed;
     std::uint64_t const bitsAt = get<std::uint32_t>(file, atBitsOffset);
     if (bitsAt < fileHeaderSize + header + masks + colours * 4) return "its colour table reaches into its pixels";
-    std::uint64_t const rowSize = (std::uint64_t{bitCount} * static_cast<std::uint32_t>(width) + 31) / 32 * 4;
-    if (bitsAt > length || rowSize * sizeOf(height) > length - bitsAt) return "it ends before its pixels do";
+    std::uint64_t const rowBits = std::uint64_t{bitCount} * static_cast<std::uint32_t>(width) + 31;
+    std::uint64_t const image = rowBits / 32 * 4 * sizeOf(height);
+    if (bitsAt > length || image > length - bitsAt) return "it ends before its pixels do";
+    // A bitmap counts in 32 bits, even where a file without rows, or one of more than 4 GiB, has the bytes.
+    constexpr std::uint64_t most = std::numeric_limits<DWORD>::max();
+    if (rowBits > most || bitsAt + image + 2 > most) return "its width or height is out of range";
     return nullptr;
 }
 

@@ -25,8 +25,8 @@ public:
 
     /// Reads an uncompressed bitmap file of 1, 4, 8, 16, 24 or 32 bits a pixel, as far as its last pixel. It takes no more
     /// memory than the file has bytes. ORN::OrnError names the file and says what is wrong: the file cannot be opened or
-    /// read, is no bitmap file, is of a kind that is not read (compressed, or with a header of less than 40 bytes), or ends
-    /// before its pixels do.
+    /// read, is no bitmap file, is of a kind that is not read (compressed, or with a header of less than 40 bytes), ends
+    /// before its pixels do, or is larger than a bitmap can be.
     [[nodiscard]] static DIBitmap createFromFile(std::wstring const& fileName);
 
     /// Writes fileSize() bytes to a new file, or over an old one. std::logic_error, and no file, for a bitmap that

@@ -170,6 +170,15 @@ TEST(DIBitmap, AFileWhoseRowsCannotBeReachedIsRefusedByNameAndNeverWritten) {
     }
     for (std::string const& head : {std::string{}, std::string(53, 'B')})
         EXPECT_TRUE(refusal(folder.put("a.bmp", head)).ends_with(none));
+    // A row of 2^32 bits, of which there is none; and 2^30 + 1 rows of four bytes, which are all in the file.
+    DIBitmap wide{0, 0, 32, 0}, high{1, 1, 32, 0};
+    wide.fileData()[21] = 8, high.fileData()[25] = 0x40;
+    expectNotWritten(wide, range);
+    for (DIBitmap const& large : {wide, high}) {
+        std::wstring const name = folder.put("a.bmp", {large.fileData(), large.fileData() + 54});
+        std::filesystem::resize_file(folder.path() / "a.bmp", 0x1'0000'0000 + 58);
+        EXPECT_EQ(refusal(name), L"OrnError: " + name + L": " + range);
+    }
     DIBitmap bitmap{3, 2, 24, 0};
     bitmap.fileData()[2] = 79;
     expectNotWritten(bitmap, size);
