@@ -2,6 +2,7 @@
 
 #include "tests/support/CacheFolder.h"
 #include "tests/support/IccProfile.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -42,6 +43,23 @@ TEST(ColourManagement, TheStandardProfileIsThereWhateverLiesInItsPlace) {
         prepare();
         EXPECT_EQ(standard(), 0x52474220u) << &prepare - states;
     }
+}
+
+TEST(ColourManagement, AProfileIsAsLongAsItSaysWhateverStandsBehindItInItsFile) {
+    TemporaryFolder const folder;
+    icc::Bytes const bytes = icc::profile(icc::tags(icc::power(0x200)));
+    std::wstring const name = folder.put("a.icc", bytes + "more");
+    os::ProfileSource const source{os::ProfileKind::fileName, name.c_str(), static_cast<DWORD>(2 * name.size() + 2)};
+    HPROFILE const profile = os::openProfile(source);
+    DWORD size = 0;
+    os::profileBytes(profile, nullptr, size);
+    EXPECT_EQ(size, bytes.size());
+    os::closeProfile(profile);
+#if defined(__linux__)
+    // So long a file that its length is the profile's again when it is counted in 32 bits.
+    std::filesystem::resize_file(folder.path() / "a.icc", 0x1'0000'0000 + bytes.size());
+    EXPECT_EQ(os::openProfile(source), nullptr);
+#endif
 }
 
 TEST(ColourManagement, AMissingProfileMakesNoTransform) {

@@ -11,6 +11,7 @@
 #include <lcms2.h>
 #include <lcms2_plugin.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -18,6 +19,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <iterator>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -156,6 +158,13 @@ cmsHPROFILE openFileProfile(ProfileSource const& source) {
         failByErrno(errno, errorTooManyOpenFiles);  // the code for reasons that Windows has none for
         return nullptr;
     }
+    // A profile counts its bytes in 32 bits, and lcms2 would take what is left of a longer file's length in them.
+    struct stat status {};
+    if (::fstat(::fileno(file), &status) == 0 && status.st_size > std::numeric_limits<DWORD>::max()) {
+        std::fclose(file);
+        fail(errorInvalidProfile);
+        return nullptr;
+    }
     cmsIOHANDLER* const handler = cmsOpenIOhandlerFromStream(nullptr, file);
     if (handler == nullptr) std::fclose(file);
     // The handler closes the file, and the profile its handler, also when the file holds no profile.
@@ -220,7 +229,12 @@ bool profileBytes(HPROFILE profile, void* buffer, DWORD& size) {
     if (isRefused("GetColorProfileFromHandle")) return false;
     // lcms2 would save a profile with other bytes than it was read from. Its handler has the original ones.
     cmsIOHANDLER* const file = cmsGetProfileIOhandler(profile);
-    if (!fits(buffer, size, file->ReportedSize)) return buffer == nullptr;
+    // Behind the profile there may be more, which is none of it. A profile begins with its size, highest byte first.
+    unsigned char first[4];
+    if (!file->Seek(file, 0) || file->Read(file, first, sizeof first, 1) != 1) return fail(errorInvalidProfile);
+    DWORD const named = DWORD{first[0]} << 24 | DWORD{first[1]} << 16 | DWORD{first[2]} << 8 | first[3];
+    DWORD const whole = named >= iccHeaderSize ? std::min<DWORD>(named, file->ReportedSize) : file->ReportedSize;
+    if (!fits(buffer, size, whole)) return buffer == nullptr;
     return (file->Seek(file, 0) && file->Read(file, buffer, size, 1) == 1) || fail(errorInvalidProfile);
 }
 
