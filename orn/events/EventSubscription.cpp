@@ -26,8 +26,10 @@ EVSubscription<T>::EVSubscription(EVSubscriptionList<T>& list, EVSubscriptionDet
 
 template <typename T>
 EVSubscription<T>::~EVSubscription() {
+    // Waits for the threads that have not left destroy() yet.
+    ExclusiveLock const alone{this->detaching_};
     // The overriding class has detached it. This is for a constructor of that class that throws.
-    EVSubscription::destroy();
+    if (!list_.null()) list_->erase(this);
 }
 
 template <typename T>
@@ -43,8 +45,10 @@ void EVSubscription<T>::attach(typename EVSubscriptionEntry<T>::Step step) {
 template <typename T>
 void EVSubscription<T>::destroy() {
     // Of threads that detach at once the first does it. The others wait, so that the subscription is detached for all of
-    // them when they go on.
-    ExclusiveLock const alone{this->detaching_};
+    // them when they go on. Each counts as a shared holder as long as it uses the word, so that the first one cannot
+    // destroy the subscription meanwhile. So the exclusive bit waits for another exclusive bit only.
+    ReadWriteLock<readWriteLockShared, 0> const inside{this->detaching_};
+    ReadWriteLock<readWriteLockExclusive, readWriteLockWriter> const detaching{this->detaching_};
     if (list_.null()) return;
     list_->erase(this);
     list_.reset(nullptr);

@@ -157,7 +157,8 @@ private:
     friend class EVSubscription;
 
     std::atomic<LONG> suppressions_{0};
-    LONG volatile detaching_ = 0;  // a lock word: one thread at a time uses the list's handle to detach
+    // A lock word: each thread inside destroy() counts as shared, and the one that uses the list's handle is exclusive.
+    LONG volatile detaching_ = 0;
 };
 
 /// Suppresses a subscription for a scope. A notify() that runs on another thread may still call it.
@@ -179,8 +180,9 @@ private:
 struct EVSubscriptionDetached {};
 
 /// A subscription. It is attached to its list until destroy() or the destructor, and keeps the list alive until then.
-/// Any number of threads may call destroy(), also while one of them goes on to the destructor. When destroy() returns,
-/// one of them has detached the subscription, and its reference to the list is dropped.
+/// Any number of threads may call destroy(), and one of them may go on to the destructor, which waits until the others
+/// have left destroy(). When destroy() returns, one of them has detached the subscription, and its reference to the list
+/// is dropped.
 ///
 /// The list must not call notify() before the overriding class is constructed or after its destruction has begun. So
 /// the destructor of the most derived class calls destroy() first. Where another thread may announce while a
