@@ -107,6 +107,10 @@ TEST_F(Download, FailuresAreToldApartAndLeaveNothing) {
         {server_ + L"secret.txt", "800C0009"},
         {server_ + L"round.txt", "800C0014"},
         {server_ + L"file.txt", "800C0014"},
+        {server_ + L"nowhere.txt", "800C0014"},
+        {server_ + L"choice.txt", "800C0007"},
+        {server_ + L"unchanged.txt", "800C0007"},
+        {server_ + L"part.bin", "800C0008"},
         {L"", "800C0002"},
         {L"h/a", "800C0002"},
         {L"http://", "800C0002"},
@@ -125,7 +129,7 @@ TEST_F(Download, FailuresAreToldApartAndLeaveNothing) {
     EXPECT_TRUE(names().empty());
 }
 
-// A folder that cannot be made, and a file in its place that cannot be replaced.
+// A folder that cannot be made, a file in it that cannot be, and one in its place that cannot be replaced.
 TEST_F(Download, AnUnusableCacheIsAFailure) {
     std::wstring file;
     ASSERT_EQ(ORN::os::downloadToCache((server_ + L"small.txt").c_str(), file), 0);
@@ -135,6 +139,11 @@ TEST_F(Download, AnUnusableCacheIsAFailure) {
     EXPECT_EQ(downloaded(server_ + L"small.txt"), "80070005");
     EXPECT_EQ(cache_.count(), 1);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator{path.parent_path()}, {}), 1);
+
+    // The server is not asked for what cannot be kept. In that folder not even root can make a file.
+    std::filesystem::remove_all(path.parent_path());
+    std::filesystem::create_directory_symlink("/sys", path.parent_path());
+    EXPECT_EQ(downloaded(server_ + L"none.txt"), "80070005");
 
     cache_.put("file", "");
     setenv("XDG_CACHE_HOME", std::filesystem::path{cache_ / L"file"}.c_str(), 1);

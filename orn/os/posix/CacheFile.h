@@ -35,6 +35,9 @@ public:
     NewFile(NewFile const&) = delete;
     NewFile& operator=(NewFile const&) = delete;
 
+    /// Whether there is a file. Without one the other functions must not be called.
+    bool isMade() const noexcept { return descriptor_ >= 0; }
+
     /// Writes all bytes; false after a failure.
     bool write(void const* bytes, std::size_t count) noexcept {
         auto const* next = static_cast<char const*>(bytes);

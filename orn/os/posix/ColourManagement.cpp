@@ -139,7 +139,7 @@ bool standardFile(std::string& place) {
     int refusal = error.value();
     if (!error) {
         NewFile file{folder};
-        if (file.write(bytes.data(), bytes.size()) && file.place(place)) return true;
+        if (file.isMade() && file.write(bytes.data(), bytes.size()) && file.place(place)) return true;
         // errno is read before the file's destructor runs, because that may change it.
         refusal = errno;
     }

@@ -167,12 +167,25 @@ struct Received {
     }
 };
 
+/// What an answer stands for that libcurl takes for a success. A file has the number 0.
+Failure failureOf(long answer) {
+    switch (answer) {
+        case 206: return Failure::brokenOff;  // a part, although nobody asked for one
+        case 301:
+        case 302:
+        case 303:
+        case 307:
+        case 308: return Failure::redirectFailed;  // to nowhere, or libcurl would have followed
+        default: return answer < 300 ? Failure::none : Failure::noData;
+    }
+}
+
 Failure failureOf(CURL* transfer, CURLcode code) {
     long answer = 0, redirections = 0;
     curl_easy_getinfo(transfer, CURLINFO_RESPONSE_CODE, &answer);
     curl_easy_getinfo(transfer, CURLINFO_REDIRECT_COUNT, &redirections);
     switch (code) {
-        case CURLE_OK: return Failure::none;
+        case CURLE_OK: return failureOf(answer);
         // Of these two, a redirection may be the cause as well as the URL itself.
         case CURLE_URL_MALFORMAT: return redirections > 0 ? Failure::redirectFailed : Failure::invalidUrl;
         case CURLE_UNSUPPORTED_PROTOCOL: return answer >= 300 ? Failure::redirectFailed : Failure::unknownProtocol;
@@ -257,6 +270,7 @@ HRESULT downloadToCache(wchar_t const* url, std::wstring& file) {
     // Each download writes a file of its own, which takes its place in the cache as a whole: several may have one URL.
     NoPipeSignal const noSignal;
     Received received{NewFile{folder}};
+    if (!received.file.isMade()) return fileFailure(errno);
     if (HRESULT const status = receive(address.get(), received); status < 0) return status;
     if (!received.file.place(path)) return fileFailure(errno);
     file = std::move(wide);
