@@ -17,7 +17,7 @@ bool fileExists(std::wstring const& name);
 /// Standard input, as bytes. It must not be closed.
 std::FILE* standardInput() noexcept;
 
-/// Read or write, and return how many bytes that were. `failed` tells whether this call set the stream's error
+/// Read or write, and return how many bytes that were; signals do not interrupt them. `failed` tells whether this call set the stream's error
 /// indicator.
 std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& failed) noexcept;
 std::size_t writeFile(std::FILE* file, void const* buffer, std::size_t count, bool& failed) noexcept;

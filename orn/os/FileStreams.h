@@ -10,6 +10,18 @@
 // NOLINTBEGIN(misc-definitions-in-headers)
 namespace ORN::os {
 
+// Reads or writes behind what is done. A signal that interrupts this is no failure.
+template <typename Transfer>
+std::size_t transfer(std::FILE* file, bool& failed, Transfer more) noexcept {
+    std::size_t done = 0;
+    do {
+        std::clearerr(file);
+        done += more(done);
+        failed = std::ferror(file) != 0;
+    } while (failed && errno == EINTR);
+    return done;
+}
+
 std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& failed) noexcept {
     if (ORN_OS_REFUSED("fread")) {
         std::size_t const done = std::fread(buffer, 1, count / 2, file);
@@ -17,10 +29,8 @@ std::size_t readFile(std::FILE* file, void* buffer, std::size_t count, bool& fai
         failed = true;
         return done;
     }
-    std::clearerr(file);
-    std::size_t const done = std::fread(buffer, 1, count, file);
-    failed = std::ferror(file) != 0;
-    return done;
+    auto* const to = static_cast<char*>(buffer);
+    return transfer(file, failed, [&](std::size_t done) { return std::fread(to + done, 1, count - done, file); });
 }
 
 std::size_t writeFile(std::FILE* file, void const* buffer, std::size_t count, bool& failed) noexcept {
@@ -30,10 +40,8 @@ std::size_t writeFile(std::FILE* file, void const* buffer, std::size_t count, bo
         failed = true;
         return done;
     }
-    std::clearerr(file);
-    std::size_t const done = std::fwrite(buffer, 1, count, file);
-    failed = std::ferror(file) != 0;
-    return done;
+    auto const* const from = static_cast<char const*>(buffer);
+    return transfer(file, failed, [&](std::size_t done) { return std::fwrite(from + done, 1, count - done, file); });
 }
 
 bool flushFile(std::FILE* file) noexcept {

@@ -5,6 +5,7 @@
 #include "orn/text/RawFileImp.h"
 #include "ornmsg/ornmsg.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <new>
@@ -56,23 +57,29 @@ public:
         turnTo(Way::reading, cannotRead);
         if (std::exchange(ended_, false))
             os::seekFile(file_, 0, SEEK_CUR);  // some runtimes would report the old end again
+        char* const to = static_cast<char*>(buffer);
+        std::size_t const again = std::min<std::size_t>(kept_.size(), count);
+        std::copy_n(kept_.data(), again, to);
         bool failed = false;
-        std::size_t const done = os::readFile(file_, buffer, count, failed);
+        std::size_t const done = os::readFile(file_, to + again, count - again, failed);
         if (failed) {
             // A read that throws counts as having read nothing, so the next one must return these bytes again.
             int const reason = errno;
-            if (done != 0) os::seekFile(file_, -static_cast<std::int64_t>(done), SEEK_CUR);
+            kept_.append(to + again, done);
+            goBack();
             errno = reason;
             fail(cannotRead);
         }
-        ended_ = done < count;
-        return static_cast<std::int64_t>(done);
+        kept_.erase(0, again);
+        ended_ = again + done < count;
+        return static_cast<std::int64_t>(again + done);
     }
 
     std::uint64_t seek(std::int64_t offset, std::int32_t origin) override {
         checkOpen();
         // The collected bytes belong to the old position.
         if (!writeCollected()) fail(cannotWrite);
+        if (!goBack()) fail(cannotRead);
         // Asking for the position moves nothing, so it does not allow a change between reading and writing.
         if (offset != 0 || origin != 1) {
             if (!os::seekFile(file_, offset, origin == 0 ? SEEK_SET : origin == 1 ? SEEK_CUR : SEEK_END)) {
@@ -121,8 +128,16 @@ private:
         checkOpen();
         if (way_ == way) return;
         if (!writeCollected()) fail(cannotWrite);
-        if (way_ != Way::either && !os::seekFile(file_, 0, SEEK_CUR)) fail(failure);
+        if (way_ != Way::either && (!goBack() || !os::seekFile(file_, 0, SEEK_CUR))) fail(failure);
         way_ = way;
+    }
+
+    // Gives the kept bytes back to the file. False, with errno set, when it cannot go back, as a pipe cannot.
+    bool goBack() noexcept {
+        if (kept_.empty()) return true;
+        if (!os::seekFile(file_, -static_cast<std::int64_t>(kept_.size()), SEEK_CUR)) return false;
+        kept_.clear();
+        return true;
     }
 
     // Hands the collected bytes to the file, and keeps those that it does not take. False, with errno set, when any are
@@ -159,6 +174,7 @@ private:
     bool ended_ = false;  // the last read met the end
     std::size_t room_ = noRoom;
     std::string collected_;  // small pieces that the file has not got yet
+    std::string kept_;       // bytes of a read that threw, for the next one
     bool owned_ = true;
 };
 

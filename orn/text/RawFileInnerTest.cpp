@@ -7,6 +7,13 @@
 
 #include <optional>
 
+#if defined(__linux__)
+#include <csignal>
+
+#include <sys/time.h>
+#include <unistd.h>
+#endif
+
 using namespace ORN;
 
 namespace {
@@ -47,6 +54,27 @@ TEST(RawFileFailures, AFullDiskIsReportedWhenTheBytesReachIt) {
     closed->write("x", 1);
     EXPECT_THROW(closed->close(), OrnError);
     EXPECT_NO_THROW(closed->close());
+}
+
+// It cannot go back when a read fails, and a signal may interrupt a read that waits.
+TEST(RawFileFailures, APipeLosesNothing) {
+    static int ends[2];
+    ASSERT_TRUE(::pipe(ends) == 0 && ::write(ends[1], "head,", 5) == 5);
+    std::unique_ptr<RawFileReader> const file{rawOpen(L"/dev/fd/" + std::to_wstring(ends[0]))};
+    char bytes[10] = {};
+    for (faults::Refuse const refuse{"fread"}; refuse.refusals() < 2;)
+        EXPECT_THROW(static_cast<void>(file->read(bytes, 5)), OrnError);
+    struct sigaction action = {}, before;
+    action.sa_handler = [](int) {
+        if (::write(ends[1], "rest", 4) == 4) ::close(ends[1]);
+    };
+    ::sigaction(SIGALRM, &action, &before);
+    itimerval const soon{{}, {0, 50'000}};
+    ::setitimer(ITIMER_REAL, &soon, nullptr);
+    EXPECT_EQ(file->read(bytes, 9), 9);
+    EXPECT_STREQ(bytes, "head,rest");
+    ::sigaction(SIGALRM, &before, nullptr);
+    ::close(ends[0]);
 }
 #endif
 

@@ -28,7 +28,12 @@ std::FILE* openFile(std::wstring const& name, std::wstring const& mode) {
     std::transform(mode.begin(), mode.end(), narrow + 1, [](wchar_t unit) { return static_cast<char>(unit); });
     narrow[0] = std::exchange(narrow[1], 'e');  // "rb" becomes "reb": closed in the programs that this one starts
     // A name that the code page cannot express is empty here. fopen then fails as for a missing file.
-    return std::fopen(nativeName(name).c_str(), narrow);
+    std::string const native = nativeName(name);
+    std::FILE* file = nullptr;
+    do {
+        file = std::fopen(native.c_str(), narrow);
+    } while (file == nullptr && errno == EINTR);  // a named pipe is opened when its other end is, which may take long
+    return file;
 }
 
 bool fileExists(std::wstring const& name) {
