@@ -8,7 +8,8 @@
 #include <iosfwd>
 
 /// 370° and 10° are the same value; sums and differences are rotations, composed by complex multiplication and not
-/// normalised again. The number of degrees or radians exists only when asked for, in the principal range.
+/// normalised again. The number of degrees or radians exists only when asked for, in the principal range. Results are the
+/// same on every system while the processor rounds to nearest; in another mode of rounding their last digits differ.
 class ORN_API Angle {
 public:
     static constexpr double pi = 3.141592653589793;  ///< the double nearest to pi

@@ -2,6 +2,7 @@
 ///
 /// The bulge is the tangent of a quarter of the included angle: 0 for a straight segment, ±1 for a semicircle, more for
 /// more. It is positive when the arc runs anticlockwise from its start to its end. Any thread may call; NaN gives NaN.
+/// Errors are promised while the processor rounds to nearest.
 /// The header is one of C, too.
 #pragma once
 

@@ -112,7 +112,8 @@ Wide wideProduct(uint64_t a, uint64_t b) noexcept {
 
 // W. J. Cody and W. Waite, "Software manual for the elementary functions", 1980: the multiple of π / 2 is subtracted in
 // parts, the first two of which are exact products. Where so much cancels that the third part is too short, and for
-// arguments from 2^20 on, the digits of 2 / π are asked.
+// arguments from 2^20 on, the digits of 2 / π are asked. So they are when a program does not round to nearest: n may be the
+// next whole number then, and the tables reach little further than π / 4.
 Reduced reduced(double x) noexcept {
     if (std::fabs(x) < 0x1.92p-1) return {x, 0, 0};
     if (std::fabs(x) < 0x1p20) [[likely]] {
@@ -123,7 +124,7 @@ Reduced reduced(double x) noexcept {
         double const high = a - b;
         double const part = high - a;  // Knuth's sum: here b may be the greater term
         double const low = (a - (high - part)) - (b + part) - n * rightAngleParts[2];
-        if (std::fabs(high) >= std::fabs(n) * 0x1p-58) [[likely]] {
+        if (std::fabs(high) >= std::fabs(n) * 0x1p-58 && std::fabs(high) < 0x1.93p-1) [[likely]] {
             Pair const r = sum(high, low);
             return {r.high, r.low, bitsOf(shifted)};
         }

@@ -11,6 +11,8 @@ struct SineCosine {
 /// odd, even ones exactly even; zeros keep their sign, and an infinity or NaN gives what the C standard says. Nothing
 /// but the four operations and the square root is asked of the processor, so results are equal wherever doubles are
 /// IEEE's, rounded to nearest, and nothing is contracted. A finite argument never raises the flag of an invalid operation.
+/// When a program has chosen another direction of rounding, sines and cosines are still within 1e-15 of the true value, and
+/// nothing is read beyond a table.
 /// @{
 SineCosine sineAndCosine(double radians) noexcept;
 double tangent(double radians) noexcept;

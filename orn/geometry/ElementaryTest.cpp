@@ -46,4 +46,17 @@ TEST(Elementary, IsWithinFiftyFiveHundredthsOfADigitAndTheSameOnEverySystem) {
     }
 }
 
+// The reduced angle may be the one beyond the next right angle then, and must find its row of the table all the same.
+TEST(Elementary, SinesStayNearWhenTheProgramDoesNotRoundToNearest) {
+    for (int const mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+        for (double x = -8; x < 8; x += 0x1p-7) {
+            auto const [sine, cosine] = ORN::sineAndCosine(x);
+            ASSERT_EQ(std::fesetround(mode), 0);
+            auto const other = ORN::sineAndCosine(x);
+            std::fesetround(FE_TONEAREST);
+            EXPECT_TRUE(std::fabs(other.sine - sine) < 1e-15 && std::fabs(other.cosine - cosine) < 1e-15) << x;
+        }
+    }
+}
+
 }
