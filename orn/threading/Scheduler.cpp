@@ -16,6 +16,14 @@
 
 namespace ORN::Threading {
 
+namespace {
+
+// The scheduler whose worker the calling thread is, also when finish has left that worker alone. The object has no
+// destructor, because one would run on freed memory on Windows.
+constinit thread_local SchedulerBase const* served = nullptr;
+
+}
+
 TaskBase::~TaskBase() = default;
 
 SchedulerBase::SchedulerBase(int priority) noexcept : priority_{priority} {}
@@ -152,6 +160,7 @@ unsigned int SchedulerBase::threadMain(void* start) {
         os::waitFor(own->predecessor, os::waitForever);
         os::closeHandle(own->predecessor);
     }
+    served = &self;
     setThreadName(self.threadName(), os::callingThread);
     // Tasks may use COM, and convert texts by the user's code page, whatever locale the process has.
     bool const apartment = os::enterApartment();
@@ -228,8 +237,9 @@ void SchedulerBase::dropLateTasks() noexcept {
 }
 
 void SchedulerBase::refuseOwnWorker() const {
-    if (worker_ != nullptr && os::isCallingThread(worker_))
-        throw std::logic_error{"a scheduler's worker cannot wait for itself"};
+    // The worker's handle would not tell. A worker that finish has left alone may run its last task while worker_ is
+    // its successor, and waiting for the successor is waiting for that task, too.
+    if (served == this) throw std::logic_error{"a scheduler's worker cannot wait for itself"};
 }
 
 void SchedulerBase::interrupt() {

@@ -6,9 +6,10 @@
 /// has returned. It is not enough that the task reports its own end, because the scheduler may still call abort() then,
 /// or resume the task.
 ///
-/// A task must not wait for its own worker. On the worker, `finish` and `cancel` and `interrupt` with a waiter throw
-/// std::logic_error and do nothing; and a task that wants a lock waits for ever when the lock's holder waits for the
-/// worker. A task must not end its thread. It may call everything else, also operations that queue tasks.
+/// A task must not wait for its own worker. On the worker, also when `finish` has left it alone, these throw
+/// std::logic_error and do nothing: `finish`, `interrupt` with a waiter, and `cancel` of the running task's key with a
+/// waiter. And a task that wants a lock waits for ever when the lock's holder waits for the worker. A task must not end
+/// its thread. It may call everything else, also operations that queue tasks.
 ///
 /// Every public operation takes the scheduler's lock word exclusively, and releases it while it waits.
 #pragma once
@@ -98,6 +99,8 @@ protected:
     /// the guard steps out until the task has stopped; std::logic_error when that is the calling thread's own task.
     void doCancelCurrentTask(ExclusiveLock& guard, bool setCancelled, Waiter const* waiter);
 
+    void refuseOwnWorker() const;  ///< std::logic_error on this scheduler's worker, which cannot wait for itself
+
     LONG volatile& lockWord() const noexcept { return lockWord_; }  ///< the scheduler's (see ReadWriteLock)
     HANDLE wakeEvent() const noexcept;                              ///< under the lock; null without a worker
 
@@ -128,7 +131,6 @@ private:
     void startWorker();
     void serve(WakeEvent& wake);
     void waitForTask(ExclusiveLock& guard, Waiter const& waiter);
-    void refuseOwnWorker() const;
     void dropLateTasks() noexcept;
     void endFinish(bool ended) noexcept;
 
@@ -174,9 +176,11 @@ void Scheduler<Key>::cancel(Key const& key, Waiter const& waiter) {
 template <typename Key>
 void Scheduler<Key>::cancel(Key const& key, Waiter const* waiter) {
     ExclusiveLock guard{lockWord()};
-    eraseFromQueue(key);
     auto const* const task = static_cast<Task<Key> const*>(taskInProgress());
-    if (task != nullptr && task->key() == key) doCancelCurrentTask(guard, true, waiter);
+    bool const runs = task != nullptr && task->key() == key;
+    if (runs && waiter != nullptr) refuseOwnWorker();  // a refused call must not drop the queued task
+    eraseFromQueue(key);
+    if (runs) doCancelCurrentTask(guard, true, waiter);
 }
 
 extern template class ORN_API_DECLARED Task<HWND>;

@@ -159,22 +159,34 @@ TEST_F(SchedulerTest, FinishDropsWhatIsQueuedUntilItReturnsHoweverItsWaitEnds) {
     }
 }
 
+// A task that is queued for the same window stays queued. Where finish has left the worker alone, a second one waits for it.
 TEST_F(SchedulerTest, ATaskThatWaitsForItsOwnWorkerIsRefused) {
-    Tally told;
-    TestTask task{window(1), [&](TestTask& self) {
-                      std::function<void()> const waits[] = {[&] { thread_.cancel(self.window, waiter_); },
-                                                             [&] { thread_.interrupt(waiter_); },
-                                                             [&] { thread_.finish(waiter_); }};
-                      for (auto const& wait : waits)
-                          EXPECT_EQ(thrown(wait), L"logic_error: a scheduler's worker cannot wait for itself");
-                      EXPECT_EQ(self.aborts, 0);
-                      ++told;
-                      return true;
-                  }};
-    thread_.insert(task);
-    told.reach(1);
-    EXPECT_TRUE(thread_.end());
-    EXPECT_EQ(waiter_.waits, 0);
+    for (bool const leftAlone : {false, true}) {
+        TestWaiter const hasty{Wait::timedOut};
+        Tally go, drawn;
+        auto const draw = [&](TestTask&) { return ++drawn > 0; };
+        TestTask next{window(1), draw}, last{window(1), draw};
+        TestTask task{window(1), [&](TestTask& self) {
+                          go.reach(1);
+                          int const before = self.aborts;
+                          std::function<void()> const waits[] = {[&] { thread_.cancel(self.window, hasty); },
+                                                                 [&] { thread_.interrupt(hasty); },
+                                                                 [&] { thread_.finish(hasty); }};
+                          for (auto const& wait : waits)
+                              EXPECT_EQ(thrown(wait), L"logic_error: a scheduler's worker cannot wait for itself");
+                          EXPECT_EQ(self.aborts, before);
+                          thread_.insert(last);  // stored only where the next one is lost
+                          return true;
+                      }};
+        thread_.insertAndReach(task);
+        if (leftAlone) thread_.finish(hasty);
+        thread_.insert(next);
+        ++go;
+        drawn.reach(1);
+        EXPECT_EQ(next.runs, 1);
+        EXPECT_TRUE(thread_.end());
+        EXPECT_EQ(hasty.waits, leftAlone ? 1 : 0);
+    }
 }
 
 TEST_F(SchedulerTest, AWorkerThatDiedFailsFinishOrIsReportedOnceAndReplaced) {
