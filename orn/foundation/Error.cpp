@@ -32,6 +32,13 @@ void copyTexts(std::string& narrow, std::wstring& wide, std::string const& from,
 // has the layout of OrnError, what() shows nothing of it, and copies take it along.
 constexpr std::size_t tailSize = 1 + sizeof(DWORD);
 
+/// The narrow message up to its first zero. what() shows no more, and what lay behind would read as WinError's code.
+std::string narrowed(std::wstring const& message) {
+    std::string narrow = toMultibyte(message);
+    narrow.resize(std::strlen(narrow.c_str()));
+    return narrow;
+}
+
 }
 
 OrnError::OrnError() : std::runtime_error{std::string{}} {}
@@ -39,7 +46,7 @@ OrnError::OrnError() : std::runtime_error{std::string{}} {}
 OrnError::OrnError(wchar_t const* message) : OrnError{std::wstring{message}} {}
 
 OrnError::OrnError(std::wstring const& message)
-    : std::runtime_error{std::string{}}, narrow_{toMultibyte(message)}, wide_{message} {}
+    : std::runtime_error{std::string{}}, narrow_{narrowed(message)}, wide_{message} {}
 
 OrnError::OrnError(OrnError const& other) noexcept : std::runtime_error{other} {
     copyTexts(narrow_, wide_, other.narrow_, other.wide_);
@@ -55,7 +62,7 @@ OrnError::~OrnError() = default;
 
 void OrnError::setup(std::wstring const& message) {
     // The conversion and the copy may throw; the move may not. So both texts change, or neither.
-    std::string narrow = toMultibyte(message);
+    std::string narrow = narrowed(message);
     wide_ = message;
     narrow_ = std::move(narrow);
 }

@@ -94,6 +94,8 @@ TEST(Error, AFailedCallTellsItsCodeAndCopiesDo) {
         EXPECT_EQ(std::string{copy.what()}, getMBS(error.wWhat()));
         static_cast<ORN::OrnError&>(copy) = ORN::OrnError{L"another failure"};
         EXPECT_EQ(copy.code(), 0u);
+        static_cast<ORN::OrnError&>(assigned) = ORN::OrnError{std::wstring{L"its zero\0four", 13}};
+        EXPECT_EQ(assigned.code(), 0u);
     }
 }
 
