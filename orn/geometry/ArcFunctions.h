@@ -16,15 +16,16 @@ extern "C" {
 #define ORN_NOEXCEPT
 #endif
 
-/// Arc length over chord length. Relative error at most 4 units in the last place up to a bulge of 1e154; the square of a
-/// larger one overflows, and the length is infinite.
+/// Arc length over chord length. Relative error at most 4 units in the last place up to a bulge of 1e154. The squares of
+/// larger ones overflow: this function and the next two give infinities from 1.35e154 on, and from 4e307 on also NaN.
 ORN_API double ORNArcLength(double bulge) ORN_NOEXCEPT;
 
-/// Area between arc and chord over the chord's square, signed as the bulge. Relative error at most 32 epsilon (7e-15).
+/// Area between arc and chord over the chord's square, signed as the bulge. Relative error at most 32 epsilon (7e-15) up
+/// to a bulge of 1e154.
 ORN_API double ORNArcSegmentArea(double bulge) ORN_NOEXCEPT;
 
 /// Distance of that segment's centre of gravity from the chord over the chord length, signed as the bulge. Relative
-/// error at most 128 epsilon (3e-14).
+/// error at most 128 epsilon (3e-14) up to a bulge of 1e154.
 ORN_API double ORNArcSegmentCoG(double bulge) ORN_NOEXCEPT;
 
 /// Splits an arc at the parameter t, proportional to arc length: −1 is the start, 0 the midpoint, 1 the end. All six

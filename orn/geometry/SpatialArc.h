@@ -24,7 +24,8 @@ public:
         : start_{start}, bulge_{bulge}, axis_{axis.unit()}, end_{end} {}
 
     /// Straight, about an axis at a right angle to the chord, in the y-z or the z-x plane; (0, 0, 1) for a chord that is
-    /// zero, or so short (1e-162) that the squares of its components vanish.
+    /// zero, or so short (1e-162) that the squares of its components vanish. From 1e154 on these overflow, and the axis is
+    /// zero; below 1e-154 its length is inexact.
     Arc(Point<3> const& start, Point<3> const& end) noexcept;
 
     /// As given; the axis at unit length.

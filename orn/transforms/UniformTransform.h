@@ -26,12 +26,14 @@ public:
     static UniformTransform rotation(Angle const& angle);      ///< N = 2: anticlockwise about the origin
     static UniformTransform mirror(ORN::Line<2> const& line);  ///< N = 2: in a line, whose direction has length 1
 
-    /// N = 3: right-handed about the axis, which may have any length.
+    /// N = 3: right-handed about the axis, which may have any length from 1e-154 to 1e154: its square must not overflow or
+    /// vanish.
     static UniformTransform rotation(Angle const& angle, Vector<3> const& axis);
     static UniformTransform mirror(Plane const& plane);  ///< N = 3: in a plane
 
     /// N = 3: right-handed orthonormal frames. The first axis named runs along a, the second lies in the plane of a and b
-    /// on the side of b. The axes are the rows of the matrix.
+    /// on the side of b. The axes are the rows of the matrix. The squares of a, b and their cross product must not overflow
+    /// or vanish.
     /// @{
     static UniformTransform xyAxes(Vector<3> const& a, Vector<3> const& b);
     static UniformTransform yzAxes(Vector<3> const& a, Vector<3> const& b);
