@@ -7,6 +7,7 @@
 #include "ornmsg/ornmsg.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ORN {
 
@@ -25,7 +26,7 @@ public:
             pending_ = false;
             parser_->parse(fields, piece_);
         }
-        if (raw_.betweenRecords()) first_ = line_ + 1;
+        if (raw_.betweenRecords()) first_ = counted_ ? line_ : line_ + 1;
         while (nextPiece()) {
             if (parser_->parse(fields, piece_)) {
                 // A piece ended by a lone CR is not to be handed in again; any other is, until it is used up.
@@ -50,12 +51,14 @@ private:
     Imp(TextReader* lines, std::wstring_view text, std::unique_ptr<HeadedCSVParser> parser)
         : lines_{lines}, text_{text}, raw_{parser->parser()}, parser_{std::move(parser)} {}
 
-    // A line counts before it is read: when reading fails, lastLine() is the line that could not be read.
+    // A line counts before it is read: when reading fails, lastLine() is the line that could not be read. The next call
+    // reads that line again, but does not count it again.
     bool nextPiece() {
-        ++line_;
-        if (lines_ != nullptr ? nextLine() : nextPartOfText()) return true;
-        --line_;
-        return false;
+        if (!std::exchange(counted_, true)) ++line_;
+        bool const came = lines_ != nullptr ? nextLine() : nextPartOfText();
+        counted_ = false;
+        if (!came) --line_;
+        return came;
     }
 
     bool nextLine() {
@@ -86,6 +89,7 @@ private:
     std::wstring piece_;
     bool pending_ = false;
     std::uint64_t line_ = 0, first_ = 0;
+    bool counted_ = false;  // reading the line that line_ counts has thrown
 };
 
 CSVReader::CSVReader(TextReader& lines) : CSVReader{lines, CSVFormat{}} {}

@@ -2,6 +2,7 @@
 
 #include "orn/foundation/Error.h"
 #include "orn/text/TextReader.h"
+#include "tests/support/MemoryStreams.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -10,10 +11,17 @@ using namespace ORN;
 
 namespace {
 
+// As read, but tries once more when that fails.
+bool readAgain(CSVReader& reader, std::vector<std::wstring>& fields) try {
+    return reader.read(fields);
+} catch (std::runtime_error const&) {
+    return reader.read(fields);
+}
+
 // Rows as one text, "first-last:field|field|;" each.
 std::wstring readAll(CSVReader& reader) {
     std::wstring rows;
-    for (std::vector<std::wstring> fields; reader.read(fields); rows += L';') {
+    for (std::vector<std::wstring> fields; readAgain(reader, fields); rows += L';') {
         rows += std::to_wstring(reader.firstLine()) + L'-' + std::to_wstring(reader.lastLine()) + L':';
         for (std::wstring const& field : fields) rows += field + L'|';
     }
@@ -81,8 +89,19 @@ TEST(CSVReader, WhatCannotBeReadHasItsLines) {
         TextReader::create(folder.put("bad.csv", std::string{"\xEF\xBB\xBF"} + "a\n1\n2\xFF\n3\n"))};
     CSVReader bad{*lines, L"a"};
     EXPECT_TRUE(bad.read(fields));
-    EXPECT_THROW(bad.read(fields), OrnError);
-    EXPECT_TRUE(bad.firstLine() == 3 && bad.lastLine() == 3);
+    for (int time : {1, 2}) {
+        EXPECT_THROW(bad.read(fields), OrnError);
+        EXPECT_TRUE(bad.firstLine() == 3 && bad.lastLine() == 3) << time;
+    }
+}
+
+TEST(CSVReader, AFailureThatPassesLeavesTheRowsAndTheirLines) {
+    for (int call = 0; call < 26; ++call) {
+        MemoryReader raw{"one\n\"two\nthree\"\nfour\n", 1, call};
+        std::unique_ptr<TextReader> const lines{TextReader::create(raw, encUTF8)};
+        CSVReader reader{*lines};
+        EXPECT_EQ(readAll(reader), L"1-1:one|;2-3:two\nthree|;4-4:four|;") << call;
+    }
 }
 
 }
