@@ -7,6 +7,7 @@
 #include "ornmsg/ornmsg.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 namespace ORN {
@@ -21,14 +22,15 @@ public:
         : Imp{lines, text, std::make_unique<HeadedCSVParser>(columns, format)} {}
 
     bool read(std::vector<std::wstring>& fields) {
+        if (failure_ != nullptr) std::rethrow_exception(failure_);
         // The parser goes on in its text until it has answered false.
         if (pending_) {
             pending_ = false;
-            parser_->parse(fields, piece_);
+            parse(fields);
         }
         if (raw_.betweenRecords()) first_ = counted_ ? line_ : line_ + 1;
         while (nextPiece()) {
-            if (parser_->parse(fields, piece_)) {
+            if (parse(fields)) {
                 // A piece ended by a lone CR is not to be handed in again; any other is, until it is used up.
                 pending_ = piece_.back() != L'\r';
                 return true;
@@ -51,6 +53,17 @@ private:
     Imp(TextReader* lines, std::wstring_view text, std::unique_ptr<HeadedCSVParser> parser)
         : lines_{lines}, text_{text}, raw_{parser->parser()}, parser_{std::move(parser)} {}
 
+    // Without memory the parser loses the record begun. The rest of it, perhaps from within quotes, would be read as
+    // other records.
+    bool parse(std::vector<std::wstring>& fields) {
+        try {
+            return parser_->parse(fields, piece_);
+        } catch (...) {
+            failure_ = std::current_exception();
+            throw;
+        }
+    }
+
     // A line counts before it is read: when reading fails, lastLine() is the line that could not be read. The next call
     // reads that line again, but does not count it again.
     bool nextPiece() {
@@ -62,9 +75,11 @@ private:
     }
 
     bool nextLine() {
-        if (!lines_->readLine(piece_)) return false;
+        if (!endMissing_ && !lines_->readLine(piece_)) return false;
         // The line has lost its line end, which the parser needs. A LF stands for every kind.
+        endMissing_ = true;
         piece_ += L'\n';
+        endMissing_ = false;
         return true;
     }
 
@@ -88,6 +103,8 @@ private:
     std::unique_ptr<CSVParser> parser_;
     std::wstring piece_;
     bool pending_ = false;
+    bool endMissing_ = false;  // there was no memory for the LF behind the line
+    std::exception_ptr failure_;
     std::uint64_t line_ = 0, first_ = 0;
     bool counted_ = false;  // reading the line that line_ counts has thrown
 };

@@ -61,7 +61,9 @@ public:
 
     /// Replaces fields by the next record; false, with fields empty, at the end of the input. An empty line is a
     /// record: without fields, or with all wanted columns empty. A line end in quotes is read from a text reader as LF.
-    /// Throws OrnError when the input ends inside quotes, and what the text reader throws.
+    /// Throws OrnError when the input ends inside quotes, and what the text reader throws. When the text reader has
+    /// recovered, the next call goes on. When memory runs out while a record is divided into its fields, the record is
+    /// lost, and every later call throws the same exception.
     bool read(std::vector<std::wstring>& fields);
 
     /// The lines, counted from 1, in which the record that read yielded last begins and ends. When read throws, the

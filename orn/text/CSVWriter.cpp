@@ -20,6 +20,8 @@ bool needsQuotes(std::wstring_view text, CSVFormat const& format) noexcept {
     return false;
 }
 
+constexpr std::size_t endRoom = 4;  // for two quotes and the line end of a record
+
 // Twice the capacity, so that a text of many fields is copied a bounded number of times.
 void grow(std::wstring& text, std::size_t more) { text.reserve(std::max(text.size() + more, 2 * text.capacity())); }
 
@@ -55,8 +57,8 @@ CSVWriter& CSVWriter::field(std::wstring_view text) {
     std::wstring& out = text_ != nullptr ? *text_ : record_;
     bool const quoted = needsQuotes(text, format_);
     // A delimiter, two quotes, and every unit of the text twice at most. From here on nothing throws, so a field is written
-    // whole or not at all.
-    makeRoom(out, 3 + (quoted ? 2 * text.size() : text.size()));
+    // whole or not at all. The room at the end is kept for endRecord, which could not write half a record either.
+    makeRoom(out, 3 + (quoted ? 2 * text.size() : text.size()) + endRoom);
     if (hasFields_)
         out += format_.delimiter;
     else
@@ -85,7 +87,7 @@ CSVWriter& CSVWriter::field(double value, int digits) {
 void CSVWriter::endRecord() {
     std::wstring& out = text_ != nullptr ? *text_ : record_;
     bool const onlyEmpty = hasFields_ && out.size() == start_;
-    makeRoom(out, 4);                          // two quotes and the line end
+    makeRoom(out, endRoom);                    // behind a field this is there already
     if (onlyEmpty) out.append(2, csv::quote);  // an empty line has no field
     out += lineEnd_;
     hasFields_ = false;
@@ -104,7 +106,16 @@ void CSVWriter::endRecord() {
 }
 
 void CSVWriter::write(std::span<std::wstring const> fields) {
-    for (std::wstring const& text : fields) field(text);
+    std::wstring& out = text_ != nullptr ? *text_ : record_;
+    std::size_t const length = out.size();
+    bool const hadFields = hasFields_;
+    try {
+        for (std::wstring const& text : fields) field(text);
+    } catch (...) {
+        out.resize(length);  // which is shorter, so it needs no memory
+        hasFields_ = hadFields;
+        throw;
+    }
     endRecord();
 }
 

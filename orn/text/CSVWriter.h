@@ -47,7 +47,8 @@ public:
     /// lost. When it holds a character that cannot be written, a writer made by TextWriter::create gets nothing of it.
     void endRecord();
 
-    void write(std::span<std::wstring const> fields);  ///< adds all fields, and ends the record
+    /// Adds all fields, and ends the record. Without memory for all of them it adds none.
+    void write(std::span<std::wstring const> fields);
 
 private:
     CSVWriter(TextWriter* lines, std::wstring* text, CSVFormat format, std::wstring_view lineEnd);

@@ -49,20 +49,24 @@ private:
         while (!behindReturn_) {
             if (takeFromBuffer(line)) return true;
             unsigned int value = 0;
+            std::size_t const length = look(value);
             // A line end that ends the input has no line behind it, not even an empty one.
-            if (fetch(value) == 0) return !line.empty();
-            if (value == 0x0D) {
-                behindReturn_ = true;
-            } else if (isLineEnd(value)) {
-                return true;
-            } else {
+            if (length == 0) return !line.empty();
+            bool const ends = isLineEnd(value);
+            if (!ends) {
                 wchar_t units[2];
                 line.append(units, unicode::writeUnits(value, units));
             }
+            // Only a character that the line has got is behind it: there may be no memory for more of the line.
+            position_ += length;
+            if (value == 0x0D)
+                behindReturn_ = true;
+            else if (ends)
+                return true;
         }
         unsigned int value = 0;
-        // Anything but a LF belongs to the next line. Its bytes are still in the buffer, so the position can go back.
-        if (std::size_t const taken = fetch(value); taken != 0 && value != 0x0A) position_ -= taken;
+        // Anything but a LF belongs to the next line.
+        if (std::size_t const length = look(value); value == 0x0A) position_ += length;
         behindReturn_ = false;
         return true;
     } catch (...) {
@@ -114,9 +118,9 @@ private:
         return unicode::isCharacter(value) ? taken : 0;
     }
 
-    /// Takes the next character, for which it may have to read. Returns how many bytes it took; 0 at the end of the
+    /// Looks at the next character, for which it may have to read. Returns how many bytes it takes; 0 at the end of the
     /// input.
-    std::size_t fetch(unsigned int& value) {
+    std::size_t look(unsigned int& value) {
         std::size_t taken = 0;
         while ((taken = decoder_.decodeOne(value, buffer_ + position_, count_ - position_)) == 0) {
             // The decoder gives 0 for invalid bytes and for a character that is cut off. More bytes tell which it is.
@@ -126,7 +130,6 @@ private:
             return 0;
         }
         if (!unicode::isCharacter(value)) fail();
-        position_ += taken;
         return taken;
     }
 

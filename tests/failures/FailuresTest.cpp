@@ -13,6 +13,8 @@
 #include "orn/text/AutoLocale.h"
 #include "orn/text/CSVParser.h"
 #include "orn/text/CSVReader.h"
+#include "orn/text/CSVWriter.h"
+#include "orn/text/CodePoint.h"
 #include "orn/text/Encoding.h"
 #include "orn/text/FileName.h"
 #include "orn/text/Printf.h"
@@ -235,6 +237,49 @@ TEST(Failures, OfRecordsAndInternedTexts) {
                     {"a record", parseRecord, {}, 3},
                     {"columns", parseColumns, {}, 7},
                     {"rows of one kind", readRows, {}, 0, 0}});
+}
+
+// A record that memory was lacking for is read or written as a whole, or not at all; none is joined with another one.
+TEST(Failures, OfOneRecordAmongOthers) {
+    for (std::size_t const length : {1, 2, 3, 6, 7, 341, 342})
+        for (int number = 0; number < 12; ++number) {
+            auto const failureOf = [number](auto action) {
+                return thrown([&] {
+                    faults::AllocationFails const fails{number};
+                    action();
+                });
+            };
+            std::wstring const part(length, L'\u20AC');
+            MemoryReader raw{utf8(L"\"c\n" + part + L"\nd\",e\nlast,y\n")};
+            std::unique_ptr<ORN::TextReader> const lines{ORN::TextReader::create(raw, ORN::encUTF8)};
+            ORN::CSVReader rows{*lines};
+            Fields row;
+            std::wstring read;
+            auto const keep = [&] {
+                for (std::wstring const& text : row) read += text + L'|';
+            };
+            std::wstring const failure = failureOf([&] { rows.read(row); });
+            if (failure == L"nothing") keep();
+            auto const readOthers = [&] {
+                while (rows.read(row)) keep();
+            };
+            std::wstring const after = thrown(readOthers);
+            EXPECT_TRUE(read == L"c\n" + part + L"\nd|e|last|y|" || (read.empty() && failure == after))
+                << number << read;
+
+            MemoryWriter file;
+            std::unique_ptr<ORN::TextWriter> const out{
+                ORN::TextWriter::create(file, ORN::encUTF8, false, ORN::lineEndLF)};
+            Fields const first{part, L"b"}, next{L"c", L"d"};
+            std::wstring text;
+            for (ORN::CSVWriter writer : {ORN::CSVWriter{text, {}, L"\n"}, ORN::CSVWriter{*out}}) {
+                failureOf([&] { writer.write(first); });
+                writer.write(next);
+            }
+            out->flush();
+            for (std::string const& written : {utf8(text), file.bytes})
+                EXPECT_TRUE(written == "c,d\n" || written == utf8(part) + ",b\nc,d\n") << number << written;
+        }
 }
 
 // ---- Files
