@@ -196,6 +196,8 @@ bool SchedulerBase::finish(Waiter const& waiter) {
     {
         ExclusiveLock const guard{lockWord_};
         refuseOwnWorker();
+        // The call that waits owns the worker's handle, and a second one would close it.
+        if (workerState_ == Worker::isAwaited) throw std::logic_error{"finish waits for the worker already"};
         eraseWholeQueue();
         if (TaskBase* const task = taskInProgress()) {
             cancelled_ = true;

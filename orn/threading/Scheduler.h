@@ -67,7 +67,8 @@ public:
     /// Drops the queued tasks, aborts the running task, ends the worker and waits for it. Tasks that any thread queues
     /// before finish returns are dropped too, and no worker is started for them. Afterwards the scheduler is as it was
     /// when it was made, and may be destroyed or used again. False when the worker ended with an exit code other than
-    /// 0; true also when there was no worker, or the waiter failed. Only one thread at a time may call it.
+    /// 0; true also when there was no worker, or the waiter failed. One call at a time: while one waits, another throws
+    /// std::logic_error and does nothing, also when the first one's waiter makes it.
     ///
     /// When the waiter gives up or throws, the worker still ends, but may be busy with its last task. The scheduler can
     /// be used again at once: a new worker runs nothing before the old one has ended. Before the scheduler is

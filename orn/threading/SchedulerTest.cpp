@@ -57,6 +57,9 @@ TEST_F(SchedulerTest, AWorkerStartsWithTheFirstTaskAndEndsWithFinish) {
     thread_.interrupt(waiter_);
     thread_.cancel(window(1), waiter_);
     EXPECT_EQ(waiter_.waits, 0);
+    waiter_.meanwhile = [&] {
+        EXPECT_EQ(thrown([&] { thread_.end(); }), L"logic_error: finish waits for the worker already");
+    };
     for (int round = 1; round <= 3; ++round) {
         TestTask endless{window(1), [](TestTask& task) { return task.aborts.reach(1), false; }};
         thread_.insertAndReach(endless);
