@@ -14,7 +14,6 @@
 #include "orn/text/CSVParser.h"
 #include "orn/text/CSVReader.h"
 #include "orn/text/CSVWriter.h"
-#include "orn/text/CodePoint.h"
 #include "orn/text/Encoding.h"
 #include "orn/text/FileName.h"
 #include "orn/text/Printf.h"
