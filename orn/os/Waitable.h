@@ -34,9 +34,6 @@ HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int sta
 /// False when the handle names no thread.
 bool threadExitCode(HANDLE thread, DWORD& code) noexcept;
 
-/// Whether the handle is one of the calling thread.
-bool isCallingThread(HANDLE thread) noexcept;
-
 /// Ends the calling thread at once, with an exit code.
 [[noreturn]] void exitThread(DWORD code);
 

@@ -194,8 +194,6 @@ bool threadExitCode(HANDLE handle, DWORD& code) noexcept {
     return true;
 }
 
-bool isCallingThread(HANDLE thread) noexcept { return waitable(thread) == ownThread; }
-
 void exitThread(DWORD code) {
     // The thread's stack is unwound, so that ThreadEnd signals the end.
     if (ownThread != nullptr) ownThread->exitCode.store(code);

@@ -42,9 +42,6 @@ HANDLE startThread(unsigned int (*main)(void*), void* argument, unsigned int sta
 
 bool threadExitCode(HANDLE thread, DWORD& code) noexcept { return GetExitCodeThread(thread, &code) != 0; }
 
-// For a handle that is not one of a thread GetThreadId gives 0, which no thread has for its number.
-bool isCallingThread(HANDLE thread) noexcept { return GetThreadId(thread) == GetCurrentThreadId(); }
-
 void exitThread(DWORD code) {
     _endthreadex(code);
     std::terminate();  // never reached: the declaration above does not tell
