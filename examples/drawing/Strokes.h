@@ -32,7 +32,7 @@ struct Band {
 ///
 /// The channels differ by two of 255 levels at most from what Cairo draws, stroke by stroke. There are exceptions: the ends
 /// of level lines, where a pixel may differ by 12 levels, lines that leave the page, which may differ by 16, and one of some
-/// hundred sharp joins, where a pixel may differ by 6. A polyline that goes farther than 131,072 pixels away and comes back
+/// hundred long lines and sharp joins, where a pixel may differ by 6. A polyline that goes farther than 131,072 pixels away and comes back
 /// is drawn in parts, and where these lie over each other at their edges a pixel may be darker by a quarter.
 class Strokes {
 public:
