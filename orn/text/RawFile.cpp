@@ -24,7 +24,8 @@ namespace {
 // The numbers of the catalogue's messages.
 constexpr unsigned int cannotOpen = 249, cannotCreate = 250, cannotRead = 251, cannotWrite = 252, cannotClose = 253;
 
-// How many bytes of small pieces a writer collects. A piece is small when it takes less than a quarter of the room.
+// How many bytes of small pieces a writer collects, and a quarter more at most. A piece is small when it takes less than a
+// quarter of the room.
 // Files that are appended to are often logs, of which a crash should lose little.
 constexpr std::size_t noRoom = 0, logRoom = 2048, fileRoom = 16384;
 
@@ -34,7 +35,7 @@ public:
         : name_{name}, room_{room} {
         // Before the file is opened: a constructor that throws runs no destructor, and nothing would close the file.
         // Collecting needs no more memory than this, so it cannot fail later.
-        collected_.reserve(room);
+        collected_.reserve(room + room / 4);
         file_ = os::openFile(name, mode);
         if (file_ == nullptr) fail(failure);
         // The runtime's own buffer stays unused: when the runtime fails to empty it, nobody learns how much the file
@@ -100,7 +101,9 @@ public:
     void write(void const* buffer, std::uint64_t count) override {
         turnTo(Way::writing, cannotWrite);
         bool const small = count < room_ / 4;
-        if ((!small || collected_.size() + count > room_) && !writeCollected()) fail(cannotWrite);
+        if (!small && !writeCollected()) fail(cannotWrite);
+        // There is room for a quarter more, so that the file gets pieces of one size: its system is slow at parts of pages.
+        if (small && collected_.size() + count > room_ + room_ / 4 && !writeFirst(room_)) fail(cannotWrite);
         if (small) {
             collected_.append(static_cast<char const*>(buffer), static_cast<std::size_t>(count));
             return;
@@ -142,11 +145,12 @@ private:
 
     // Hands the collected bytes to the file, and keeps those that it does not take. False, with errno set, when any are
     // left.
-    bool writeCollected() noexcept {
-        if (collected_.empty()) return true;
+    bool writeCollected() noexcept { return collected_.empty() || writeFirst(collected_.size()); }
+
+    bool writeFirst(std::size_t count) noexcept {
         bool failed = false;
-        std::size_t const done = os::writeFile(file_, collected_.data(), collected_.size(), failed);
-        collected_.erase(0, failed ? done : std::string::npos);
+        std::size_t const done = os::writeFile(file_, collected_.data(), count, failed);
+        collected_.erase(0, failed ? done : count);
         return !failed;
     }
 
