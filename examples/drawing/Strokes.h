@@ -30,10 +30,10 @@ struct Band {
 /// A line covers the area that a regular polygon, the pen, sweeps over. Each row of pixels is sampled along fifteen lines;
 /// a row that all edges cross from top to bottom without meeting is measured by trapezoids instead.
 ///
-/// The channels differ by two of 255 levels at most from what Cairo draws, stroke by stroke. There are exceptions: the ends
-/// of level lines, where a pixel may differ by 12 levels, lines that leave the page, which may differ by 16, and one of some
-/// hundred long lines and sharp joins, where a pixel may differ by 6. A polyline that goes farther than 131,072 pixels away and comes back
-/// is drawn in parts, and where these lie over each other at their edges a pixel may be darker by a quarter.
+/// The channels differ by two of 255 levels at most from what Cairo draws, stroke by stroke, with these exceptions. At the
+/// ends of level lines a pixel may differ by 12 levels. On lines that leave the page it may differ by 16. One of some
+/// hundred long lines and sharp joins has a pixel that differs by up to 6. A polyline that goes farther away than 131,072
+/// pixels and comes back is drawn in parts: where their edges lie over each other, a pixel may differ by a quarter.
 class Strokes {
 public:
     Strokes(Band const& band, double width);
